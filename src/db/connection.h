@@ -1,0 +1,111 @@
+// A connection to one server; two drivers stand behind it (embedded/, odbc/).
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "db/error.h"
+#include "db/value.h"
+
+namespace db {
+
+enum class FieldType : std::uint8_t {
+  Bit,
+  TinyInt,
+  SmallInt,
+  Int,
+  BigInt,
+  SmallMoney,
+  Money,
+  Decimal,
+  Real,
+  Float,
+  SmallDateTime,
+  DateTime,
+  Char,
+  VarChar,
+  Text,
+  NChar,
+  NVarChar,
+  NText,
+  Binary,
+  VarBinary,
+};
+
+struct FieldInfo {
+  std::string name;
+  FieldType type = FieldType::VarChar;
+  int size = 0;   // characters of text, bytes of binary, precision of decimals; 0 otherwise
+  int scale = 0;  // digits behind the point of Decimal; 4 for money
+  bool nullable = true;
+  bool identity = false;
+  bool keyPart = false;                             // part of the primary key of its table
+  std::string baseDatabase, baseTable, baseColumn;  // empty for an expression or when unknown
+};
+
+// Rows of one result set, all at hand; Char values are padded to their size as the server gives them.
+class Rows {
+ public:
+  virtual ~Rows() = default;
+  virtual const std::vector<FieldInfo>& fields() const = 0;
+  virtual std::int64_t count() const = 0;
+  virtual Value value(std::int64_t row, int column) const = 0;
+};
+
+// Receives a batch's results in order.
+class BatchSink {
+ public:
+  virtual ~BatchSink() = default;
+  virtual void onRows(std::unique_ptr<Rows> rows) = 0;
+  virtual void onRowCount(std::int64_t rows) = 0;
+  virtual void onMessage(const std::string& text) = 0;
+};
+
+struct ConnectionParts {
+  std::string server;  // "(yerel)", "(yerel):FOLDER", HOST, HOST\INSTANCE, HOST,PORT
+  std::string login;
+  std::string password;
+  std::string database;
+  bool integrated = false;  // Windows / Kerberos authentication instead of login and password
+};
+
+enum class State : std::uint8_t { Closed = 0, Open = 1 };
+
+class Connection {
+ public:
+  virtual ~Connection() = default;
+  // Throws SqlError LoginRefused or LinkBroken. An open connection is closed first.
+  virtual void open(const ConnectionParts& parts) = 0;
+  virtual void close() = 0;
+  virtual State state() const = 0;
+  // The connection string as a person may see it: the password is never in it.
+  virtual std::string connectionText() const = 0;
+  virtual const ConnectionParts& parts() const = 0;
+
+  // Runs one batch. The first error is thrown as SqlError after what came before it reached the sink.
+  virtual void run(std::string_view batch, BatchSink& sink) = 0;
+
+  // Runs one batch and drops its results; returns the rows touched by its last data statement.
+  std::int64_t execute(std::string_view batch);
+  // Runs one batch and returns its first result set; null when it has none.
+  std::unique_ptr<Rows> query(std::string_view batch);
+
+  // Plan cache counters where the driver has one.
+  struct PlanCounters {
+    std::int64_t hits = 0, misses = 0;
+  };
+  virtual std::optional<PlanCounters> planCounters() const { return std::nullopt; }
+};
+
+// Makes closed connections for a server name; chosen once, in app/.
+class ConnectionFactory {
+ public:
+  virtual ~ConnectionFactory() = default;
+  virtual std::unique_ptr<Connection> make(const std::string& server) = 0;
+};
+
+}  // namespace db

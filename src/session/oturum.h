@@ -24,6 +24,8 @@ struct Oturum {
   std::string Secili_Firma, Firma_DB_Adi;
   std::string Hedef_Firma_Adi, Hedef_Firma_Kodu, Eski_Firma_Adi;
   std::string Devir_Baglanti_Metni;
+  // Number patterns of the company in work ("#,##0.00"); loaded with its parameters
+  std::string AnaPara_Format, BirimFiyat_Format, Doviz_Format, DovizBirimFiyat_Format, Kur_Format;
 
   // Numbers and flags
   int Kullanici_ID = 0;

@@ -1,0 +1,24 @@
+CREATE TRIGGER BANKAODEMEDEGISTIR ON BANKAHAREKET FOR UPDATE AS
+DECLARE @Isyeri_ID INT
+DECLARE @Ozel BIT
+DECLARE @Islem_ID INT
+DECLARE @Islem_Tipi CHAR(30)
+DECLARE @Cari_ID INT
+DECLARE @Tarih DATETIME
+DECLARE @Borc FLOAT
+DECLARE @Alacak FLOAT
+DECLARE @Kullanici_ID INT
+DECLARE @Doviz_ID INT
+DECLARE @KUR FLOAT
+SELECT @Islem_ID=Hareket_ID, @Isyeri_ID=Isyeri_ID, @Ozel=Ozel, @Islem_Tipi=Islem_Tipi, @Cari_ID=ISNULL(
+      Cari_ID,0), @Tarih=Tarih, @Borc=ATutar, @Alacak=BTutar, @Kullanici_ID=Kullanici_ID, @Doviz_ID=Doviz_ID,
+    @KUR=KUR
+FROM INSERTED
+IF @Cari_ID<>0
+BEGIN
+  UPDATE ODEMEHAREKET
+    SET Islem_ID=@Islem_ID, Isyeri_ID=@Isyeri_ID, Ozel=@Ozel, Islem_Tipi=@Islem_Tipi, Cari_ID=@Cari_ID,
+      Sablon_ID=0, Tarih=@Tarih, Gun=0, Yuzde=100, Borc=@Borc, Alacak=@Alacak, Durum='AÇIK', Kullanici_ID=@Kullanici_ID,
+      Doviz_ID=@Doviz_ID, KUR=@KUR
+  WHERE Islem_ID=@Islem_ID AND Islem_Tipi=@Islem_Tipi
+END

@@ -1,0 +1,4 @@
+CREATE View CARIAYA as
+SELECT Cari_ID,Ay_Index,SUM(BT) as BT,SUM(AT) as AT,SUM(BT)-SUM(AT) as Bakiye
+FROM CARIAYLIK
+GROUP BY Cari_ID,Ay_Index

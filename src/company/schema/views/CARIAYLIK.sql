@@ -1,0 +1,34 @@
+CREATE View CARIAYLIK as
+SELECT Cari_ID,Ay_Index,BTutar as BT,ATutar as AT
+FROM ACILIS
+UNION ALL
+SELECT Cari_ID,Ay_Index,SUM(BTutar) as BT,SUM(ATutar) as AT
+FROM CARIHAREKET
+GROUP BY Cari_ID,Ay_Index
+UNION ALL
+SELECT Cari_ID,Ay_Index,SUM(ATutar) as BT,SUM(BTutar) as AT
+FROM KASAHAREKET
+GROUP BY Cari_ID,Ay_Index
+UNION ALL
+SELECT Cari_ID,Ay_Index,SUM(ATutar) as BT,SUM(BTutar) as AT
+FROM BANKAHAREKET
+GROUP BY Cari_ID,Ay_Index
+UNION ALL
+SELECT Cari_ID,Ay_Index,SUM(BTutar) as BT,SUM(ATutar) as AT
+FROM FATURAKART
+GROUP BY Cari_ID,Ay_Index
+UNION ALL
+SELECT Cari_ID,Ay_Index,SUM(Borc) as BT,SUM(Alacak) as AT
+FROM CEK
+WHERE Islem_Tipi NOT LIKE '%Devir%'
+GROUP BY Cari_ID,Ay_Index
+UNION ALL
+SELECT Cari_ID,Ay_Index,SUM(Borc) as BT,SUM(Alacak) as AT
+FROM SENET
+WHERE Islem_Tipi NOT LIKE '%Devir%'
+GROUP BY Cari_ID,Ay_Index
+UNION ALL
+SELECT Cari_ID,Ay_Index,0,SUM(Tutar)
+FROM POSHAREKET
+WHERE NOT Cari_ID IS NULL and Islem_Tipi<>'Kredi Kartı Tahsilat'
+GROUP BY Cari_ID,Ay_Index

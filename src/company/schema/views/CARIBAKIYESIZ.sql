@@ -1,0 +1,3 @@
+CREATE View CARIBAKIYESIZ as
+SELECT Cari_ID,0 as DovizBakiye,0 as Bakiye
+FROM CARIKART

@@ -1,0 +1,38 @@
+CREATE VIEW CARICEKSENETBILGILERI as
+SELECT Cari_ID, ABS(SUM(Borc-Alacak)) as Tahsil_Edilen,0 as Kalan
+FROM SENETKART
+WHERE Durum='Tahsil Edildi'
+GROUP BY Cari_ID
+UNION
+SELECT SENETKART.Cari_ID, SUM(SENETPARCALI.Tahsil_Tutar) as Tahsil_Edilen,0 as Kalan
+FROM SENETPARCALI,SENETKART
+WHERE SENETKART.Senet_ID=SENETPARCALI.Senet_ID AND SENETKART.Durum='Parçalı Tahsil'
+GROUP BY SENETKART.Cari_ID
+UNION
+SELECT Cari_ID, 0 as Tahsil_Edilen, ABS(SUM(Borc-Alacak)) as Kalan
+FROM SENETKART
+WHERE Durum='Portföyde'
+GROUP BY Cari_ID
+UNION
+SELECT Cari_ID,Sum(Tahsil_Edilen),SUM(Kalan)
+FROM SENETPARCALISONUC
+GROUP BY Cari_ID
+UNION
+SELECT Cari_ID, ABS(SUM(Borc-Alacak)) as Tahsil_Edilen,0 as Kalan
+FROM CEKKART
+WHERE Durum='Tahsil Edildi'
+GROUP BY Cari_ID
+UNION
+SELECT CEKKART.Cari_ID, SUM(CEKPARCALI.Tahsil_Tutar) as Tahsil_Edilen,0 as Kalan
+FROM CEKPARCALI,CEKKART
+WHERE CEKKART.Cek_ID=CEKPARCALI.Cek_ID AND CEKKART.Durum='Parçalı Tahsil'
+GROUP BY CEKKART.Cari_ID
+UNION
+SELECT Cari_ID, 0 as Tahsil_Edilen, ABS(SUM(Borc-Alacak)) as Kalan
+FROM CEKKART
+WHERE Durum='Portföyde'
+GROUP BY Cari_ID
+UNION
+SELECT Cari_ID,Sum(Tahsil_Edilen),SUM(Kalan)
+FROM CEKPARCALISONUC
+GROUP BY Cari_ID

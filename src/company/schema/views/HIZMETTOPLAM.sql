@@ -1,0 +1,4 @@
+CREATE VIEW HIZMETTOPLAM as
+SELECT ID,Kod,SUM(BTutar) as BT,SUM(ATutar) as AT,SUM(Dovizli_BTutar) as Dv_BT,SUM(Dovizli_ATutar) as Dv_AT
+FROM HIZMETHAREKET
+GROUP BY Kod,ID

@@ -1,0 +1,4 @@
+CREATE VIEW MASRAFTOPLAM as
+SELECT ID,Kod,SUM(BTutar) as BT,SUM(ATutar) as AT,SUM(Dovizli_BTutar) as Dv_BT,SUM(Dovizli_ATutar) as Dv_AT
+FROM MASRAFHAREKET
+GROUP BY Kod,ID

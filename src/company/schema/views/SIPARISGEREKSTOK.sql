@@ -1,0 +1,21 @@
+CREATE VIEW SIPARISGEREKSTOK As
+SELECT STOKKART.*, (
+    SELECT Kalan
+    FROM SB
+    WHERE Stok_ID=STOKKART.Stok_ID) as Kalan, (
+    SELECT SUM(Kalan)
+    FROM SIPARISHAREKET
+    WHERE Stok_ID=STOKKART.Stok_ID) as Bekleyen, FATURAHAREKET.Tarih,FATURAHAREKET.Birim,FATURAHAREKET.Birim_Fiyat,
+    FATURAHAREKET.Cari_Kod,FATURAHAREKET.Cari_Unvan,FATURAHAREKET.Carpan
+FROM STOKKART
+  LEFT JOIN FATURAHAREKET ON ( STOKKART.Stok_ID=FATURAHAREKET.Stok_ID AND FATURAHAREKET.Fatura_Hareket_ID=(
+    SELECT Fatura_Hareket_ID
+    FROM FATURAHAREKET
+    WHERE Saat=(
+        SELECT Max(Saat)
+        FROM FATURAHAREKET
+        WHERE Stok_ID=STOKKART.Stok_ID AND Islem_Tipi='Alış Faturası' AND Tarih=(
+            SELECT Max(Tarih)
+            FROM FATURAHAREKET
+            WHERE Stok_ID=STOKKART.Stok_ID AND (Islem_Tipi='Alış Faturası'))) AND Stok_ID=STOKKART.Stok_ID
+          AND (Islem_Tipi='Alış Faturası') ) )

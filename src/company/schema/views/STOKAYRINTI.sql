@@ -1,0 +1,5 @@
+CREATE View STOKAYRINTI as
+SELECT Stok_ID,SUM(Giris) as TG,SUM(Cikis) as TC
+FROM STOKHAREKET
+WHERE Islem_Tipi<>'Açılış Fişi'
+GROUP BY Stok_ID

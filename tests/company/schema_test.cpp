@@ -1,0 +1,171 @@
+#include "company/schema/schema.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <stdexcept>
+
+namespace {
+
+using catalog::EmbeddedText;
+using catalog::parseTables;
+using company::schema::ColumnDef;
+using company::schema::createStatement;
+using company::schema::ObjectDef;
+using company::schema::Stage;
+using company::schema::TableDef;
+namespace schema = company::schema;
+
+std::set<std::string> namesOfStage(Stage stage) {
+  std::set<std::string> names;
+  for (const TableDef& table : schema::tables()) {
+    if (table.stage == stage) {
+      names.insert(table.name);
+    }
+  }
+  return names;
+}
+
+std::set<std::string> asSet(const std::vector<std::string>& names) {
+  return {names.begin(), names.end()};
+}
+
+TEST(Schema, HoldsEveryObject) {
+  EXPECT_EQ(schema::tables().size(), 194u);
+  EXPECT_EQ(schema::views().size(), 86u);
+  EXPECT_EQ(schema::triggers().size(), 26u);
+  EXPECT_EQ(namesOfStage(Stage::Base).size(), 127u);
+  EXPECT_EQ(schema::viewOrder(Stage::Base).size(), 80u);
+  EXPECT_EQ(schema::viewOrder(Stage::Upgrade).size(), 86u);
+  EXPECT_EQ(schema::triggerOrder(Stage::Base).size(), 23u);
+  EXPECT_EQ(schema::triggerOrder(Stage::Upgrade).size(), 20u);
+}
+
+TEST(Schema, OrderOfTheBaseSchemaNamesEveryBaseTableOnce) {
+  const auto& order = schema::tableOrder(Stage::Base);
+  EXPECT_EQ(asSet(order), namesOfStage(Stage::Base));
+  EXPECT_EQ(order.size(), asSet(order).size());
+}
+
+TEST(Schema, OrderOfTheUpgradeNamesEveryLaterTable) {
+  const auto order = asSet(schema::tableOrder(Stage::Upgrade));
+  for (const std::string& name : namesOfStage(Stage::Upgrade)) {
+    EXPECT_TRUE(order.contains(name)) << name;
+  }
+  for (std::string name : order) {
+    name = name.starts_with("DROP ") ? name.substr(5) : name;
+    EXPECT_NE(schema::table(name), nullptr) << name;
+  }
+}
+
+TEST(Schema, OrdersNameOnlyKnownViewsAndTriggers) {
+  for (Stage stage : {Stage::Base, Stage::Upgrade}) {
+    for (const std::string& name : schema::viewOrder(stage)) {
+      EXPECT_NE(schema::view(name), nullptr) << name;
+    }
+    for (const std::string& name : schema::triggerOrder(stage)) {
+      EXPECT_NE(schema::trigger(name), nullptr) << name;
+    }
+  }
+}
+
+TEST(Schema, TextsCreateTheObjectThatTheirFileNames) {
+  auto check = [](const std::vector<ObjectDef>& all, const std::string& kind) {
+    for (const ObjectDef& def : all) {
+      for (std::string text : {def.text, def.baseText}) {
+        std::transform(text.begin(), text.begin() + 12, text.begin(), ::toupper);
+        EXPECT_EQ(text.rfind("CREATE " + kind + " " + def.name, 0), 0u) << def.name;
+      }
+    }
+  };
+  check(schema::views(), "VIEW");
+  check(schema::triggers(), "TRIGGER");
+}
+
+struct ColumnCase {
+  const char* table;
+  std::size_t base, all;  // columns in a new company; all that are described
+};
+
+class TableColumns : public testing::TestWithParam<ColumnCase> {};
+
+TEST_P(TableColumns, AreComplete) {
+  const TableDef* table = schema::table(GetParam().table);
+  ASSERT_NE(table, nullptr);
+  const auto base = std::count_if(table->columns.begin(), table->columns.end(),
+                                  [](const ColumnDef& c) { return c.stage == Stage::Base; });
+  EXPECT_EQ(static_cast<std::size_t>(base), GetParam().base);
+  EXPECT_EQ(table->columns.size(), GetParam().all);
+}
+
+INSTANTIATE_TEST_SUITE_P(Schema, TableColumns,
+                         testing::Values(ColumnCase{"FILTRELER", 0, 201}, ColumnCase{"stokkart", 68, 102},
+                                         ColumnCase{"AMBAR", 11, 11}, ColumnCase{"IP_BARKOD", 1, 1},
+                                         ColumnCase{"MUHKILIT", 3, 3}),
+                         [](const auto& info) { return std::string(info.param.table); });
+
+TEST(Schema, KeepsWhatIsParticularToAColumn) {
+  const TableDef& stok = *schema::table("STOKKART");
+  EXPECT_EQ(stok.column("Birim2_Katsayi")->baseType, "REAL");
+  EXPECT_EQ(stok.column("Birim2_Katsayi")->type, "FLOAT");
+  EXPECT_EQ(stok.column("StTur")->fill, "MM");
+  EXPECT_TRUE(stok.column("RB_Takip")->dropped);
+  EXPECT_EQ(schema::table("CARIKART")->column("HesapTuru")->fill, "Alıcı + Satıcı");
+  EXPECT_EQ(schema::table("MUHFISHAR")->column("Aktif")->askedLength, 28);
+  EXPECT_EQ(schema::table("MUHFISKART")->column("FisKartKontrol_No")->askedName, "FisKartKontrol_No ");
+  EXPECT_TRUE(schema::table("KASAKART")->column("Kasa_Kod")->rebuild);
+  const ColumnDef* audit = schema::table("PERSONELKARTI")->column("Deg_Tarih");
+  EXPECT_TRUE(audit->completed);
+  EXPECT_EQ(audit->fill, "01/01/<year>");
+}
+
+TEST(Schema, PointOfSaleTriggersHaveAnOlderForm) {
+  EXPECT_NE(schema::trigger("POSODEMEEKLE")->baseText.find("@Alacak=Tutar"), std::string::npos);
+  EXPECT_NE(schema::trigger("POSODEMEEKLE")->text.find("@Alacak=ATutar"), std::string::npos);
+  EXPECT_EQ(schema::trigger("STOKUPDATE")->baseText, schema::trigger("STOKUPDATE")->text);
+}
+
+TEST(TableDefinition, MakesTheStatementOfEitherStage) {
+  const EmbeddedText file{"t.tbl",
+                          "# comment\n"
+                          "TABLE T B COLLATE Turkish_CI_AS\n"
+                          "  ID    INT       NOT NULL  IDENTITY      B\n"
+                          "  Kod   CHAR(26)  NULL                    B  BASE CHAR(15)\n"
+                          "  Ad    CHAR(5)   NOT NULL  DEFAULT ' '   B\n"
+                          "  Gone  BIT       NULL                    B  DROPPED\n"
+                          "  N1..N2 TEXT     NULL      FILL 'a b'    U\n"
+                          "  PRIMARY KEY NONCLUSTERED (Kod, ID)\n"
+                          "  INSERT INTO T(Ad) VALUES ('x')\n"
+                          "  UPGRADE INSERT INTO T(Ad) VALUES ('y')\n"};
+  const auto tables = parseTables(file);
+  ASSERT_EQ(tables.size(), 1u);
+  EXPECT_EQ(createStatement(tables[0], Stage::Base),
+            "CREATE TABLE T (ID INT NOT NULL IDENTITY, Kod CHAR(15) COLLATE Turkish_CI_AS NOT NULL, "
+            "Ad CHAR(5) COLLATE Turkish_CI_AS NOT NULL DEFAULT ' ', Gone BIT NULL, "
+            "PRIMARY KEY NONCLUSTERED (Kod, ID))");
+  EXPECT_EQ(createStatement(tables[0], Stage::Upgrade),
+            "CREATE TABLE T (ID INT NOT NULL IDENTITY, Kod CHAR(26) COLLATE Turkish_CI_AS NOT NULL, "
+            "Ad CHAR(5) COLLATE Turkish_CI_AS NOT NULL DEFAULT ' ', N1 TEXT NULL, N2 TEXT NULL, "
+            "PRIMARY KEY NONCLUSTERED (Kod, ID))");
+  EXPECT_EQ(tables[0].column("n2")->fill, "a b");
+  EXPECT_EQ(tables[0].firstRows, std::vector<std::string>{"INSERT INTO T(Ad) VALUES ('x')"});
+  EXPECT_EQ(tables[0].upgradeRows, std::vector<std::string>{"INSERT INTO T(Ad) VALUES ('y')"});
+}
+
+TEST(TableDefinition, RefusesWhatItDoesNotKnow) {
+  const char* const bad[] = {
+      "  A INT NULL B\n",                      // no table
+      "TABLE T X\n",                           // no such stage
+      "TABLE T B\n  A INT MAYBE B\n",          // no nullability
+      "TABLE T B\n  A INT NULL\n",             // no stage
+      "TABLE T B\n  A INT NULL B WHATEVER\n",  // no such note
+      "TABLE T B\n  A INT NULL B\n  a INT NULL B\n",
+      "TABLE T B\n  A INT NULL B\n  PRIMARY KEY (C)\n",
+  };
+  for (const char* text : bad) {
+    EXPECT_THROW(parseTables({"bad.tbl", text}), std::invalid_argument) << text;
+  }
+}
+
+}  // namespace

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -73,6 +74,14 @@ struct ConnectionParts {
   bool integrated = false;  // Windows / Kerberos authentication instead of login and password
 };
 
+// A column of a table as the server's catalog knows it.
+struct TableColumn {
+  std::string name;
+  FieldType type = FieldType::VarChar;
+  bool identity = false;
+  bool keyPart = false;
+};
+
 enum class State : std::uint8_t { Closed = 0, Open = 1 };
 
 class Connection {
@@ -94,6 +103,13 @@ class Connection {
   // Runs one batch and returns its first result set; null when it has none.
   std::unique_ptr<Rows> query(std::string_view batch);
 
+  // Columns of a table, for drivers whose result sets do not tell where a column comes from; `database`
+  // empty: the current one. Empty when the driver's rows tell it themselves or there is no such table.
+  virtual std::vector<TableColumn> tableColumns(const std::string& /*database*/,
+                                                const std::string& /*table*/) {
+    return {};
+  }
+
   // Plan cache counters where the driver has one.
   struct PlanCounters {
     std::int64_t hits = 0, misses = 0;
@@ -101,11 +117,26 @@ class Connection {
   virtual std::optional<PlanCounters> planCounters() const { return std::nullopt; }
 };
 
+// What only a server inside this process offers: its making and its service. Errors are SqlError.
+class LocalServer {
+ public:
+  virtual ~LocalServer() = default;
+  virtual std::filesystem::path folder() const = 0;
+  virtual bool exists() const = 0;
+  // Makes the folder and an empty server whose administrator is `login`.
+  virtual void create(const std::string& login, const std::string& password) = 0;
+  virtual bool running() const = 0;  // false also when it does not exist
+  virtual void stop() = 0;           // no effect on a stopped one
+  virtual void start() = 0;
+};
+
 // Makes closed connections for a server name; chosen once, in app/.
 class ConnectionFactory {
  public:
   virtual ~ConnectionFactory() = default;
   virtual std::unique_ptr<Connection> make(const std::string& server) = 0;
+  // The server named when it is one inside this process; null for one on the network.
+  virtual std::unique_ptr<LocalServer> local(const std::string& /*server*/) { return nullptr; }
 };
 
 }  // namespace db

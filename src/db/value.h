@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 namespace db {
@@ -47,13 +48,15 @@ class Value {
   }
 
   // Conversions that never fail: NULL gives "", 0, false; text is read as a number where it is one, else 0.
-  std::string text() const;     // dates as YYYY-MM-DD HH:MM:SS.mmm, decimals with their scale
+  // Fractions are rounded to the nearest integer, halves to the even one.
+  std::string text() const;     // dates as YYYY-MM-DD HH:MM:SS.mmm, decimals with their scale, bits 1 and 0
   std::string trimmed() const;  // text() without blanks at both ends
   std::int64_t integer() const;
   double real() const;
   bool boolean() const;
 
   friend bool operator==(const Value&, const Value&) = default;
+  friend std::string literal(const Value& value);
 
  private:
   std::variant<std::monostate, bool, std::int64_t, double, Decimal, DateTime, std::string, Bytes> v_;

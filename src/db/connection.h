@@ -103,8 +103,8 @@ class Connection {
   // Runs one batch and returns its first result set; null when it has none.
   std::unique_ptr<Rows> query(std::string_view batch);
 
-  // Columns of a table, for drivers whose result sets do not tell where a column comes from; `database`
-  // empty: the current one. Empty when the driver's rows tell it themselves or there is no such table.
+  // Columns of a table as far as the driver can tell; `database` empty: the current one. Empty when
+  // there is no such table.
   virtual std::vector<TableColumn> tableColumns(const std::string& /*database*/,
                                                 const std::string& /*table*/) {
     return {};

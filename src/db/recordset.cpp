@@ -19,7 +19,9 @@ constexpr const char* readOnlyText =
     "Current Recordset does not support updating. This may be a limitation of the provider, or of the "
     "selected locktype.";
 
-[[noreturn]] void fail(const char* text) { throw SqlError(ErrorKind::LinkBroken, 0, text); }
+[[noreturn]] void fail(const char* text) {
+  throw SqlError(ErrorKind::LinkBroken, 0, text);
+}
 
 }  // namespace
 
@@ -28,9 +30,9 @@ struct Recordset::Impl {
   std::string sql;
   Lock lock = Lock::ReadOnly;
   std::unique_ptr<Rows> rows;
-  std::int64_t read = 0;         // rows that were read; rows added since follow them
-  std::vector<bool> unsent;      // per added row: its INSERT was not sent yet
-  std::int64_t position = 0;     // count() is end of file
+  std::int64_t read = 0;      // rows that were read; rows added since follow them
+  std::vector<bool> unsent;   // per added row: its INSERT was not sent yet
+  std::int64_t position = 0;  // count() is end of file
   std::int64_t beforeAdding = 0;
   std::map<std::int64_t, RowChanges> written;  // values sent since the rows were read
   std::map<std::int64_t, RowChanges> pending;  // values assigned and not sent
@@ -141,22 +143,34 @@ void Recordset::open(Connection& connection, std::string_view sql, Cursor, Lock 
   impl_->rows = std::move(rows);
 }
 
-void Recordset::close() { impl_.reset(); }
+void Recordset::close() {
+  impl_.reset();
+}
 
-State Recordset::state() const { return impl_ ? State::Open : State::Closed; }
+State Recordset::state() const {
+  return impl_ ? State::Open : State::Closed;
+}
 
 bool Recordset::eof() const {
   const Impl& open = opened(impl_);
   return open.position >= open.count();
 }
 
-std::int64_t Recordset::recordCount() const { return opened(impl_).count(); }
+std::int64_t Recordset::recordCount() const {
+  return opened(impl_).count();
+}
 
-void Recordset::moveFirst() { opened(impl_).position = 0; }
+void Recordset::moveFirst() {
+  opened(impl_).position = 0;
+}
 
-void Recordset::moveNext() { ++atRow(impl_).position; }
+void Recordset::moveNext() {
+  ++atRow(impl_).position;
+}
 
-const std::vector<FieldInfo>& Recordset::fields() const { return opened(impl_).rows->fields(); }
+const std::vector<FieldInfo>& Recordset::fields() const {
+  return opened(impl_).rows->fields();
+}
 
 int Recordset::fieldIndex(std::string_view name) const {
   const auto& all = fields();

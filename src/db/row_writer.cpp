@@ -5,10 +5,16 @@
 namespace db {
 namespace {
 
-[[noreturn]] void refuse(const std::string& text) { throw SqlError(ErrorKind::StatementRefused, 0, text); }
+[[noreturn]] void refuse(const std::string& text) {
+  throw SqlError(ErrorKind::StatementRefused, 0, text);
+}
 
-bool isText(FieldType type) { return type >= FieldType::Char && type <= FieldType::NText; }
-bool isLong(FieldType type) { return type == FieldType::Text || type == FieldType::NText; }
+bool isText(FieldType type) {
+  return type >= FieldType::Char && type <= FieldType::NText;
+}
+bool isLong(FieldType type) {
+  return type == FieldType::Text || type == FieldType::NText;
+}
 
 // Keeps the last rows and whether any statement touched a row.
 class WriteSink : public BatchSink {
@@ -55,13 +61,21 @@ void RowWriter::readFields(const std::vector<FieldInfo>& fields) {
     if (field.baseTable.empty()) continue;
     if (table_.table.empty()) {
       table_ = {field.baseDatabase, field.baseTable};
-    } else if (!sameName(table_.table, field.baseTable) ||
-               !sameName(table_.database, field.baseDatabase)) {
+    } else if (!sameName(table_.table, field.baseTable) || !sameName(table_.database, field.baseDatabase)) {
       refuse("Insufficient base table information for updating or refreshing.");
     }
     if (field.identity) identity_ = static_cast<int>(columns_.size()) - 1;
   }
+  if (identity_ < 0) dropPartialKey(keyParts, connection_.tableColumns(table_.database, table_.table));
   chooseKey(keyParts);
+}
+
+// A key is one only when every part of it was selected.
+void RowWriter::dropPartialKey(std::vector<bool>& keyParts, const std::vector<TableColumn>& known) {
+  const auto parts = std::count_if(known.begin(), known.end(), [](const auto& c) { return c.keyPart; });
+  if (!known.empty() && parts != std::count(keyParts.begin(), keyParts.end(), true)) {
+    keyParts.assign(keyParts.size(), false);
+  }
 }
 
 void RowWriter::readCatalog(std::string_view sql, const std::vector<FieldInfo>& fields) {
@@ -71,19 +85,14 @@ void RowWriter::readCatalog(std::string_view sql, const std::vector<FieldInfo>& 
   const auto known = connection_.tableColumns(table_.database, table_.table);
   std::vector<bool> keyParts;
   for (const auto& field : fields) {
-    const auto column = std::find_if(known.begin(), known.end(), [&](const TableColumn& c) {
-      return sameName(c.name, field.name);
-    });
+    const auto column = std::find_if(known.begin(), known.end(),
+                                     [&](const TableColumn& c) { return sameName(c.name, field.name); });
     const bool found = column != known.end();
     columns_.push_back({found || known.empty() ? field.name : "", field.type});
     keyParts.push_back(found && column->keyPart);
     if (field.identity || (found && column->identity)) identity_ = static_cast<int>(columns_.size()) - 1;
   }
-  // A key is one only when every part of it was selected.
-  const auto parts = std::count_if(known.begin(), known.end(), [](const auto& c) { return c.keyPart; });
-  if (parts != std::count(keyParts.begin(), keyParts.end(), true)) {
-    keyParts.assign(keyParts.size(), false);
-  }
+  dropPartialKey(keyParts, known);
   chooseKey(keyParts);
 }
 
@@ -154,8 +163,7 @@ void RowWriter::update(const RowChanges& changes, const std::function<Value(int)
   connection_.run("UPDATE " + qualifiedName(table_) + " SET " + assignments + " WHERE " + condition(original),
                   sink);
   if (sink.missedRow()) {
-    refuse(
-        "Row cannot be located for updating. Some values may have been changed since it was last read.");
+    refuse("Row cannot be located for updating. Some values may have been changed since it was last read.");
   }
 }
 

@@ -37,6 +37,7 @@ class RowWriter {
   std::string comparison(int field, const Value& value) const;
   void readFields(const std::vector<FieldInfo>& fields);
   void readCatalog(std::string_view sql, const std::vector<FieldInfo>& fields);
+  static void dropPartialKey(std::vector<bool>& keyParts, const std::vector<TableColumn>& known);
   void chooseKey(const std::vector<bool>& keyParts);
 
   Connection& connection_;

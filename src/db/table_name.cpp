@@ -7,7 +7,9 @@
 namespace db {
 namespace {
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+char lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
 
 bool isWordChar(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '@' ||
@@ -65,9 +67,13 @@ std::vector<Token> tokens(std::string_view sql) {
   return out;
 }
 
-bool isWord(const Token& token, std::string_view word) { return !token.quoted && sameName(token.text, word); }
+bool isWord(const Token& token, std::string_view word) {
+  return !token.quoted && sameName(token.text, word);
+}
 
-bool isName(const Token& token) { return token.quoted || isWordChar(token.text.front()); }
+bool isName(const Token& token) {
+  return token.quoted || isWordChar(token.text.front());
+}
 
 // Index of the outermost FROM; 0 when there is none or the statement is not a plain SELECT.
 std::size_t findFrom(const std::vector<Token>& all) {

@@ -17,8 +17,8 @@ struct TableName {
 // a subquery, grouping or a UNION.
 std::optional<TableName> tableOfSelect(std::string_view sql);
 
-std::string bracketed(std::string_view name);        // [name], closing brackets doubled
-std::string qualifiedName(const TableName& table);   // [db].dbo.[t] or [t]
+std::string bracketed(std::string_view name);           // [name], closing brackets doubled
+std::string qualifiedName(const TableName& table);      // [db].dbo.[t] or [t]
 bool sameName(std::string_view a, std::string_view b);  // ASCII case ignored
 
 }  // namespace db

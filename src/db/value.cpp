@@ -36,9 +36,8 @@ std::string realText(double value, bool scientific) {
 
 std::string dateText(const DateTime& v, const char* format) {
   char buffer[96];
-  const int length =
-      std::snprintf(buffer, sizeof buffer, format, v.year, v.month, v.day, v.hour, v.minute, v.second,
-                    v.millisecond);
+  const int length = std::snprintf(buffer, sizeof buffer, format, v.year, v.month, v.day, v.hour, v.minute,
+                                   v.second, v.millisecond);
   return {buffer, static_cast<std::size_t>(length)};
 }
 
@@ -125,7 +124,9 @@ struct LiteralOf {
 
 }  // namespace
 
-std::string Value::text() const { return std::visit(TextOf(), v_); }
+std::string Value::text() const {
+  return std::visit(TextOf(), v_);
+}
 
 std::string Value::trimmed() const {
   if (const auto* text = as<std::string>()) return std::string(trim(*text));
@@ -162,7 +163,9 @@ bool Value::boolean() const {
   return real() != 0;
 }
 
-std::string literal(const Value& value) { return std::visit(LiteralOf(), value.v_); }
+std::string literal(const Value& value) {
+  return std::visit(LiteralOf(), value.v_);
+}
 
 std::string escape(std::string_view text) {
   std::string out;

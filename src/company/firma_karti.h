@@ -1,0 +1,53 @@
+// The company card Firma_Tanım without its widgets: create a company, edit its card, show it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "session/oturum.h"
+
+namespace company {
+
+// Texts of the card's controls, with the controls' names, and its one field.
+struct FirmaKarti {
+  std::string Firma_Adi, Firma_Kodu, Firma_Unvani;
+  std::string Adres, Sehir, Ulke, Tel1, Tel2, Fax;
+  std::string Bas_Tar, Bit_Tar;  // DD/MM/YYYY
+  std::string Vergi_Dairesi, Vergi_Numarasi;
+  bool StandartHesapPlani = false;
+  std::string Hata_Metni;  // first fault of the card, empty without one
+};
+
+// How the screen stands after it was opened.
+struct KartDurumu {
+  bool Firma_Adi_Salt = false;          // Firma_Adi is read-only
+  bool Frame2_Gorunur = true;           // hidden for a new company, whose form is 6936 twips high
+  bool StandartHesapPlani_Acik = true;  // off when the company has a chart already
+  bool Kayit_Acik = true;               // off: KaydetBtn, Frame1, Firma_Unvani, Frame3, Frame4
+  std::string DurumPanel = "  Escape (Çıkış)  F2 (Kaydet)";
+};
+inline constexpr int yeniKartYuksekligi = 6936;  // twips
+
+// Opens the card as Yeni_Kayit, Inceleme and Secili_ID of the session tell.
+KartDurumu Firma_Karti_Ac(session::Oturum& oturum, FirmaKarti& kart);
+
+// Copies the open row of Kayitlar into the card. Throws db::SqlError when there is none.
+void Yerlestir(session::Oturum& oturum, FirmaKarti& kart);
+
+// Leaves the first fault in Hata_Metni. Behind the card's own tests each text is measured against its
+// column.
+void Kayit_Kontrol(FirmaKarti& kart);
+
+// Makes the database and its catalog rows (Yeni_Kayit), or writes the card of the company Secili_ID.
+// Hedef_Firma_Adi holds the trimmed Firma_Adi. A failure leaves its text in Son_Hata.
+void Firma_Olustur(session::Oturum& oturum, const FirmaKarti& kart);
+
+// KaydetBtn. True when the form is to be unloaded and the console's list refreshed; the card's own faults
+// are shown in a box and keep it open. A failure of Firma_Olustur does not keep it open: its text is left
+// in Son_Hata, which is empty when all went well.
+bool Kaydet(session::Oturum& oturum, FirmaKarti& kart);
+
+// The successor of the greatest company code, "00001" without any.
+std::string Sonraki_Firma_Kodu(session::Oturum& oturum);
+
+}  // namespace company

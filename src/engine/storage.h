@@ -8,6 +8,7 @@
 #include <sqlite3.h>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,14 +17,19 @@
 
 #include "engine/ast.h"
 #include "engine/catalog.h"
+#include "engine/datum.h"
 #include "engine/error.h"
 
 namespace engine {
 
+struct FunctionContext;  // functions.h
+
 struct DatabaseEntry {
-  std::int64_t id = 0;
+  std::int64_t id = 0;  // DB_ID(); never reused
   std::string name;
   std::filesystem::path data, log;
+  std::string fileName;      // the data file as CREATE DATABASE wrote it: sysdatabases.filename
+  std::int64_t created = 0;  // ticks
 };
 
 // The folder, shared by all sessions of this process.
@@ -40,15 +46,27 @@ class Store {
 
   sqlite3* handle() const;
   Instance& instance() const;
+  // Date settings of the session's SQL functions.
+  FunctionContext& functions() const;
 
   // Called at the start of every statement: throws 17142 when the service is stopped (after closing
-  // this handle's files), picks up catalog changes of other sessions and processes.
+  // this handle's files, an open transaction is rolled back), picks up catalog changes of other sessions
+  // and processes. Between the two calls the service does not stop; everything that touches the handle
+  // (also the rollback of a session that ends) lies between them. Not nested; a second beginStatement()
+  // without endStatement() is taken as one statement.
   void beginStatement();
+  void endStatement() noexcept;
 
   // Makes sure the database is attached; returns the alias to write in front of its tables, already
   // quoted ("d3"). Throws 911 (no such database) or the damage found in its file.
   std::string attach(std::string_view database);
   bool databaseExists(std::string_view database);
+  // The entry as registered; 911 when there is none. databases() is in order of id, master first.
+  DatabaseEntry database(std::string_view name);
+  std::vector<DatabaseEntry> databases();
+  // Makes it the session's current database: as long as it is, nobody drops it (3702). Throws 911, the
+  // damage found, or 4060 while somebody drops it.
+  void useDatabase(std::string_view name);
   // The database's objects as of this statement.
   std::shared_ptr<const DatabaseCatalog> catalog(std::string_view database);
   // Sum of what beginStatement() has seen change; a plan made under another value is stale.
@@ -62,8 +80,16 @@ class Store {
   bool inTransaction() const;
   void writeLock(std::string_view database);
 
- private:
+  // For the definition statements and the login functions: inside begin() .. commit(), says that the
+  // definitions (or, in master, the list of databases) change. The new catalog replaces the cached one
+  // for this session at once and for others after the commit.
+  void markChanged(std::string_view database, std::shared_ptr<const DatabaseCatalog> now = nullptr);
+  // Says that registered databases changed outside this handle's cache.
+  void forgetDatabase(std::string_view database);
+
   struct Impl;
+
+ private:
   std::unique_ptr<Impl> impl_;
 };
 
@@ -73,8 +99,37 @@ class Store {
 struct SessionContext {
   std::string database;  // current database
   std::string login;     // as logged in
+  // Value of a column default that is no plain literal, in the physical form of `type`; used by ADD
+  // with NOT NULL on a table with rows. Without it such a default is refused.
+  std::function<Datum(const Expr& expression, const Type& type)> evaluate;
 };
 void runDefinition(Store& store, SessionContext& context, const Statement& statement,
                    const std::vector<ViewColumn>& viewColumns = {});
+
+// An empty table for SELECT INTO: types, NULL and identity as given, no keys. 2714, 2705, 1038 (a column
+// without a name).
+void createTableFrom(Store& store, const std::string& database, const std::string& name,
+                     const std::vector<ColumnInfo>& columns);
+
+// The data behind sp_rename: `type` is OBJECT, COLUMN (t.c) or INDEX (t.i); empty: object, then column.
+// 15225 (no such item), 15335 (the new name is taken), 15249 (unknown type).
+void renameItem(Store& store, const std::string& database, const std::string& item,
+                const std::string& newName, const std::string& type);
+
+// Reserves `count` identity values of the table inside the open transaction and returns the first.
+// 8115 when they leave the column's type.
+std::int64_t nextIdentity(Store& store, std::string_view database, const TableInfo& table,
+                          std::int64_t count = 1);
+// After an explicit value (IDENTITY_INSERT): the next one goes on behind it when it lies further on.
+void noteIdentity(Store& store, std::string_view database, const TableInfo& table, std::int64_t value);
+// TRUNCATE TABLE: the next value is the seed again.
+void resetIdentity(Store& store, std::string_view database, const TableInfo& table);
+// IDENT_CURRENT: the last value used; nothing before the first.
+std::optional<std::int64_t> lastIdentity(Store& store, std::string_view database, const TableInfo& table);
+
+// The SQLite message of a violated unique index ("UNIQUE constraint failed: ...") or NOT NULL as the
+// server's error: 2627, 2601 or 515 (`verb` is INSERT or UPDATE). `database` is where the table lies.
+Error constraintError(const DatabaseCatalog& catalog, const std::string& sqliteMessage,
+                      const std::string& verb);
 
 }  // namespace engine

@@ -82,15 +82,15 @@ struct KomutSonucu {
   bool listeyiYenile = false;  // refill the tree with Alan_Listesi_Doldur
 };
 
-KomutSonucu MNEkle(Oturum& oturum, const Dugum& dugum);
-KomutSonucu MNDegistir(Oturum& oturum, const Dugum& dugum);
-KomutSonucu MNIncele(Oturum& oturum, const Dugum& dugum);
-KomutSonucu MNYetki(Oturum& oturum, const Dugum& dugum);
-KomutSonucu MNYetkiKasiyer(Oturum& oturum, const Dugum& dugum);
+KomutSonucu MNEkle(Oturum& oturum, const Dugum& secili);
+KomutSonucu MNDegistir(Oturum& oturum, const Dugum& secili);
+KomutSonucu MNIncele(Oturum& oturum, const Dugum& secili);
+KomutSonucu MNYetki(Oturum& oturum, const Dugum& secili);
+KomutSonucu MNYetkiKasiyer(Oturum& oturum, const Dugum& secili);
 // The definition screens; `ekran` from MNIsyeri to MNRenkTanim.
-KomutSonucu MNTanim(Oturum& oturum, const Dugum& dugum, Ekran ekran);
+KomutSonucu MNTanim(Oturum& oturum, const Dugum& secili, Ekran ekran);
 // Asks, deletes company or user, shows what went wrong. listeyiYenile is set when something was deleted.
-KomutSonucu MNSil(Oturum& oturum, const Dugum& dugum);
+KomutSonucu MNSil(Oturum& oturum, const Dugum& secili);
 
 // The next company code: the successor of the greatest one, "00001" without any.
 std::string Firma_Kod_Yeni(Oturum& oturum);

@@ -1,0 +1,87 @@
+#include "platform/files.h"
+
+#include <fstream>
+#include <iterator>
+
+#ifdef _WIN32
+#include <io.h>
+#else
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#endif
+
+namespace platform {
+
+namespace fs = std::filesystem;
+
+#ifdef _WIN32
+
+std::error_code writeFileSafely(const fs::path& path, std::string_view text) {
+  fs::path temporary = path;
+  temporary += ".yeni";
+  std::error_code error;
+  {
+    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
+    out.write(text.data(), static_cast<std::streamsize>(text.size()));
+    out.flush();
+    if (!out) error = std::make_error_code(std::errc::io_error);
+  }
+  if (!error) fs::rename(temporary, path, error);
+  std::error_code ignored;
+  if (error) fs::remove(temporary, ignored);
+  return error;
+}
+
+bool canWriteFolder(const fs::path& folder) {
+  return _waccess(folder.c_str(), 2) == 0;
+}
+
+#else
+
+namespace {
+
+std::error_code lastError() {
+  return {errno, std::generic_category()};
+}
+
+std::error_code writeAll(int file, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = ::write(file, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return lastError();
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return ::fsync(file) == 0 ? std::error_code() : lastError();
+}
+
+}  // namespace
+
+std::error_code writeFileSafely(const fs::path& path, std::string_view text) {
+  std::string temporary = path.string() + ".XXXXXX";
+  const int file = ::mkostemp(temporary.data(), O_CLOEXEC);  // made with rights 0600
+  if (file < 0) return lastError();
+  std::error_code error = writeAll(file, text);
+  if (::close(file) != 0 && !error) error = lastError();
+  if (!error && ::rename(temporary.c_str(), path.c_str()) != 0) error = lastError();
+  if (error) ::unlink(temporary.c_str());
+  return error;
+}
+
+bool canWriteFolder(const fs::path& folder) {
+  return ::access(folder.c_str(), W_OK | X_OK) == 0;
+}
+
+#endif
+
+std::optional<std::string> readFile(const fs::path& path) {
+  std::error_code error;
+  if (!fs::is_regular_file(path, error)) return std::nullopt;
+  std::ifstream in(path, std::ios::binary);
+  if (!in) return std::nullopt;
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+}  // namespace platform

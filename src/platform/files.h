@@ -1,0 +1,22 @@
+// Files whose content is a secret or must never be half there.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+namespace platform {
+
+// Replaces `path` by `text`: written beside it with rights 0600, flushed, then renamed over it, so that a
+// reader sees the old or the new file, never half of one. On failure nothing is changed.
+std::error_code writeFileSafely(const std::filesystem::path& path, std::string_view text);
+
+// The whole file; empty when it is missing or cannot be read.
+std::optional<std::string> readFile(const std::filesystem::path& path);
+
+// Whether new files can be made in the folder, which must exist.
+bool canWriteFolder(const std::filesystem::path& folder);
+
+}  // namespace platform

@@ -1,0 +1,66 @@
+#include "session/bolgesel.h"
+
+#include <array>
+
+namespace session {
+
+namespace {
+
+constexpr std::string_view regionalKey = "Control Panel\\International";
+
+struct Setting {
+  std::string_view value, wanted, marker;
+};
+// In the order in which they are checked.
+constexpr std::array<Setting, 4> settings = {{{"sDecimal", ",", "ONDALIK"},
+                                              {"sThousand", ".", "BASAMAK"},
+                                              {"sDate", ".", "TARIH"},
+                                              {"sShortDate", "dd.MM.yyyy", "TARIH"}}};
+// Indexes into `settings` in the order in which they are written.
+constexpr std::array<std::size_t, 4> writeOrder = {0, 1, 3, 2};
+
+void writeWanted(Oturum& oturum) {
+  for (const std::size_t index : writeOrder)
+    Kayit_Yaz(oturum, kokKullanici, regionalKey, settings[index].value, settings[index].wanted);
+}
+
+}  // namespace
+
+std::string Kayit_Oku(Oturum& oturum, std::string_view root, std::string_view key, std::string_view value) {
+  std::string text = oturum.platform->registryRead(root, key, value);
+  return text.substr(0, text.find('\0'));
+}
+
+void Kayit_Yaz(Oturum& oturum, std::string_view root, std::string_view key, std::string_view value,
+               std::string_view text) {
+  oturum.platform->registryWrite(root, key, value, text);
+}
+
+BolgeselSonuc BolgeselAyarlariAyarla(Oturum& oturum) {
+  if (oturum.platform->registryKeyIsNew(kokKullanici, regionalKey)) {
+    writeWanted(oturum);
+    // Not read back: an account whose registry cannot be written would never get past the question.
+    oturum.Ondalik_Ayrac = settings[0].wanted;
+    oturum.Binlik_Ayrac = settings[1].wanted;
+    return BolgeselSonuc::Tamam;
+  }
+  for (const Setting& setting : settings)
+    if (Kayit_Oku(oturum, kokKullanici, regionalKey, setting.value) != setting.wanted)
+      oturum.Son_Hata = setting.marker;
+  oturum.Ondalik_Ayrac = Kayit_Oku(oturum, kokKullanici, regionalKey, settings[0].value);
+  oturum.Binlik_Ayrac = Kayit_Oku(oturum, kokKullanici, regionalKey, settings[1].value);
+  if (oturum.Son_Hata.empty()) return BolgeselSonuc::Tamam;
+
+  const bool agreed = oturum.kutular->ask(
+      "Programın Çalışabilmesi için Sistemin Ayarlanması Gerekiyor.\n"
+      "Eğer Onaylarsanız Bu ayarlar Yapılacaktır.\n"
+      "Onaylıyormusunuz ?");
+  if (!agreed) return BolgeselSonuc::ProgramBitsin;
+  writeWanted(oturum);
+  oturum.kutular->message("Sistem Ayarlanız Tamamlandı.Bilgisayarınızın Yeniden Başlatılması Gerekiyor",
+                          Icon::Information);
+  oturum.platform->restart();
+  return BolgeselSonuc::ProgramBitsin;
+}
+
+}  // namespace session

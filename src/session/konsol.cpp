@@ -1,0 +1,281 @@
+#include "session/konsol.h"
+
+#include <algorithm>
+
+#include "session/metin.h"
+#include "session/statements.h"
+
+namespace session {
+
+namespace {
+
+constexpr std::array<MenuButonu, 11> buttons = {{{"SabitTanimlar_Frm", "Sabit Tanımlamalar", false},
+                                                 {"Numaralar_Frm", "Numaratör Tanımlamaları", false},
+                                                 {"YedekFrm", "", false},
+                                                 {"ServisMenu", "", false},
+                                                 {"BarkodGramajFrm", "", false},
+                                                 {"DevirFrm", "", false},
+                                                 {"TaksitliSatisTanimlar_Frm", "", false},
+                                                 {"ElTerminaliTanimKartifrm", "", false},
+                                                 {"Offline_AyarlarFRM", "", false},
+                                                 {"ServerParaFrm", "", true},
+                                                 {"DbAktarFRm", "", true}}};
+
+struct KindImage {
+  std::string_view kind;
+  int image;
+};
+constexpr std::array<KindImage, 6> images = {
+    {{dugum::FT, 1}, {dugum::F, 1}, {dugum::KT, 0}, {dugum::K, 0}, {dugum::SI, 9}, {dugum::Y, 17}}};
+
+struct MenuRow {
+  std::string_view kind;
+  bool supervisor;
+  MenuDurumu state;  // without `ekle`, which follows the supervisor alone
+};
+constexpr std::array<MenuRow, 4> menuRows = {
+    {{dugum::F, true, {false, true, true, true, false, false, true}},
+     {dugum::F, false, {false, false, true, false, false, false, false}},
+     {dugum::K, true, {false, true, true, true, true, true, false}},
+     {dugum::K, false, {false, false, true, false, false, true, false}}}};
+
+bool isCompany(std::string_view kind) {
+  return kind == dugum::F || kind == dugum::FT;
+}
+bool isUser(std::string_view kind) {
+  return kind == dugum::K || kind == dugum::KT;
+}
+bool isLeaf(std::string_view kind) {
+  return kind == dugum::F || kind == dugum::K;
+}
+
+bool connectCatalog(Oturum& oturum) {
+  try {
+    Katalog_Bagla(oturum, "Defination_DB");
+    return true;
+  } catch (const db::SqlError& error) {
+    oturum.kutular->message(error.what());
+    return false;
+  }
+}
+
+// Opens `sql` on the catalog and gives one node per row.
+template <class Make>
+std::vector<Dugum> nodesOf(Oturum& oturum, std::string_view sql, Make make) {
+  std::vector<Dugum> nodes;
+  if (!connectCatalog(oturum)) return nodes;
+  db::Recordset& rows = oturum.Kayitlar;
+  Sorgu_Ac_Mesajli(oturum, rows, sql);
+  if (rows.state() == db::State::Closed) return nodes;
+  for (; !rows.eof(); rows.moveNext()) nodes.push_back(make(rows));
+  return nodes;
+}
+
+// Each statement begins with one of `deletions`; the id and an apostrophe follow.
+bool deleteRows(Oturum& oturum, std::span<const std::string_view> deletions, std::int64_t id) {
+  if (!connectCatalog(oturum)) return false;
+  for (const std::string_view deletion : deletions)
+    Sorgu_Ac_Mesajli(oturum, oturum.Kayitlar, std::string(deletion) + std::to_string(id) + "'");
+  return true;
+}
+
+KomutSonucu openScreen(Ekran ekran, std::string durum = {}) {
+  KomutSonucu sonuc;
+  sonuc.ekran = ekran;
+  sonuc.paneliGizle = true;
+  sonuc.durum = std::move(durum);
+  return sonuc;
+}
+
+Ekran cardOf(const Dugum& node) {
+  if (isCompany(node.kind)) return Ekran::Firma_Tanim;
+  return isUser(node.kind) ? Ekran::Ekle_Frm : Ekran::Yok;
+}
+
+// Opens the node's card for change or inspection.
+KomutSonucu openCard(Oturum& oturum, const Dugum& node, bool inceleme) {
+  const Ekran card = cardOf(node);
+  if (card == Ekran::Yok) return {};
+  oturum.Secili_ID = node.id;
+  oturum.Yeni_Kayit = false;
+  oturum.Inceleme = inceleme;
+  return openScreen(card);
+}
+
+bool isSupervisorNode(const Dugum& node) {
+  return isUser(node.kind) && node.id == 1;
+}
+
+bool dropDatabase(Oturum& oturum) {
+  try {
+    Katalog_Bagla(oturum, "master");
+  } catch (const db::SqlError& error) {
+    oturum.kutular->message(error.what());
+    return false;
+  }
+  return Komut_Calistir(oturum, oturum.Kayitlar, "DROP DATABASE " + oturum.Firma_DB_Adi) == 0;
+}
+
+KomutSonucu deleteCompany(Oturum& oturum, const Dugum& node) {
+  const bool agreed = oturum.kutular->ask(
+      "Seçmiş olduğunuz firmayı tüm hareketleriyle birlikte silmek istediğinizden emin misiniz?\n"
+      "Eğer Evet'i Sçerseniz Bu işlemi Geri Alma Şansınız Olmayacak",
+      Icon::Question, "Korvena");
+  if (!agreed) return {};
+  oturum.Firma_DB_Adi = Trim(node.text);
+  if (!dropDatabase(oturum)) {
+    oturum.kutular->message("Bu Firma Kullanımda Olabilir. Firma Bilgieri Silinemedi.");
+    connectCatalog(oturum);
+    return {};
+  }
+  KomutSonucu sonuc;
+  sonuc.listeyiYenile = Firma_Sil(oturum, node.id);
+  return sonuc;
+}
+
+KomutSonucu deleteUser(Oturum& oturum, const Dugum& node) {
+  if (isSupervisorNode(node)) {
+    oturum.kutular->message("Supervisor olan kullanıcıyı silemezsiniz!");
+    return {};
+  }
+  if (!oturum.kutular->ask("Bu kullanıcıyı tamamen silmek istediğinizden emin misiniz?")) return {};
+  KomutSonucu sonuc;
+  sonuc.listeyiYenile = Kullanici_Sil(oturum, node.id);
+  return sonuc;
+}
+
+}  // namespace
+
+int resimSirasi(std::string_view kind) {
+  const auto* at =
+      std::find_if(images.begin(), images.end(), [&](const KindImage& i) { return i.kind == kind; });
+  return at == images.end() ? 0 : at->image;
+}
+
+std::vector<Dugum> Firma_Listesi_Doldur(Oturum& oturum) {
+  return nodesOf(oturum, "SELECT sysfrm_ID,sysfrm_dbnm,sysfrm_kd FROM sysfrmlng",
+                 [](const db::Recordset& row) {
+                   return Dugum{std::string(dugum::F), row.field("sysfrm_dbnm").trimmed(),
+                                row.field("sysfrm_ID").integer(), "", row.field("sysfrm_kd").trimmed()};
+                 });
+}
+
+std::vector<Dugum> Kullanici_Listesi_Doldur(Oturum& oturum) {
+  return nodesOf(
+      oturum, "SELECT sysus_ID,sysus_nm,sysus FROM sysuslng ORDER BY sysus_nm", [](const db::Recordset& row) {
+        return Dugum{std::string(dugum::K), row.field("sysus_nm").trimmed(), row.field("sysus_ID").integer(),
+                     Sifre_Coz(row.field("sysus").trimmed()).value_or(""), ""};
+      });
+}
+
+std::vector<Dugum> Alan_Listesi_Doldur(Oturum& oturum) {
+  std::vector<Dugum> nodes{{std::string(dugum::FT), "Firma Tanımları", 0, "", ""}};
+  const auto append = [&](std::vector<Dugum> more) {
+    nodes.insert(nodes.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+  };
+  append(Firma_Listesi_Doldur(oturum));
+  nodes.push_back({std::string(dugum::KT), "Kullanıcı Tanımları", 0, "", ""});
+  append(Kullanici_Listesi_Doldur(oturum));
+  return nodes;
+}
+
+bool Firma_Sil(Oturum& oturum, std::int64_t id) {
+  static constexpr std::array<std::string_view, 4> deletions = {
+      "DELETE FROM sysusfrmlng WHERE sysfrm_ID='", "DELETE FROM Kullanici WHERE Firma_ID='",
+      "DELETE FROM sysfrmlng WHERE sysfrm_ID='", "DELETE FROM Kullanici_Menu WHERE Firma_ID='"};
+  return deleteRows(oturum, deletions, id);
+}
+
+bool Kullanici_Sil(Oturum& oturum, std::int64_t id) {
+  static constexpr std::array<std::string_view, 4> deletions = {
+      "DELETE FROM sysusfrmlng WHERE sysus_ID='", "DELETE FROM Kullanici WHERE Kullanici_ID='",
+      "DELETE FROM sysuslng WHERE sysus_ID='", "DELETE FROM Kullanici_Menu WHERE Kullanici_ID='"};
+  return deleteRows(oturum, deletions, id);
+}
+
+MenuDurumu menuDurumu(std::string_view kind, bool supervisor) {
+  MenuDurumu state;
+  for (const MenuRow& row : menuRows)
+    if (row.kind == kind && row.supervisor == supervisor) state = row.state;
+  state.ekle = supervisor;
+  return state;
+}
+
+std::optional<Komut> agacKomutu(AgacOlayi olay, std::string_view kind, bool supervisor) {
+  const bool branch = kind == dugum::FT || kind == dugum::KT;
+  if (!supervisor || (!isLeaf(kind) && !(branch && olay == AgacOlayi::Insert))) return std::nullopt;
+  switch (olay) {
+    case AgacOlayi::Insert:
+      return Komut::MNEkle;
+    case AgacOlayi::Delete:
+      return Komut::MNSil;
+    default:
+      return Komut::MNDegistir;
+  }
+}
+
+std::span<const MenuButonu, 11> menuButonlari() {
+  return buttons;
+}
+
+KomutSonucu MNEkle(Oturum& oturum, const Dugum& secili) {
+  const Ekran card = cardOf(secili);
+  if (card == Ekran::Yok) return {};
+  oturum.Yeni_Kayit = true;
+  oturum.Inceleme = false;
+  return openScreen(card,
+                    card == Ekran::Firma_Tanim ? "Yeni Firma Oluşturuluyor" : "Yeni Kullanıcı Oluşturuluyor");
+}
+
+KomutSonucu MNDegistir(Oturum& oturum, const Dugum& secili) {
+  return openCard(oturum, secili, false);
+}
+
+KomutSonucu MNIncele(Oturum& oturum, const Dugum& secili) {
+  if (isSupervisorNode(secili)) {
+    oturum.kutular->message("Supervisor olan kullanıcıyı inceleyemezsiniz!");
+    return {};
+  }
+  return openCard(oturum, secili, true);
+}
+
+KomutSonucu MNYetki(Oturum& oturum, const Dugum& secili) {
+  if (secili.kind != dugum::K) return {};
+  if (isSupervisorNode(secili)) {
+    oturum.kutular->message("Supervisor olan kullanıcı için yetkilendirme yapamazsınız!");
+    return {};
+  }
+  oturum.Secili_ID = secili.id;
+  return openScreen(Ekran::Yetki_Frm);
+}
+
+KomutSonucu MNYetkiKasiyer(Oturum& oturum, const Dugum& secili) {
+  oturum.Secili_ID = secili.id;
+  KomutSonucu sonuc;
+  sonuc.ekran = Ekran::KasiyerYetkiFrm;
+  return sonuc;
+}
+
+KomutSonucu MNTanim(Oturum& oturum, const Dugum& secili, Ekran ekran) {
+  if (!isCompany(secili.kind)) return {};
+  oturum.Secili_Firma = Trim(secili.text);
+  KomutSonucu sonuc;
+  sonuc.ekran = ekran;
+  return sonuc;
+}
+
+KomutSonucu MNSil(Oturum& oturum, const Dugum& secili) {
+  if (isCompany(secili.kind)) return deleteCompany(oturum, secili);
+  return isUser(secili.kind) ? deleteUser(oturum, secili) : KomutSonucu{};
+}
+
+std::string Firma_Kod_Yeni(Oturum& oturum) {
+  db::Recordset& row = oturum.Kayitlar;
+  Sorgu_Ac_Mesajli(oturum, row, "SELECT Max(sysfrm_kd) as SN_KD FROM sysfrmlng");
+  if (row.state() == db::State::Closed || row.eof()) return "00001";
+  // An aggregate always gives a row: over no company its value is NULL.
+  const std::string greatest = row.field("SN_KD").trimmed();
+  return greatest.empty() ? "00001" : Kod_Artir(greatest);
+}
+
+}  // namespace session

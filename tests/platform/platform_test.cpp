@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "platform/code_page.h"
+#include "platform/files.h"
+#include "platform/folders.h"
+#include "platform/registry.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A folder of its own as configuration home, removed afterwards.
+class PlatformTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string name = (fs::temp_directory_path() / "zembera-platform-XXXXXX").string();
+    folder = ::mkdtemp(name.data());
+    ::setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
+  }
+  void TearDown() override { fs::remove_all(folder); }
+  fs::path folder;
+};
+
+TEST(CodePage, EveryByteSurvivesARoundTrip) {
+  for (int byte = 0; byte < 256; ++byte) {
+    const std::string one(1, static_cast<char>(byte));
+    EXPECT_EQ(platform::encode1254Exactly(platform::decode1254(one)), one) << byte;
+  }
+}
+
+TEST(CodePage, TurkishLettersAndStrangers) {
+  EXPECT_EQ(platform::encode1254("ĞİŞğış"), "\xD0\xDD\xDE\xF0\xFD\xFE");
+  EXPECT_EQ(platform::encode1254("€"), "\x80");
+  EXPECT_EQ(platform::encode1254("Ð中"), "??");  // Ð has no place: its Latin-1 byte is Ğ here
+  EXPECT_FALSE(platform::encode1254Exactly("Ð"));
+  EXPECT_FALSE(platform::encode1254Exactly("a\xFF"));
+}
+
+TEST(CodePage, Utf8Validity) {
+  EXPECT_TRUE(platform::isUtf8("ışık €\xF0\x9F\x98\x80\xEF\xBF\xBD"));
+  for (const char* bad : {"\x80", "\xC3", "\xC0\xAF", "\xED\xA0\x80", "\xF5\x80\x80\x80", "\xE2\x82"})
+    EXPECT_FALSE(platform::isUtf8(bad)) << bad;
+  EXPECT_EQ(platform::toUtf8(platform::toUtf32("aı€\xF0\x9F\x98\x80")), "aı€\xF0\x9F\x98\x80");
+}
+
+TEST_F(PlatformTest, SafeWriteReplacesWholeFileForItsOwnerOnly) {
+  const fs::path file = folder / "gizli.txt";
+  ASSERT_FALSE(platform::writeFileSafely(file, "uzun eski metin"));
+  ::chmod(file.c_str(), 0644);
+  ASSERT_FALSE(platform::writeFileSafely(file, "yeni"));
+  EXPECT_EQ(platform::readFile(file), "yeni");
+  struct stat status {};
+  ASSERT_EQ(::stat(file.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0600U);
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
+}
+
+TEST_F(PlatformTest, FailedWriteLeavesNothingBehind) {
+  const fs::path target = folder / "klasor";
+  fs::create_directories(target / "dolu");
+  EXPECT_TRUE(platform::writeFileSafely(target, "x"));  // a folder cannot be replaced by a file
+  EXPECT_TRUE(platform::writeFileSafely(folder / "yok" / "a", "x"));
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1);
+  EXPECT_FALSE(platform::readFile(target));
+}
+
+TEST_F(PlatformTest, RegistryKeepsValuesWhateverTheyHold) {
+  EXPECT_FALSE(platform::registryHasKey("HKEY_CURRENT_USER", "Control Panel\\International"));
+  EXPECT_EQ(platform::registryRead("HKEY_CURRENT_USER", "A", "b"), "");
+  const std::string odd = "a=b\\n\n[c]\r";
+  ASSERT_FALSE(platform::registryWrite("HKEY_CURRENT_USER", "Control Panel\\International", "sDate", odd));
+  ASSERT_FALSE(platform::registryWrite("HKEY_CURRENT_USER", "Control Panel\\International", "sDecimal", ","));
+  ASSERT_FALSE(platform::registryWrite("HKEY_LOCAL_MACHINE", "Control Panel\\International", "sDate", "x"));
+  ASSERT_FALSE(platform::registryWrite("HKEY_CURRENT_USER", "control panel\\INTERNATIONAL", "SDECIMAL", "."));
+  EXPECT_EQ(platform::registryRead("HKEY_CURRENT_USER", "Control Panel\\International", "sDate"), odd);
+  EXPECT_EQ(platform::registryRead("HKEY_CURRENT_USER", "Control Panel\\International", "sDecimal"), ".");
+  EXPECT_EQ(platform::registryRead("HKEY_LOCAL_MACHINE", "Control Panel\\International", "sDate"), "x");
+  EXPECT_TRUE(platform::registryHasKey("HKEY_CURRENT_USER", "Control Panel\\International"));
+}
+
+TEST_F(PlatformTest, RegistryOutlivesADamagedFile) {
+  fs::create_directories(folder / "zembera");
+  ASSERT_FALSE(
+      platform::writeFileSafely(platform::registryFile(), "=\n[x\nq=1\n[HKEY_CURRENT_USER\\K]\nv=1"));
+  EXPECT_EQ(platform::registryRead("HKEY_CURRENT_USER", "K", "v"), "1");
+  ASSERT_FALSE(platform::registryWrite("HKEY_CURRENT_USER", "K", "w", "2"));
+  EXPECT_EQ(platform::registryRead("HKEY_CURRENT_USER", "K", "v"), "1");
+}
+
+TEST(Folders, BackslashSeparatesFolders) {
+  EXPECT_EQ(platform::hostPath("veri\\FIRMA.mdf"), fs::path("veri") / "FIRMA.mdf");
+  EXPECT_EQ(platform::hostPath("/srv/veri\\FIRMA_log.ldf").filename(), "FIRMA_log.ldf");
+}
+
+}  // namespace

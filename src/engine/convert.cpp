@@ -38,10 +38,6 @@ bool inRange(Int128 value, TypeId id) {
   return value >= range.low && value <= range.high;
 }
 
-bool isExact(TypeId id) {
-  return isInteger(id) || isMoney(id) || id == TypeId::Decimal;
-}
-
 [[noreturn]] void throwConversion(const Datum& value, TypeId from, TypeId to) {
   throw Error(245, std::string("Conversion failed when converting the ") + typeName(from) + " value '" +
                        value.text() + "' to data type " + typeName(to) + '.');

@@ -380,7 +380,11 @@ TEST(Errors, TravelAsText) {
 }
 
 TEST(ResultSets, KeepValuesWhenTheyGrowAndMove) {
-  ResultSet rows({{"a", integer}, {"b", varChar(20)}, {"c", floating}});
+  std::vector<ResultColumn> columns(3);
+  columns[0].type = integer;
+  columns[1].type = varChar(20);
+  columns[2].type = floating;
+  ResultSet rows(columns);
   for (int i = 0; i < 3000; ++i) {
     rows.beginRow();
     rows.addInteger(i);

@@ -30,7 +30,8 @@ struct ObjectName {
 enum class LiteralKind : std::uint8_t { Null, Integer, Decimal, Float, Money, Text, NText, Binary };
 
 // `ordinal` numbers the literals of a batch from 0 in text order, so that two batches that differ only
-// in their literals have the same tree; -1 for NULL, which is a keyword.
+// in their literals have the same tree; -1 for what is no literal of the text: NULL and bare words that
+// stand for a text.
 struct Literal {
   LiteralKind kind = LiteralKind::Null;
   std::string text;  // digits as written, unescaped text, or the bytes of 0x...
@@ -79,7 +80,8 @@ struct Expr {
     Exists,          // select
     Like,            // left, right, args[0] = ESCAPE if present, negated
     Case,            // left (null for searched), whens, right = ELSE or null
-    Function,        // name, args; distinct, star for COUNT(*); datepart names stay Column exprs
+    Function,        // name, args; distinct, star for COUNT(*); datepart names stay Column exprs;
+                     // UPDATE(column) of triggers is a predicate; CURRENT_TIMESTAMP, USER: no args
     Convert,         // type, left, args[0] = style if present (CONVERT)
     Cast,            // type, left
     Scalar,          // select
@@ -90,6 +92,7 @@ struct Expr {
 
   Kind kind = Kind::Literal;
   int line = 0;
+  int height = 1;  // of this tree, subqueries included; bounded, so that it may be walked by recursion
   Literal literal;
   std::string database, owner, table;  // qualifier of Column and Star, empty when absent
   std::string name;
@@ -154,6 +157,7 @@ struct SelectStatement {
   std::vector<SelectCore> cores;  // at least one; joined left to right by setOps
   std::vector<SetOp> setOps;      // cores.size() - 1
   std::vector<OrderItem> orderBy;
+  int height = 1;  // of its tallest expression
   // A bracketed core such as (SELECT .. UNION SELECT ..) UNION ALL .. is a core that selects * from a
   // Derived source without alias.
 };
@@ -210,6 +214,7 @@ struct ColumnDefinition {
   ExprPtr defaultValue;
   std::string defaultText;  // source text of the default, without outer blanks
   std::string defaultName;  // CONSTRAINT name of the default
+  bool withValues = false;  // ADD c .. NULL DEFAULT x WITH VALUES: existing rows get the default too
   std::string collation;
   bool primaryKey = false, unique = false, clustered = false, nonclustered = false;
   std::string keyName;  // CONSTRAINT name of the key
@@ -345,7 +350,8 @@ struct ExecArgument {
 struct ExecStatement {
   ObjectName procedure;
   std::vector<ExecArgument> args;
-  ExprPtr text;  // EXEC ('...')
+  ExprPtr text;                // EXEC ('...')
+  std::string returnVariable;  // EXEC @r = procedure
 };
 
 struct Statement {

@@ -1,0 +1,48 @@
+// The company card Firma_Tanım: new company, changed card, inspection.
+#pragma once
+
+#include <vector>
+
+#include "session/oturum.h"
+#include "ui/kart.h"
+
+class QCheckBox;
+class QGroupBox;
+
+namespace company {
+struct FirmaKarti;
+struct KartDurumu;
+}  // namespace company
+namespace ui {
+class ConsolePort;
+class ProgressPanel;
+}  // namespace ui
+
+namespace company_ui {
+
+class FirmaTanim : public ui::Kart {
+  Q_OBJECT
+ public:
+  FirmaTanim(session::Oturum& oturum, ui::ConsolePort& konsol);
+  void ac() override;
+
+ private:
+  void cerceveler();
+  void ambarCercevesi();
+  void tuslar();
+  void goster(const company::FirmaKarti& kart, const company::KartDurumu& durum);
+  company::FirmaKarti oku() const;
+  void kaydet();
+  void kapat();
+
+  session::Oturum& oturum_;
+  ui::ConsolePort& konsol_;
+  std::vector<QLineEdit*> alanlar_;  // in the order of the field table
+  QCheckBox* hesapPlani_ = nullptr;
+  QGroupBox *frame1_ = nullptr, *frame2_ = nullptr, *frame3_ = nullptr, *frame4_ = nullptr;
+  QPushButton *kaydetBtn_ = nullptr, *cikisBtn_ = nullptr;
+  ui::ProgressPanel* ilerleme_ = nullptr;
+  bool kaydediyor_ = false;
+};
+
+}  // namespace company_ui

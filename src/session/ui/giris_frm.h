@@ -1,0 +1,52 @@
+// The login screen.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <string>
+
+#include "session/oturum.h"
+
+class QGridLayout;
+class QLineEdit;
+class QPushButton;
+
+namespace session {
+struct GirisSonucu;
+}
+
+namespace session_ui {
+
+// Makes catalog and supervisor on the session's server. Empty on success, else a Turkish text.
+using SunucuHazirlayici =
+    std::function<std::string(session::Oturum&, const std::string& yonetici, const std::string& sifre)>;
+
+class GirisFrm : public QWidget {
+  Q_OBJECT
+ public:
+  // The session is loaded already (session::Giris_Yukle).
+  GirisFrm(session::Oturum& oturum, SunucuHazirlayici hazirla);
+
+ signals:
+  void konsolAc();  // the login is over, with or without a catalog (Giris_Hatali)
+  void cikis();
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  QWidget* soldakiResim();
+  QWidget* alanlar();
+  QWidget* etkisizAlanlar();
+  void tuslariBagla();
+  void tamam();
+  session::GirisSonucu katalogsuz(const session::GirisSonucu& sonuc);
+  void uygula(const session::GirisSonucu& sonuc);
+
+  session::Oturum& oturum_;
+  SunucuHazirlayici hazirla_;
+  QLineEdit *kullanici_, *sifre_, *server_, *sqlSa_, *sqlSaSifre_, *msKullanici_, *msSifre_;
+  QPushButton *tamamBtn_, *cikisBtn_, *tm_;
+};
+
+}  // namespace session_ui

@@ -1,0 +1,120 @@
+#include "session/ui/sunucu_hazirlama.h"
+
+#include <QApplication>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "session/metin.h"
+#include "ui/fields.h"
+#include "ui/theme.h"
+
+namespace session_ui {
+namespace {
+
+constexpr int nameWidth = 15;  // width of sysuslng.sysus_nm and sysuslng.sysus
+constexpr int textWidth = 400, headingIcon = 40;
+
+QLineEdit* entry(QGridLayout* grid, int line, const char* name, const QString& caption, bool password) {
+  auto* edit = new QLineEdit;
+  edit->setObjectName(name);
+  edit->setMaxLength(nameWidth);
+  if (password) edit->setEchoMode(QLineEdit::Password);
+  auto* label = new QLabel(caption);
+  label->setProperty("rol", "alan");
+  label->setBuddy(edit);
+  grid->addWidget(label, line, 0, Qt::AlignRight | Qt::AlignVCenter);
+  grid->addWidget(edit, line, 1);
+  return edit;
+}
+
+}  // namespace
+
+SunucuHazirlama::SunucuHazirlama(session::Oturum& oturum, const SunucuHazirlayici& hazirla, QWidget* parent)
+    : QDialog(parent), oturum_(oturum), hazirlayici_(hazirla), hata_(new QLabel) {
+  setWindowTitle("Sunucu Hazırlama");
+  auto* picture = new QLabel;
+  picture->setPixmap(ui::icon("sunucu").pixmap(QSize(headingIcon, headingIcon), devicePixelRatioF()));
+  auto* text = new QLabel(
+      "Bu sunucuda tanım veritabanı bulunamadı. Sunucuyu kullanıma hazırlamak için yöneticinin adını ve "
+      "şifresini belirleyiniz.");
+  text->setWordWrap(true);
+  text->setMinimumWidth(textWidth);
+  auto* head = new QHBoxLayout;
+  head->setSpacing(ui::gap);
+  head->addWidget(picture, 0, Qt::AlignTop);
+  head->addWidget(text, 1);
+
+  auto* grid = new QGridLayout;
+  grid->setHorizontalSpacing(ui::gap);
+  grid->setVerticalSpacing(ui::gapSmall);
+  yonetici_ = entry(grid, 0, "YoneticiAdi", "Yönetici Adı :", false);
+  sifre_ = entry(grid, 1, "YoneticiSifre", "Şifre :", true);
+  tekrar_ = entry(grid, 2, "YoneticiSifre2", "Şifre (Tekrar) :", true);
+  yonetici_->setText("KORVENA");
+  hata_->setObjectName("HataLbl");
+  hata_->setWordWrap(true);
+  hata_->setStyleSheet("color: #b3261e; font-weight: 600;");
+  hata_->setMinimumHeight(hata_->fontMetrics().height() * 2);
+
+  hazirlaBtn_ = new QPushButton("Hazırla");
+  hazirlaBtn_->setObjectName("HazirlaBtn");
+  hazirlaBtn_->setProperty("rol", "ana");
+  hazirlaBtn_->setDefault(true);
+  auto* vazgec = new QPushButton("Vazgeç");
+  vazgec->setObjectName("VazgecBtn");
+  vazgec->setAutoDefault(false);
+  auto* buttons = new QHBoxLayout;
+  buttons->addStretch(1);
+  buttons->addWidget(hazirlaBtn_);
+  buttons->addWidget(vazgec);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(ui::gapLarge, ui::gapLarge, ui::gapLarge, ui::gapLarge);
+  layout->setSpacing(ui::gap);
+  layout->addLayout(head);
+  layout->addLayout(grid);
+  layout->addWidget(hata_);
+  layout->addLayout(buttons);
+
+  auto* keys = new ui::FieldKeys(this, ui::loginColours, false);
+  keys->watch(yonetici_, ";YoneticiSifre2;;YoneticiSifre");
+  keys->watch(sifre_, ";YoneticiAdi;;YoneticiSifre2");
+  keys->watch(tekrar_, ";YoneticiSifre;;HazirlaBtn");
+  sifre_->setFocus();
+  connect(hazirlaBtn_, &QPushButton::clicked, this, &SunucuHazirlama::hazirla);
+  connect(vazgec, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+QString SunucuHazirlama::yonetici() const {
+  return yonetici_->text();
+}
+QString SunucuHazirlama::sifre() const {
+  return sifre_->text();
+}
+
+QString SunucuHazirlama::denetle(const QString& yonetici, const QString& sifre, const QString& tekrar) {
+  if (yonetici.trimmed().isEmpty()) return "Yönetici adını boş geçemezsiniz.";
+  if (sifre.trimmed().isEmpty()) return "Şifreyi boş geçemezsiniz.";
+  if (sifre != tekrar) return "İki şifre birbirinden farklı.";
+  // The login trims what is typed, and the scrambler holds one byte per letter.
+  if (sifre != sifre.trimmed()) return "Şifre boşlukla başlayamaz ve boşlukla bitemez.";
+  if (!session::Sifrele(ui::utf8(sifre))) return "Şifrede Türkçe karakter kullanılamaz (Ş,Ç,Ö,Ü,İ,ı,Ğ).";
+  return {};
+}
+
+void SunucuHazirlama::hazirla() {
+  QString hata = denetle(yonetici_->text(), sifre_->text(), tekrar_->text());
+  if (hata.isEmpty()) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    hata = ui::text(hazirlayici_(oturum_, ui::utf8(yonetici_->text().trimmed()), ui::utf8(sifre_->text())));
+    QApplication::restoreOverrideCursor();
+  }
+  hata_->setText(hata);
+  if (hata.isEmpty()) accept();
+}
+
+}  // namespace session_ui

@@ -1,0 +1,31 @@
+// Offered when the server answers but has no catalog: names the supervisor and prepares the server.
+#pragma once
+
+#include <QDialog>
+
+#include "session/ui/giris_frm.h"
+
+class QLabel;
+
+namespace session_ui {
+
+class SunucuHazirlama : public QDialog {
+  Q_OBJECT
+ public:
+  SunucuHazirlama(session::Oturum& oturum, const SunucuHazirlayici& hazirla, QWidget* parent);
+  QString yonetici() const;
+  QString sifre() const;
+
+  // What is wrong with the entries; empty when nothing is.
+  static QString denetle(const QString& yonetici, const QString& sifre, const QString& tekrar);
+
+ private:
+  void hazirla();
+  session::Oturum& oturum_;
+  const SunucuHazirlayici& hazirlayici_;
+  QLineEdit *yonetici_, *sifre_, *tekrar_;
+  QLabel* hata_;
+  QPushButton* hazirlaBtn_;
+};
+
+}  // namespace session_ui

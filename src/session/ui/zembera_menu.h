@@ -1,0 +1,81 @@
+// The console: tree of companies and users, settings buttons, and the place where every screen opens.
+#pragma once
+
+#include <QMainWindow>
+#include <functional>
+#include <map>
+#include <string>
+
+#include "session/konsol.h"
+#include "session/oturum.h"
+#include "ui/console_port.h"
+
+class QAction;
+class QLabel;
+class QMenu;
+class QStackedWidget;
+class QToolButton;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace ui {
+class Kart;
+}
+
+namespace session_ui {
+
+class DugumPaneli;
+
+class ZemberaMenu : public QMainWindow, public ui::ConsolePort {
+  Q_OBJECT
+ public:
+  explicit ZemberaMenu(session::Oturum& oturum);
+
+  // Makes the screen of that name on its first use; it is kept and opened anew each time.
+  using EkranYapici = std::function<ui::Kart*(session::Oturum&, ui::ConsolePort&)>;
+  void ekranTanit(const std::string& ad, EkranYapici yapici);
+
+  void Durum_Yaz(const QString& text) override;
+  void Alan_Listesi_Doldur() override;
+
+ signals:
+  void cikis();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  using Islem = session::KomutSonucu (*)(session::Oturum&, const session::Dugum&);
+  void menuleriKur();
+  void popupKur();
+  QAction* komutEkle(const char* ad, const QString& yazi, const QString& resim, Islem islem);
+  QWidget* kenarCubugu();
+  QWidget* anaPanel();
+  void durumCubugu();
+
+  session::Dugum dugum(const QTreeWidgetItem* oge) const;
+  void dugumDegisti();
+  void popupGoster(const QPoint& yer);
+  void agacOlayi(session::AgacOlayi olay);
+  void calistir(const session::KomutSonucu& sonuc);
+  void menuButonu(const session::MenuButonu& buton, const QString& yazi);
+  void ekranAc(const std::string& ad, const QString& yazi);
+  void kartKapandi();
+  void kenarAc(bool acik);
+
+  session::Oturum& oturum_;
+  std::map<std::string, EkranYapici> yapicilar_;
+  std::map<std::string, ui::Kart*> kartlar_;
+  std::map<QString, QAction*> komutlar_;
+  std::vector<QToolButton*> menuButonlari_;
+  QToolButton* command1_ = nullptr;
+  QTreeWidget* agac_ = nullptr;
+  DugumPaneli* ayrinti_ = nullptr;
+  QStackedWidget* yigin_ = nullptr;
+  QWidget* anapanel_ = nullptr;
+  QMenu* popup_ = nullptr;
+  QMenu* tanimlar_ = nullptr;
+  QLabel* durum_ = nullptr;
+};
+
+}  // namespace session_ui

@@ -1,0 +1,95 @@
+#include "ui/kart.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QShortcut>
+
+#include "ui/theme.h"
+
+namespace ui {
+
+constexpr int headingIcon = 36;
+constexpr int bodyWidth = 980;
+
+Kart::Kart(const QString& iconName, const QString& caption, QWidget* parent)
+    : QWidget(parent), caption_(new QLabel(caption)), subcaption_(new QLabel), hint_(new QLabel(this)) {
+  setWindowTitle(caption);
+  caption_->setProperty("rol", "baslik");
+  subcaption_->setProperty("rol", "altbaslik");
+  subcaption_->setTextFormat(Qt::PlainText);
+  hint_->setProperty("rol", "ipucu");
+  hint_->setObjectName("DurumPanel");
+
+  auto* picture = new QLabel;
+  picture->setPixmap(icon(iconName).pixmap(QSize(headingIcon, headingIcon), devicePixelRatioF()));
+  auto* titles = new QVBoxLayout;
+  titles->setSpacing(0);
+  titles->addWidget(caption_);
+  titles->addWidget(subcaption_);
+  auto* head = new QHBoxLayout;
+  head->setSpacing(gap);
+  head->addWidget(picture);
+  head->addLayout(titles, 1);
+
+  // Small screens scroll the body; heading and buttons stay in sight.
+  auto* inner = new QWidget;
+  body_ = new QVBoxLayout(inner);
+  body_->setContentsMargins(0, 0, 0, 0);
+  body_->setSpacing(gapSmall);
+  auto* scroll = new QScrollArea;
+  scroll->setWidgetResizable(true);
+  scroll->setFocusPolicy(Qt::NoFocus);
+  scroll->setWidget(inner);
+
+  foot_ = new QHBoxLayout;
+  foot_->setSpacing(gap);
+  foot_->addWidget(hint_, 1);
+
+  auto* column = new QWidget;
+  column->setMaximumWidth(bodyWidth);
+  auto* all = new QVBoxLayout(column);
+  all->setContentsMargins(0, 0, 0, 0);
+  all->setSpacing(gap);
+  all->addLayout(head);
+  all->addWidget(scroll, 1);
+  all->addLayout(foot_);
+  auto* outer = new QHBoxLayout(this);
+  outer->setContentsMargins(gapLarge, gap, gapLarge, gap);
+  outer->addWidget(column, 1);
+  outer->addStretch(0);
+}
+
+void Kart::row(QGridLayout* grid, int line, const QString& caption, QLineEdit* field) {
+  auto* label = new QLabel(caption);
+  label->setProperty("rol", "alan");
+  label->setBuddy(field);
+  grid->addWidget(label, line, 0, Qt::AlignRight | Qt::AlignVCenter);
+  grid->addWidget(field, line, 1);
+}
+
+QGroupBox* Kart::frame(const char* name, const QString& caption) {
+  auto* box = new QGroupBox(caption);
+  box->setObjectName(name);
+  return box;
+}
+
+QPushButton* Kart::button(const char* name, const QString& caption, const QString& iconName, bool main) {
+  auto* result = new QPushButton(icon(iconName), caption, this);
+  result->setObjectName(name);
+  if (main) result->setProperty("rol", "ana");
+  foot_->addWidget(result);
+  return result;
+}
+
+void Kart::shortcut(int key, QPushButton* button) {
+  auto* shortcut = new QShortcut(QKeySequence(key), this);
+  shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+  connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
+}
+
+}  // namespace ui

@@ -1,0 +1,48 @@
+// The frame of every card screen: heading, body, foot with key hints and buttons.
+#pragma once
+
+#include <QWidget>
+
+class QGridLayout;
+class QGroupBox;
+class QHBoxLayout;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QVBoxLayout;
+
+namespace ui {
+
+class Kart : public QWidget {
+  Q_OBJECT
+ public:
+  Kart(const QString& iconName, const QString& caption, QWidget* parent = nullptr);
+
+  // Prepares the screen from the session record; called each time before it is shown.
+  virtual void ac() = 0;
+
+ signals:
+  void kapandi();
+
+ protected:
+  QVBoxLayout* body() { return body_; }
+  QHBoxLayout* foot() { return foot_; }
+  QLabel* heading() { return caption_; }
+  QLabel* subheading() { return subcaption_; }
+  QLabel* hint() { return hint_; }  // DurumPanel
+
+  // Adds "caption  field" as one row; returns the field.
+  static void row(QGridLayout* grid, int line, const QString& caption, QLineEdit* field);
+  QGroupBox* frame(const char* name, const QString& caption);
+  QPushButton* button(const char* name, const QString& caption, const QString& iconName, bool main = false);
+
+  // A key that presses a button wherever the focus is.
+  void shortcut(int key, QPushButton* button);
+
+ private:
+  QLabel *caption_, *subcaption_, *hint_;
+  QVBoxLayout* body_;
+  QHBoxLayout* foot_;
+};
+
+}  // namespace ui

@@ -1,0 +1,66 @@
+#include "ui/theme.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFontDatabase>
+#include <QLocale>
+#include <QPalette>
+#include <QStyleFactory>
+
+static void loadIcons() {
+  Q_INIT_RESOURCE(ui);
+}
+
+namespace ui {
+namespace {
+
+struct PaletteEntry {
+  QPalette::ColorRole role;
+  QRgb active, disabled;
+};
+
+constexpr PaletteEntry paletteEntries[] = {
+    {QPalette::Window, 0xFFF3F5F8, 0xFFF3F5F8},      {QPalette::WindowText, 0xFF1F2D3D, 0xFF8592A0},
+    {QPalette::Base, 0xFFFFFFFF, 0xFFF0F2F5},        {QPalette::AlternateBase, 0xFFF7F9FB, 0xFFF0F2F5},
+    {QPalette::Text, 0xFF1F2D3D, 0xFF6B7885},        {QPalette::PlaceholderText, 0xFF8592A0, 0xFF8592A0},
+    {QPalette::Button, 0xFFFFFFFF, 0xFFF0F2F5},      {QPalette::ButtonText, 0xFF1F2D3D, 0xFF98A4B0},
+    {QPalette::Highlight, 0xFF1F5F99, 0xFFC4CED8},   {QPalette::HighlightedText, 0xFFFFFFFF, 0xFF1F2D3D},
+    {QPalette::ToolTipBase, 0xFF1F2D3D, 0xFF1F2D3D}, {QPalette::ToolTipText, 0xFFFFFFFF, 0xFFFFFFFF},
+    {QPalette::Link, 0xFF1F5F99, 0xFF8592A0},
+};
+
+constexpr const char* preferredFonts[] = {"Segoe UI",  "Inter",     "Noto Sans",
+                                          "Open Sans", "Cantarell", "DejaVu Sans"};
+
+QFont programFont() {
+  const QStringList installed = QFontDatabase::families();
+  for (const char* family : preferredFonts)
+    if (installed.contains(QLatin1String(family))) return QFont(QLatin1String(family), 10);
+  QFont font;
+  font.setPointSize(10);
+  return font;
+}
+
+}  // namespace
+
+void applyTheme(QApplication& application) {
+  loadIcons();
+  QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
+  application.setStyle(QStyleFactory::create("Fusion"));
+  QPalette palette;
+  for (const PaletteEntry& entry : paletteEntries) {
+    palette.setColor(entry.role, QColor(entry.active));
+    palette.setColor(QPalette::Disabled, entry.role, QColor(entry.disabled));
+  }
+  application.setPalette(palette);
+  application.setFont(programFont());
+  QFile sheet(":/theme.qss");
+  if (sheet.open(QIODevice::ReadOnly)) application.setStyleSheet(QString::fromUtf8(sheet.readAll()));
+  application.setWindowIcon(icon("zembera"));
+}
+
+QIcon icon(const QString& name) {
+  return QIcon(":/icons/" + name + ".svg");
+}
+
+}  // namespace ui

@@ -1,0 +1,38 @@
+// The look of the program, in one place: colours, spacings, style sheet, icons, text conversion.
+#pragma once
+
+#include <QColor>
+#include <QIcon>
+#include <QString>
+#include <string>
+#include <string_view>
+
+class QApplication;
+
+namespace ui {
+
+// Spacings in device-independent pixels.
+inline constexpr int gapSmall = 6;
+inline constexpr int gap = 12;
+inline constexpr int gapLarge = 20;
+
+// A Windows colour value (blue byte first) as a colour.
+constexpr QRgb fromBgr(unsigned bgr) {
+  return qRgb(static_cast<int>(bgr & 0xFF), static_cast<int>(bgr >> 8 & 0xFF),
+              static_cast<int>(bgr >> 16 & 0xFF));
+}
+
+// Style, palette, font and Turkish locale of the whole program. Once, before the first window.
+void applyTheme(QApplication& application);
+
+// The icon src/ui/icons/NAME.svg, sharp at every scale, greyed when disabled.
+QIcon icon(const QString& name);
+
+inline QString text(std::string_view utf8) {
+  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+inline std::string utf8(const QString& text) {
+  return text.toStdString();
+}
+
+}  // namespace ui

@@ -1,0 +1,82 @@
+#include "db/embedded/embedded_connection.h"
+
+#include "db/embedded/embedded_rows.h"
+#include "db/table_name.h"
+
+namespace db {
+namespace {
+
+class SinkAdapter : public engine::ResultSink {
+ public:
+  explicit SinkAdapter(BatchSink& sink) : sink_(sink) {}
+  void onResultSet(engine::ResultSet&& set) override {
+    sink_.onRows(std::make_unique<EmbeddedRows>(std::move(set)));
+  }
+  void onRowCount(std::int64_t rows) override { sink_.onRowCount(rows); }
+  void onMessage(int, const std::string& text) override { sink_.onMessage(text); }
+
+ private:
+  BatchSink& sink_;
+};
+
+}  // namespace
+
+void EmbeddedConnection::open(const ConnectionParts& parts) {
+  close();
+  parts_ = parts;
+  const auto server = servers_->at(servers_->folderOf(parts.server));
+  try {
+    if (parts.integrated) {
+      // A stopped service answers nobody, whatever the form of the login.
+      if (server->serviceState() == engine::ServiceState::Stopped) {
+        throw engine::Error(
+            17142, "SQL Server service has been stopped or paused. No new connections will be allowed.");
+      }
+      throw engine::Error(18452, "Login failed for user '" + parts.login +
+                                     "'. Reason: Not associated with a trusted SQL Server connection.");
+    }
+    session_ = std::make_unique<engine::Session>(server, parts.login, parts.password, parts.database);
+  } catch (const engine::Error& error) {
+    throw fromEngine(error, true);
+  }
+}
+
+std::string EmbeddedConnection::connectionText() const {
+  return "Provider=ZEMBERA;User ID=" + parts_.login + ";Initial Catalog=" + parts_.database +
+         ";Data Source=" + parts_.server;
+}
+
+void EmbeddedConnection::run(std::string_view batch, BatchSink& sink) {
+  if (!session_) {
+    throw SqlError(ErrorKind::StatementRefused, 0, "Operation is not allowed when the object is closed.");
+  }
+  SinkAdapter adapter(sink);
+  try {
+    session_->execute(batch, adapter);
+  } catch (const engine::Error& error) {
+    throw fromEngine(error, false);
+  }
+}
+
+std::vector<TableColumn> EmbeddedConnection::tableColumns(const std::string& database,
+                                                          const std::string& table) {
+  std::vector<TableColumn> out;
+  try {
+    const auto rows = query("SELECT * FROM " + qualifiedName({database, table}) + " WHERE 1=0");
+    if (!rows) return out;
+    for (const auto& field : rows->fields()) {
+      out.push_back({field.name, field.type, field.identity, field.keyPart});
+    }
+  } catch (const SqlError& error) {
+    if (error.kind() != ErrorKind::StatementRefused) throw;
+  }
+  return out;
+}
+
+std::optional<Connection::PlanCounters> EmbeddedConnection::planCounters() const {
+  if (!session_) return std::nullopt;
+  const auto statistics = session_->planStatistics();
+  return PlanCounters{statistics.hits, statistics.misses};
+}
+
+}  // namespace db

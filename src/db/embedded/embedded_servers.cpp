@@ -1,0 +1,101 @@
+#include "db/embedded/embedded_servers.h"
+
+#include "db/table_name.h"
+
+namespace db {
+namespace {
+
+constexpr std::string_view localName = "(yerel)";
+constexpr int noServer = 17;  // "SQL Server does not exist or access denied."
+constexpr int loginFailed = 18456;
+constexpr int notTrusted = 18452;
+constexpr int serviceStopped = 17142;
+
+class EmbeddedService : public LocalServer {
+ public:
+  EmbeddedService(std::shared_ptr<EmbeddedServers> servers, std::filesystem::path folder)
+      : servers_(std::move(servers)), folder_(std::move(folder)) {}
+
+  std::filesystem::path folder() const override { return folder_; }
+  bool exists() const override { return engine::Server::exists(folder_); }
+  void create(const std::string& login, const std::string& password) override {
+    servers_->create(folder_, login, password);
+  }
+  bool running() const override {
+    return exists() && servers_->at(folder_)->serviceState() == engine::ServiceState::Running;
+  }
+  void stop() override {
+    try {
+      const auto server = servers_->at(folder_);
+      if (server->serviceState() == engine::ServiceState::Running) server->stop();
+    } catch (const engine::Error& error) {
+      throw fromEngine(error, true);
+    }
+  }
+  void start() override {
+    try {
+      const auto server = servers_->at(folder_);
+      if (server->serviceState() == engine::ServiceState::Stopped) server->start();
+    } catch (const engine::Error& error) {
+      throw fromEngine(error, true);
+    }
+  }
+
+ private:
+  std::shared_ptr<EmbeddedServers> servers_;
+  std::filesystem::path folder_;
+};
+
+}  // namespace
+
+SqlError fromEngine(const engine::Error& error, bool opening) {
+  const int number = error.number();
+  if (number == loginFailed || number == notTrusted) {
+    return {ErrorKind::LoginRefused, number, error.what()};
+  }
+  const bool link = opening || number == serviceStopped;
+  return {link ? ErrorKind::LinkBroken : ErrorKind::StatementRefused, number, error.what()};
+}
+
+bool EmbeddedServers::isEmbedded(std::string_view server) {
+  if (!sameName(server.substr(0, localName.size()), localName)) return false;
+  return server.size() == localName.size() || server[localName.size()] == ':';
+}
+
+std::filesystem::path EmbeddedServers::folderOf(std::string_view server) const {
+  std::string_view name = server.substr(std::min(server.size(), localName.size() + 1));
+  if (name.empty()) name = "veri";
+  return std::filesystem::absolute(programFolder_ / std::filesystem::path(name)).lexically_normal();
+}
+
+std::shared_ptr<engine::Server> EmbeddedServers::at(const std::filesystem::path& folder) {
+  if (!engine::Server::exists(folder)) {
+    open_.erase(folder);
+    throw SqlError(ErrorKind::LinkBroken, noServer,
+                   "Yerel sunucu bulunamadı veya erişilemiyor: " + folder.string());
+  }
+  auto& server = open_[folder];
+  try {
+    if (!server) server = engine::Server::open(folder);
+  } catch (const engine::Error& error) {
+    throw fromEngine(error, true);
+  }
+  return server;
+}
+
+std::shared_ptr<engine::Server> EmbeddedServers::create(const std::filesystem::path& folder,
+                                                        const std::string& login,
+                                                        const std::string& password) {
+  try {
+    return open_[folder] = engine::Server::create(folder, login, password);
+  } catch (const engine::Error& error) {
+    throw fromEngine(error, true);
+  }
+}
+
+std::unique_ptr<LocalServer> makeLocalServer(std::shared_ptr<EmbeddedServers> servers,
+                                             std::filesystem::path folder) {
+  return std::make_unique<EmbeddedService>(std::move(servers), std::move(folder));
+}
+
+}  // namespace db

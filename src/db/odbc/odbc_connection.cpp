@@ -1,0 +1,265 @@
+#include "db/odbc/odbc_connection.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "db/odbc/odbc_rows.h"
+#include "db/table_name.h"
+
+namespace db {
+namespace {
+
+constexpr std::intptr_t loginTimeoutSeconds = 15;
+
+// Diagnostics that are no failure: class 01 is a warning, 00 success.
+bool isWarning(const Diagnostic& d) {
+  return d.state.starts_with("01") || d.state.starts_with("00");
+}
+
+// Runs through the results of one statement.
+class BatchRun {
+ public:
+  BatchRun(const OdbcHandle& statement, const OdbcDialect& dialect, BatchSink& sink)
+      : statement_(statement), dialect_(dialect), sink_(sink) {}
+
+  // `code` is what starting the statement gave. Every result is asked for, also behind a failure, so
+  // that the server gets to the end of the batch.
+  void all(SQLRETURN code) {
+    while (code != SQL_NO_DATA || !started_) {
+      if (!take(code)) break;
+      started_ = true;
+      code = SQLMoreResults(statement_.get());
+    }
+    if (failure_) throw *failure_;
+  }
+
+ private:
+  // False when there is no point in asking for more.
+  bool take(SQLRETURN code) {
+    if (code == SQL_ERROR || code == SQL_INVALID_HANDLE) return keepFailure();
+    if (code == SQL_SUCCESS_WITH_INFO) passMessages();
+    if (code != SQL_NO_DATA) {
+      SQLSMALLINT columns = 0;
+      SQLNumResultCols(statement_.get(), &columns);
+      if (columns > 0) return takeRows();
+    }
+    SQLLEN count = -1;
+    SQLRowCount(statement_.get(), &count);
+    if (count >= 0 && !failure_) sink_.onRowCount(count);
+    return true;
+  }
+
+  bool takeRows() {
+    auto rows = std::make_unique<OdbcRows>(statement_.get(), dialect_);
+    if (!rows->fetchAll(statement_.get())) return keepFailure();
+    if (!failure_) sink_.onRows(std::move(rows));
+    return true;
+  }
+
+  void passMessages() {
+    for (const auto& d : statement_.diagnostics()) {
+      if (!failure_ && dialect_.isMessage(d)) sink_.onMessage(withoutDriverNames(d.text));
+    }
+  }
+
+  bool keepFailure() {
+    const auto diagnostics = statement_.diagnostics();
+    if (!failure_) passMessages();
+    const SqlError error = dialect_.error(diagnostics, false);
+    if (!failure_) failure_ = error;
+    // HY010: the driver has no statement running any more.
+    const bool ended = std::any_of(diagnostics.begin(), diagnostics.end(),
+                                   [](const Diagnostic& d) { return d.state == "HY010"; });
+    return error.kind() != ErrorKind::LinkBroken && !ended && !diagnostics.empty();
+  }
+
+  const OdbcHandle& statement_;
+  const OdbcDialect& dialect_;
+  BatchSink& sink_;
+  std::optional<SqlError> failure_;
+  bool started_ = false;
+};
+
+class NoResults : public BatchSink {
+ public:
+  void onRows(std::unique_ptr<Rows>) override {}
+  void onRowCount(std::int64_t) override {}
+  void onMessage(const std::string&) override {}
+};
+
+}  // namespace
+
+bool isLinkState(const std::string& state) {
+  return state.starts_with("08") || state == "HYT00" || state == "HYT01";
+}
+
+std::string withoutDriverNames(const std::string& text) {
+  std::size_t start = 0;
+  while (start < text.size() && text[start] == '[') {
+    const auto end = text.find(']', start);
+    if (end == std::string::npos) break;
+    const bool server = text.compare(start, end + 1 - start, "[SQL Server]") == 0;
+    start = end + 1;
+    if (server) break;  // what follows is the server's own text, brackets and all
+  }
+  return text.substr(start);
+}
+
+SqlError OdbcDialect::error(const std::vector<Diagnostic>& diagnostics, bool opening) const {
+  auto first = std::find_if_not(diagnostics.begin(), diagnostics.end(), isWarning);
+  if (first == diagnostics.end()) first = diagnostics.begin();
+  if (first == diagnostics.end()) return {ErrorKind::LinkBroken, 0, "Unspecified error"};
+  ErrorKind kind = ErrorKind::StatementRefused;
+  if (opening || isLinkState(first->state)) kind = ErrorKind::LinkBroken;
+  if (first->state == "28000") kind = ErrorKind::LoginRefused;
+  return {kind, first->native, withoutDriverNames(first->text)};
+}
+
+FieldType OdbcDialect::fieldType(const std::string&, int odbcType) const {
+  struct Entry {
+    int odbcType;
+    FieldType type;
+  };
+  static constexpr Entry entries[] = {
+      {SQL_BIT, FieldType::Bit},
+      {SQL_TINYINT, FieldType::TinyInt},
+      {SQL_SMALLINT, FieldType::SmallInt},
+      {SQL_INTEGER, FieldType::Int},
+      {SQL_BIGINT, FieldType::BigInt},
+      {SQL_DECIMAL, FieldType::Decimal},
+      {SQL_NUMERIC, FieldType::Decimal},
+      {SQL_REAL, FieldType::Real},
+      {SQL_FLOAT, FieldType::Float},
+      {SQL_DOUBLE, FieldType::Float},
+      {SQL_TYPE_TIMESTAMP, FieldType::DateTime},
+      {SQL_TYPE_DATE, FieldType::DateTime},
+      {SQL_TIMESTAMP, FieldType::DateTime},
+      {SQL_CHAR, FieldType::Char},
+      {SQL_VARCHAR, FieldType::VarChar},
+      {SQL_LONGVARCHAR, FieldType::Text},
+      {SQL_WCHAR, FieldType::NChar},
+      {SQL_WVARCHAR, FieldType::NVarChar},
+      {SQL_WLONGVARCHAR, FieldType::NText},
+      {SQL_BINARY, FieldType::Binary},
+      {SQL_VARBINARY, FieldType::VarBinary},
+      {SQL_LONGVARBINARY, FieldType::VarBinary},
+  };
+  for (const auto& entry : entries) {
+    if (entry.odbcType == odbcType) return entry.type;
+  }
+  return FieldType::VarChar;
+}
+
+void OdbcConnection::open(const ConnectionParts& parts) {
+  close();
+  parts_ = parts;
+  connect();
+  open_ = true;
+}
+
+void OdbcConnection::close() {
+  disconnect();
+  open_ = false;
+}
+
+void OdbcConnection::connect() {
+  if (environment_.get() == SQL_NULL_HANDLE) {
+    environment_ = OdbcHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE);
+    SQLSetEnvAttr(environment_.get(), SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+  }
+  link_ = OdbcHandle(SQL_HANDLE_DBC, environment_.get());
+  if (link_.get() == SQL_NULL_HANDLE) throw dialect_->error(environment_.diagnostics(), true);
+  SQLSetConnectAttr(link_.get(), SQL_ATTR_LOGIN_TIMEOUT, reinterpret_cast<SQLPOINTER>(loginTimeoutSeconds),
+                    0);
+  const std::string text = dialect_->driverText(parts_);
+  const SQLRETURN code = SQLDriverConnect(link_.get(), nullptr, odbcText(text), SQL_NTS, nullptr, 0, nullptr,
+                                          SQL_DRIVER_NOPROMPT);
+  if (!succeeded(code)) throw dialect_->error(link_.diagnostics(), true);
+  connected_ = true;
+  if (const std::string settings = dialect_->sessionSettings(); !settings.empty()) {
+    NoResults sink;
+    const OdbcHandle handle = statement();
+    BatchRun(handle, *dialect_, sink)
+        .all(SQLExecDirect(handle.get(), odbcText(settings), static_cast<SQLINTEGER>(settings.size())));
+  }
+}
+
+void OdbcConnection::disconnect() {
+  if (connected_) SQLDisconnect(link_.get());
+  connected_ = false;
+  link_ = OdbcHandle();
+}
+
+void OdbcConnection::requireLink() {
+  if (!open_) {
+    throw SqlError(ErrorKind::StatementRefused, 0, "Operation is not allowed when the object is closed.");
+  }
+  if (!connected_) connect();
+}
+
+OdbcHandle OdbcConnection::statement() {
+  OdbcHandle handle(SQL_HANDLE_STMT, link_.get());
+  if (handle.get() == SQL_NULL_HANDLE) throw dialect_->error(link_.diagnostics(), true);
+  return handle;
+}
+
+std::string OdbcConnection::connectionText() const {
+  std::string text = "Provider=ODBC;";
+  if (parts_.integrated) text += "Integrated Security=SSPI;";
+  return text + "User ID=" + parts_.login + ";Initial Catalog=" + parts_.database +
+         ";Data Source=" + parts_.server;
+}
+
+void OdbcConnection::run(std::string_view batch, BatchSink& sink) {
+  requireLink();
+  const std::string text(batch);
+  try {
+    const OdbcHandle handle = statement();
+    BatchRun(handle, *dialect_, sink)
+        .all(SQLExecDirect(handle.get(), odbcText(text), static_cast<SQLINTEGER>(text.size())));
+  } catch (const SqlError& error) {
+    if (error.kind() == ErrorKind::LinkBroken) disconnect();
+    throw;
+  }
+}
+
+std::vector<TableColumn> OdbcConnection::tableColumns(const std::string& database, const std::string& table) {
+  requireLink();
+  SQLCHAR* catalog = database.empty() ? nullptr : odbcText(database);
+  const auto catalogLength = static_cast<SQLSMALLINT>(database.size());
+  const auto length = static_cast<SQLSMALLINT>(table.size());
+  // Positions in the result sets that ODBC lays down, from 0.
+  constexpr int tableName = 2, columnName = 3, dataType = 4, typeName = 5;
+
+  std::vector<TableColumn> out;
+  {
+    const OdbcHandle handle = statement();
+    if (!succeeded(SQLColumns(handle.get(), catalog, catalogLength, nullptr, 0, odbcText(table), length,
+                              nullptr, 0))) {
+      return out;
+    }
+    OdbcRows rows(handle.get(), *dialect_);
+    rows.fetchAll(handle.get());
+    for (std::int64_t i = 0; i < rows.count(); ++i) {
+      // The name was taken as a pattern: others may match it too.
+      if (!sameName(rows.value(i, tableName).trimmed(), table)) continue;
+      const std::string type = rows.value(i, typeName).trimmed();
+      out.push_back({rows.value(i, columnName).trimmed(),
+                     dialect_->fieldType(type, static_cast<int>(rows.value(i, dataType).integer())),
+                     type.find("identity") != std::string::npos, false});
+    }
+  }
+  const OdbcHandle handle = statement();
+  if (!succeeded(SQLPrimaryKeys(handle.get(), catalog, catalogLength, nullptr, 0, odbcText(table), length))) {
+    return out;
+  }
+  OdbcRows keys(handle.get(), *dialect_);
+  keys.fetchAll(handle.get());
+  for (std::int64_t i = 0; i < keys.count(); ++i) {
+    const std::string name = keys.value(i, columnName).trimmed();
+    for (auto& column : out) column.keyPart = column.keyPart || sameName(column.name, name);
+  }
+  return out;
+}
+
+}  // namespace db

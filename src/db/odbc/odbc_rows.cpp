@@ -1,0 +1,181 @@
+#include "db/odbc/odbc_rows.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "db/odbc/odbc_connection.h"
+
+namespace db {
+namespace {
+
+constexpr std::size_t pieceSize = 16 * 1024;  // of a long value, per call
+
+std::string textAttribute(SQLHSTMT statement, SQLUSMALLINT column, SQLUSMALLINT attribute) {
+  char buffer[512] = {};
+  SQLSMALLINT length = 0;
+  if (!succeeded(SQLColAttribute(statement, column, attribute, buffer, sizeof buffer, &length, nullptr))) {
+    return {};
+  }
+  return buffer;
+}
+
+SQLLEN numberAttribute(SQLHSTMT statement, SQLUSMALLINT column, SQLUSMALLINT attribute) {
+  SQLLEN value = 0;
+  return succeeded(SQLColAttribute(statement, column, attribute, nullptr, 0, nullptr, &value)) ? value : 0;
+}
+
+bool isMoney(FieldType type) {
+  return type == FieldType::Money || type == FieldType::SmallMoney;
+}
+
+FieldInfo describe(SQLHSTMT statement, SQLUSMALLINT column, const OdbcDialect& dialect) {
+  const auto number = [&](SQLUSMALLINT attribute) { return numberAttribute(statement, column, attribute); };
+  FieldInfo field;
+  field.name = textAttribute(statement, column, SQL_DESC_NAME);
+  field.type = dialect.fieldType(textAttribute(statement, column, SQL_DESC_TYPE_NAME),
+                                 static_cast<int>(number(SQL_DESC_CONCISE_TYPE)));
+  if (field.type == FieldType::Decimal) {
+    field.size = static_cast<int>(number(SQL_DESC_PRECISION));
+    field.scale = static_cast<int>(number(SQL_DESC_SCALE));
+  } else if (isMoney(field.type)) {
+    field.scale = 4;
+  } else if (field.type >= FieldType::Char) {
+    const SQLLEN size = number(SQL_DESC_LENGTH);
+    field.size = static_cast<int>(std::clamp<SQLLEN>(size, 0, std::numeric_limits<int>::max()));
+  }
+  field.nullable = number(SQL_DESC_NULLABLE) != SQL_NO_NULLS;
+  field.identity = number(SQL_DESC_AUTO_UNIQUE_VALUE) == SQL_TRUE;
+  return field;
+}
+
+// The whole of a text or binary value, piece by piece. False on failure; `null` tells NULL.
+bool readLong(SQLHSTMT statement, SQLUSMALLINT column, bool binary, std::string& out, bool& null) {
+  thread_local std::vector<char> piece(pieceSize);
+  // Text pieces end in a NUL that is no part of the value.
+  const std::size_t room = binary ? piece.size() : piece.size() - 1;
+  null = false;
+  for (;;) {
+    SQLLEN left = 0;
+    const SQLRETURN code = SQLGetData(statement, column, binary ? SQL_C_BINARY : SQL_C_CHAR, piece.data(),
+                                      static_cast<SQLLEN>(piece.size()), &left);
+    if (code == SQL_NO_DATA) return true;
+    if (!succeeded(code)) return false;
+    if (left == SQL_NULL_DATA) {
+      null = true;
+      return true;
+    }
+    const bool more = left == SQL_NO_TOTAL || static_cast<std::size_t>(left) > room;
+    out.append(piece.data(), more ? room : static_cast<std::size_t>(left));
+    if (!more) return true;
+  }
+}
+
+template <class T>
+bool readFixed(SQLHSTMT statement, SQLUSMALLINT column, SQLSMALLINT type, T& out, bool& null) {
+  SQLLEN indicator = 0;
+  if (!succeeded(SQLGetData(statement, column, type, &out, sizeof out, &indicator))) return false;
+  null = indicator == SQL_NULL_DATA;
+  return true;
+}
+
+bool readInteger(SQLHSTMT statement, SQLUSMALLINT column, bool bit, Value& out) {
+  SQLBIGINT value = 0;
+  bool null = false;
+  if (!readFixed(statement, column, SQL_C_SBIGINT, value, null)) return false;
+  if (!null) out = bit ? Value(value != 0) : Value(static_cast<std::int64_t>(value));
+  return true;
+}
+
+bool readReal(SQLHSTMT statement, SQLUSMALLINT column, Value& out) {
+  double value = 0;
+  bool null = false;
+  if (!readFixed(statement, column, SQL_C_DOUBLE, value, null)) return false;
+  if (!null) out = Value(value);
+  return true;
+}
+
+bool readDate(SQLHSTMT statement, SQLUSMALLINT column, Value& out) {
+  SQL_TIMESTAMP_STRUCT t = {};
+  bool null = false;
+  if (!readFixed(statement, column, SQL_C_TYPE_TIMESTAMP, t, null)) return false;
+  constexpr int nanosPerMilli = 1000000;
+  const int milli = std::min(999, static_cast<int>((t.fraction + nanosPerMilli / 2) / nanosPerMilli));
+  if (!null) out = Value(DateTime{t.year, t.month, t.day, t.hour, t.minute, t.second, milli});
+  return true;
+}
+
+bool readDecimal(SQLHSTMT statement, SQLUSMALLINT column, int scale, Value& out) {
+  std::string text;
+  bool null = false;
+  if (!readLong(statement, column, false, text, null)) return false;
+  Decimal number;
+  if (null) return true;
+  // A number too wide for a Decimal keeps its exact digits as text.
+  out = parseDecimal(text, scale, number) ? Value(number) : Value(std::move(text));
+  return true;
+}
+
+bool readCell(SQLHSTMT statement, SQLUSMALLINT column, const FieldInfo& field, Value& out) {
+  if (field.type <= FieldType::BigInt) {
+    return readInteger(statement, column, field.type == FieldType::Bit, out);
+  }
+  if (field.type <= FieldType::Decimal) return readDecimal(statement, column, field.scale, out);
+  if (field.type <= FieldType::Float) return readReal(statement, column, out);
+  if (field.type <= FieldType::DateTime) return readDate(statement, column, out);
+  const bool binary = field.type >= FieldType::Binary;
+  std::string bytes;
+  bool null = false;
+  if (!readLong(statement, column, binary, bytes, null)) return false;
+  if (!null) out = binary ? Value(Bytes{std::move(bytes)}) : Value(std::move(bytes));
+  return true;
+}
+
+}  // namespace
+
+bool parseDecimal(std::string_view text, int scale, Decimal& out) {
+  const bool negative = text.starts_with('-');
+  if (negative) text.remove_prefix(1);
+  const std::size_t point = std::min(text.find('.'), text.size());
+  const std::string_view fraction = point < text.size() ? text.substr(point + 1) : std::string_view();
+  std::string digits(text.substr(0, point));
+  digits += fraction.substr(0, static_cast<std::size_t>(scale));
+  digits.append(static_cast<std::size_t>(scale) - std::min(fraction.size(), static_cast<std::size_t>(scale)),
+                '0');
+  if (digits.empty() || digits.find_first_not_of("0123456789") != std::string::npos) return false;
+  std::int64_t value = 0;
+  for (const char c : digits) {
+    if (__builtin_mul_overflow(value, 10, &value) || __builtin_sub_overflow(value, c - '0', &value)) {
+      return false;
+    }
+  }
+  if (!negative && value == std::numeric_limits<std::int64_t>::min()) return false;
+  out = {negative ? value : -value, scale};
+  return true;
+}
+
+OdbcRows::OdbcRows(SQLHSTMT statement, const OdbcDialect& dialect) {
+  SQLSMALLINT columns = 0;
+  SQLNumResultCols(statement, &columns);
+  for (SQLSMALLINT i = 1; i <= columns; ++i) {
+    fields_.push_back(describe(statement, static_cast<SQLUSMALLINT>(i), dialect));
+  }
+}
+
+bool OdbcRows::fetchRow(SQLHSTMT statement) {
+  for (std::size_t i = 0; i < fields_.size(); ++i) {
+    if (!readCell(statement, static_cast<SQLUSMALLINT>(i + 1), fields_[i], cells_.emplace_back()))
+      return false;
+  }
+  ++rows_;
+  return true;
+}
+
+bool OdbcRows::fetchAll(SQLHSTMT statement) {
+  for (;;) {
+    const SQLRETURN code = SQLFetch(statement);
+    if (code == SQL_NO_DATA) return true;
+    if (!succeeded(code) || !fetchRow(statement)) return false;
+  }
+}
+
+}  // namespace db

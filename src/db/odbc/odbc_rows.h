@@ -1,0 +1,37 @@
+// Rows read from an ODBC statement, all at once.
+#pragma once
+
+#include <vector>
+
+#include "db/connection.h"
+#include "db/odbc/odbc_handle.h"
+
+namespace db {
+
+class OdbcDialect;
+
+class OdbcRows : public Rows {
+ public:
+  // Reads the description of the statement's present result set.
+  OdbcRows(SQLHSTMT statement, const OdbcDialect& dialect);
+  // Fetches every row. False when a fetch failed; the statement's diagnostics tell why.
+  bool fetchAll(SQLHSTMT statement);
+
+  const std::vector<FieldInfo>& fields() const override { return fields_; }
+  std::int64_t count() const override { return rows_; }
+  Value value(std::int64_t row, int column) const override {
+    return cells_.at(static_cast<std::size_t>(row) * fields_.size() + static_cast<std::size_t>(column));
+  }
+
+ private:
+  bool fetchRow(SQLHSTMT statement);
+
+  std::vector<FieldInfo> fields_;
+  std::vector<Value> cells_;
+  std::int64_t rows_ = 0;
+};
+
+// "-12.5" with scale 4 is -125000; false when the text is no such number or does not fit 64 bits.
+bool parseDecimal(std::string_view text, int scale, Decimal& out);
+
+}  // namespace db

@@ -1,6 +1,6 @@
 // The ODBC driver against SQLite's ODBC driver: what does not depend on the server.
 #include <gtest/gtest.h>
-#include <sqlite3.h>
+#include <unistd.h>
 
 #include <filesystem>
 
@@ -19,17 +19,10 @@ class SqliteDialect : public db::OdbcDialect {
   std::string driverText(const db::ConnectionParts& parts) const override {
     return "DRIVER={SQLite3};DATABASE=" + parts.database + ";FKSupport=0;NoWCHAR=1";
   }
-};
-
-class Collect : public db::BatchSink {
- public:
-  void onRows(std::unique_ptr<db::Rows> rows) override { sets.push_back(std::move(rows)); }
-  void onRowCount(std::int64_t rows) override { counts.push_back(rows); }
-  void onMessage(const std::string& text) override { messages.push_back(text); }
-
-  std::vector<std::unique_ptr<db::Rows>> sets;
-  std::vector<std::int64_t> counts;
-  std::vector<std::string> messages;
+  // The driver calls binary columns text.
+  db::FieldType fieldType(const std::string& typeName, int odbcType) const override {
+    return typeName == "BLOB" ? db::FieldType::VarBinary : OdbcDialect::fieldType(typeName, odbcType);
+  }
 };
 
 class OdbcTest : public testing::Test {
@@ -95,13 +88,8 @@ TEST_F(OdbcTest, ReadsLongTextOfAnyLengthWhole) {
   }
 }
 
-TEST_F(OdbcTest, DeliversResultsInOrderAndThrowsTheFirstError) {
+TEST_F(OdbcTest, CountsRowsAndGoesOnAfterAnError) {
   connection.execute("CREATE TABLE t (i INTEGER PRIMARY KEY)");
-  Collect sink;
-  connection.run("SELECT 1 AS a; SELECT 2 AS b", sink);
-  ASSERT_GE(sink.sets.size(), 1u);
-  EXPECT_EQ(sink.sets[0]->value(0, 0).integer(), 1);
-
   EXPECT_EQ(connection.execute("INSERT INTO t VALUES (1)"), 1);
   EXPECT_EQ(connection.execute("UPDATE t SET i=3 WHERE i=99"), 0);
   try {
@@ -133,7 +121,7 @@ TEST_F(OdbcTest, WritesThroughARecordsetByItsKey) {
   EXPECT_EQ(recordset.field("ad").text(), "Ali'nin şapkası");
 }
 
-TEST_F(OdbcTest, ConnectionTellsNoPassword) {
+TEST_F(OdbcTest, TellsNoPasswordAndRunsNothingWhenClosed) {
   EXPECT_EQ(connection.connectionText().find("çokgizli"), std::string::npos);
   EXPECT_EQ(connection.state(), db::State::Open);
   connection.close();
@@ -141,16 +129,15 @@ TEST_F(OdbcTest, ConnectionTellsNoPassword) {
   EXPECT_THROW(connection.execute("SELECT 1"), SqlError);
 }
 
-TEST_F(OdbcTest, AFileThatIsNoDatabaseBreaksTheLink) {
+TEST_F(OdbcTest, AFailedOpeningLeavesTheConnectionClosed) {
   db::ConnectionParts parts;
   parts.database = "/nonexistent-folder/a.db";
-  db::OdbcConnection other{std::make_unique<SqliteDialect>()};
-  try {
-    other.open(parts);
-    other.execute("SELECT * FROM sqlite_master");
-    FAIL() << "no error";
-  } catch (const SqlError&) {
-  }
+  EXPECT_THROW(
+      {
+        connection.open(parts);
+        connection.execute("CREATE TABLE t (a INTEGER)");
+      },
+      SqlError);
 }
 
 TEST(ParseDecimal, KeepsEveryDigit) {

@@ -78,7 +78,7 @@ class Reader {
       fail("a column before the first TABLE");
     }
     const std::string_view text = line.substr(first);
-    if (text.starts_with("INSERT ")) {
+    if (text.starts_with("INSERT ") || text.starts_with("UPDATE ")) {
       tables_.back().firstRows.emplace_back(text);
     } else if (text.starts_with("UPGRADE ")) {
       tables_.back().upgradeRows.emplace_back(text.substr(8));

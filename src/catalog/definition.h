@@ -8,7 +8,8 @@
 //             name may be a run of numbered columns: Bas1..Bas52
 //   audit   = "AUDIT" stage           who made and who last changed the row: six columns
 //   key     = "PRIMARY KEY" [ "CLUSTERED" | "NONCLUSTERED" ] "(" names ")"
-//   statement = an index ("CREATE ... INDEX ..."), a first row ("INSERT ...") or, after the word
+//   statement = an index ("CREATE ... INDEX ..."), a first row ("INSERT ...", "UPDATE ...") or, after the
+//   word
 //             "UPGRADE", the first row as the upgrade writes it in place of the others
 //   stage   = "B" the table's first text has it | "U" added later by the upgrade | "B/U" a block that
 //             the upgrade completes

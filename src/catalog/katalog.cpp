@@ -7,13 +7,13 @@ namespace catalog {
 namespace {
 
 // Statements that follow the creation of a table. The folder, name and password in them are empty: this
-// routine knows none. The second INSERT leaves out sysus_lgn, which may not be NULL, and so fails.
+// routine knows none.
 struct AfterTable {
   std::string_view table, statement;
 };
 constexpr AfterTable afterTable[] = {
     {"sysDTYL", "INSERT INTO sysDTYL(sysdtyl) VALUES ('\\Data')"},
-    {"sysuslng", "INSERT INTO sysuslng(sysus_nm,sysus) VALUES ('','' )"},
+    {"sysuslng", refusedSupervisorRow},
 };
 
 }  // namespace

@@ -14,6 +14,10 @@ namespace catalog {
 
 inline constexpr std::string_view catalogDatabase = "Defination_DB";
 
+// The statement of Katalog_Olustur that always fails: it leaves out sysus_lgn, which may not be NULL.
+inline constexpr std::string_view refusedSupervisorRow =
+    "INSERT INTO sysuslng(sysus_nm,sysus) VALUES ('','' )";
+
 // The tables of the catalog in the order of their creation; parsed at the first call.
 const std::vector<TableDef>& catalogTables();
 std::span<const EmbeddedText> embeddedTexts();

@@ -1,0 +1,272 @@
+#include "company/firma_karti.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include "company/base_schema.h"
+#include "company/kart_alanlari.h"
+#include "company/schema/schema.h"
+#include "support/fakes.h"
+
+namespace {
+
+using company::FirmaKarti;
+using company::Kayit_Kontrol;
+
+FirmaKarti gecerliKart() {
+  FirmaKarti kart;
+  kart.Firma_Adi = "ORNEK2012";
+  kart.Firma_Kodu = "00001";
+  kart.Firma_Unvani = "Örnek Ticaret";
+  kart.Bas_Tar = "01/01/2012";
+  kart.Bit_Tar = "31/12/2012";
+  return kart;
+}
+
+struct KontrolDurumu {
+  const char* name;
+  std::string FirmaKarti::*alan;
+  const char* deger;
+  const char* baslangic;  // how Hata_Metni begins; "" for none
+};
+
+class KartKontrol : public testing::TestWithParam<KontrolDurumu> {};
+
+TEST_P(KartKontrol, LeavesTheFirstFault) {
+  FirmaKarti kart = gecerliKart();
+  kart.Hata_Metni = "old";
+  kart.*GetParam().alan = GetParam().deger;
+  Kayit_Kontrol(kart);
+  if (*GetParam().baslangic == '\0') {
+    EXPECT_EQ(kart.Hata_Metni, "");
+  } else {
+    EXPECT_EQ(kart.Hata_Metni.rfind(GetParam().baslangic, 0), 0u) << kart.Hata_Metni;
+  }
+}
+
+const char* const dateFault = "Firmamnın Mali Başlangıç Tarihi Girilmemiş Yada Yanlış Girilmiş";
+constexpr auto adi = &FirmaKarti::Firma_Adi;
+constexpr auto bas = &FirmaKarti::Bas_Tar;
+constexpr auto bit = &FirmaKarti::Bit_Tar;
+
+INSTANTIATE_TEST_SUITE_P(
+    Kart, KartKontrol,
+    testing::Values(
+        KontrolDurumu{"Valid", adi, "ORNEK", ""}, KontrolDurumu{"NoStart", bas, "", dateFault},
+        KontrolDurumu{"ShortStart", bas, "1/1/2012", dateFault},
+        KontrolDurumu{"NoSuchDay", bas, "31/02/2012", dateFault},
+        KontrolDurumu{"NoEnd", bit, "  /  /    ",
+                      "Firmamnın Mali Bitiş Tarihi Girilmemiş Yada Yanlış Girilmiş"},
+        KontrolDurumu{"TextOrder", bit, "01/01/2011", "Baslangıç ve Bitiş Tarihini Düzeltiniz."},
+        KontrolDurumu{"EarlierEndThatSortsLater", bit, "31/01/2001", ""},
+        KontrolDurumu{"LaterEndThatSortsEarlier", bas, "15/01/2012", ""},
+        KontrolDurumu{"NoCode", &FirmaKarti::Firma_Kodu, " ", "Firma Kodunu boş geçemezsiniz."},
+        KontrolDurumu{"NoName", adi, "", "Database Adını boş geçemezsiniz."},
+        KontrolDurumu{"NoTitle", &FirmaKarti::Firma_Unvani, "", "Firma Ünvanını boş geçemezsiniz."},
+        KontrolDurumu{"Digit", adi, "9A", "Database Adı Numara ile Başlayamaz"},
+        KontrolDurumu{"Blank", adi, "A B", "Database Adı içinde Boşluk Olamaz.\nDatabase Adı Harf ile"},
+        KontrolDurumu{"Minus", adi, "A-B", "Database Adı içinde Eksi(+) İşareti Olamaz."},
+        KontrolDurumu{"Slash", adi, "A/B", "Database Adı içinde Eksi(+) İşareti Olamaz."},
+        KontrolDurumu{"Quote", adi, "A\"B", "Database Adı içinde ÇiftTırnak ( \") İşareti Olamaz."},
+        KontrolDurumu{"FirstInOrder", adi, "A)B,C", "Database Adı içinde Virgül(,) Olamaz."},
+        KontrolDurumu{"TurkishPasses", adi, "ŞİRKET", ""},
+        KontrolDurumu{"WideText", &FirmaKarti::Sehir, "ÇĞİÖŞÜÇĞİÖŞÜÇĞİÖŞÜÇĞ", ""},
+        KontrolDurumu{"TooWide", &FirmaKarti::Sehir, "ÇĞİÖŞÜÇĞİÖŞÜÇĞİÖŞÜÇĞİ", "Şehir en çok 20 karakter"}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(KartKontrol, ForbiddenSignEndsWithBothHints) {
+  FirmaKarti kart = gecerliKart();
+  kart.Firma_Adi = "A'B";
+  Kayit_Kontrol(kart);
+  EXPECT_EQ(kart.Hata_Metni,
+            "Database Adı içinde TekTırnak(') İşareti Olamaz.\n"
+            "Database Adı Harf ile Başlar ve Harf ve Numara Dışında Noktalama İşaretleri ve Boşluk Gibi "
+            "Karakterler Kulanılamaz.\nTürkçe Karakterler Kullanılamaz (Ş,Ç,Ö,Ü,İ,ı) ");
+}
+
+TEST(YetkiSatiri, HasAValueForEachColumn) {
+  const std::string sql = company::yetkiSatiri("7", "O'NEIL", "x");
+  const auto count = [](std::string_view text) { return std::count(text.begin(), text.end(), ','); };
+  const std::size_t values = sql.find("Values");
+  EXPECT_EQ(count(sql.substr(0, values)), count(sql.substr(values)));
+  EXPECT_NE(sql.find("('7','1','O''NEIL','x','1','11111111111111',"), std::string::npos);
+}
+
+// A server that knows no company yet; the new row's id is 7.
+struct KartSunucusu : support::FakeSurroundings {
+  KartSunucusu() {
+    std::vector<std::string> names;
+    for (const auto& alan : company::kartAlanlari()) {
+      names.emplace_back(alan.column);
+    }
+    for (const auto& [column, value] : company::yeniFirmaDegerleri()) {
+      names.emplace_back(column);
+    }
+    for (const char* name : {"KilitBasTarih", "KilitBitTarih", "DBVRSYN", "YR_DT"}) {
+      names.emplace_back(name);
+    }
+    server.rows("Select * from sysfrmlng", names, {});
+    server.rows("SELECT sysfrm_ID FROM sysfrmlng", {"sysfrm_ID"}, {{7}});
+    server.rows("SELECT * FROM sysuslng", {"sysus_nm", "sysus"}, {{"KORVENA        ", "ÃÆÉ"}});
+    oturum.Yeni_Kayit = true;
+    oturum.Tanim_DB_Versiyon = "2012.002";
+    oturum.Veri_Klasoru = "/nowhere";
+  }
+  bool sent(std::string_view part) const { return first(part) != server.statements.size(); }
+  std::size_t first(std::string_view part) const {
+    return static_cast<std::size_t>(
+        std::find_if(server.statements.begin(), server.statements.end(),
+                     [&](const std::string& s) { return s.find(part) != std::string::npos; }) -
+        server.statements.begin());
+  }
+};
+
+TEST(FirmaKarti, NewCompanyGoesThroughItsStepsInOrder) {
+  KartSunucusu s;
+  FirmaKarti kart = gecerliKart();
+  kart.Firma_Unvani = "Ali'nin Dükkanı";
+  EXPECT_TRUE(company::Kaydet(s.oturum, kart));
+  EXPECT_EQ(s.oturum.Son_Hata, "");
+  EXPECT_TRUE(s.boxes.shown.empty());
+  const char* const order[] = {"SELECT name FROM  sysdatabases where name='ORNEK2012'",
+                               "CREATE DATABASE ORNEK2012 ON ( NAME = ORNEK2012,FILENAME = "
+                               "'/nowhere\\ORNEK2012.mdf', SIZE = 10, MAXSIZE = UNLIMITED, FILEGROWTH = 10 ) "
+                               " LOG ON ( NAME = 'ORNEK2012_log',  FILENAME = '/nowhere\\ORNEK2012_log.ldf', "
+                               "SIZE = 5MB, MAXSIZE = UNLIMITED, FILEGROWTH = 10 )",
+                               "'Ali''nin Dükkanı'",
+                               "INSERT INTO sysusfrmlng(sysfrm_ID,sysus_ID) VALUES (7,1)",
+                               "INSERT INTO Kullanici ",
+                               "CREATE TABLE AMBAR ",
+                               "CREATE TABLE MUHASEBEMALITABLOHAREKET ",
+                               "CREATE TRIGGER STOKUPDATE",
+                               "CREATE TRIGGER MUHBAKIYEHESAPLASIL"};
+  std::size_t before = 0;
+  for (const char* part : order) {
+    EXPECT_TRUE(s.sent(part)) << part;
+    EXPECT_GE(s.first(part), before) << part;
+    before = s.first(part);
+  }
+  EXPECT_EQ(s.oturum.Baglanti->parts().database, "master");
+}
+
+TEST(FirmaKarti, RefusedCreationStillRegistersAndLeavesOutTheSchema) {
+  KartSunucusu s;
+  s.server.fail("CREATE DATABASE", db::SqlError(db::ErrorKind::StatementRefused, 5170, "file exists"));
+  FirmaKarti kart = gecerliKart();
+  EXPECT_TRUE(company::Kaydet(s.oturum, kart));
+  EXPECT_EQ(s.oturum.Son_Hata, "-2147217900 : file exists");
+  EXPECT_TRUE(s.sent("INSERT INTO sysusfrmlng"));
+  EXPECT_FALSE(s.sent("CREATE TABLE"));
+}
+
+TEST(FirmaKarti, RowThatCannotBeWrittenTakesTheDatabaseBack) {
+  KartSunucusu s;
+  s.server.fail("INSERT INTO sysfrmlng", db::SqlError(db::ErrorKind::StatementRefused, 8152, "too long"));
+  FirmaKarti kart = gecerliKart();
+  EXPECT_TRUE(company::Kaydet(s.oturum, kart));
+  EXPECT_TRUE(s.sent("DROP DATABASE ORNEK2012"));
+  EXPECT_FALSE(s.sent("CREATE TABLE"));
+  EXPECT_NE(s.oturum.Son_Hata.find("too long"), std::string::npos);
+}
+
+TEST(FirmaKarti, KnownNameIsLeftInSonHataAndClosesTheForm) {
+  KartSunucusu s;
+  s.server.rows("sysdatabases where name", {"name"}, {{"ORNEK2012"}});
+  FirmaKarti kart = gecerliKart();
+  EXPECT_TRUE(company::Kaydet(s.oturum, kart));
+  EXPECT_EQ(s.oturum.Son_Hata, "Bu İsimle Bir Firma Zaten Var.");
+  EXPECT_TRUE(s.boxes.shown.empty());
+  EXPECT_FALSE(s.sent("CREATE DATABASE"));
+}
+
+TEST(FirmaKarti, FileInTheDataFolderStopsTheCreation) {
+  KartSunucusu s;
+  const auto folder = std::filesystem::path(testing::TempDir()) / "firma_karti_dosya";
+  std::filesystem::create_directories(folder);
+  std::ofstream(folder / "ORNEK2012.mdf") << "x";
+  s.oturum.Veri_Klasoru = folder.string();
+  FirmaKarti kart = gecerliKart();
+  EXPECT_TRUE(company::Kaydet(s.oturum, kart));
+  EXPECT_EQ(s.oturum.Son_Hata.rfind("Bu Firma SQL SERVER Tarafından Tanınmıyor Ama Dosyası var.\nDosya için "
+                                    "Lütfen" +
+                                        folder.string() + "\\ORNEK2012.mdf Yoluna Bakınız.\n",
+                                    0),
+            0u)
+      << s.oturum.Son_Hata;
+  EXPECT_FALSE(s.sent("CREATE DATABASE"));
+  std::filesystem::remove_all(folder);
+}
+
+TEST(FirmaKarti, FaultKeepsTheCardOpenAndSendsNothing) {
+  KartSunucusu s;
+  FirmaKarti kart = gecerliKart();
+  kart.Firma_Kodu = "";
+  EXPECT_FALSE(company::Kaydet(s.oturum, kart));
+  ASSERT_EQ(s.boxes.shown.size(), 1u);
+  EXPECT_EQ(s.boxes.shown[0].icon, session::Icon::Stop);
+  EXPECT_TRUE(s.server.openings.empty());
+  s.oturum.Inceleme = true;
+  EXPECT_FALSE(company::Kaydet(s.oturum, kart));
+  EXPECT_EQ(s.boxes.shown.size(), 1u);
+}
+
+TEST(FirmaKarti, OpensForEachUse) {
+  KartSunucusu s;
+  FirmaKarti kart;
+  auto durum = company::Firma_Karti_Ac(s.oturum, kart);
+  EXPECT_EQ(kart.Bas_Tar, "01/01/2012");
+  EXPECT_EQ(kart.Bit_Tar, "31/12/2012");
+  EXPECT_FALSE(durum.Firma_Adi_Salt);
+  EXPECT_FALSE(durum.Frame2_Gorunur);
+
+  s.server.rows("SELECT * FROM sysfrmlng WHERE sysfrm_ID=3",
+                {"sysfrm_nm", "sysfrm_dbnm", "sysfrm_kd", "Mali_Yil_Baslangic", "Mali_Yil_Bitis", "Adres",
+                 "Sehir", "Ulke", "Tel1", "Tel2", "Fax", "Vergi_Dairesi", "Vergi_Numarasi"},
+                {{"Örnek", "ORNEK ", "00003 ", db::DateTime{2012, 2, 1}, db::Value(), "Yol 1  ", db::Value(),
+                  "", "", "", "", "", ""}});
+  s.server.rows("FROM ORNEK.dbo.MUHKART", {"MHesap_Kod"}, {{"100"}});
+  s.oturum.Yeni_Kayit = false;
+  s.oturum.Inceleme = true;
+  s.oturum.Secili_ID = 3;
+  durum = company::Firma_Karti_Ac(s.oturum, kart);
+  EXPECT_EQ(kart.Firma_Kodu, "00003");
+  EXPECT_EQ(kart.Bas_Tar, "01/02/2012");
+  EXPECT_EQ(kart.Bit_Tar, "");
+  EXPECT_EQ(kart.Adres, "Yol 1");
+  EXPECT_EQ(s.oturum.Eski_Firma_Adi, "ORNEK");
+  EXPECT_FALSE(durum.StandartHesapPlani_Acik);
+  EXPECT_FALSE(durum.Kayit_Acik);
+  EXPECT_EQ(durum.DurumPanel, "  Escape (Çıkış)");
+}
+
+TEST(FirmaTablolari, FillsTheMarksAndTellsItsProgress) {
+  support::FakeSurroundings s;
+  s.oturum.Baglanti = s.factory.make("");
+  EXPECT_TRUE(company::Firma_Tablolari_Olustur(s.oturum));
+  const auto& sent = s.server.statements;
+  EXPECT_TRUE(std::none_of(sent.begin(), sent.end(), [](const std::string& t) {
+    return t.find("<date>") != std::string::npos || t.find("<time>") != std::string::npos;
+  }));
+  EXPECT_NE(std::find(sent.begin(), sent.end(),
+                      "UPDATE FIYATTANIM SET YR_Kullanici=1,YR_Tarih='03/14/2012',YR_Saat='15:09:26',"
+                      "Deg_Kullanici=1,Deg_Tarih='03/14/2012',Deg_Saat='15:09:26'"),
+            sent.end());
+  EXPECT_EQ(s.progress.texts.size(), 127u + 80u + 23u + 1u);
+  EXPECT_EQ(s.progress.steps.back().first, s.progress.steps.back().second);
+}
+
+TEST(FirmaTablolari, GoesOnBehindARefusedStatementButNotWithoutAServer) {
+  support::FakeSurroundings s;
+  s.oturum.Baglanti = s.factory.make("");
+  s.server.fail("CREATE VIEW SATICIANALIZ", db::SqlError(db::ErrorKind::StatementRefused, 208, "no"));
+  EXPECT_TRUE(company::Firma_Tablolari_Olustur(s.oturum));
+  EXPECT_EQ(s.boxes.shown.size(), 2u);
+  s.server.fail("CREATE TABLE STOKKART", db::SqlError(db::ErrorKind::LinkBroken, 0, "gone"));
+  EXPECT_FALSE(company::Firma_Tablolari_Olustur(s.oturum));
+  EXPECT_EQ(s.boxes.shown.size(), 4u);
+}
+
+}  // namespace

@@ -34,14 +34,15 @@ struct Dosyalar {
   std::array<std::vector<TabloSatiri>, maliTablolar.size()> tablolar;
 };
 
-// The program's folder, else that of the executable, where an installation puts the files.
+// Under the program's folder; where that has none, beside the executable, where an installation puts it.
+fs::path veriKlasoru(const Oturum& oturum) {
+  const fs::path own = oturum.platform->programFolder() / klasorAdi;
+  std::error_code error;
+  return fs::is_directory(own, error) ? own : platform::executableFolder() / klasorAdi;
+}
+
 std::optional<std::string> dosyaOku(const Oturum& oturum, std::string_view ad) {
-  for (const fs::path& kok : {oturum.platform->programFolder(), platform::executableFolder()}) {
-    if (auto text = platform::readFile(kok / klasorAdi / ad)) {
-      return text;
-    }
-  }
-  return std::nullopt;
+  return platform::readFile(veriKlasoru(oturum) / ad);
 }
 
 std::string gosterilenYol(const Oturum& oturum, std::string_view ad) {

@@ -164,7 +164,7 @@ TEST(FirmaKarti, RefusedCreationStillRegistersAndLeavesOutTheSchema) {
 
 TEST(FirmaKarti, RowThatCannotBeWrittenTakesTheDatabaseBack) {
   KartSunucusu s;
-  s.server.fail("INSERT INTO sysfrmlng", db::SqlError(db::ErrorKind::StatementRefused, 8152, "too long"));
+  s.server.fail("INSERT INTO [sysfrmlng]", db::SqlError(db::ErrorKind::StatementRefused, 8152, "too long"));
   FirmaKarti kart = gecerliKart();
   EXPECT_TRUE(company::Kaydet(s.oturum, kart));
   EXPECT_TRUE(s.sent("DROP DATABASE ORNEK2012"));

@@ -46,7 +46,7 @@ ExprPtr SqlParser::convertExpr() {
   ExprPtr expr = make(Expr::Kind::Convert);
   expect("CONVERT");
   expectSymbol('(');
-  expr->type = type(false, {});
+  expr->type = type(nullptr);
   expectSymbol(',');
   expr->left = operators(Additive);
   if (acceptSymbol(',')) {
@@ -65,7 +65,7 @@ ExprPtr SqlParser::castExpr() {
   expectSymbol('(');
   expr->left = operators(Additive);
   expect("AS");
-  expr->type = type(false, {});
+  expr->type = type(nullptr);
   expectSymbol(')');
   return finish(std::move(expr));
 }

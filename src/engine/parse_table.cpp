@@ -49,7 +49,8 @@ ColumnDefinition SqlParser::alteredColumn() {
   column.line = line();
   column.name = name();
   if (isWord("ADD") || isWord("DROP")) unsupported("ALTER COLUMN ... " + upperAscii(token().source));
-  column.type = type(true, "#1", &column.typeWord);
+  Declared declared{column.name, 1};
+  column.type = type(&declared, &column.typeWord);
   if (accept("COLLATE")) column.collation = name();
   if (isWord("NULL") || (isWord("NOT") && isWord("NULL", 1))) {
     column.nullable = !accept("NOT");
@@ -78,17 +79,19 @@ void SqlParser::tableElement(std::vector<ColumnDefinition>& columns,
   if (startsTableConstraint())
     constraints.push_back(tableConstraint());
   else
-    columns.push_back(columnDefinition(constraints));
+    columns.push_back(columnDefinition(constraints, columns.size() + 1));
 }
 
 // ---- columns ----
 
-ColumnDefinition SqlParser::columnDefinition(std::vector<TableConstraint>& constraints) {
+ColumnDefinition SqlParser::columnDefinition(std::vector<TableConstraint>& constraints,
+                                             std::size_t position) {
   ColumnDefinition column;
   column.line = line();
   column.name = name();
   if (isWord("AS")) unsupported("computed column");
-  column.type = type(true, column.name, &column.typeWord);
+  Declared declared{column.name, position};
+  column.type = type(&declared, &column.typeWord);
   while (columnAttribute(column, constraints)) {
   }
   return column;

@@ -51,6 +51,7 @@ constexpr std::size_t defaultCastLength = 30;
 constexpr std::uint16_t maxSysname = 128;
 constexpr std::int64_t defaultPrecision = 18;
 constexpr std::int64_t maxPrecision = 38;
+constexpr std::int64_t doublePrecision = 53;
 constexpr std::int64_t singlePrecision = 24;  // FLOAT(1..24) is REAL
 
 const TypeWord* findType(std::string_view word) {
@@ -61,55 +62,55 @@ const TypeWord* findType(std::string_view word) {
 
 }  // namespace
 
-// `declaration`: of a column or variable named `what`, where CHAR alone is CHAR(1); else the target of a
-// conversion, where it is CHAR(30). `word` receives the type's name as written.
-Type SqlParser::type(bool declaration, std::string_view what, std::string* word) {
+// The type's name, brought to one of its spellings in upper case; `written` receives it as it stands.
+std::string SqlParser::typeSpelling(std::string& written) {
   bool national = accept("NATIONAL");
   bool named = isName() || (isAnyWord({"DOUBLE", "CURSOR", "TABLE"}) && !national);
   if (!named) syntaxError();
-  std::size_t first = pos_;
-  std::string written = tokens_[pos_++].value();
-  if (word) *word = written;
+  written = tokens_[pos_++].value();
   std::string spelled = upperAscii(written);
   if (spelled == "DOUBLE") {
     expect("PRECISION");
-    spelled = "FLOAT";
+    return "FLOAT";
   }
-  if (spelled == "SYSNAME") return Type{TypeId::NVarChar, maxSysname, 0, 0};
+  if (national) spelled.insert(0, "N");
   if (accept("VARYING"))
     spelled = spelled == "BINARY" ? "VARBINARY" : spelled[0] == 'N' ? "NVARCHAR" : "VARCHAR";
-  if (national) spelled.insert(0, "N");
+  return spelled;
+}
+
+void SqlParser::unknownType(const std::string& spelled, const std::string& written,
+                            const Declared* declared) const {
+  for (std::string_view foreign : foreignTypes)
+    if (spelled == foreign) unsupported(foreign);
+  if (declared)
+    fail(2715, "Column, parameter, or variable #" + std::to_string(declared->position) +
+                   ": Cannot find data type " + written + ".");
+  fail(243, "Type " + written + " is not a defined system type.");
+}
+
+// `word` receives the type's name as written.
+Type SqlParser::type(const Declared* declared, std::string* word) {
+  std::string written;
+  std::string spelled = typeSpelling(written);
+  if (word) *word = written;
+  if (spelled == "SYSNAME") return Type{TypeId::NVarChar, maxSysname, 0, 0};
   const TypeWord* found = findType(spelled);
-  if (!found) {
-    for (std::string_view foreign : foreignTypes)
-      if (spelled == foreign) unsupported(foreign);
-    pos_ = first;
-    if (declaration)
-      fail(2715, "Column, parameter, or variable " + std::string(what) + ": Cannot find data type " +
-                     written + ".");
-    fail(243, "Type " + written + " is not a defined system type.");
-  }
+  if (!found) unknownType(spelled, written, declared);
   Type result;
   result.id = found->id;
-  switch (found->shape) {
-    case Shape::Plain:
-      break;
-    case Shape::Sized:
-      sizedType(result, {written, what, found->most, found->longId, declaration});
-      break;
-    case Shape::Scaled:
-      scaledType(result, what);
-      break;
-    case Shape::Floating:
-      if (acceptSymbol('(')) {
-        std::int64_t bits = integer();
-        if (bits < 1 || bits > 53) badSize(bits);
-        if (bits <= singlePrecision) result.id = TypeId::Real;
-        expectSymbol(')');
-      }
-      break;
-  }
+  if (found->shape == Shape::Sized) sizedType(result, {written, found->most, found->longId, declared});
+  if (found->shape == Shape::Scaled) scaledType(result, declared);
+  if (found->shape == Shape::Floating) floatingType(result);
   return result;
+}
+
+void SqlParser::floatingType(Type& type) {
+  if (!acceptSymbol('(')) return;
+  std::int64_t bits = integer();
+  if (bits < 1 || bits > doublePrecision) badSize(bits);
+  if (bits <= singlePrecision) type.id = TypeId::Real;
+  expectSymbol(')');
 }
 
 void SqlParser::badSize(std::int64_t size) const {
@@ -118,7 +119,7 @@ void SqlParser::badSize(std::int64_t size) const {
 }
 
 void SqlParser::sizedType(Type& type, const Sized& sized) {
-  type.length = static_cast<std::uint16_t>(sized.declaration ? 1 : defaultCastLength);
+  type.length = static_cast<std::uint16_t>(sized.declared ? 1 : defaultCastLength);
   if (!acceptSymbol('(')) return;
   if (isWord("MAX")) {
     if (sized.longId == TypeId::Null) unsupported(upperAscii(sized.word) + "(MAX)");
@@ -127,17 +128,18 @@ void SqlParser::sizedType(Type& type, const Sized& sized) {
   } else {
     std::int64_t length = integer();
     if (length < 1) badSize(length);
+    bool named = sized.declared && !sized.declared->column.empty();
     if (length > sized.most)
       fail(131, "The size (" + std::to_string(length) + ") given to the " +
-                    (sized.declaration ? "column '" + std::string(sized.what)
-                                       : "type '" + std::string(sized.word)) +
-                    "' exceeds the maximum allowed for any data type (8000).");
+                    (named ? "column '" + std::string(sized.declared->column)
+                           : "type '" + std::string(sized.word)) +
+                    "' exceeds the maximum allowed for any data type (" + std::to_string(sized.most) + ").");
     type.length = static_cast<std::uint16_t>(length);
   }
   expectSymbol(')');
 }
 
-void SqlParser::scaledType(Type& type, std::string_view what) {
+void SqlParser::scaledType(Type& type, const Declared* declared) {
   std::int64_t precision = defaultPrecision;
   std::int64_t scale = 0;
   if (acceptSymbol('(')) {
@@ -147,7 +149,7 @@ void SqlParser::scaledType(Type& type, std::string_view what) {
   }
   if (precision < 1) badSize(precision);
   if (precision > maxPrecision)
-    fail(2750, "Column or parameter " + (what.empty() ? "#1" : std::string(what)) +
+    fail(2750, "Column or parameter #" + std::to_string(declared ? declared->position : 1) +
                    ": Specified column precision " + std::to_string(precision) +
                    " is greater than the maximum precision of 38.");
   if (scale < 0 || scale > precision) fail(192, "The scale must be less than or equal to the precision.");

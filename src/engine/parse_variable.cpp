@@ -13,7 +13,8 @@ StatementPtr SqlParser::declareStatement() {
     VariableDeclaration& declaration = declare.variables.emplace_back();
     declaration.name = variable();
     accept("AS");
-    declaration.type = type(true, declaration.name);
+    Declared declared{{}, declare.variables.size()};
+    declaration.type = type(&declared);
     if (acceptSymbol('=')) declaration.value = expression();
   } while (acceptSymbol(','));
   return wrap(std::move(declare), atLine);

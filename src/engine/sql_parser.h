@@ -118,15 +118,25 @@ class SqlParser {
   ExprPtr call(std::string name);
   ExprPtr updatePredicate();
   // ---- parse_type.cpp ----
+  // Where CHAR alone is CHAR(1): the n-th column or variable of a declaration. Else the target of a
+  // conversion, where it is CHAR(30).
+  struct Declared {
+    std::string_view column;  // empty for a variable
+    std::size_t position = 0;
+  };
   struct Sized {
-    std::string_view word, what;
+    std::string_view word;
     int most;
     TypeId longId;
-    bool declaration;
+    const Declared* declared;
   };
-  Type type(bool declaration, std::string_view what, std::string* word = nullptr);
+  Type type(const Declared* declared, std::string* word = nullptr);
+  std::string typeSpelling(std::string& written);
+  [[noreturn]] void unknownType(const std::string& spelled, const std::string& written,
+                                const Declared* declared) const;
+  void floatingType(Type& type);
   void sizedType(Type& type, const Sized& sized);
-  void scaledType(Type& type, std::string_view what);
+  void scaledType(Type& type, const Declared* declared);
   [[noreturn]] void badSize(std::int64_t size) const;
 
   // ---- parse_select.cpp ----
@@ -171,7 +181,7 @@ class SqlParser {
   StatementPtr createTable();
   StatementPtr alterTable();
   void tableElement(std::vector<ColumnDefinition>& columns, std::vector<TableConstraint>& constraints);
-  ColumnDefinition columnDefinition(std::vector<TableConstraint>& constraints);
+  ColumnDefinition columnDefinition(std::vector<TableConstraint>& constraints, std::size_t position);
   bool columnAttribute(ColumnDefinition& column, std::vector<TableConstraint>& constraints);
   bool columnConstraint(ColumnDefinition& column, std::vector<TableConstraint>& constraints,
                         std::string constraintName);

@@ -1,0 +1,18 @@
+// zembera-cli: the procedures from a shell.
+#include <iostream>
+
+#include "cli/program.h"
+#include "db/drivers.h"
+#include "platform/folders.h"
+#include "platform/terminal.h"
+
+int main(int argc, char** argv) {
+  cli::Ortam ortam{std::cin,
+                   std::cout,
+                   std::cerr,
+                   platform::inputIsTerminal(),
+                   platform::errorIsTerminal(),
+                   platform::programFolder(),
+                   db::makeConnectionFactory};
+  return cli::calistir(ortam, {argv + 1, argv + argc});
+}

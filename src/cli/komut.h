@@ -1,0 +1,52 @@
+// A command of zembera-cli: its options as data and the function that runs it.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "cli/ortam.h"
+
+namespace cli {
+
+struct Secenek {
+  enum class Tur { Metin, Bayrak, Konum };  // with a value, without one, by position
+  std::string_view ad;                      // as typed: "--db", "-i,--girdi", "IFADE"
+  std::string_view aciklama;
+  bool zorunlu = false;
+  Tur tur = Tur::Metin;
+  std::string_view degerAdi = "METİN";  // how the help names the value
+};
+
+// What was given, by the option's last name without dashes ("db", "girdi", "IFADE").
+class Degerler {
+ public:
+  void koy(std::string ad, std::string deger) { degerler_[std::move(ad)] = std::move(deger); }
+  bool var(std::string_view ad) const { return degerler_.contains(ad); }
+  std::string metin(std::string_view ad, std::string_view yoksa = "") const {
+    const auto at = degerler_.find(ad);
+    return at == degerler_.end() ? std::string(yoksa) : at->second;
+  }
+
+ private:
+  std::map<std::string, std::string, std::less<>> degerler_;
+};
+
+struct Komut {
+  std::string_view ad;
+  std::string_view aciklama;
+  std::string_view ek;  // further text at the end of the help; may be empty
+  std::span<const Secenek> secenekler;
+  int (*calistir)(Ortam& ortam, const Degerler& degerler);  // an exit code
+};
+
+// One file each.
+const Komut& kurKomutu();
+const Komut& sqlKomutu();
+const Komut& firmaListeleKomutu();
+const Komut& firmaOlusturKomutu();
+const Komut& firmaSilKomutu();
+
+}  // namespace cli

@@ -1,0 +1,57 @@
+#include "cli/kutular.h"
+
+#include <algorithm>
+
+#include "session/metin.h"
+
+namespace cli {
+
+void KomutKutulari::message(const std::string& text, session::Icon, std::string_view) {
+  shown_.push_back(text);
+  ortam_.err << text << "\n";
+}
+
+bool KomutKutulari::ask(const std::string& text, session::Icon, std::string_view) {
+  ortam_.err << text << " [e/H] " << std::flush;
+  if (evet) {
+    ortam_.err << "e\n";
+    return true;
+  }
+  if (!ortam_.girisTerminal) {
+    ortam_.err << "H\nOnay için --evet seçeneğini verin.\n";
+    return false;
+  }
+  std::string answer;
+  std::getline(ortam_.in, answer);
+  const std::string upper = session::Buyuk_Harf(session::Trim(answer));
+  return upper == "E" || upper == "EVET";
+}
+
+bool KomutKutulari::gosterildi(const std::string& text) const {
+  return std::find(shown_.begin(), shown_.end(), text) != shown_.end();
+}
+
+KomutIlerlemesi::~KomutIlerlemesi() {
+  if (drawn_) ortam_.err << "\r\033[K" << std::flush;
+}
+
+void KomutIlerlemesi::text(const std::string& text) {
+  text_ = text;
+  draw();
+}
+
+void KomutIlerlemesi::step(std::int64_t value, std::int64_t maximum) {
+  if (maximum <= 0) return;
+  percent_ = value * 100 / maximum;
+  draw();
+}
+
+void KomutIlerlemesi::whole(std::int64_t, std::int64_t) {}
+
+void KomutIlerlemesi::draw() {
+  if (!ortam_.hataTerminal) return;
+  ortam_.err << "\r\033[K%" << percent_ << " " << text_ << std::flush;
+  drawn_ = true;
+}
+
+}  // namespace cli

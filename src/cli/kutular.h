@@ -1,0 +1,46 @@
+// Boxes and progress on the command line: both on the error stream, so that results stay clean.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "cli/ortam.h"
+#include "session/ports.h"
+
+namespace cli {
+
+class KomutKutulari : public session::Boxes {
+ public:
+  explicit KomutKutulari(Ortam& ortam) : ortam_(ortam) {}
+  void message(const std::string& text, session::Icon icon, std::string_view title) override;
+  // `evet` answers every question with Yes. Without it and without a terminal the answer is No.
+  bool ask(const std::string& text, session::Icon icon, std::string_view title) override;
+
+  bool gosterildi(const std::string& text) const;
+
+  bool evet = false;
+
+ private:
+  Ortam& ortam_;
+  std::vector<std::string> shown_;
+};
+
+class KomutIlerlemesi : public session::Progress {
+ public:
+  explicit KomutIlerlemesi(Ortam& ortam) : ortam_(ortam) {}
+  ~KomutIlerlemesi() override;
+  void text(const std::string& text) override;
+  void step(std::int64_t value, std::int64_t maximum) override;
+  void whole(std::int64_t value, std::int64_t maximum) override;
+  void pump() override {}
+
+ private:
+  void draw();
+
+  Ortam& ortam_;
+  std::string text_;
+  std::int64_t percent_ = 0;
+  bool drawn_ = false;
+};
+
+}  // namespace cli

@@ -1,0 +1,71 @@
+#include "cli/oturum_ac.h"
+
+#include <algorithm>
+
+#include "session/giris.h"
+#include "session/statements.h"
+#include "session/sys_inf.h"
+
+namespace cli {
+
+namespace {
+
+constexpr std::string_view version = "2012.002";
+
+void loadSupervisor(session::Oturum& o) {
+  o.Program_Versiyon = o.Tanim_DB_Versiyon = o.Firma_DB_Versiyon = version;
+  o.Ondalik_Ayrac = ",";
+  o.Binlik_Ayrac = ".";
+  o.Katalog_Adi = "Defination_DB";
+  o.Kullanici_ID = 1;
+  o.Supervisor = true;
+  o.Kayitlar.open(*o.Baglanti, "SELECT * FROM sysDTYL");
+  o.Veri_Klasoru = o.Kayitlar.field("sysdtyl").trimmed();
+  o.Kayitlar.open(*o.Baglanti, "SELECT sysus_nm FROM sysuslng WHERE sysus_ID=1");
+  if (!o.Kayitlar.eof()) o.Kullanici_Adi = o.Kayitlar.field("sysus_nm").trimmed();
+}
+
+}  // namespace
+
+KomutOturumu::KomutOturumu(Ortam& o)
+    : ortam(o), kutular(o), ilerleme(o), platform(o.dizin), surucu(o.surucuYap(o.dizin)) {
+  oturum.surucu = surucu.get();
+  oturum.kutular = &kutular;
+  oturum.ilerleme = &ilerleme;
+  oturum.saat = &saat;
+  oturum.platform = &platform;
+}
+
+bool KomutOturumu::sunucuyuOku() {
+  session::sysInfYukle(oturum);
+  if (!oturum.Server_Adi.empty()) return true;
+  const bool present = session::sysInfVar(ortam.dizin);
+  ortam.err << session::sysInfYolu(ortam.dizin).string()
+            << (present ? " okunamadı ya da sunucu adı yok." : " bulunamadı.")
+            << " Önce 'zembera-cli kur' komutunu çalıştırın.\n";
+  return false;
+}
+
+bool KomutOturumu::katalogaBagla() {
+  if (!sunucuyuOku()) return false;
+  try {
+    session::Katalog_Bagla(oturum, "Defination_DB");
+    loadSupervisor(oturum);
+    return true;
+  } catch (const db::SqlError& error) {
+    if (session::katalogEksik(oturum))
+      ortam.err << "Sunucuda Defination_DB yok. Önce 'zembera-cli kur' komutunu çalıştırın.\n";
+    else
+      ortam.err << "Kataloğa bağlanılamadı: " << hataSatiri(error) << "\n";
+    return false;
+  }
+}
+
+std::string hataSatiri(const db::SqlError& hata) {
+  std::string text = "Msg " + std::to_string(hata.serverNumber()) + ": " + hata.what();
+  std::erase(text, '\r');
+  std::replace(text.begin(), text.end(), '\n', ' ');
+  return text;
+}
+
+}  // namespace cli

@@ -1,0 +1,34 @@
+// The session of one command: its record with the command line's ports.
+#pragma once
+
+#include <memory>
+
+#include "cli/kutular.h"
+#include "cli/ortam.h"
+#include "session/oturum.h"
+#include "session/yerel_ortam.h"
+
+namespace cli {
+
+class KomutOturumu {
+ public:
+  explicit KomutOturumu(Ortam& ortam);
+
+  // sys.inf into the session; false, with the reason told, when it names no server.
+  bool sunucuyuOku();
+  // The same, then connected to the catalog as its supervisor, with what a login leaves behind.
+  bool katalogaBagla();
+
+  Ortam& ortam;
+  KomutKutulari kutular;
+  KomutIlerlemesi ilerleme;
+  session::YerelSaat saat;
+  session::YerelPlatform platform;
+  std::unique_ptr<db::ConnectionFactory> surucu;
+  session::Oturum oturum;  // last: its connections end before the driver
+};
+
+// How a failure is told to a person: the server's number, where it gave one, and its text, in one line.
+std::string hataSatiri(const db::SqlError& hata);
+
+}  // namespace cli

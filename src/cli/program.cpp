@@ -73,16 +73,20 @@ Degerler valuesOf(CLI::App& sub, const Komut& komut) {
 }
 
 // The parser's own texts are English; the person reads the part that is his.
-std::string turkishText(const CLI::ParseError& error) {
+std::string turkishText(const CLI::App& app, const CLI::ParseError& error) {
   const std::string what = error.what();
-  const std::string behind = what.substr(what.find(": ") == std::string::npos ? 0 : what.find(": ") + 2);
-  const std::string first = what.substr(0, what.find(' '));
-  const std::string& name = error.get_name();
-  if (name == "RequiredError")
-    return first == "A" || first == "Requires" ? "Komut verilmedi." : "Zorunlu seçenek verilmedi: " + first;
-  if (name == "ExtrasError") return "Beklenmeyen bağımsız değişken: " + behind;
-  if (name == "ArgumentMismatch")
-    return "Seçeneğin değeri eksik ya da fazla: " + behind.substr(0, behind.find(' '));
+  const auto colon = what.find(": ");
+  const std::string behind = colon == std::string::npos ? what : what.substr(colon + 2);
+  const std::string first = what.substr(0, what.find_first_of(" :"));
+  if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
+    if (first.starts_with("--") || first == "IFADE") return "Zorunlu seçenek verilmedi: " + first;
+    const auto strangers = app.remaining();
+    return strangers.empty() ? "Komut verilmedi." : "Bilinmeyen komut: " + strangers.front();
+  }
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr)
+    return "Beklenmeyen bağımsız değişken: " + behind;
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr)
+    return "Seçeneğin değeri eksik ya da fazla: " + first;
   return "Yanlış kullanım: " + what;
 }
 
@@ -118,7 +122,7 @@ int calistir(Ortam& ortam, const std::vector<std::string>& argumanlar) {
     ortam.out << (shown.empty() ? app.help() : shown.front()->help());
     return tamam;
   } catch (const CLI::ParseError& error) {
-    ortam.err << turkishText(error) << "\nYardım için: zembera-cli [KOMUT] --help\n";
+    ortam.err << turkishText(app, error) << "\nYardım için: zembera-cli [KOMUT] --help\n";
     return yanlisKullanim;
   }
   if (!folder.empty()) ortam.dizin = std::filesystem::absolute(folder);

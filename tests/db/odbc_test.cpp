@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <clocale>
 #include <filesystem>
 
 #include "db/odbc/odbc_connection.h"
@@ -28,6 +29,8 @@ class SqliteDialect : public db::OdbcDialect {
 class OdbcTest : public testing::Test {
  protected:
   void SetUp() override {
+    // SQLite's driver has narrow calls alone, and the driver manager goes by the locale for those.
+    std::setlocale(LC_CTYPE, "C.UTF-8");
     file = std::filesystem::temp_directory_path() / ("odbc_" + std::to_string(::getpid()) + ".db");
     std::filesystem::remove(file);
     db::ConnectionParts parts;

@@ -17,8 +17,8 @@ TEST(SqlServerText, SaysServerLoginAndDatabase) {
        "DRIVER={FreeTDS};SERVER=HOST;PORT=1433;TDS_Version=7.4;ClientCharset=UTF-8;UID=sa;PWD=gizli;"
        "DATABASE=master;"},
       {{"HOST,14330", "sa", "a;b}c", "2012 A", false},
-       "DRIVER={FreeTDS};SERVER=HOST;PORT=14330;TDS_Version=7.4;ClientCharset=UTF-8;UID=sa;PWD={a;b}}c};"
-       "DATABASE={2012 A};"},
+       "DRIVER={FreeTDS};SERVER=HOST;PORT=14330;TDS_Version=7.4;ClientCharset=UTF-8;UID=sa;PWD={a;b}c};"
+       "DATABASE=2012 A;"},
       {{"HOST\\SQLEXPRESS", "sa", "", "", false},
        "DRIVER={FreeTDS};SERVER=HOST\\SQLEXPRESS;TDS_Version=7.4;ClientCharset=UTF-8;UID=sa;PWD=;"},
       {{"tcp:.\\A,1500", "sa", "p", "d", true},
@@ -81,6 +81,11 @@ TEST(SqlServerError, TellsWhatKindItWasInTheServersWords) {
        ErrorKind::LinkBroken,
        20006,
        "Write to the server failed"},
+      {{{"42000", 20017, "[FreeTDS][SQL Server]Unexpected EOF from the server"}},
+       false,
+       ErrorKind::LinkBroken,
+       20017,
+       "Unexpected EOF from the server"},
       {{{"HYT00", 0, "[FreeTDS][SQL Server]Timeout expired"}},
        false,
        ErrorKind::LinkBroken,

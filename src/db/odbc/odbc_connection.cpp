@@ -171,16 +171,14 @@ void OdbcConnection::connect() {
   if (link_.get() == SQL_NULL_HANDLE) throw dialect_->error(environment_.diagnostics(), true);
   SQLSetConnectAttr(link_.get(), SQL_ATTR_LOGIN_TIMEOUT, reinterpret_cast<SQLPOINTER>(loginTimeoutSeconds),
                     0);
-  const std::string text = dialect_->driverText(parts_);
-  const SQLRETURN code = SQLDriverConnect(link_.get(), nullptr, odbcText(text), SQL_NTS, nullptr, 0, nullptr,
-                                          SQL_DRIVER_NOPROMPT);
+  WideText text(dialect_->driverText(parts_));
+  const SQLRETURN code = SQLDriverConnectW(link_.get(), nullptr, text.data(), text.size(), nullptr, 0,
+                                           nullptr, SQL_DRIVER_NOPROMPT);
   if (!succeeded(code)) throw dialect_->error(link_.diagnostics(), true);
   connected_ = true;
   if (const std::string settings = dialect_->sessionSettings(); !settings.empty()) {
     NoResults sink;
-    const OdbcHandle handle = statement();
-    BatchRun(handle, *dialect_, sink)
-        .all(SQLExecDirect(handle.get(), odbcText(settings), static_cast<SQLINTEGER>(settings.size())));
+    runOnLink(settings, sink);
   }
 }
 
@@ -203,6 +201,12 @@ OdbcHandle OdbcConnection::statement() {
   return handle;
 }
 
+void OdbcConnection::runOnLink(std::string_view batch, BatchSink& sink) {
+  const OdbcHandle handle = statement();
+  WideText text(batch);
+  BatchRun(handle, *dialect_, sink).all(SQLExecDirectW(handle.get(), text.data(), text.longSize()));
+}
+
 std::string OdbcConnection::connectionText() const {
   std::string text = "Provider=ODBC;";
   if (parts_.integrated) text += "Integrated Security=SSPI;";
@@ -212,11 +216,8 @@ std::string OdbcConnection::connectionText() const {
 
 void OdbcConnection::run(std::string_view batch, BatchSink& sink) {
   requireLink();
-  const std::string text(batch);
   try {
-    const OdbcHandle handle = statement();
-    BatchRun(handle, *dialect_, sink)
-        .all(SQLExecDirect(handle.get(), odbcText(text), static_cast<SQLINTEGER>(text.size())));
+    runOnLink(batch, sink);
   } catch (const SqlError& error) {
     if (error.kind() == ErrorKind::LinkBroken) disconnect();
     throw;
@@ -225,17 +226,16 @@ void OdbcConnection::run(std::string_view batch, BatchSink& sink) {
 
 std::vector<TableColumn> OdbcConnection::tableColumns(const std::string& database, const std::string& table) {
   requireLink();
-  SQLCHAR* catalog = database.empty() ? nullptr : odbcText(database);
-  const auto catalogLength = static_cast<SQLSMALLINT>(database.size());
-  const auto length = static_cast<SQLSMALLINT>(table.size());
+  WideText catalogText(database), tableText(table);
+  SQLWCHAR* catalog = database.empty() ? nullptr : catalogText.data();
   // Positions in the result sets that ODBC lays down, from 0.
   constexpr int tableName = 2, columnName = 3, dataType = 4, typeName = 5;
 
   std::vector<TableColumn> out;
   {
     const OdbcHandle handle = statement();
-    if (!succeeded(SQLColumns(handle.get(), catalog, catalogLength, nullptr, 0, odbcText(table), length,
-                              nullptr, 0))) {
+    if (!succeeded(SQLColumnsW(handle.get(), catalog, catalogText.size(), nullptr, 0, tableText.data(),
+                               tableText.size(), nullptr, 0))) {
       return out;
     }
     OdbcRows rows(handle.get(), *dialect_);
@@ -250,7 +250,8 @@ std::vector<TableColumn> OdbcConnection::tableColumns(const std::string& databas
     }
   }
   const OdbcHandle handle = statement();
-  if (!succeeded(SQLPrimaryKeys(handle.get(), catalog, catalogLength, nullptr, 0, odbcText(table), length))) {
+  if (!succeeded(SQLPrimaryKeysW(handle.get(), catalog, catalogText.size(), nullptr, 0, tableText.data(),
+                                 tableText.size()))) {
     return out;
   }
   OdbcRows keys(handle.get(), *dialect_);

@@ -50,6 +50,7 @@ class OdbcConnection : public Connection {
   void disconnect();
   void requireLink();
   OdbcHandle statement();
+  void runOnLink(std::string_view batch, BatchSink& sink);
 
   std::unique_ptr<OdbcDialect> dialect_;
   ConnectionParts parts_;

@@ -3,8 +3,10 @@
 
 #include <sql.h>
 #include <sqlext.h>
+#include <sqlucode.h>
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -47,8 +49,19 @@ inline bool succeeded(SQLRETURN code) {
   return code == SQL_SUCCESS || code == SQL_SUCCESS_WITH_INFO;
 }
 
-inline SQLCHAR* odbcText(const std::string& text) {
-  return reinterpret_cast<SQLCHAR*>(const_cast<char*>(text.data()));
-}
+// UTF-8 text in the form of the wide calls. Those alone carry every character whatever the locale: for
+// narrow ones the driver manager and the driver each assume an encoding of their own.
+class WideText {
+ public:
+  explicit WideText(std::string_view utf8);
+  SQLWCHAR* data() { return reinterpret_cast<SQLWCHAR*>(text_.data()); }
+  SQLSMALLINT size() const { return static_cast<SQLSMALLINT>(text_.size()); }
+  SQLINTEGER longSize() const { return static_cast<SQLINTEGER>(text_.size()); }
+
+ private:
+  std::u16string text_;
+};
+
+std::string fromWide(const SQLWCHAR* text, std::size_t size);
 
 }  // namespace db

@@ -1,6 +1,7 @@
 #include "db/odbc/odbc_rows.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 
 #include "db/odbc/odbc_connection.h"
@@ -11,17 +12,18 @@ namespace {
 constexpr std::size_t pieceSize = 16 * 1024;  // of a long value, per call
 
 std::string textAttribute(SQLHSTMT statement, SQLUSMALLINT column, SQLUSMALLINT attribute) {
-  char buffer[512] = {};
-  SQLSMALLINT length = 0;
-  if (!succeeded(SQLColAttribute(statement, column, attribute, buffer, sizeof buffer, &length, nullptr))) {
+  SQLWCHAR buffer[512] = {};
+  SQLSMALLINT bytes = 0;
+  if (!succeeded(SQLColAttributeW(statement, column, attribute, buffer, sizeof buffer, &bytes, nullptr))) {
     return {};
   }
-  return buffer;
+  const std::size_t size = static_cast<std::size_t>(std::max<SQLSMALLINT>(bytes, 0)) / sizeof(SQLWCHAR);
+  return fromWide(buffer, std::min(size, std::size(buffer) - 1));
 }
 
 SQLLEN numberAttribute(SQLHSTMT statement, SQLUSMALLINT column, SQLUSMALLINT attribute) {
   SQLLEN value = 0;
-  return succeeded(SQLColAttribute(statement, column, attribute, nullptr, 0, nullptr, &value)) ? value : 0;
+  return succeeded(SQLColAttributeW(statement, column, attribute, nullptr, 0, nullptr, &value)) ? value : 0;
 }
 
 bool isMoney(FieldType type) {
@@ -48,16 +50,18 @@ FieldInfo describe(SQLHSTMT statement, SQLUSMALLINT column, const OdbcDialect& d
   return field;
 }
 
-// The whole of a text or binary value, piece by piece. False on failure; `null` tells NULL.
-bool readLong(SQLHSTMT statement, SQLUSMALLINT column, bool binary, std::string& out, bool& null) {
+// The whole of a value read as SQL_C_CHAR, SQL_C_WCHAR or SQL_C_BINARY, piece by piece. False on failure;
+// `null` tells NULL.
+bool readLong(SQLHSTMT statement, SQLUSMALLINT column, SQLSMALLINT type, std::string& out, bool& null) {
   thread_local std::vector<char> piece(pieceSize);
   // Text pieces end in a NUL that is no part of the value.
-  const std::size_t room = binary ? piece.size() : piece.size() - 1;
+  const std::size_t ending = type == SQL_C_BINARY ? 0 : type == SQL_C_WCHAR ? sizeof(SQLWCHAR) : 1;
+  const std::size_t room = piece.size() - ending;
   null = false;
   for (;;) {
     SQLLEN left = 0;
-    const SQLRETURN code = SQLGetData(statement, column, binary ? SQL_C_BINARY : SQL_C_CHAR, piece.data(),
-                                      static_cast<SQLLEN>(piece.size()), &left);
+    const SQLRETURN code =
+        SQLGetData(statement, column, type, piece.data(), static_cast<SQLLEN>(piece.size()), &left);
     if (code == SQL_NO_DATA) return true;
     if (!succeeded(code)) return false;
     if (left == SQL_NULL_DATA) {
@@ -68,6 +72,17 @@ bool readLong(SQLHSTMT statement, SQLUSMALLINT column, bool binary, std::string&
     out.append(piece.data(), more ? room : static_cast<std::size_t>(left));
     if (!more) return true;
   }
+}
+
+bool readText(SQLHSTMT statement, SQLUSMALLINT column, Value& out) {
+  std::string wide;
+  bool null = false;
+  if (!readLong(statement, column, SQL_C_WCHAR, wide, null)) return false;
+  if (null) return true;
+  std::vector<SQLWCHAR> units(wide.size() / sizeof(SQLWCHAR));
+  std::memcpy(units.data(), wide.data(), units.size() * sizeof(SQLWCHAR));
+  out = Value(fromWide(units.data(), units.size()));
+  return true;
 }
 
 template <class T>
@@ -107,7 +122,7 @@ bool readDate(SQLHSTMT statement, SQLUSMALLINT column, Value& out) {
 bool readDecimal(SQLHSTMT statement, SQLUSMALLINT column, int scale, Value& out) {
   std::string text;
   bool null = false;
-  if (!readLong(statement, column, false, text, null)) return false;
+  if (!readLong(statement, column, SQL_C_CHAR, text, null)) return false;
   Decimal number;
   if (null) return true;
   // A number too wide for a Decimal keeps its exact digits as text.
@@ -122,11 +137,11 @@ bool readCell(SQLHSTMT statement, SQLUSMALLINT column, const FieldInfo& field, V
   if (field.type <= FieldType::Decimal) return readDecimal(statement, column, field.scale, out);
   if (field.type <= FieldType::Float) return readReal(statement, column, out);
   if (field.type <= FieldType::DateTime) return readDate(statement, column, out);
-  const bool binary = field.type >= FieldType::Binary;
+  if (field.type < FieldType::Binary) return readText(statement, column, out);
   std::string bytes;
   bool null = false;
-  if (!readLong(statement, column, binary, bytes, null)) return false;
-  if (!null) out = binary ? Value(Bytes{std::move(bytes)}) : Value(std::move(bytes));
+  if (!readLong(statement, column, SQL_C_BINARY, bytes, null)) return false;
+  if (!null) out = Value(Bytes{std::move(bytes)});
   return true;
 }
 

@@ -16,6 +16,12 @@ bool isLoginNumber(int number) {
   return number >= 18450 && number <= 18489;
 }
 
+// FreeTDS's own numbers for a link that timed out, broke or is dead; their SQLSTATE does not tell.
+bool isLostLink(int number) {
+  static constexpr std::array numbers = {20002, 20003, 20004, 20006, 20009, 20017, 20047};
+  return std::find(numbers.begin(), numbers.end(), number) != numbers.end();
+}
+
 std::vector<std::string> registeredDrivers() {
   std::vector<std::string> out;
   const OdbcHandle environment(SQL_HANDLE_ENV, SQL_NULL_HANDLE);
@@ -54,14 +60,15 @@ bool isFreeTds(const std::string& driver) {
   return driver == "FreeTDS" || driver.find("tdsodbc") != std::string::npos;
 }
 
-// A value in a connection text; in braces when it holds anything that has a meaning there.
-std::string attribute(const std::string& value) {
-  const bool plain = value.find_first_of("[]{}(),;?*=!@ \t'\"") == std::string::npos;
-  if (plain) return value;
+// A value in a connection text, in braces where it has to be. FreeTDS takes everything up to the next ";",
+// and in braces everything up to "};" without undoubling a bracket.
+std::string attribute(const std::string& value, bool freeTds) {
+  const char* special = freeTds ? ";" : "[]{}(),;?*=!@ \t'\"";
+  if (value.find_first_of(special) == std::string::npos && !value.starts_with('{')) return value;
   std::string out = "{";
   for (const char c : value) {
     out += c;
-    if (c == '}') out += c;
+    if (c == '}' && !freeTds) out += c;
   }
   return out + "}";
 }
@@ -92,9 +99,10 @@ Address addressOf(std::string server) {
 
 std::string SqlServerDialect::driverText(const ConnectionParts& parts) const {
   const std::string driver = driver_.empty() ? findDriver() : driver_;
+  const bool freeTds = isFreeTds(driver);
   const Address address = addressOf(parts.server);
   std::string text = "DRIVER={" + driver + "};SERVER=" + address.host;
-  if (isFreeTds(driver)) {
+  if (freeTds) {
     if (!address.port.empty()) text += ";PORT=" + address.port;
     text += ";TDS_Version=7.4;ClientCharset=UTF-8";
   } else {
@@ -104,9 +112,9 @@ std::string SqlServerDialect::driverText(const ConnectionParts& parts) const {
   if (parts.integrated) {
     text += ";Trusted_Connection=yes";
   } else {
-    text += ";UID=" + attribute(parts.login) + ";PWD=" + attribute(parts.password);
+    text += ";UID=" + attribute(parts.login, freeTds) + ";PWD=" + attribute(parts.password, freeTds);
   }
-  if (!parts.database.empty()) text += ";DATABASE=" + attribute(parts.database);
+  if (!parts.database.empty()) text += ";DATABASE=" + attribute(parts.database, freeTds);
   return text + ";";
 }
 
@@ -131,7 +139,8 @@ SqlError SqlServerDialect::error(const std::vector<Diagnostic>& diagnostics, boo
       return {ErrorKind::LoginRefused, login->native, withoutDriverNames(login->text)};
     }
   }
-  return OdbcDialect::error(diagnostics, opening);
+  const bool lost = find([](const Diagnostic& d) { return isLostLink(d.native); }) != diagnostics.end();
+  return OdbcDialect::error(diagnostics, opening || lost);
 }
 
 bool SqlServerDialect::isMessage(const Diagnostic& diagnostic) const {

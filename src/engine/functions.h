@@ -6,7 +6,8 @@
 //   std::string sql = functionSql(bound, argumentSqls, distinct);
 //
 // The template of a BoundFunction holds every conversion and padding of its arguments, so that the
-// arguments are given in the physical form of their own types.
+// arguments are given in the physical form of their own types. An argument may occur in it twice:
+// parameters in arguments must be numbered or named.
 #pragma once
 
 #include <cstdint>
@@ -24,6 +25,9 @@ struct sqlite3;
 
 namespace engine {
 
+struct BoundFunction;
+struct FunctionArgument;
+
 struct FunctionInfo {
   const char* name;  // upper case
   int minArguments;
@@ -35,6 +39,7 @@ struct FunctionInfo {
   // The type of the result depends on the value of constant arguments (a bit per argument): a plan
   // that knows them is only good for the same values. LEFT('..', 3) is VARCHAR(3).
   unsigned structural;
+  BoundFunction (*bind)(const FunctionInfo& info, std::span<const FunctionArgument> arguments);
 };
 
 // By ASCII folding. COUNT(*) is COUNT with no argument.
@@ -44,6 +49,7 @@ struct FunctionArgument {
   Type type;
   std::optional<Datum> constant;  // when it is a literal whose value shapes the plan
   std::string word;               // the bare name, when it is a date part
+  bool nullable = true;
 };
 
 struct BoundFunction {
@@ -51,7 +57,7 @@ struct BoundFunction {
   bool nullable = true;
   bool aggregate = false;
   bool deterministic = true;
-  std::string sql;  // template: $1 .. $9 are the arguments, $* COUNT's star, $D the place of DISTINCT
+  std::string sql;  // template: $1 .. $9 are the arguments, $D the place of DISTINCT
 };
 
 BoundFunction bindFunction(const FunctionInfo& info, std::span<const FunctionArgument> arguments);

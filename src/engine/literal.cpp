@@ -95,9 +95,11 @@ std::string nativeConversion(const std::string& sql, const Type& from, const Typ
                     (from.id == TypeId::SmallDateTime && to.id == TypeId::DateTime) ||
                     (isBinary(from.id) && to.id == TypeId::VarBinary && from.length <= to.length);
   if (same) return sql;
-  const bool wider = from.id == TypeId::Decimal && to.id == TypeId::Decimal && from.scale == to.scale &&
-                     from.precision <= to.precision && (from.precision > 18) == (to.precision > 18);
-  return wider ? sql : std::string();
+  if (from.id != TypeId::Decimal || to.id != TypeId::Decimal) return {};
+  const bool narrow = from.precision <= 18 && to.precision <= 18;
+  const bool room = from.precision - from.scale <= to.precision - to.scale;
+  if (from.scale == to.scale && room && (narrow || from.precision > 18)) return sql;
+  return narrow && room && from.scale <= to.scale ? scaledSql(sql, to.scale - from.scale) : std::string();
 }
 
 }  // namespace

@@ -1,0 +1,172 @@
+#include "ui/fields.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "screen.h"
+#include "ui/boxes.h"
+#include "ui/date_edit.h"
+#include "ui/progress.h"
+
+namespace {
+
+using namespace screen;
+
+struct Form : QWidget {
+  Form() {
+    auto* layout = new QVBoxLayout(this);
+    for (const char* name : {"Bir", "Gizli", "Kapali", "Son"}) {
+      auto* field = new QLineEdit("metin");
+      field->setObjectName(name);
+      layout->addWidget(field);
+      fields.push_back(field);
+    }
+    for (int index : {0, 1}) {
+      auto* button = new QPushButton("x");
+      button->setObjectName("Dugme");
+      button->setProperty(ui::indexProperty, index);
+      layout->addWidget(button);
+      buttons.push_back(button);
+    }
+    fields[1]->setVisible(false);
+    fields[2]->setEnabled(false);
+    auto* keys = new ui::FieldKeys(this, ui::cardColours, true);
+    keys->watch(fields[0], "dugme(1);Bir;SON;Gizli|Kapali|Yok|Son");
+    keys->watch(fields[3], ";Gizli;Dugme(0);Dugme(1)");
+    keys->watch(buttons[1], "Bir;;;");
+    screen::show(*this);
+  }
+  std::vector<QLineEdit*> fields;
+  std::vector<QPushButton*> buttons;
+};
+
+TEST(Fields, TagMapSkipsHiddenAndDisabledTargets) {
+  Form form;
+  for (const Qt::Key down : {Qt::Key_Down, Qt::Key_Return}) {
+    form.fields[0]->setFocus();
+    key(down);
+    EXPECT_EQ(focusName(), "Son");
+  }
+  key(Qt::Key_Up);  // the only candidate is hidden
+  EXPECT_EQ(focusName(), "Son");
+  key(Qt::Key_Down);
+  EXPECT_EQ(QApplication::focusWidget(), form.buttons[1]);
+  key(Qt::Key_Left);
+  EXPECT_EQ(focusName(), "Bir");
+}
+
+TEST(Fields, LeftAndRightStayInTheTextUntilItsEnds) {
+  Form form;
+  QLineEdit* field = form.fields[0];
+  field->setFocus();
+  field->setCursorPosition(1);
+  key(Qt::Key_Left);
+  EXPECT_EQ(focusName(), "Bir");
+  EXPECT_EQ(field->cursorPosition(), 0);
+  key(Qt::Key_Left);
+  EXPECT_EQ(QApplication::focusWidget(), form.buttons[1]);
+
+  field->setFocus();
+  field->setCursorPosition(4);
+  key(Qt::Key_Right);
+  EXPECT_EQ(focusName(), "Bir");
+  key(Qt::Key_Right);
+  EXPECT_EQ(focusName(), "Son");
+}
+
+TEST(Fields, FocusPaintsOrangeAndSelects) {
+  Form form;
+  form.fields[0]->setFocus(Qt::TabFocusReason);
+  EXPECT_EQ(form.fields[0]->selectedText(), "metin");
+  EXPECT_EQ(background(*form.fields[0]), 0xFF8000U);
+  EXPECT_EQ(background(*form.fields[3]), 0xFFFFFFU);
+  form.fields[3]->setFocus(Qt::TabFocusReason);
+  EXPECT_EQ(background(*form.fields[0]), 0xFFFFFFU);
+  EXPECT_EQ(background(*form.fields[3]), 0xFF8000U);
+}
+
+struct DateForm : QWidget {
+  DateForm() : date(boxes) {
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(&date);
+    layout->addWidget(&other);
+    screen::show(*this);
+    date.setFocus();
+  }
+  ~DateForm() override {
+    date.setParent(nullptr);
+    other.setParent(nullptr);
+  }
+  support::FakeBoxes boxes;
+  ui::DateEdit date;
+  QLineEdit other;
+};
+
+TEST(DateField, SeparatorsComeByThemselvesAndGoWithBackspace) {
+  DateForm form;
+  QTest::keyClicks(&form.date, "0102201234");
+  EXPECT_EQ(form.date.text(), "01/02/2012");
+  for (int i = 0; i < 5; ++i) key(Qt::Key_Backspace);
+  EXPECT_EQ(form.date.text(), "01/02");
+  QTest::keyClicks(&form.date, "abc");
+  EXPECT_EQ(form.date.text().left(5), "01/02");
+  EXPECT_FALSE(form.date.text().contains('a'));
+}
+
+TEST(DateField, LeavingChecksDayAndMonth) {
+  const struct {
+    const char *typed, *left, *message;
+  } cases[] = {{"32012012", "", "Gün alanını yanlış girdiniz."},
+               {"01132012", "", "Ay alanını yanlış girdiniz."},
+               {"31022012", "31/02/2012", ""},
+               {"0503", "05/03", ""}};
+  for (const auto& c : cases) {
+    DateForm form;
+    QTest::keyClicks(&form.date, c.typed);
+    form.other.setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(form.date.text().toStdString(), c.left) << c.typed;
+    EXPECT_EQ(form.boxes.last(), c.message) << c.typed;
+  }
+}
+
+// Answers the box that comes up by `answer`; returns what ask() gave.
+bool askWith(const std::function<void(QMessageBox&)>& answer) {
+  QTimer::singleShot(0, [&answer] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->windowTitle(), "Korvena");
+    answer(*box);
+  });
+  return ui::DesktopBoxes().ask("<b>Emin misiniz?</b>", session::Icon::Question, "Korvena");
+}
+
+TEST(Boxes, QuestionsStopOnNo) {
+  const auto press = [](Qt::Key key) { return [key](QMessageBox& box) { QTest::keyClick(&box, key); }; };
+  EXPECT_FALSE(askWith(press(Qt::Key_Return)));
+  EXPECT_FALSE(askWith(press(Qt::Key_Escape)));
+  EXPECT_TRUE(askWith([](QMessageBox& box) {
+    EXPECT_EQ(box.textFormat(), Qt::PlainText);
+    for (QAbstractButton* button : box.buttons())
+      if (button->text() == "Evet") QTest::mouseClick(button, Qt::LeftButton);
+  }));
+}
+
+TEST(Progress, ScopeLeadsToThePanelAndBack) {
+  support::FakeSurroundings around;
+  QWidget window;
+  auto* panel = new ui::ProgressPanel(&window);
+  {
+    const ui::ProgressScope scope(around.oturum, *panel);
+    EXPECT_FALSE(panel->isVisibleTo(&window));
+    around.oturum.ilerleme->step(1, 3);
+    around.oturum.ilerleme->whole(5, 0);
+    around.oturum.ilerleme->text("STOKKART");
+    EXPECT_TRUE(panel->isVisibleTo(&window));
+  }
+  EXPECT_EQ(around.oturum.ilerleme, &around.progress);
+  EXPECT_FALSE(panel->isVisibleTo(&window));
+}
+
+}  // namespace

@@ -1,0 +1,171 @@
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTimer>
+
+#include "screen.h"
+#include "session/metin.h"
+#include "session/ui/giris_frm.h"
+#include "session/ui/sunucu_hazirlama.h"
+
+namespace {
+
+using namespace screen;
+
+const db::SqlError unreachable(db::ErrorKind::LinkBroken, 0, "Sunucuya ulaşılamıyor");
+
+class GirisEkrani : public testing::Test, protected support::FakeSurroundings {
+ protected:
+  void SetUp() override {
+    server.rows("FROM sysDTYL", {"sysdtyl"}, {{"/veri"}});
+    server.rows("FROM sysuslng", {"sysus_ID", "sysus_nm", "sysus"}, {});
+    server.rows("sysus_nm='KORVENA'", {"sysus_ID", "sysus_nm", "sysus"},
+                {{1, "KORVENA", *session::Sifrele("Gizli1")}});
+  }
+  void failBothAttempts() {
+    server.failOpening(unreachable);
+    server.failOpening(unreachable);
+  }
+};
+
+TEST_F(GirisEkrani, OpensOnThePasswordWithItsColours) {
+  session_ui::GirisFrm giris(oturum, {});
+  screen::show(giris);
+  EXPECT_EQ(giris.windowTitle(), "Zembera");
+  EXPECT_EQ(focusName(), "Sifre");
+  EXPECT_EQ(find<QLineEdit>(giris, "Kullanici")->text(), "Korvena");
+  EXPECT_EQ(background(*find<QLineEdit>(giris, "Sifre")), 0xF8FBD5U);
+  EXPECT_EQ(background(*find<QLineEdit>(giris, "Kullanici")), 0xF9F9F9U);
+}
+
+TEST_F(GirisEkrani, WrongPasswordUnknownNameThenRight) {
+  session_ui::GirisFrm giris(oturum, {});
+  QSignalSpy konsol(&giris, &session_ui::GirisFrm::konsolAc);
+  screen::show(giris);
+  auto* kullanici = find<QLineEdit>(giris, "Kullanici");
+  auto* sifre = find<QLineEdit>(giris, "Sifre");
+
+  type(sifre, "yanlis");
+  key(Qt::Key_Return);
+  EXPECT_EQ(boxes.last(), "Şifreniz Geçerli Değil!");
+  EXPECT_EQ(sifre->text(), "");
+  EXPECT_EQ(focusName(), "Sifre");
+
+  type(kullanici, "yok");
+  key(Qt::Key_Return);
+  EXPECT_EQ(boxes.last(), "Kullanıcı Adınız Geçerli Değil!");
+  EXPECT_EQ(focusName(), "Kullanici");
+  EXPECT_EQ(konsol.count(), 0);
+
+  type(kullanici, "korvena");
+  type(sifre, "  Gizli1 ");
+  QTest::mouseClick(find<QPushButton>(giris, "TamamBtn"), Qt::LeftButton);
+  EXPECT_EQ(konsol.count(), 1);
+  EXPECT_EQ(oturum.Giris_Hatali, 0);
+  EXPECT_EQ(boxes.shown.size(), 2U);
+}
+
+TEST_F(GirisEkrani, UnreachableServerBringsTheReducedConsole) {
+  session_ui::GirisFrm giris(oturum, {});
+  QSignalSpy konsol(&giris, &session_ui::GirisFrm::konsolAc);
+  screen::show(giris);
+  failBothAttempts();
+  server.failOpening(unreachable);  // the look for a missing catalog
+  key(Qt::Key_Return);
+  EXPECT_EQ(boxes.texts(), std::vector<std::string>{"Sunucuya ulaşılamıyor"});
+  EXPECT_EQ(konsol.count(), 1);
+  EXPECT_EQ(oturum.Giris_Hatali, -1);
+}
+
+TEST_F(GirisEkrani, MissingCatalogOffersToPrepareTheServer) {
+  std::string prepared;
+  session_ui::GirisFrm giris(oturum, [&](session::Oturum&, const std::string& ad, const std::string& sifre) {
+    prepared = ad + "/" + sifre;
+    return std::string();
+  });
+  QSignalSpy konsol(&giris, &session_ui::GirisFrm::konsolAc);
+  screen::show(giris);
+  failBothAttempts();
+  server.rows("FROM sysdatabases", {"name"}, {});
+  QTimer::singleShot(0, [] {
+    auto* dialog = qobject_cast<session_ui::SunucuHazirlama*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(find<QLineEdit>(*dialog, "YoneticiAdi")->text(), "KORVENA");
+    type(find<QLineEdit>(*dialog, "YoneticiSifre"), "Gizli1");
+    QTest::mouseClick(find<QPushButton>(*dialog, "HazirlaBtn"), Qt::LeftButton);
+    EXPECT_EQ(find<QLabel>(*dialog, "HataLbl")->text(), "İki şifre birbirinden farklı.");
+    type(find<QLineEdit>(*dialog, "YoneticiSifre2"), "Gizli1");
+    QTest::keyClick(find<QLineEdit>(*dialog, "YoneticiSifre2"), Qt::Key_Return);
+  });
+  key(Qt::Key_Return);
+  EXPECT_EQ(prepared, "KORVENA/Gizli1");
+  EXPECT_EQ(konsol.count(), 1);
+  EXPECT_EQ(oturum.Giris_Hatali, 0);
+  EXPECT_TRUE(boxes.shown.empty());
+}
+
+TEST_F(GirisEkrani, DecliningThePreparationEndsAsAFailedLogin) {
+  session_ui::GirisFrm giris(oturum, [](session::Oturum&, const std::string&, const std::string&) {
+    ADD_FAILURE();
+    return std::string();
+  });
+  screen::show(giris);
+  failBothAttempts();
+  server.rows("FROM sysdatabases", {"name"}, {});
+  QTimer::singleShot(0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
+  key(Qt::Key_Return);
+  EXPECT_EQ(boxes.last(), "Sunucuya ulaşılamıyor");
+  EXPECT_EQ(oturum.Giris_Hatali, -1);
+}
+
+TEST_F(GirisEkrani, PreparationRefusesWhatCannotBeStored) {
+  const struct {
+    const char *ad, *sifre, *tekrar;
+    bool uygun;
+  } cases[] = {{"KORVENA", "abc", "abc", true},     {" ", "abc", "abc", false},   {"A", "", "", false},
+               {"A", "şifre", "şifre", false},      {"A", "abc ", "abc ", false}, {"A", "abc", "abC", false},
+               {"AYŞE", "Gizli-1", "Gizli-1", true}};
+  for (const auto& c : cases)
+    EXPECT_EQ(session_ui::SunucuHazirlama::denetle(c.ad, c.sifre, c.tekrar).isEmpty(), c.uygun) << c.sifre;
+}
+
+TEST_F(GirisEkrani, KeysGoRoundTheVisibleFields) {
+  session_ui::GirisFrm giris(oturum, {});
+  screen::show(giris);
+  const struct {
+    bool all;
+    std::vector<Qt::Key> keys;
+    const char* end;
+  } cases[] = {{false, {Qt::Key_Down}, "Kullanici"},
+               {false, {Qt::Key_Down, Qt::Key_Down}, "Sifre"},
+               {false, {Qt::Key_Up, Qt::Key_Up}, "Sifre"},
+               {true, {Qt::Key_Down}, "Server"},
+               {true, {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Down}, "Kullanici"},
+               {true, {Qt::Key_Up, Qt::Key_Up}, "SQLsaSifreTxt"}};
+  for (const auto& c : cases) {
+    find<QWidget>(giris, "SunucuFrm")->setVisible(c.all);
+    find<QLineEdit>(giris, "Sifre")->setFocus();
+    for (const Qt::Key each : c.keys) key(each);
+    EXPECT_EQ(focusName(), c.end) << c.all << c.keys.size();
+  }
+  find<QWidget>(giris, "SunucuFrm")->setVisible(false);
+  find<QPushButton>(giris, "TamamBtn")->setFocus();
+  key(Qt::Key_Right);
+  EXPECT_EQ(focusName(), "CikisBtn");
+  key(Qt::Key_Left);
+  EXPECT_EQ(focusName(), "TamamBtn");
+  key(Qt::Key_Up);
+  EXPECT_EQ(focusName(), "Sifre");
+}
+
+TEST_F(GirisEkrani, VersionBoxAndExit) {
+  session_ui::GirisFrm giris(oturum, {});
+  QSignalSpy cikis(&giris, &session_ui::GirisFrm::cikis);
+  screen::show(giris);
+  key(Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_NE(boxes.last().find("Versiyon Bilgisi :"), std::string::npos);
+  QTest::mouseClick(find<QPushButton>(giris, "CikisBtn"), Qt::LeftButton);
+  EXPECT_EQ(cikis.count(), 1);
+}
+
+}  // namespace

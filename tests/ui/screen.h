@@ -1,0 +1,55 @@
+// What the tests of all screens need: finding controls by the names that users of the system know, keys to
+// whatever has the focus, colours as they are seen.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QImage>
+#include <QLineEdit>
+#include <QTest>
+#include <QWidget>
+#include <string>
+
+#include "support/fakes.h"
+
+namespace screen {
+
+template <class T>
+T* find(QWidget& in, const char* name) {
+  T* found = in.findChild<T*>(name);
+  EXPECT_NE(found, nullptr) << name;
+  return found;
+}
+
+// Shows a window and makes it the one that takes keys.
+inline void show(QWidget& window) {
+  window.show();
+  window.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+}
+
+inline std::string focusName() {
+  const QWidget* focus = QApplication::focusWidget();
+  return focus ? focus->objectName().toStdString() : std::string("-");
+}
+
+inline void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+  QWidget* focus = QApplication::focusWidget();
+  ASSERT_NE(focus, nullptr);
+  QTest::keyClick(focus, key, modifiers);
+}
+
+inline void type(QLineEdit* field, const QString& text) {
+  field->setFocus();
+  field->selectAll();
+  QTest::keyClicks(field, text);
+}
+
+// The background of a field as it is drawn, near its right end.
+inline QRgb background(QWidget& field) {
+  const QImage image = field.grab().toImage();
+  return image.pixel(image.width() - 8, image.height() / 2) & 0xFFFFFF;
+}
+
+}  // namespace screen

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QImage>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QTest>
 #include <QWidget>
@@ -43,7 +44,12 @@ inline void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
 inline void type(QLineEdit* field, const QString& text) {
   field->setFocus();
   field->selectAll();
-  QTest::keyClicks(field, text);
+  // QTest knows ASCII keys only.
+  for (const QChar letter : text) {
+    QKeyEvent press(QEvent::KeyPress, letter.unicode() < 128 ? letter.toUpper().unicode() : 0, Qt::NoModifier,
+                    QString(letter));
+    QApplication::sendEvent(field, &press);
+  }
 }
 
 // The background of a field as it is drawn, near its right end.

@@ -1,0 +1,102 @@
+// The desktop program.
+#include <CLI/CLI.hpp>
+#include <QApplication>
+#include <QMessageBox>
+#include <memory>
+
+#include "catalog/sunucu_hazirla.h"
+#include "db/drivers.h"
+#include "platform/folders.h"
+#include "session/giris.h"
+#include "session/oturum.h"
+#include "session/ui/giris_frm.h"
+#include "session/ui/zembera_menu.h"
+#include "session/yerel_ortam.h"
+#include "ui/boxes.h"
+#include "ui/progress.h"
+#include "ui/theme.h"
+
+namespace {
+
+constexpr const char* programVersion = "2012.002";
+
+std::string sunucuHazirla(session::Oturum& oturum, const std::string& yonetici, const std::string& sifre) {
+  const catalog::KurulumRaporu rapor = catalog::Sunucu_Hazirla(oturum, {yonetici, sifre, {}});
+  return rapor.sonuc == catalog::KurulumSonucu::Hazirlandi ? std::string() : rapor.metin;
+}
+
+// What the session record carries on a desktop. Lives as long as the program.
+struct Masaustu {
+  explicit Masaustu(const std::filesystem::path& klasor)
+      : platform(klasor), surucu(db::makeConnectionFactory(klasor)) {
+    oturum.surucu = surucu.get();
+    oturum.kutular = &kutular;
+    oturum.ilerleme = &ilerleme;
+    oturum.saat = &saat;
+    oturum.platform = &platform;
+  }
+  ui::DesktopBoxes kutular;
+  ui::QuietProgress ilerleme;
+  session::YerelSaat saat;
+  session::YerelPlatform platform;
+  std::unique_ptr<db::ConnectionFactory> surucu;
+  session::Oturum oturum;
+};
+
+// A failure that no procedure took: it ends the operation, not the program.
+class Uygulama : public QApplication {
+ public:
+  using QApplication::QApplication;
+  bool notify(QObject* receiver, QEvent* event) override {
+    try {
+      return QApplication::notify(receiver, event);
+    } catch (const std::exception& hata) {
+      ui::DesktopBoxes().message(hata.what(), session::Icon::Stop);
+      return true;
+    }
+  }
+};
+
+int calistir(QApplication& uygulama, const std::filesystem::path& klasor) {
+  Masaustu masaustu(klasor);
+  session::Oturum& oturum = masaustu.oturum;
+  if (session::Giris_Yukle(oturum) == session::BolgeselSonuc::ProgramBitsin) return 0;
+
+  // The console comes up while the login closes; only Çıkış and closing the console end the program.
+  auto giris = std::make_unique<session_ui::GirisFrm>(oturum, sunucuHazirla);
+  std::unique_ptr<session_ui::ZemberaMenu> konsol;
+  QObject::connect(giris.get(), &session_ui::GirisFrm::cikis, &uygulama, &QApplication::quit);
+  QObject::connect(giris.get(), &session_ui::GirisFrm::konsolAc, &uygulama, [&] {
+    konsol = std::make_unique<session_ui::ZemberaMenu>(oturum);
+    QObject::connect(konsol.get(), &session_ui::ZemberaMenu::cikis, &uygulama, &QApplication::quit);
+    konsol->show();
+    giris->close();
+  });
+  giris->show();
+  const int sonuc = QApplication::exec();
+  konsol.reset();
+  return sonuc;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App secenekler("Korvena Zembera yönetim konsolu", "zembera");
+  std::string dizin;
+  bool surum = false;
+  secenekler.set_help_flag("-h,--help", "Bu yardımı gösterir ve çıkar");
+  secenekler.add_option("--dizin", dizin, "Program klasörü (sys.inf burada durur)")->type_name("KLASÖR");
+  secenekler.add_flag("--surum", surum, "Sürümü yazar ve çıkar");
+  // Qt's own options (-platform, -style ...) are left to it.
+  secenekler.allow_extras();
+  CLI11_PARSE(secenekler, argc, argv);
+  if (surum) {
+    std::printf("Zembera %s\n", programVersion);
+    return 0;
+  }
+  QApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+  Uygulama uygulama(argc, argv);
+  QApplication::setApplicationName("Zembera");
+  ui::applyTheme(uygulama);
+  return calistir(uygulama, dizin.empty() ? platform::programFolder() : std::filesystem::path(dizin));
+}

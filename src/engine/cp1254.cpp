@@ -11,12 +11,13 @@
 namespace engine {
 namespace {
 
-constexpr char32_t unused = 0xFFFD;
-// 0x80 .. 0x9F; from 0xA0 on the page is Latin-1 but for the six Turkish letters.
-constexpr std::array<char32_t, 32> lowHalf = {0x20AC, unused, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-                                              0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, unused, unused, unused,
-                                              unused, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                                              0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, unused, unused, 0x0178};
+constexpr char32_t broken = 0xFFFD;
+// 0x80 .. 0x9F; from 0xA0 on the page is Latin-1 but for the six Turkish letters. Bytes that the page leaves
+// open stand for the control characters of the same number: texts that hold arbitrary bytes survive.
+constexpr std::array<char32_t, 32> lowHalf = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                              0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x008E, 0x008F,
+                                              0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                              0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x009E, 0x0178};
 constexpr std::array<std::pair<unsigned char, char32_t>, 6> turkish = {
     {{0xD0, 0x011E}, {0xDD, 0x0130}, {0xDE, 0x015E}, {0xF0, 0x011F}, {0xFD, 0x0131}, {0xFE, 0x015F}}};
 
@@ -93,7 +94,7 @@ char32_t nextCharacter(std::string_view utf8, std::size_t& position) {
   UChar32 character;
   U8_NEXT(text, at, length, character);
   position = static_cast<std::size_t>(at);
-  return character < 0 ? unused : static_cast<char32_t>(character);
+  return character < 0 ? broken : static_cast<char32_t>(character);
 }
 
 void appendCharacter(std::string& utf8, char32_t character) {
@@ -101,7 +102,7 @@ void appendCharacter(std::string& utf8, char32_t character) {
     utf8 += static_cast<char>(character);
     return;
   }
-  if (character > 0x10FFFF || (character >= 0xD800 && character <= 0xDFFF)) character = unused;
+  if (character > 0x10FFFF || (character >= 0xD800 && character <= 0xDFFF)) character = broken;
   std::array<char, 4> bytes;
   int length = 0;
   U8_APPEND_UNSAFE(bytes.data(), length, character);
@@ -114,7 +115,7 @@ char32_t fromCp1254(unsigned char byte) {
 
 int toCp1254(char32_t character) {
   if (character < 0x80) return static_cast<int>(character);
-  if (character == unused) return -1;
+  if (character == broken) return -1;
   static const std::array<Entry, 128> reverse = makeReverse();
   const auto found = std::lower_bound(reverse.begin(), reverse.end(), Entry{character, 0});
   return found != reverse.end() && found->first == character ? found->second : -1;

@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStyle>
+#include <QTimer>
 #include <QVariant>
 #include <vector>
 
@@ -102,8 +103,14 @@ bool FieldKeys::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::FocusIn:
       if (!field) break;
       Odak_Renk(field, colours_);
-      // A click places the caret itself after this event; a selection would be undone at once.
-      if (static_cast<QFocusEvent*>(event)->reason() != Qt::MouseFocusReason) Alan_Sec(field);
+      Alan_Sec(field);
+      // A click places the caret after this event and undoes the selection; it comes back with the release.
+      clicked_ = static_cast<QFocusEvent*>(event)->reason() == Qt::MouseFocusReason ? field : nullptr;
+      break;
+    case QEvent::MouseButtonRelease:
+      if (field && clicked_ == field && !field->hasSelectedText())
+        QTimer::singleShot(0, field, [field] { Alan_Sec(field); });
+      clicked_ = nullptr;
       break;
     case QEvent::FocusOut:
       if (field) Odak_Normal(field, colours_);

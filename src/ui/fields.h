@@ -49,6 +49,7 @@ class FieldKeys : public QObject {
   QWidget* form_;
   FocusColours colours_;
   bool enterMoves_;
+  const QObject* clicked_ = nullptr;  // the field that a click has just given the focus
 };
 
 }  // namespace ui

@@ -6,6 +6,7 @@
 #include <QLocale>
 #include <QPalette>
 #include <QStyleFactory>
+#include <QTranslator>
 
 static void loadIcons() {
   Q_INIT_RESOURCE(ui);
@@ -41,11 +42,34 @@ QFont programFont() {
   return font;
 }
 
+// The few texts of Qt's own that this program shows: the popup menu of text fields.
+struct QtText {
+  const char *source, *turkish;
+};
+constexpr QtText qtTexts[] = {
+    {"&Undo", "&Geri Al"},        {"&Redo", "&Yinele"},    {"Cu&t", "Ke&s"},
+    {"&Copy", "K&opyala"},        {"&Paste", "Ya&pıştır"}, {"Delete", "Sil"},
+    {"Select All", "Tümünü Seç"},
+};
+
+class QtTurkish : public QTranslator {
+ public:
+  using QTranslator::QTranslator;
+  bool isEmpty() const override { return false; }
+  QString translate(const char* context, const char* source, const char*, int) const override {
+    if (qstrcmp(context, "QLineEdit") != 0) return {};
+    for (const QtText& text : qtTexts)
+      if (qstrcmp(source, text.source) == 0) return QString::fromUtf8(text.turkish);
+    return {};
+  }
+};
+
 }  // namespace
 
 void applyTheme(QApplication& application) {
   loadIcons();
   QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
+  QCoreApplication::installTranslator(new QtTurkish(&application));
   application.setStyle(QStyleFactory::create("Fusion"));
   QPalette palette;
   for (const PaletteEntry& entry : paletteEntries) {

@@ -1,5 +1,6 @@
 #include "ui/fields.h"
 
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
@@ -85,6 +86,29 @@ TEST(Fields, FocusPaintsOrangeAndSelects) {
   form.fields[3]->setFocus(Qt::TabFocusReason);
   EXPECT_EQ(background(*form.fields[0]), 0xFFFFFFU);
   EXPECT_EQ(background(*form.fields[3]), 0xFF8000U);
+}
+
+TEST(Fields, AClickSelectsTheWholeTextOnceAndThenPlacesTheCaret) {
+  const int interval = QApplication::doubleClickInterval();
+  QApplication::setDoubleClickInterval(0);  // two clicks, never a double click
+  Form form;
+  form.fields[3]->setFocus();
+  QLineEdit* field = form.fields[0];
+  QTest::mouseClick(field, Qt::LeftButton, {}, QPoint(20, field->height() / 2));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(field->selectedText(), "metin");
+  QTest::mouseClick(field, Qt::LeftButton, {}, QPoint(20, field->height() / 2));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(field->selectedText(), "");
+  QApplication::setDoubleClickInterval(interval);
+}
+
+TEST(Fields, PopupMenuOfTextFieldsIsTurkish) {
+  QLineEdit field("metin");
+  const std::unique_ptr<QMenu> menu(field.createStandardContextMenu());
+  for (const QAction* action : menu->actions())
+    for (const char* english : {"Undo", "Redo", "Cut", "Copy", "Paste", "Delete", "Select"})
+      EXPECT_FALSE(action->text().remove('&').contains(english)) << action->text().toStdString();
 }
 
 struct DateForm : QWidget {

@@ -156,6 +156,35 @@ TEST_F(KonsolEkrani, FailedLoginLeavesTheRepairScreensOnly) {
   EXPECT_TRUE(boxes.shown.empty());
 }
 
+TEST_F(KonsolEkrani, ScreensThatThisVersionLacksOpenNothingAndSaySo) {
+  session_ui::ZemberaMenu konsol(oturum);
+  screen::show(konsol);
+  auto buttons = konsol.findChildren<QToolButton*>("Menu_Buton");
+  buttons.append(find<QToolButton>(konsol, "Command1"));
+  for (QToolButton* button : buttons) {
+    konsol.Durum_Yaz({});
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_TRUE(status(konsol).startsWith(button->text())) << button->text().toStdString();
+    EXPECT_TRUE(find<QWidget>(konsol, "anapanel")->isVisible());
+  }
+  select(*find<QTreeWidget>(konsol, "AlanTreeList"), "MAGAZA");
+  konsol.findChild<QAction*>("MNDoviz")->trigger();
+  EXPECT_TRUE(status(konsol).startsWith("Döviz Tanımları"));
+  EXPECT_EQ(oturum.Secili_Firma, "MAGAZA");
+}
+
+TEST_F(KonsolEkrani, AnOpenCardIsNotCoveredByAnotherScreen) {
+  session_ui::ZemberaMenu konsol(oturum);
+  screen::show(konsol);
+  select(*find<QTreeWidget>(konsol, "AlanTreeList"), "MAGAZA");
+  key(Qt::Key_Insert);
+  for (const QToolButton* button : konsol.findChildren<QToolButton*>("Menu_Buton"))
+    EXPECT_FALSE(button->isEnabled());
+  key(Qt::Key_Escape);
+  for (const QToolButton* button : konsol.findChildren<QToolButton*>("Menu_Buton"))
+    EXPECT_TRUE(button->isEnabled());
+}
+
 TEST_F(KonsolEkrani, SupervisorIsGuarded) {
   session_ui::ZemberaMenu konsol(oturum);
   screen::show(konsol);

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QTableWidget>
 #include <cstdlib>
 
@@ -190,14 +191,13 @@ company::FirmaKarti FirmaTanim::oku() const {
 void FirmaTanim::kaydet() {
   // The window lives during the creation: neither a second F2 nor Escape may come in between.
   if (kaydediyor_) return;
-  kaydediyor_ = true;
+  const QScopedValueRollback saving(kaydediyor_, true);
   company::FirmaKarti kart = oku();
   bool bitti = false;
   {
     const ui::ProgressScope progress(oturum_, *ilerleme_);
     bitti = company::Kaydet(oturum_, kart);
   }
-  kaydediyor_ = false;
   if (!bitti) return;
   konsol_.Alan_Listesi_Doldur();
   emit kapandi();

@@ -56,7 +56,7 @@ class ParameterFile {
   ParameterFile& operator=(const ParameterFile&) = delete;
 
   std::string write(const session::Oturum& o) {
-    const std::string error = session::Sys_Inf_Yaz(folder_, {o.Server_Adi, o.SQL_Login, o.SQL_Sifre, false});
+    std::string error = session::Sys_Inf_Yaz(folder_, {o.Server_Adi, o.SQL_Login, o.SQL_Sifre, false});
     written_ = error.empty();
     return error;
   }

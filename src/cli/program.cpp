@@ -112,6 +112,7 @@ int calistir(Ortam& ortam, const std::vector<std::string>& argumanlar) {
   std::string folder;
   app.add_option("--dizin", folder, "Programın klasörü: sys.inf burada durur")->type_name("DİZİN");
   std::vector<CLI::App*> subs;
+  subs.reserve(commands.size());
   for (const auto command : commands) subs.push_back(addCommand(app, command()));
 
   std::vector<std::string> reversed(argumanlar.rbegin(), argumanlar.rend());

@@ -21,7 +21,7 @@ std::optional<std::string> sifreOku(Ortam& ortam, const std::string& soru, bool 
   for (;;) {
     auto first = readLine(ortam, soru);
     if (!first || !ikiKez || !ortam.girisTerminal) return first;
-    const auto second = readLine(ortam, soru + " (tekrar)");
+    auto second = readLine(ortam, soru + " (tekrar)");
     if (!second || *second == *first) return second;
     ortam.err << "Şifreler aynı değil. Yeniden girin.\n";
   }

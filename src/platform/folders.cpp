@@ -56,10 +56,10 @@ fs::path userDataFolder() {
 }
 
 fs::path programFolder() {
-  const fs::path own = executableFolder();
+  fs::path own = executableFolder();
   std::error_code error;
   if (canWriteFolder(own) || fs::exists(own / "sys.inf", error)) return own;
-  const fs::path users = userDataFolder();
+  fs::path users = userDataFolder();
   fs::create_directories(users, error);
   return users;
 }

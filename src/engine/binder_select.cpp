@@ -1,0 +1,238 @@
+#include <algorithm>
+
+#include "engine/binder.h"
+#include "engine/collation.h"
+
+namespace engine {
+
+struct Binder::BoundCore {
+  Scope scope;
+  std::vector<BoundExpr> items;
+  std::vector<std::string> names;
+  std::vector<std::string> variables;
+  std::string from, where, groupBy, having, limit;
+  const Expr* top = nullptr;
+  bool topPercent = false;
+  bool distinct = false;
+  bool aggregated = false;  // aggregates without GROUP BY: one row
+};
+
+namespace {
+
+std::string withCollation(const BoundExpr& expr) {
+  if (!isCharacter(expr.type.id) || expr.column) return expr.sql;
+  return expr.sql + " COLLATE " + sqliteCollation;
+}
+
+bool isAggregated(const SelectCore& core) {
+  if (core.having) return true;
+  return std::any_of(core.items.begin(), core.items.end(),
+                     [](const SelectItem& item) { return item.expr && containsAggregate(*item.expr); });
+}
+
+bool isStarOf(const Source& source, const Expr& star) {
+  return star.table.empty() || source.alias == foldName(star.table);
+}
+
+int starWidth(const Scope& scope, const Expr& star) {
+  int width = 0;
+  for (const Source& source : scope.sources)
+    if (isStarOf(source, star)) width += static_cast<int>(source.columns.size());
+  return width;
+}
+
+}  // namespace
+
+BoundSelect Binder::bindQuery(const SelectStatement& select) {
+  return bindSelect(select, nullptr, {});
+}
+
+void Binder::bindCore(const SelectStatement& select, std::size_t index, Scope* parent, const CoreShape& shape,
+                      BoundCore& out) {
+  const SelectCore& core = select.cores[index];
+  out.scope.parent = parent;
+  out.distinct = core.distinct;
+  out.top = core.top.get();
+  out.topPercent = core.topPercent;
+  if (!core.from.empty()) out.from = " FROM " + bindFrom(core.from, out.scope);
+  if (core.where) out.where = " WHERE " + bindCondition(*core.where, &out.scope).sql;
+  for (const ExprPtr& group : core.groupBy) {
+    BoundExpr bound = bindValue(*group, &out.scope);
+    out.groupBy += (out.groupBy.empty() ? " GROUP BY " : ", ") + withCollation(bound);
+    out.scope.groups.emplace_back(group.get(), std::move(bound));
+  }
+  out.scope.hasGroupBy = !core.groupBy.empty();
+  out.scope.grouped = out.scope.hasGroupBy || isAggregated(core);
+  out.aggregated = out.scope.grouped && !out.scope.hasGroupBy;
+  out.scope.aggregatesAllowed = true;
+  bindItems(core, shape, out);
+  if (core.having) out.having = " HAVING " + bindCondition(*core.having, &out.scope).sql;
+}
+
+void Binder::bindItems(const SelectCore& core, const CoreShape& shape, BoundCore& out) {
+  int width = 0;
+  for (const SelectItem& item : core.items)
+    width += item.expr->kind == Expr::Kind::Star ? starWidth(out.scope, *item.expr) : 1;
+  const int surplus = shape.columnCount < 0 ? 0 : std::max(0, width - shape.columnCount);
+  for (const SelectItem& item : core.items) {
+    if (item.expr->kind == Expr::Kind::Star) {
+      expandStar(*item.expr, shape, surplus, out);
+      continue;
+    }
+    out.items.push_back(bindValue(*item.expr, &out.scope));
+    const BoundExpr& bound = out.items.back();
+    out.names.push_back(!item.alias.empty() ? item.alias : bound.column ? item.expr->name : std::string());
+    if (!item.variable.empty()) out.variables.push_back(item.variable);
+  }
+  if (!out.variables.empty() && out.variables.size() != out.items.size())
+    throw Error(141,
+                "A SELECT statement that assigns a value to a variable must not be combined with "
+                "data-retrieval operations.",
+                15);
+}
+
+// Inside a view `*` gives what it gave at creation: by name where the view took the names of its
+// tables, else as many columns as the view has.
+void Binder::expandStar(const Expr& star, const CoreShape& shape, int surplus, BoundCore& out) {
+  bool found = false;
+  int left = starWidth(out.scope, star) - surplus;
+  for (const Source& source : out.scope.sources) {
+    if (!isStarOf(source, star)) continue;
+    found = true;
+    for (const SourceColumn& column : source.columns) {
+      if (shape.starNames) {
+        const std::size_t position = out.items.size();
+        if (position >= shape.starNames->size() || foldName((*shape.starNames)[position]) != column.key) continue;
+      } else if (left-- <= 0) {
+        continue;
+      }
+      Expr name;
+      name.kind = Expr::Kind::Column;
+      name.name = column.info.name;
+      BoundExpr bound;
+      bound.sql = column.sql;
+      bound.type = column.info.type;
+      bound.nullable = column.info.nullable;
+      bound.column = true;
+      bound.origin = column.info;
+      if (out.scope.grouped &&
+          std::none_of(out.scope.groups.begin(), out.scope.groups.end(),
+                       [&](const auto& group) { return group.second.sql == bound.sql; }))
+        throw Error(8120, "Column '" + column.info.name +
+                              "' is invalid in the select list because it is not contained in either an "
+                              "aggregate function or the GROUP BY clause.");
+      out.items.push_back(std::move(bound));
+      out.names.push_back(column.info.name);
+    }
+  }
+  if (found) return;
+  if (star.table.empty()) throw Error(263, "Must specify table to select from.");
+  throw Error(107, "The column prefix '" + star.table +
+                       "' does not match with a table name or alias name used in the query.");
+}
+
+std::string Binder::topLimit(const Expr& top, bool percent, const std::string& countSql) {
+  const BoundExpr count = bindValue(top, nullptr);
+  if (!percent) return " LIMIT z_top(" + convert(count, {TypeId::BigInt}).sql + ")";
+  return " LIMIT (SELECT z_percent(count(*), " + convert(count, {TypeId::Float}).sql + ") FROM (" + countSql + "))";
+}
+
+// One term: a position, an output name, or an expression over the tables.
+std::string Binder::orderTerm(const OrderItem& item, BoundCore& core, bool outputOnly) {
+  const Expr& expr = *item.expr;
+  const auto position = [](std::size_t index) { return std::to_string(index + 1); };
+  if (expr.kind == Expr::Kind::Literal && expr.literal.kind == LiteralKind::Integer) {
+    const long number = std::strtol(expr.literal.text.c_str(), nullptr, 10);
+    if (number < 1 || number > static_cast<long>(core.items.size()))
+      throw Error(108, "The ORDER BY position number " + expr.literal.text +
+                           " is out of range of the number of items in the select list.");
+    return position(static_cast<std::size_t>(number - 1));
+  }
+  if (expr.kind == Expr::Kind::Column && expr.table.empty())
+    for (std::size_t i = 0; i < core.names.size(); ++i)
+      if (foldName(core.names[i]) == foldName(expr.name)) return position(i);
+  if (outputOnly && core.scope.sources.empty() && expr.kind == Expr::Kind::Column)
+    throw Error(207, "Invalid column name '" + expr.name + "'.");
+  const BoundExpr bound = bindValue(expr, &core.scope);
+  for (std::size_t i = 0; i < core.items.size(); ++i)
+    if (core.items[i].sql == bound.sql) return position(i);
+  if (outputOnly)
+    throw Error(145, "ORDER BY items must appear in the select list if SELECT DISTINCT or UNION is specified.");
+  return withCollation(bound);
+}
+
+std::string Binder::orderBy(const SelectStatement& select, BoundCore& core, bool outputOnly) {
+  std::string sql;
+  for (const OrderItem& item : select.orderBy) {
+    sql += sql.empty() ? " ORDER BY " : ", ";
+    sql += orderTerm(item, core, outputOnly) + (item.descending ? " DESC" : "");
+  }
+  return sql;
+}
+
+std::string Binder::coreSql(const BoundCore& core, const std::vector<Type>& types) {
+  std::string sql = core.distinct ? "SELECT DISTINCT " : "SELECT ";
+  for (std::size_t i = 0; i < core.items.size(); ++i) {
+    BoundExpr item = convert(core.items[i], types[i]);
+    sql += (i ? ", " : "") + withCollation(item) + " AS c" + std::to_string(i);
+  }
+  return sql + core.from + core.where + core.groupBy + core.having;
+}
+
+BoundSelect Binder::bindSelect(const SelectStatement& select, Scope* parent, const CoreShape& shape) {
+  std::vector<BoundCore> cores(select.cores.size());
+  CoreShape coreShape = shape;
+  for (std::size_t i = 0; i < cores.size(); ++i) {
+    bindCore(select, i, parent, coreShape, cores[i]);
+    if (cores[i].items.size() != cores[0].items.size())
+      throw Error(205,
+                  "All queries in a SQL statement containing a UNION operator must have an equal number of "
+                  "expressions in their target lists.");
+    coreShape.starNames = nullptr;
+    coreShape.columnCount = static_cast<int>(cores[0].items.size());
+  }
+  BoundCore& first = cores[0];
+  const bool single = cores.size() == 1;
+  if (shape.subquery && !select.orderBy.empty() && !first.top)
+    throw Error(1033,
+                "The ORDER BY clause is invalid in views, inline functions, derived tables, and "
+                "subqueries, unless TOP is also specified.");
+
+  BoundSelect bound;
+  std::vector<Type> types;
+  for (std::size_t i = 0; i < first.items.size(); ++i) {
+    Type type;
+    bool nullable = false;
+    for (const BoundCore& core : cores) {
+      type = commonType(type, core.items[i].type);
+      nullable = nullable || core.items[i].nullable;
+    }
+    types.push_back(type.id == TypeId::Null ? Type{TypeId::Int} : type);
+    ResultColumn column;
+    if (single && first.items[i].column) column = first.items[i].origin;
+    column.name = first.names[i];
+    column.type = types.back();
+    column.nullable = nullable;
+    bound.columns.push_back(std::move(column));
+  }
+  const std::string order = orderBy(select, first, !single || first.distinct);
+  for (std::size_t i = 0; i < cores.size(); ++i) {
+    std::string sql = coreSql(cores[i], types);
+    if (i > 0) bound.sql += select.setOps[i - 1] == SetOp::UnionAll ? " UNION ALL " : " UNION ";
+    if (!cores[i].top) {
+      bound.sql += sql;
+    } else if (single) {
+      bound.sql = sql + order + topLimit(*cores[i].top, cores[i].topPercent, sql);
+    } else {
+      bound.sql += "SELECT * FROM (" + sql + topLimit(*cores[i].top, cores[i].topPercent, sql) + ")";
+    }
+  }
+  if (!single || !first.top) bound.sql += order;
+  bound.variables = first.variables;
+  bound.singleRow = single && (first.aggregated || first.from.empty());
+  for (const SelectCore& core : select.cores)
+    if (core.into) bound.into = &core;
+  return bound;
+}
+
+}  // namespace engine

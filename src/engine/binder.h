@@ -9,13 +9,14 @@
 #include <optional>
 
 #include "engine/bound.h"
+#include "engine/prepared.h"
 #include "engine/storage.h"
 
 namespace engine {
 
 // What a statement is bound against.
 struct BindContext {
-  Store& store;
+  Store* store;
   std::string database;  // where names without a database are looked up
   const VariableTable* variables = nullptr;
   const TriggerTables* trigger = nullptr;
@@ -23,12 +24,6 @@ struct BindContext {
   // Receives the ordinals of literals whose values decided a type.
   std::vector<int>* structural = nullptr;
   ViewCache* views = nullptr;
-};
-
-// One statement, ready to be prepared. `parameters[i]` belongs to ?(i+1).
-struct BoundStatement {
-  std::string sql;
-  std::vector<ParameterSource> parameters;
 };
 
 class Binder {
@@ -45,6 +40,9 @@ class Binder {
                     const std::string& column = {});
   // The conversion a column of a table asks for.
   BoundExpr assignTo(const BoundExpr& expr, const ColumnInfo& column);
+
+  // The stored default of a column, whose literals are its own.
+  BoundExpr bindDefault(const Expr& expr, const ColumnInfo& column);
 
   // FROM: entries go into `scope`; returns the text behind FROM.
   std::string bindFrom(const std::vector<std::unique_ptr<TableSource>>& from, Scope& scope);
@@ -63,14 +61,21 @@ class Binder {
   const std::set<std::string>& databases() const { return databases_; }
   // True when a variable is read inside the statement (an assigning SELECT must then go step by step).
   bool readsVariable(const std::vector<std::string>& names) const;
-  // Reads variables through z_var instead of parameters from now on.
-  void setStepwiseVariables() { stepwise_ = true; }
+  // From now on reads variables through z_var instead of parameters, and assigns those of the outermost
+  // select list to `slots` through z_set, row by row.
+  void setStepwiseVariables(std::vector<int> slots) {
+    stepwise_ = true;
+    stepwiseSlots_ = std::move(slots);
+  }
+  // The query as the source of an INSERT: its columns converted to `targets`.
+  BoundSelect bindSource(const SelectStatement& select, const std::vector<const ColumnInfo*>& targets);
 
  private:
   struct CoreShape {  // what the surroundings ask of a SELECT core
     bool subquery = false;
     const std::vector<std::string>* starNames = nullptr;  // fixed column names of a view
     int columnCount = -1;                                 // fixed column count of a view
+    const std::vector<const ColumnInfo*>* targets = nullptr;  // columns that an INSERT fills
   };
 
   // binder_expression.cpp
@@ -114,7 +119,7 @@ class Binder {
   void expandStar(const Expr& star, const CoreShape& shape, int surplus, BoundCore& out);
   std::string orderBy(const SelectStatement& select, BoundCore& core, bool outputOnly);
   std::string orderTerm(const OrderItem& item, BoundCore& core, bool outputOnly);
-  std::string coreSql(const BoundCore& core, const std::vector<Type>& types);
+  std::string coreSql(const BoundCore& core, const std::vector<Type>& types, const CoreShape& shape);
 
   // binder_from.cpp
   struct FromPiece {
@@ -122,7 +127,7 @@ class Binder {
     bool compound = false;  // has joins
     bool outer = false;     // has RIGHT or FULL joins, so that it cannot be flattened into a list
   };
-  FromPiece bindSource(const TableSource& source, Scope& scope);
+  FromPiece bindTableSource(const TableSource& source, Scope& scope);
   FromPiece bindJoin(const TableSource& source, Scope& scope);
   FromPiece bindNamed(const TableSource& source, Scope& scope);
   FromPiece bindDerived(const TableSource& source, Scope& scope);
@@ -140,6 +145,7 @@ class Binder {
   int viewDepth_ = 0;
   int lazy_ = 0;  // > 0 inside a branch that may never run: conversions must not fail beforehand
   bool stepwise_ = false;
+  std::vector<int> stepwiseSlots_;
 };
 
 // SQLite text of a name: "a""b".

@@ -312,6 +312,14 @@ BoundExpr Binder::assignTo(const BoundExpr& expr, const ColumnInfo& column) {
   return convert(expr, column.type, true, column.name);
 }
 
+BoundExpr Binder::bindDefault(const Expr& expr, const ColumnInfo& column) {
+  const bool outside = context_.fixedLiterals;
+  context_.fixedLiterals = true;
+  const BoundExpr bound = assignTo(bindValue(expr, nullptr), column);
+  context_.fixedLiterals = outside;
+  return bound;
+}
+
 BoundExpr Binder::bindConversion(const Expr& expr, Scope* scope) {
   const BoundExpr operand = bindValue(*expr.left, scope);
   int style = 0;
@@ -322,7 +330,7 @@ BoundExpr Binder::bindConversion(const Expr& expr, Scope* scope) {
     if (number.kind != Expr::Kind::Literal || number.literal.kind != LiteralKind::Integer)
       throw Error(8116, "Argument data type is invalid for argument 3 of convert function.");
     style = std::atoi(number.literal.text.c_str()) * (minus ? -1 : 1);
-    if (context_.structural && number.literal.ordinal >= 0)
+    if (context_.structural && number.literal.ordinal >= 0 && !context_.fixedLiterals)
       context_.structural->push_back(number.literal.ordinal);
   }
   if (style == 0) {

@@ -62,13 +62,13 @@ void checkDuplicate(const Scope& scope, const Source& added) {
 
 std::string Binder::resolveDatabase(const ObjectName& name) {
   if (name.database.empty()) return context_.database;
-  if (!context_.store.databaseExists(name.database)) throw invalidObject(name);
+  if (!context_.store->databaseExists(name.database)) throw invalidObject(name);
   return name.database;
 }
 
 std::string Binder::sqlName(const TableInfo& table, const std::string& database) {
   databases_.insert(foldName(database));
-  return context_.store.attach(database) + "." + quoteName(table.name);
+  return context_.store->attach(database) + "." + quoteName(table.name);
 }
 
 const TableInfo* Binder::pseudoTable(const ObjectName& name, std::string& sql) const {
@@ -81,7 +81,7 @@ const TableInfo* Binder::pseudoTable(const ObjectName& name, std::string& sql) c
 
 Source& Binder::bindTarget(const ObjectName& name, Scope& scope) {
   const std::string database = resolveDatabase(name);
-  catalogs_.push_back(context_.store.catalog(database));
+  catalogs_.push_back(context_.store->catalog(database));
   const TableInfo* table = catalogs_.back()->table(name.object);
   if (!table) {
     if (catalogs_.back()->view(name.object))
@@ -102,7 +102,7 @@ Source& Binder::bindTarget(const ObjectName& name, Scope& scope) {
 std::string Binder::bindFrom(const std::vector<std::unique_ptr<TableSource>>& from, Scope& scope) {
   std::string sql;
   for (const auto& source : from) {
-    const FromPiece piece = bindSource(*source, scope);
+    const FromPiece piece = bindTableSource(*source, scope);
     // A × (B left join C) is (A × B) left join C, since an ON sees nothing of A; RIGHT and FULL are not.
     const bool bracket = piece.outer && !sql.empty();
     if (!sql.empty()) sql += ", ";
@@ -111,7 +111,7 @@ std::string Binder::bindFrom(const std::vector<std::unique_ptr<TableSource>>& fr
   return sql;
 }
 
-Binder::FromPiece Binder::bindSource(const TableSource& source, Scope& scope) {
+Binder::FromPiece Binder::bindTableSource(const TableSource& source, Scope& scope) {
   switch (source.kind) {
     case TableSource::Kind::Table:
       return bindNamed(source, scope);
@@ -125,8 +125,8 @@ Binder::FromPiece Binder::bindSource(const TableSource& source, Scope& scope) {
 
 Binder::FromPiece Binder::bindJoin(const TableSource& source, Scope& scope) {
   const std::size_t first = scope.sources.size();
-  const FromPiece left = bindSource(*source.left, scope);
-  const FromPiece right = bindSource(*source.right, scope);
+  const FromPiece left = bindTableSource(*source.left, scope);
+  const FromPiece right = bindTableSource(*source.right, scope);
   const char* word = " JOIN ";
   if (source.join == JoinKind::Left) word = " LEFT JOIN ";
   if (source.join == JoinKind::Right) word = " RIGHT JOIN ";
@@ -160,7 +160,7 @@ Binder::FromPiece Binder::bindNamed(const TableSource& at, Scope& scope) {
   } else {
     const std::string database = resolveDatabase(at.name);
     if (!source.aliased) source.database = foldName(database);
-    catalogs_.push_back(context_.store.catalog(database));
+    catalogs_.push_back(context_.store->catalog(database));
     const auto catalog = catalogs_.back();
     if (const TableInfo* table = catalog->table(at.name.object)) {
       piece.sql = sqlName(*table, database);
@@ -205,6 +205,25 @@ Binder::FromPiece Binder::bindDerived(const TableSource& at, Scope& scope) {
   piece.sql = "(" + select.sql + ") AS " + source.handle;
   scope.sources.push_back(std::move(source));
   return piece;
+}
+
+// System tables are subqueries too, whose columns keep their own names.
+bool Binder::bindSystemTable(const std::string& database, const ObjectName& name, Source& source,
+                             std::string& sql) {
+  const SystemTable* table = findSystemTable(name.object);
+  if (!table || (table->masterOnly && foldName(database) != "master")) return false;
+  databases_.insert(foldName(database));
+  sql = "(" + systemTableSql(*table, context_.store->attach(database)) + ")";
+  for (const ViewColumn& viewColumn : table->columns) {
+    SourceColumn column;
+    column.key = foldName(viewColumn.name);
+    column.sql = source.handle + "." + quoteName(viewColumn.name);
+    column.info.name = viewColumn.name;
+    column.info.type = viewColumn.type;
+    column.info.nullable = viewColumn.nullable;
+    source.columns.push_back(std::move(column));
+  }
+  return true;
 }
 
 // A view is its query as a derived table, bound in the view's own database. Its columns are those it

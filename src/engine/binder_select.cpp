@@ -47,6 +47,29 @@ BoundSelect Binder::bindQuery(const SelectStatement& select) {
   return bindSelect(select, nullptr, {});
 }
 
+// Where the rows decide over nothing but themselves (no DISTINCT, no UNION), each expression is
+// converted at its place, so that constants are converted once and ahead.
+BoundSelect Binder::bindSource(const SelectStatement& select, const std::vector<const ColumnInfo*>& targets) {
+  CoreShape shape;
+  const bool direct = select.cores.size() == 1 && !select.cores[0].distinct && select.orderBy.empty();
+  if (direct) shape.targets = &targets;
+  BoundSelect bound = bindSelect(select, nullptr, shape);
+  if (direct) return bound;
+  const std::string handle = newHandle();
+  std::string sql;
+  for (std::size_t i = 0; i < bound.columns.size() && i < targets.size(); ++i) {
+    BoundExpr column;
+    column.sql = handle + ".c" + std::to_string(i);
+    column.type = bound.columns[i].type;
+    sql += (i ? ", " : "SELECT ") + assignTo(column, *targets[i]).sql;
+  }
+  // OFFSET keeps SQLite from merging the query into the outer one, which would number the rows of an
+  // identity column before they are sorted.
+  if (!select.orderBy.empty()) bound.sql += select.cores[0].top ? " OFFSET 0" : " LIMIT -1 OFFSET 0";
+  bound.sql = sql + " FROM (" + bound.sql + ") AS " + handle;
+  return bound;
+}
+
 void Binder::bindCore(const SelectStatement& select, std::size_t index, Scope* parent, const CoreShape& shape,
                       BoundCore& out) {
   const SelectCore& core = select.cores[index];
@@ -170,11 +193,18 @@ std::string Binder::orderBy(const SelectStatement& select, BoundCore& core, bool
   return sql;
 }
 
-std::string Binder::coreSql(const BoundCore& core, const std::vector<Type>& types) {
+std::string Binder::coreSql(const BoundCore& core, const std::vector<Type>& types, const CoreShape& shape) {
   std::string sql = core.distinct ? "SELECT DISTINCT " : "SELECT ";
   for (std::size_t i = 0; i < core.items.size(); ++i) {
-    BoundExpr item = convert(core.items[i], types[i]);
-    sql += (i ? ", " : "") + withCollation(item) + " AS c" + std::to_string(i);
+    std::string item;
+    if (stepwise_ && !core.variables.empty())
+      item = "z_set(" + std::to_string(stepwiseSlots_.at(i)) + "," + std::to_string(packType(types[i])) + "," +
+             convert(core.items[i], types[i]).sql + ")";
+    else if (shape.targets)
+      item = assignTo(core.items[i], *(*shape.targets)[i]).sql;
+    else
+      item = withCollation(convert(core.items[i], types[i]));
+    sql += (i ? ", " : "") + item + " AS c" + std::to_string(i);
   }
   return sql + core.from + core.where + core.groupBy + core.having;
 }
@@ -198,6 +228,13 @@ BoundSelect Binder::bindSelect(const SelectStatement& select, Scope* parent, con
                 "The ORDER BY clause is invalid in views, inline functions, derived tables, and "
                 "subqueries, unless TOP is also specified.");
 
+  if (shape.targets && shape.targets->size() != first.items.size()) {
+    const bool fewer = first.items.size() < shape.targets->size();
+    throw Error(fewer ? 120 : 121, std::string("The select list for the INSERT statement contains ") +
+                                       (fewer ? "fewer" : "more") +
+                                       " items than the insert list. The number of SELECT values must match the "
+                                       "number of INSERT columns.");
+  }
   BoundSelect bound;
   std::vector<Type> types;
   for (std::size_t i = 0; i < first.items.size(); ++i) {
@@ -217,7 +254,7 @@ BoundSelect Binder::bindSelect(const SelectStatement& select, Scope* parent, con
   }
   const std::string order = orderBy(select, first, !single || first.distinct);
   for (std::size_t i = 0; i < cores.size(); ++i) {
-    std::string sql = coreSql(cores[i], types);
+    std::string sql = coreSql(cores[i], types, shape);
     if (i > 0) bound.sql += select.setOps[i - 1] == SetOp::UnionAll ? " UNION ALL " : " UNION ";
     if (!cores[i].top) {
       bound.sql += sql;

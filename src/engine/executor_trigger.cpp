@@ -1,0 +1,156 @@
+#include "engine/collation.h"
+#include "engine/executor.h"
+#include "engine/parser.h"
+#include "engine/sqlite_util.h"
+
+namespace engine {
+namespace {
+
+constexpr int nestingLimit = 32;
+
+bool firesOn(const TriggerInfo& trigger, TriggerEvent event) {
+  switch (event) {
+    case TriggerEvent::Insert:
+      return trigger.onInsert;
+    case TriggerEvent::Update:
+      return trigger.onUpdate;
+    case TriggerEvent::Delete:
+      return trigger.onDelete;
+  }
+  return false;
+}
+
+std::string columnDefinitions(const TableInfo& table) {
+  std::string text = "(zb_rid INTEGER PRIMARY KEY";
+  for (const ColumnInfo& column : table.columns) {
+    text += "," + quoteName(column.name);
+    if (isCharacter(column.type.id)) text += std::string(" COLLATE ") + sqliteCollation;
+  }
+  return text + ")";
+}
+
+}  // namespace
+
+// A trigger does not fire itself directly; others of the same table do.
+std::vector<std::shared_ptr<const TriggerInfo>> Executor::triggersFor(const TableInfo& table,
+                                                                      const std::string& database,
+                                                                      TriggerEvent event) {
+  std::vector<std::shared_ptr<const TriggerInfo>> found;
+  for (const auto& trigger : table.triggers) {
+    if (!firesOn(*trigger, event)) continue;
+    const bool itself = nesting_ > 0 && frame_->triggerId == trigger->id &&
+                        foldName(frame_->triggerDatabase) == foldName(database);
+    if (!itself) found.push_back(trigger);
+  }
+  return found;
+}
+
+// The temporary tables of the next level, made at their first use and when the table's shape changed.
+TriggerTables Executor::triggerTables(std::shared_ptr<const TableInfo> table, const std::string& database) {
+  const std::string suffix = "_" + store_.attach(database) + "_" + std::to_string(table->id) + "_" +
+                             std::to_string(nesting_ + 1);
+  const std::string definition = columnDefinitions(*table);
+  TriggerTables tables;
+  tables.database = database;
+  tables.inserted = "temp." + quoteName("zb_ins" + suffix);
+  tables.deleted = "temp." + quoteName("zb_del" + suffix);
+  std::string& made = temporaryTables_[suffix];
+  if (made != definition) {
+    for (const std::string* name : {&tables.inserted, &tables.deleted}) {
+      if (!made.empty()) lite::exec(store_.handle(), "DROP TABLE IF EXISTS " + *name);
+      Prepared known(store_.handle(), {"SELECT sql FROM sqlite_temp_master WHERE name=?1", {}});
+      known.bindDatum(1, "zb_" + std::string(name == &tables.inserted ? "ins" : "del") + suffix);
+      if (known.step()) {
+        const bool same = columnDatum(known.get(), 0).text().ends_with(definition);
+        if (same) continue;
+        sqlite3_reset(known.get());
+        lite::exec(store_.handle(), "DROP TABLE " + *name);
+      }
+      lite::exec(store_.handle(), "CREATE TABLE " + *name + definition);
+    }
+    made = definition;
+  }
+  tables.table = std::move(table);
+  return tables;
+}
+
+Prepared& Executor::internal(const std::string& sql) {
+  auto [at, added] = internals_.try_emplace(sql);
+  if (added || !at->second) at->second = Prepared(store_.handle(), {sql, {}});
+  return at->second;
+}
+
+void Executor::clearTriggerTables(const TriggerTables& tables) {
+  for (const std::string* name : {&tables.inserted, &tables.deleted}) {
+    Prepared& clear = internal("DELETE FROM " + *name);
+    PreparedUse use(clear);
+    clear.step();
+  }
+}
+
+void Executor::copyInserted(const TriggerTables& tables, const std::vector<std::int64_t>& rows) {
+  clearTriggerTables(tables);
+  std::string columns;
+  for (const ColumnInfo& column : tables.table->columns) columns += "," + quoteName(column.name);
+  Prepared& copy = internal("INSERT INTO " + tables.inserted + " SELECT rowid" + columns + " FROM " +
+                            store_.attach(tables.database) + "." + quoteName(tables.table->name) +
+                            " WHERE rowid=?1");
+  for (const std::int64_t row : rows) {
+    PreparedUse use(copy);
+    copy.bindDatum(1, row);
+    copy.step();
+  }
+}
+
+void Executor::fire(TriggerTables tables, TriggerEvent event, const std::vector<int>* updated) {
+  for (const auto& trigger : triggersFor(*tables.table, tables.database, event))
+    runTrigger(*trigger, tables, updated);
+  clearTriggerTables(tables);
+}
+
+void Executor::runTrigger(const TriggerInfo& trigger, const TriggerTables& tables,
+                          const std::vector<int>* updated) {
+  if (nesting_ >= nestingLimit)
+    throw Error(217,
+                "Maximum stored procedure, function, trigger, or view nesting level exceeded (limit 32).");
+  const std::string key = tables.deleted + "/" + std::to_string(trigger.id);
+  CachedTrigger& cached = triggers_[key];
+  if (!cached.plan || cached.text != trigger.text) {
+    cached.plan = makePlan(parseBatch(trigger.text));
+    const auto& body = std::get<CreateTriggerStatement>(cached.plan->batch.statements.at(0)->node).body;
+    cached.plan->variables = collectVariables(body);
+    cached.text = trigger.text;
+  }
+  Frame frame;
+  frame.plan = cached.plan;
+  static const std::vector<Literal> none;
+  frame.literals = &none;
+  frame.values.resize(frame.plan->variables.variables.size());
+  frame.trigger = &tables;
+  frame.triggerId = trigger.id;
+  frame.triggerDatabase = tables.database;
+  frame.updated = updated;
+
+  // A trigger works in its table's database, whatever the statement's current one is.
+  struct Restore {
+    Executor& executor;
+    Frame* frame;
+    std::string database;
+    bool noCount;
+    ~Restore() {
+      --executor.nesting_;
+      executor.frame_ = frame;
+      executor.context_.database = database;
+      executor.noCount_ = noCount;
+    }
+  } restore{*this, frame_, context_.database, noCount_};
+  ++nesting_;
+  frame_ = &frame;
+  context_.database = tables.database;
+  const auto& body = std::get<CreateTriggerStatement>(frame.plan->batch.statements.at(0)->node).body;
+  for (const StatementPtr& statement : body)
+    if (runStatement(*statement) == Flow::Return) break;
+  if (levels_ == 0) throw BatchError(Error(3609, "The transaction ended in the trigger. The batch has been aborted."));
+}
+
+}  // namespace engine

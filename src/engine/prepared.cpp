@@ -1,0 +1,95 @@
+#include "engine/prepared.h"
+
+#include <utility>
+
+#include "engine/sqlite_util.h"
+
+namespace engine {
+
+Prepared::Prepared(sqlite3* connection, BoundStatement bound) : parameters_(std::move(bound.parameters)) {
+  const int code = sqlite3_prepare_v3(connection, bound.sql.c_str(), static_cast<int>(bound.sql.size()) + 1,
+                                      SQLITE_PREPARE_PERSISTENT, &statement_, nullptr);
+  if (code != SQLITE_OK) lite::fail(connection, code);
+}
+
+Prepared::~Prepared() {
+  sqlite3_finalize(statement_);
+}
+
+Prepared::Prepared(Prepared&& other) noexcept
+    : fixedBound(other.fixedBound),
+      statement_(std::exchange(other.statement_, nullptr)),
+      parameters_(std::move(other.parameters_)) {}
+
+Prepared& Prepared::operator=(Prepared&& other) noexcept {
+  std::swap(statement_, other.statement_);
+  std::swap(parameters_, other.parameters_);
+  std::swap(fixedBound, other.fixedBound);
+  return *this;
+}
+
+void Prepared::bindDatum(int index, const Datum& value) {
+  if (value.isNull())
+    sqlite3_bind_null(statement_, index);
+  else if (value.isInteger())
+    sqlite3_bind_int64(statement_, index, value.integer());
+  else if (value.isReal())
+    sqlite3_bind_double(statement_, index, value.real());
+  else if (value.isText())
+    sqlite3_bind_text(statement_, index, value.text().data(), static_cast<int>(value.text().size()),
+                      SQLITE_TRANSIENT);
+  else
+    sqlite3_bind_blob(statement_, index, value.bytes().data(), static_cast<int>(value.bytes().size()),
+                      SQLITE_TRANSIENT);
+}
+
+bool Prepared::step(int* constraint) {
+  const int code = sqlite3_step(statement_);
+  if (code == SQLITE_ROW) return true;
+  if (code == SQLITE_DONE) return false;
+  sqlite3* connection = sqlite3_db_handle(statement_);
+  if (constraint && (code & 0xff) == SQLITE_CONSTRAINT) {
+    *constraint = sqlite3_extended_errcode(connection);
+    return false;
+  }
+  lite::fail(connection, code);
+}
+
+Datum valueDatum(sqlite3_value* value) {
+  switch (sqlite3_value_type(value)) {
+    case SQLITE_INTEGER:
+      return static_cast<std::int64_t>(sqlite3_value_int64(value));
+    case SQLITE_FLOAT:
+      return sqlite3_value_double(value);
+    case SQLITE_TEXT: {
+      const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+      return std::string(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
+    }
+    case SQLITE_BLOB: {
+      const auto* bytes = static_cast<const char*>(sqlite3_value_blob(value));
+      return Blob{std::string(bytes ? bytes : "", static_cast<std::size_t>(sqlite3_value_bytes(value)))};
+    }
+    default:
+      return {};
+  }
+}
+
+Datum columnDatum(sqlite3_stmt* statement, int column) {
+  return valueDatum(sqlite3_column_value(statement, column));
+}
+
+void resultDatum(sqlite3_context* context, const Datum& value) {
+  if (value.isNull())
+    sqlite3_result_null(context);
+  else if (value.isInteger())
+    sqlite3_result_int64(context, value.integer());
+  else if (value.isReal())
+    sqlite3_result_double(context, value.real());
+  else if (value.isText())
+    sqlite3_result_text(context, value.text().data(), static_cast<int>(value.text().size()), SQLITE_TRANSIENT);
+  else
+    sqlite3_result_blob(context, value.bytes().data(), static_cast<int>(value.bytes().size()),
+                        SQLITE_TRANSIENT);
+}
+
+}  // namespace engine

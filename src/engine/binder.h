@@ -32,6 +32,8 @@ class Binder {
 
   // A query that is a statement of its own or the source of INSERT.
   BoundSelect bindQuery(const SelectStatement& select);
+  // The query of CREATE VIEW: no ORDER BY without TOP, no variables.
+  BoundSelect bindViewQuery(const SelectStatement& select);
   // Expressions outside of any query (SET, IF, EXEC arguments).
   BoundExpr bindValue(const Expr& expr, Scope* scope);
   BoundExpr bindCondition(const Expr& expr, Scope* scope);

@@ -75,6 +75,13 @@ std::optional<BoundExpr> Binder::bindSystemFunction(const Expr& expr, const std:
 
 BoundExpr Binder::bindFunction(const Expr& expr, Scope* scope) {
   const std::string name = foldName(expr.name);
+  if (name == "update" && context_.trigger && expr.args.size() == 1) {
+    BoundExpr test;
+    test.sql = "z_updated(" + bindLiteral({LiteralKind::Text, expr.args[0]->name, -1}, false).sql + ")";
+    test.type = intType;
+    test.condition = true;
+    return test;
+  }
   if (auto system = bindSystemFunction(expr, name, scope)) return *system;
   const FunctionInfo* info = findFunction(expr.name);
   if (!info) throw Error(195, "'" + expr.name + "' is not a recognized function name.", 15);

@@ -47,6 +47,14 @@ BoundSelect Binder::bindQuery(const SelectStatement& select) {
   return bindSelect(select, nullptr, {});
 }
 
+BoundSelect Binder::bindViewQuery(const SelectStatement& select) {
+  CoreShape shape;
+  shape.subquery = true;
+  context_.variables = nullptr;
+  context_.fixedLiterals = true;
+  return bindSelect(select, nullptr, shape);
+}
+
 // Where the rows decide over nothing but themselves (no DISTINCT, no UNION), each expression is
 // converted at its place, so that constants are converted once and ahead.
 BoundSelect Binder::bindSource(const SelectStatement& select, const std::vector<const ColumnInfo*>& targets) {

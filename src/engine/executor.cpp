@@ -115,7 +115,8 @@ void checkVariables(const std::vector<Token>& tokens, const Plan& plan) {
 
 std::shared_ptr<Plan> Executor::planFor(std::string_view text, std::vector<Literal>& literals) {
   const std::vector<Token> tokens = tokenize(text);
-  const std::string key = planKey(tokens, literals) + '\n' + foldName(context_.database);
+  std::string key = planKey(tokens, literals) + '\n' + foldName(context_.database);
+  if (nesting_ > 0) key += '\n' + std::to_string(nesting_);
   if (auto plan = plans_.find(key, literals)) return plan;
   auto plan = makePlan(parseTokens(text, tokens));
   plan->literals = literals;
@@ -151,14 +152,21 @@ void Executor::run(std::string_view text, ResultSink& sink) {
   frame.literals = &literals;
   frame.values.resize(frame.plan->variables.variables.size());
   if (restore.frame) {
-    frame.trigger = restore.frame->trigger;
     frame.triggerId = restore.frame->triggerId;
     frame.triggerDatabase = restore.frame->triggerDatabase;
   }
   sink_ = &sink;
   frame_ = &frame;
-  for (const StatementPtr& statement : frame.plan->batch.statements)
-    if (runStatement(*statement) == Flow::Return) break;
+  try {
+    for (const StatementPtr& statement : frame.plan->batch.statements)
+      if (runStatement(*statement) == Flow::Return) break;
+  } catch (const BatchError&) {
+    if (!outermost) throw;
+    rollbackAll();
+    if (!firstError_) throw;
+  } catch (const Error&) {
+    if (!outermost || !firstError_) throw;
+  }
   if (outermost && firstError_) {
     const Error error = *firstError_;
     firstError_.reset();

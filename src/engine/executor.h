@@ -42,6 +42,7 @@ class Executor {
   void run(std::string_view text, ResultSink& sink);
   const PlanStatistics& statistics() const { return plans_.statistics(); }
   void rollbackAll() noexcept;
+  const std::string& database() const { return context_.database; }
 
  private:
   enum class Flow : std::uint8_t { Next, Break, Continue, Return };
@@ -51,12 +52,12 @@ class Executor {
   // executor.cpp
   std::shared_ptr<Plan> planFor(std::string_view text, std::vector<Literal>& literals);
   std::shared_ptr<Plan> makePlan(Batch batch) const;
-  void runBody(const std::vector<StatementPtr>& body);
   Flow runStatement(const Statement& statement);
   Flow dispatch(const Statement& statement);
   Flow runIf(const IfStatement& statement);
   Flow runWhile(const WhileStatement& statement);
   void failed(const Error& error, const Statement& statement);
+  void keepError(const Error& error);
   bool resultsWanted() const { return !firstError_; }
 
   // executor_control.cpp
@@ -157,8 +158,6 @@ class Executor {
 
   int userTransactions_ = 0;  // @@TRANCOUNT as BEGIN TRAN counts it
   int levels_ = 0;            // open Store::begin()
-  bool rolledBackInTrigger_ = false;
-
   int nesting_ = 0;
   int execDepth_ = 0;
   struct CachedTrigger {

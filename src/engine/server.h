@@ -43,6 +43,7 @@ class Server {
 
   const std::filesystem::path& folder() const;
   Instance& instance() { return *instance_; }
+  const std::shared_ptr<Instance>& sharedInstance() const { return instance_; }
 
  private:
   explicit Server(std::shared_ptr<Instance> instance);

@@ -75,8 +75,8 @@ class Binder {
  private:
   struct CoreShape {  // what the surroundings ask of a SELECT core
     bool subquery = false;
-    const std::vector<std::string>* starNames = nullptr;  // fixed column names of a view
-    int columnCount = -1;                                 // fixed column count of a view
+    const std::vector<std::string>* starNames = nullptr;      // fixed column names of a view
+    int columnCount = -1;                                     // fixed column count of a view
     const std::vector<const ColumnInfo*>* targets = nullptr;  // columns that an INSERT fills
   };
 

@@ -80,8 +80,7 @@ BoundExpr Binder::bindColumn(const Expr& expr, Scope* scope) {
   for (Scope* at = scope; at && qualified; at = at->parent)
     for (const Source& source : at->sources)
       if (isMeant(source, expr)) qualified = false;
-  if (qualified)
-    throw Error(4104, "The multi-part identifier \"" + written(expr) + "\" could not be bound.");
+  if (qualified) throw Error(4104, "The multi-part identifier \"" + written(expr) + "\" could not be bound.");
   throw Error(207, "Invalid column name '" + expr.name + "'.");
 }
 

@@ -59,7 +59,8 @@ BoundExpr Binder::bindInList(const Expr& expr, Scope* scope) {
     items.push_back(bindValue(*arg, scope));
     type = commonType(type, items.back().type);
   }
-  std::string sql = "(" + (isCharacter(type.id) && isCharacter(value.type.id) ? value : convert(value, type)).sql;
+  std::string sql =
+      "(" + (isCharacter(type.id) && isCharacter(value.type.id) ? value : convert(value, type)).sql;
   if (isCharacter(type.id) && !value.column) sql += std::string(" COLLATE ") + sqliteCollation;
   sql += expr.negated ? " NOT IN (" : " IN (";
   for (std::size_t i = 0; i < items.size(); ++i) {
@@ -122,9 +123,10 @@ BoundExpr Binder::bindQuantified(const Expr& expr, Scope* scope) {
   const std::string test = compare(expr.binary, value, columnOf(select.columns[0], handle + ".c0")).sql;
   // 1 true, 0 unknown, -1 false; ANY takes the greatest, ALL the least; of no row ANY is false, ALL true.
   const std::string verdict = std::string("(SELECT ") + (any ? "max" : "min") + "(CASE " + test +
-                              " WHEN 1 THEN 1 WHEN 0 THEN -1 ELSE 0 END) FROM (" + select.sql + ") " + handle +
-                              ")";
-  return condition("(CASE coalesce(" + verdict + (any ? ",-1" : ",1") + ") WHEN 1 THEN 1 WHEN -1 THEN 0 END)");
+                              " WHEN 1 THEN 1 WHEN 0 THEN -1 ELSE 0 END) FROM (" + select.sql + ") " +
+                              handle + ")";
+  return condition("(CASE coalesce(" + verdict + (any ? ",-1" : ",1") +
+                   ") WHEN 1 THEN 1 WHEN -1 THEN 0 END)");
 }
 
 BoundExpr Binder::bindExists(const Expr& expr, Scope* scope) {
@@ -143,7 +145,8 @@ BoundExpr Binder::bindLike(const Expr& expr, Scope* scope) {
   const BoundExpr value = text(*expr.left);
   const BoundExpr pattern = text(*expr.right);
   const std::string escape = expr.args.empty() ? std::string() : text(*expr.args[0]).sql;
-  return condition("(" + likeSql(value.sql, value.type, pattern.sql, pattern.type, escape, expr.negated) + ")");
+  return condition("(" + likeSql(value.sql, value.type, pattern.sql, pattern.type, escape, expr.negated) +
+                   ")");
 }
 
 BoundExpr Binder::bindScalar(const Expr& expr, Scope* scope) {

@@ -124,7 +124,8 @@ BoundExpr Binder::bindValue(const Expr& expr, Scope* scope) {
 BoundExpr Binder::bindCondition(const Expr& expr, Scope* scope) {
   BoundExpr bound = bind(expr, scope);
   if (!bound.condition)
-    throw Error(4145, "An expression of non-boolean type specified in a context where a condition is expected.");
+    throw Error(4145,
+                "An expression of non-boolean type specified in a context where a condition is expected.");
   return bound;
 }
 
@@ -262,10 +263,9 @@ BoundExpr Binder::bindCase(const Expr& expr, Scope* scope) {
   std::vector<std::string> tests;
   std::vector<BoundExpr> results;
   for (const WhenClause& clause : expr.whens) {
-    tests.push_back(expr.left ? compare(BinaryOp::Equal, bindValue(*expr.left, scope),
-                                        bindValue(*clause.when, scope))
-                                    .sql
-                              : bindCondition(*clause.when, scope).sql);
+    tests.push_back(
+        expr.left ? compare(BinaryOp::Equal, bindValue(*expr.left, scope), bindValue(*clause.when, scope)).sql
+                  : bindCondition(*clause.when, scope).sql);
     results.push_back(bindValue(*clause.then, scope));
   }
   if (expr.right) results.push_back(bindValue(*expr.right, scope));
@@ -349,8 +349,8 @@ BoundExpr Binder::bindConversion(const Expr& expr, Scope* scope) {
 BoundExpr Binder::bindCollate(const Expr& expr, Scope* scope) {
   BoundExpr bound = bindValue(*expr.left, scope);
   if (!isCharacter(bound.type.id) && bound.type.id != TypeId::Null)
-    throw Error(447, std::string("Expression type ") + typeName(bound.type.id) +
-                         " is invalid for COLLATE clause.");
+    throw Error(
+        447, std::string("Expression type ") + typeName(bound.type.id) + " is invalid for COLLATE clause.");
   return bound;
 }
 

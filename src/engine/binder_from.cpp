@@ -35,13 +35,14 @@ void addTableColumns(const TableInfo& table, const std::string& database, Source
     SourceColumn column;
     column.key = foldName(info.name);
     column.sql = source.handle + "." + quoteName(info.name);
-    column.info = {info.name, info.type, info.nullable, info.identity, isKeyPart(table, static_cast<int>(i)),
+    column.info = {info.name, info.type,  info.nullable, info.identity, isKeyPart(table, static_cast<int>(i)),
                    database,  table.name, info.name};
     source.columns.push_back(std::move(column));
   }
 }
 
-void addDerivedColumn(const ResultColumn& from, const std::string& name, std::size_t position, Source& source) {
+void addDerivedColumn(const ResultColumn& from, const std::string& name, std::size_t position,
+                      Source& source) {
   SourceColumn column;
   column.key = foldName(name);
   column.sql = source.handle + ".c" + std::to_string(position);
@@ -192,7 +193,8 @@ Binder::FromPiece Binder::bindDerived(const TableSource& at, Scope& scope) {
   for (std::size_t i = 0; i < select.columns.size(); ++i) {
     const std::string& name = at.columnAliases.empty() ? select.columns[i].name : at.columnAliases[i];
     if (name.empty() && !at.alias.empty())
-      throw Error(8155, "No column was specified for column " + std::to_string(i + 1) + " of '" + at.alias + "'.");
+      throw Error(8155,
+                  "No column was specified for column " + std::to_string(i + 1) + " of '" + at.alias + "'.");
     const auto same = std::count_if(source.columns.begin(), source.columns.end(), [&](const SourceColumn& c) {
       return !name.empty() && c.key == foldName(name);
     });

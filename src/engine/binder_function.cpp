@@ -37,7 +37,8 @@ const std::array systemFunctions = {
     SystemFunction{"current_user", nullptr, nameType, 0, 0, SystemValue::UserName, true},
     SystemFunction{"session_user", nullptr, nameType, 0, 0, SystemValue::UserName, true},
     SystemFunction{"system_user", nullptr, nameType, 0, 0, SystemValue::Login, true},
-    SystemFunction{"scope_identity", nullptr, {TypeId::Decimal, 0, 18, 0}, 0, 0, SystemValue::ScopeIdentity, true},
+    SystemFunction{
+        "scope_identity", nullptr, {TypeId::Decimal, 0, 18, 0}, 0, 0, SystemValue::ScopeIdentity, true},
     SystemFunction{"getdate", nullptr, {TypeId::DateTime}, 0, 0, SystemValue::Now, true},
     SystemFunction{"current_timestamp", nullptr, {TypeId::DateTime}, 0, 0, SystemValue::Now, true},
 };
@@ -57,7 +58,8 @@ std::optional<BoundExpr> Binder::bindSystemFunction(const Expr& expr, const std:
   for (const SystemFunction& known : systemFunctions) {
     if (name != known.name) continue;
     const int count = static_cast<int>(expr.args.size());
-    if (count < known.minArguments || count > known.maxArguments) throw argumentCount(name, known.minArguments);
+    if (count < known.minArguments || count > known.maxArguments)
+      throw argumentCount(name, known.minArguments);
     if (count == 0 && known.hasPlain) return systemParameter(known.plain, known.result);
     BoundExpr bound;
     bound.type = known.result;
@@ -127,7 +129,8 @@ BoundExpr Binder::bindAggregate(const Expr& expr, Scope* scope) {
                 "An aggregate may not appear in the WHERE clause unless it is in a subquery contained in a "
                 "HAVING clause or a select list, and the column being aggregated is an outer reference.");
   if (scope->inAggregate > 0)
-    throw Error(130, "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.");
+    throw Error(
+        130, "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.");
   std::vector<FunctionArgument> arguments;
   std::vector<std::string> sqls;
   ++scope->inAggregate;

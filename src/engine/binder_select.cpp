@@ -133,7 +133,8 @@ void Binder::expandStar(const Expr& star, const CoreShape& shape, int surplus, B
     for (const SourceColumn& column : source.columns) {
       if (shape.starNames) {
         const std::size_t position = out.items.size();
-        if (position >= shape.starNames->size() || foldName((*shape.starNames)[position]) != column.key) continue;
+        if (position >= shape.starNames->size() || foldName((*shape.starNames)[position]) != column.key)
+          continue;
       } else if (left-- <= 0) {
         continue;
       }
@@ -146,9 +147,8 @@ void Binder::expandStar(const Expr& star, const CoreShape& shape, int surplus, B
       bound.nullable = column.info.nullable;
       bound.column = true;
       bound.origin = column.info;
-      if (out.scope.grouped &&
-          std::none_of(out.scope.groups.begin(), out.scope.groups.end(),
-                       [&](const auto& group) { return group.second.sql == bound.sql; }))
+      if (out.scope.grouped && std::none_of(out.scope.groups.begin(), out.scope.groups.end(),
+                                            [&](const auto& group) { return group.second.sql == bound.sql; }))
         throw Error(8120, "Column '" + column.info.name +
                               "' is invalid in the select list because it is not contained in either an "
                               "aggregate function or the GROUP BY clause.");
@@ -165,7 +165,8 @@ void Binder::expandStar(const Expr& star, const CoreShape& shape, int surplus, B
 std::string Binder::topLimit(const Expr& top, bool percent, const std::string& countSql) {
   const BoundExpr count = bindValue(top, nullptr);
   if (!percent) return " LIMIT z_top(" + convert(count, {TypeId::BigInt}).sql + ")";
-  return " LIMIT (SELECT z_percent(count(*), " + convert(count, {TypeId::Float}).sql + ") FROM (" + countSql + "))";
+  return " LIMIT (SELECT z_percent(count(*), " + convert(count, {TypeId::Float}).sql + ") FROM (" + countSql +
+         "))";
 }
 
 // One term: a position, an output name, or an expression over the tables.
@@ -188,7 +189,8 @@ std::string Binder::orderTerm(const OrderItem& item, BoundCore& core, bool outpu
   for (std::size_t i = 0; i < core.items.size(); ++i)
     if (core.items[i].sql == bound.sql) return position(i);
   if (outputOnly)
-    throw Error(145, "ORDER BY items must appear in the select list if SELECT DISTINCT or UNION is specified.");
+    throw Error(145,
+                "ORDER BY items must appear in the select list if SELECT DISTINCT or UNION is specified.");
   return withCollation(bound);
 }
 
@@ -206,8 +208,8 @@ std::string Binder::coreSql(const BoundCore& core, const std::vector<Type>& type
   for (std::size_t i = 0; i < core.items.size(); ++i) {
     std::string item;
     if (stepwise_ && !core.variables.empty())
-      item = "z_set(" + std::to_string(stepwiseSlots_.at(i)) + "," + std::to_string(packType(types[i])) + "," +
-             convert(core.items[i], types[i]).sql + ")";
+      item = "z_set(" + std::to_string(stepwiseSlots_.at(i)) + "," + std::to_string(packType(types[i])) +
+             "," + convert(core.items[i], types[i]).sql + ")";
     else if (shape.targets)
       item = assignTo(core.items[i], *(*shape.targets)[i]).sql;
     else
@@ -238,10 +240,11 @@ BoundSelect Binder::bindSelect(const SelectStatement& select, Scope* parent, con
 
   if (shape.targets && shape.targets->size() != first.items.size()) {
     const bool fewer = first.items.size() < shape.targets->size();
-    throw Error(fewer ? 120 : 121, std::string("The select list for the INSERT statement contains ") +
-                                       (fewer ? "fewer" : "more") +
-                                       " items than the insert list. The number of SELECT values must match the "
-                                       "number of INSERT columns.");
+    throw Error(fewer ? 120 : 121,
+                std::string("The select list for the INSERT statement contains ") +
+                    (fewer ? "fewer" : "more") +
+                    " items than the insert list. The number of SELECT values must match the "
+                    "number of INSERT columns.");
   }
   BoundSelect bound;
   std::vector<Type> types;

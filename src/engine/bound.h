@@ -44,10 +44,10 @@ struct ParameterSource {
   bool fixed = false;  // Literal: the value is `value`, not one of the batch's literals (texts of views)
   Literal value;       // Literal: the literal as it stood when the statement was bound
   bool negate = false;
-  Type from;             // type before conversion
-  Type to;               // what is handed to SQLite
-  bool assign = false;   // conversion on the way into a column: too long is an error, not a cut
-  std::string column;    // with assign: for messages
+  Type from;            // type before conversion
+  Type to;              // what is handed to SQLite
+  bool assign = false;  // conversion on the way into a column: too long is an error, not a cut
+  std::string column;   // with assign: for messages
 };
 
 // One expression. `condition` ones are predicates (1, 0, NULL), which are no values in the dialect.
@@ -56,7 +56,7 @@ struct BoundExpr {
   Type type;
   bool nullable = true;
   bool condition = false;
-  int parameter = -1;     // index of the parameter when the expression is nothing else
+  int parameter = -1;  // index of the parameter when the expression is nothing else
   bool aggregate = false;
   bool column = false;  // plain column: `origin` is filled
   ResultColumn origin;
@@ -70,12 +70,12 @@ struct SourceColumn {
 
 // One entry of FROM.
 struct Source {
-  std::string alias;                // folded exposed name; for a table without alias its own
-  std::string database;             // folded, of an unaliased table
+  std::string alias;     // folded exposed name; for a table without alias its own
+  std::string database;  // folded, of an unaliased table
   bool aliased = false;
-  std::string handle;               // t1, t2 ...: its name in the SQLite text
-  const TableInfo* table = nullptr; // base table
-  std::string tableDatabase;        // its database as attached
+  std::string handle;                // t1, t2 ...: its name in the SQLite text
+  const TableInfo* table = nullptr;  // base table
+  std::string tableDatabase;         // its database as attached
   std::vector<SourceColumn> columns;
 };
 
@@ -92,7 +92,7 @@ struct Scope {
 };
 
 struct BoundSelect {
-  std::string sql;                     // whole SELECT; columns are named c0, c1 ...
+  std::string sql;  // whole SELECT; columns are named c0, c1 ...
   std::vector<ResultColumn> columns;
   std::vector<std::string> variables;  // assigned variable per column; all empty or all filled
   bool singleRow = false;              // never more than one row

@@ -123,7 +123,8 @@ class Executor {
 
   // executor_trigger.cpp
   std::vector<std::shared_ptr<const TriggerInfo>> triggersFor(const TableInfo& table,
-                                                              const std::string& database, TriggerEvent event);
+                                                              const std::string& database,
+                                                              TriggerEvent event);
   TriggerTables triggerTables(std::shared_ptr<const TableInfo> table, const std::string& database);
   void clearTriggerTables(const TriggerTables& tables);
   void copyInserted(const TriggerTables& tables, const std::vector<std::int64_t>& rows);
@@ -164,10 +165,10 @@ class Executor {
     std::string text;
     std::shared_ptr<Plan> plan;
   };
-  std::map<std::string, CachedTrigger> triggers_;         // by database, id and level
-  std::map<std::string, std::string> temporaryTables_;    // name to the definition it was made with
-  std::unordered_map<std::string, Prepared> internals_;   // statements of the executor's own
-  struct IdentityRun {                                    // of the running INSERT
+  std::map<std::string, CachedTrigger> triggers_;        // by database, id and level
+  std::map<std::string, std::string> temporaryTables_;   // name to the definition it was made with
+  std::unordered_map<std::string, Prepared> internals_;  // statements of the executor's own
+  struct IdentityRun {                                   // of the running INSERT
     const TableInfo* table = nullptr;
     std::string database;
     std::int64_t first = 0, last = 0, step = 1;

@@ -12,10 +12,10 @@ struct Executor::ChangeShape {
   Scope scope;
   std::size_t target = 0;  // of scope.sources
   std::string sqlTable;
-  std::string handle;       // of the target
-  std::string from;         // FROM with the target in it; empty: the plain form serves
-  std::string where;        // with its WHERE
-  std::string limit;        // TOP
+  std::string handle;               // of the target
+  std::string from;                 // FROM with the target in it; empty: the plain form serves
+  std::string where;                // with its WHERE
+  std::string limit;                // TOP
   std::vector<std::string> names;   // columns set, quoted
   std::vector<std::string> values;  // and what to
   bool viaRows = false;             // values are gathered for all rows before the first is written
@@ -46,7 +46,8 @@ int findTarget(const Scope& scope, const ObjectName& target, const std::string& 
   int byTable = -1, count = 0;
   for (std::size_t i = 0; i < scope.sources.size(); ++i) {
     const Source& source = scope.sources[i];
-    if (source.alias == name && (source.aliased ? target.database.empty() : source.database == foldName(database)))
+    if (source.alias == name &&
+        (source.aliased ? target.database.empty() : source.database == foldName(database)))
       return static_cast<int>(i);
     if (source.table && foldName(source.table->name) == name &&
         foldName(source.tableDatabase) == foldName(database)) {
@@ -71,8 +72,9 @@ std::string columnList(const TableInfo& table) {
 
 }  // namespace
 
-void Executor::bindChangeTarget(const ObjectName& target, const std::vector<std::unique_ptr<TableSource>>& from,
-                                const Expr* where, const Expr* top, ChangeShape& shape, Binder& binder) {
+void Executor::bindChangeTarget(const ObjectName& target,
+                                const std::vector<std::unique_ptr<TableSource>>& from, const Expr* where,
+                                const Expr* top, ChangeShape& shape, Binder& binder) {
   if (from.empty()) {
     binder.bindTarget(target, shape.scope);
   } else {
@@ -82,7 +84,8 @@ void Executor::bindChangeTarget(const ObjectName& target, const std::vector<std:
     if (found < 0) {
       const Source& added = binder.bindTarget(target, shape.scope);
       found = static_cast<int>(shape.scope.sources.size()) - 1;
-      shape.from = binder.sqlName(*added.table, added.tableDatabase) + " AS " + added.handle + ", " + shape.from;
+      shape.from =
+          binder.sqlName(*added.table, added.tableDatabase) + " AS " + added.handle + ", " + shape.from;
     }
     shape.target = static_cast<std::size_t>(found);
   }
@@ -99,7 +102,8 @@ void Executor::bindAssignments(const UpdateStatement& update, ChangeShape& shape
   std::vector<std::string> loose;  // SET @v = expr: evaluated beside the first column
   for (const Assignment& assignment : update.set) {
     std::string variable;
-    if (!assignment.variable.empty()) variable = "z_set(" + std::to_string(variableSlot(assignment.variable)) + ",";
+    if (!assignment.variable.empty())
+      variable = "z_set(" + std::to_string(variableSlot(assignment.variable)) + ",";
     if (assignment.column.empty()) {
       const BoundExpr value = binder.bindValue(*assignment.value, &shape.scope);
       loose.push_back(variable + std::to_string(packType(value.type)) + "," + value.sql + ")");
@@ -111,8 +115,9 @@ void Executor::bindAssignments(const UpdateStatement& update, ChangeShape& shape
     if (column.identity) throw Error(8102, "Cannot update identity column '" + column.name + "'.");
     const std::string name = quoteName(column.name);
     if (std::find(shape.names.begin(), shape.names.end(), name) != shape.names.end())
-      throw Error(264, "Column name '" + column.name +
-                           "' appears more than once in the result column list. Only one occurrence is allowed.");
+      throw Error(264,
+                  "Column name '" + column.name +
+                      "' appears more than once in the result column list. Only one occurrence is allowed.");
     BoundExpr value;
     if (assignment.value->kind != Expr::Kind::Default) {
       value = binder.assignTo(binder.bindValue(*assignment.value, &shape.scope), column);
@@ -123,7 +128,8 @@ void Executor::bindAssignments(const UpdateStatement& update, ChangeShape& shape
       value = binder.bindDefault(*written, column);
     }
     shape.viaRows = shape.viaRows || hasSubquery(*assignment.value);
-    if (!variable.empty()) value.sql = variable + std::to_string(packType(column.type)) + "," + value.sql + ")";
+    if (!variable.empty())
+      value.sql = variable + std::to_string(packType(column.type)) + "," + value.sql + ")";
     shape.names.push_back(name);
     shape.values.push_back(value.sql);
   }
@@ -136,21 +142,22 @@ void Executor::bindAssignments(const UpdateStatement& update, ChangeShape& shape
 }
 
 // The statements around the change itself, which all name the same rows.
-void Executor::finishChange(CompiledChange& plan, const ChangeShape& shape, Binder& binder, TriggerEvent event) {
+void Executor::finishChange(CompiledChange& plan, const ChangeShape& shape, Binder& binder,
+                            TriggerEvent event) {
   const Source& target = shape.scope.sources[shape.target];
   plan.tableDatabase = target.tableDatabase;
   plan.catalog = store_.catalog(target.tableDatabase);
   plan.table = plan.catalog->tables.at(foldName(target.table->name));
-  const bool fires = std::any_of(plan.table->triggers.begin(), plan.table->triggers.end(), [&](const auto& t) {
-    return event == TriggerEvent::Update ? t->onUpdate : t->onDelete;
-  });
+  const bool fires =
+      std::any_of(plan.table->triggers.begin(), plan.table->triggers.end(),
+                  [&](const auto& t) { return event == TriggerEvent::Update ? t->onUpdate : t->onDelete; });
   finishCompile(plan, binder);
   if (!fires) return;
   const std::string rows = shape.from.empty() ? shape.sqlTable + " AS " + shape.handle : shape.from;
   const TriggerTables tables = triggerTables(plan.table, plan.tableDatabase);
-  const std::string sql = "INSERT INTO " + tables.deleted + " SELECT rowid," + columnList(*plan.table) + " FROM " +
-                          shape.sqlTable + " WHERE rowid IN (SELECT " + shape.handle + ".rowid FROM " + rows +
-                          shape.where + shape.limit + ")";
+  const std::string sql = "INSERT INTO " + tables.deleted + " SELECT rowid," + columnList(*plan.table) +
+                          " FROM " + shape.sqlTable + " WHERE rowid IN (SELECT " + shape.handle +
+                          ".rowid FROM " + rows + shape.where + shape.limit + ")";
   plan.capture = Prepared(store_.handle(), binder.finish(sql));
 }
 
@@ -168,7 +175,8 @@ std::unique_ptr<CompiledChange> Executor::compileUpdate(const UpdateStatement& u
   bindAssignments(update, shape, binder);
   const TableInfo& table = *shape.scope.sources[shape.target].table;
   for (const Assignment& assignment : update.set)
-    if (const int ordinal = table.columnIndex(assignment.column); ordinal >= 0) made->updated.push_back(ordinal);
+    if (const int ordinal = table.columnIndex(assignment.column); ordinal >= 0)
+      made->updated.push_back(ordinal);
 
   const std::string rows = shape.from.empty() ? shape.sqlTable + " AS " + shape.handle : shape.from;
   std::string source = "SELECT " + shape.handle + ".rowid AS rid";
@@ -182,7 +190,8 @@ std::unique_ptr<CompiledChange> Executor::compileUpdate(const UpdateStatement& u
     sets += (i ? ", " : "") + shape.names[i] + "=" + (plain ? shape.values[i] : "s.v" + std::to_string(i));
   const std::string sql =
       plain ? "UPDATE " + shape.sqlTable + " AS " + shape.handle + " SET " + sets + shape.where
-            : "UPDATE " + shape.sqlTable + " AS u SET " + sets + " FROM (" + source + ") AS s WHERE u.rowid=s.rid";
+            : "UPDATE " + shape.sqlTable + " AS u SET " + sets + " FROM (" + source +
+                  ") AS s WHERE u.rowid=s.rid";
   made->change = Prepared(store_.handle(), binder.finish(sql));
   made->detour = binder.finish("CREATE TEMP TABLE zb_detour AS " + source);
   finishChange(*made, shape, binder, TriggerEvent::Update);
@@ -199,8 +208,8 @@ std::unique_ptr<CompiledChange> Executor::compileDelete(const DeleteStatement& r
     sql += " AS " + shape.handle + shape.where;
   else
     sql += " WHERE rowid IN (SELECT " + shape.handle + ".rowid FROM " +
-           (shape.from.empty() ? shape.sqlTable + " AS " + shape.handle : shape.from) + shape.where + shape.limit +
-           ")";
+           (shape.from.empty() ? shape.sqlTable + " AS " + shape.handle : shape.from) + shape.where +
+           shape.limit + ")";
   made->change = Prepared(store_.handle(), binder.finish(sql));
   finishChange(*made, shape, binder, TriggerEvent::Delete);
   return made;
@@ -223,11 +232,12 @@ void Executor::detour(CompiledChange& plan) {
     fresh += set == plan.updated.end() ? ", t." + quoteName(plan.table->columns[i].name)
                                        : ", s.v" + std::to_string(set - plan.updated.begin());
   }
-  lite::exec(connection, "CREATE TEMP TABLE zb_moved AS SELECT s.rid" + fresh + " FROM temp.zb_detour s JOIN " +
-                             table + " t ON t.rowid=s.rid");
+  lite::exec(connection, "CREATE TEMP TABLE zb_moved AS SELECT s.rid" + fresh +
+                             " FROM temp.zb_detour s JOIN " + table + " t ON t.rowid=s.rid");
   lite::exec(connection, "DELETE FROM " + table + " WHERE rowid IN (SELECT rid FROM temp.zb_detour)");
-  Prepared back(connection,
-                {"INSERT INTO " + table + "(rowid," + columnList(*plan.table) + ") SELECT * FROM temp.zb_moved", {}});
+  Prepared back(
+      connection,
+      {"INSERT INTO " + table + "(rowid," + columnList(*plan.table) + ") SELECT * FROM temp.zb_moved", {}});
   runPrepared(back, *plan.catalog, "UPDATE");
   rowCount_ = sqlite3_changes64(connection);
   lite::exec(connection, "DROP TABLE temp.zb_detour");
@@ -265,9 +275,10 @@ void Executor::runChange(CompiledChange& plan, TriggerEvent event) {
     change();
     const std::int64_t count = rowCount_;
     if (event == TriggerEvent::Update) {
-      Prepared& copy = internal("INSERT INTO " + tables.inserted + " SELECT rowid," + columnList(*plan.table) +
-                                " FROM " + store_.attach(plan.tableDatabase) + "." + quoteName(plan.table->name) +
-                                " WHERE rowid IN (SELECT zb_rid FROM " + tables.deleted + ")");
+      Prepared& copy =
+          internal("INSERT INTO " + tables.inserted + " SELECT rowid," + columnList(*plan.table) + " FROM " +
+                   store_.attach(plan.tableDatabase) + "." + quoteName(plan.table->name) +
+                   " WHERE rowid IN (SELECT zb_rid FROM " + tables.deleted + ")");
       runPrepared(copy, *plan.catalog, "UPDATE");
     }
     fire(std::move(tables), event, event == TriggerEvent::Update ? &plan.updated : nullptr);

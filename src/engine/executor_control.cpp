@@ -11,10 +11,24 @@ namespace {
 
 // Options whose setting changes nothing here, because the server's way is the only one.
 constexpr std::array acceptedOptions = {
-    "ANSI_NULLS",         "ANSI_PADDING",        "ANSI_WARNINGS", "ANSI_NULL_DFLT_ON", "ANSI_NULL_DFLT_OFF",
-    "ANSI_DEFAULTS",      "ARITHABORT",          "ARITHIGNORE",   "CURSOR_CLOSE_ON_COMMIT",
-    "NUMERIC_ROUNDABORT", "QUOTED_IDENTIFIER",   "LOCK_TIMEOUT",  "TEXTSIZE",          "LANGUAGE",
-    "STATISTICS",         "DEADLOCK_PRIORITY",   "TRANSACTION ISOLATION LEVEL",        "TRANSACTION",
+    "ANSI_NULLS",
+    "ANSI_PADDING",
+    "ANSI_WARNINGS",
+    "ANSI_NULL_DFLT_ON",
+    "ANSI_NULL_DFLT_OFF",
+    "ANSI_DEFAULTS",
+    "ARITHABORT",
+    "ARITHIGNORE",
+    "CURSOR_CLOSE_ON_COMMIT",
+    "NUMERIC_ROUNDABORT",
+    "QUOTED_IDENTIFIER",
+    "LOCK_TIMEOUT",
+    "TEXTSIZE",
+    "LANGUAGE",
+    "STATISTICS",
+    "DEADLOCK_PRIORITY",
+    "TRANSACTION ISOLATION LEVEL",
+    "TRANSACTION",
 };
 
 struct FixedOption {
@@ -22,11 +36,17 @@ struct FixedOption {
   const char* value;  // the only one that is understood
 };
 constexpr FixedOption fixedOptions[] = {
-    {"CONCAT_NULL_YIELDS_NULL", "ON"}, {"IMPLICIT_TRANSACTIONS", "OFF"}, {"ROWCOUNT", "0"},
-    {"FMTONLY", "OFF"},                {"NOEXEC", "OFF"},                {"PARSEONLY", "OFF"},
+    {"CONCAT_NULL_YIELDS_NULL", "ON"},
+    {"IMPLICIT_TRANSACTIONS", "OFF"},
+    {"ROWCOUNT", "0"},
+    {"FMTONLY", "OFF"},
+    {"NOEXEC", "OFF"},
+    {"PARSEONLY", "OFF"},
 };
 
-bool isOn(const SetOptionStatement& statement) { return statement.value == "ON"; }
+bool isOn(const SetOptionStatement& statement) {
+  return statement.value == "ON";
+}
 
 // %d %i %u %o %x %X %s %% with flags and width, as RAISERROR knows them.
 std::string formatMessage(const std::string& pattern, const std::vector<std::pair<Datum, Type>>& arguments) {
@@ -121,7 +141,8 @@ void Executor::runSetOption(const SetOptionStatement& statement) {
                                               [&](const FixedOption& f) { return option == f.name; });
              fixed != std::end(fixedOptions)) {
     if (statement.value != fixed->value)
-      throw Error(50000, "SET " + option + " " + statement.value + " is not supported by the embedded server.");
+      throw Error(50000,
+                  "SET " + option + " " + statement.value + " is not supported by the embedded server.");
   } else if (std::find(acceptedOptions.begin(), acceptedOptions.end(), option) == acceptedOptions.end()) {
     throw Error(195, "'" + option + "' is not a recognized SET option.", 15);
   }
@@ -147,13 +168,15 @@ void Executor::runRaiserror(const RaiserrorStatement& statement) {
     values.emplace_back(std::move(value), type);
   }
   const auto number = [&](std::size_t i, int otherwise) {
-    return values.size() > i && values[i].first.isInteger() ? static_cast<int>(values[i].first.integer()) : otherwise;
+    return values.size() > i && values[i].first.isInteger() ? static_cast<int>(values[i].first.integer())
+                                                            : otherwise;
   };
   const int severity = number(1, 16), state = number(2, 1);
   const int id = values[0].first.isInteger() ? number(0, 50000) : 50000;
-  std::string pattern = id == 50000 ? displayText(values[0].first, values[0].second)
-                                    : "Error " + std::to_string(id) + ", severity " + std::to_string(severity) +
-                                          ", state " + std::to_string(state) + " was raised.";
+  std::string pattern = id == 50000
+                            ? displayText(values[0].first, values[0].second)
+                            : "Error " + std::to_string(id) + ", severity " + std::to_string(severity) +
+                                  ", state " + std::to_string(state) + " was raised.";
   const std::vector<std::pair<Datum, Type>> arguments(
       values.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(3, values.size())), values.end());
   const std::string text = formatMessage(pattern, arguments);
@@ -200,7 +223,8 @@ void Executor::runExec(const ExecStatement& statement) {
   if (!statement.text) {
     StatementScope scope(*this);
     const int status = runProcedure(*this, statement);
-    if (!statement.returnVariable.empty()) assign(variableSlot(statement.returnVariable), status, {TypeId::Int});
+    if (!statement.returnVariable.empty())
+      assign(variableSlot(statement.returnVariable), status, {TypeId::Int});
     return;
   }
   std::string text;
@@ -243,7 +267,8 @@ std::vector<ViewColumn> Executor::viewColumns(const CreateViewStatement& stateme
                             std::to_string(i + 1) + ".");
     if (!seen.insert(foldName(name)).second)
       throw Error(4506, "Column names in each view or function must be unique. Column name '" + name +
-                            "' in view or function '" + statement.name.object + "' is specified more than once.");
+                            "' in view or function '" + statement.name.object +
+                            "' is specified more than once.");
     columns.push_back({name, bound.columns[i].type, bound.columns[i].nullable});
   }
   return columns;

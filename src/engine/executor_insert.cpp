@@ -29,12 +29,14 @@ std::vector<const ColumnInfo*> targetColumns(const TableInfo& table, const std::
 
 Error valueCount(bool named, std::size_t columns, std::size_t values) {
   if (!named)
-    return Error(213, "Insert Error: Column name or number of supplied values does not match table definition.");
+    return Error(213,
+                 "Insert Error: Column name or number of supplied values does not match table definition.");
   const bool fewer = values < columns;
-  return Error(fewer ? 109 : 110, std::string("There are ") + (fewer ? "more" : "fewer") +
-                                      " columns in the INSERT statement than values specified in the VALUES clause. "
-                                      "The number of values in the VALUES clause must match the number of columns "
-                                      "specified in the INSERT statement.");
+  return Error(fewer ? 109 : 110,
+               std::string("There are ") + (fewer ? "more" : "fewer") +
+                   " columns in the INSERT statement than values specified in the VALUES clause. "
+                   "The number of values in the VALUES clause must match the number of columns "
+                   "specified in the INSERT statement.");
 }
 
 }  // namespace
@@ -59,22 +61,25 @@ void Executor::insertColumns(const InsertStatement& insert, InsertShape& shape) 
     const int ordinal = table.columnIndex(name);
     if (ordinal < 0) throw Error(207, "Invalid column name '" + name + "'.");
     if (seen[static_cast<std::size_t>(ordinal)])
-      throw Error(264, "Column name '" + name +
-                           "' appears more than once in the result column list. Only one occurrence is allowed.");
+      throw Error(264,
+                  "Column name '" + name +
+                      "' appears more than once in the result column list. Only one occurrence is allowed.");
     seen[static_cast<std::size_t>(ordinal)] = true;
     shape.given.push_back(ordinal);
   }
   shape.explicitIdentity =
-      std::find(shape.given.begin(), shape.given.end(), shape.identity) != shape.given.end() && shape.identity >= 0;
+      std::find(shape.given.begin(), shape.given.end(), shape.identity) != shape.given.end() &&
+      shape.identity >= 0;
   if (shape.explicitIdentity && !open)
     throw Error(544, "Cannot insert explicit value for identity column in table '" + table.name +
                          "' when IDENTITY_INSERT is set to OFF.");
   if (!shape.explicitIdentity && open && shape.identity >= 0)
     throw Error(shape.named ? 545 : 8101,
-                shape.named ? "Explicit value must be specified for identity column in table '" + table.name +
-                                  "' when IDENTITY_INSERT is set to ON."
-                            : "An explicit value for the identity column in table '" + table.name +
-                                  "' can only be specified when a column list is used and IDENTITY_INSERT is ON.");
+                shape.named
+                    ? "Explicit value must be specified for identity column in table '" + table.name +
+                          "' when IDENTITY_INSERT is set to ON."
+                    : "An explicit value for the identity column in table '" + table.name +
+                          "' can only be specified when a column list is used and IDENTITY_INSERT is ON.");
   for (int i = 0; i < static_cast<int>(table.columns.size()); ++i) {
     if (std::find(shape.given.begin(), shape.given.end(), i) != shape.given.end()) continue;
     const ColumnInfo& column = table.columns[static_cast<std::size_t>(i)];
@@ -86,7 +91,8 @@ void Executor::insertColumns(const InsertStatement& insert, InsertShape& shape) 
 std::string Executor::fillColumn(const InsertShape& shape, int ordinal, Binder& binder) {
   const ColumnInfo& column = shape.table->columns[static_cast<std::size_t>(ordinal)];
   if (ordinal == shape.identity)
-    return shape.singleRow ? binder.systemParameter(SystemValue::NextIdentity, column.type).sql : "z_identity()";
+    return shape.singleRow ? binder.systemParameter(SystemValue::NextIdentity, column.type).sql
+                           : "z_identity()";
   if (column.defaultText.empty()) return "NULL";
   const ExprPtr value = parseExpression(column.defaultText);
   return binder.bindDefault(*value, column).sql;
@@ -146,7 +152,8 @@ std::unique_ptr<CompiledInsert> Executor::compileInsert(const InsertStatement& i
   all.insert(all.end(), shape.filled.begin(), shape.filled.end());
   if (all.empty()) all.push_back(0);
   for (const int ordinal : all)
-    names += (names.empty() ? "" : ",") + quoteName(shape.table->columns[static_cast<std::size_t>(ordinal)].name);
+    names +=
+        (names.empty() ? "" : ",") + quoteName(shape.table->columns[static_cast<std::size_t>(ordinal)].name);
   std::string sql = "INSERT INTO " + shape.sqlTable + "(" + names + ")" + rows;
 
   made->catalog = store_.catalog(shape.database);

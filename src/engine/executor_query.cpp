@@ -93,7 +93,8 @@ void Executor::runAssignment(CompiledQuery& query) {
   while (query.query.step()) {
     ++rows;
     if (query.stepwise) continue;
-    for (std::size_t i = 0; i < last.size(); ++i) last[i] = columnDatum(query.query.get(), static_cast<int>(i));
+    for (std::size_t i = 0; i < last.size(); ++i)
+      last[i] = columnDatum(query.query.get(), static_cast<int>(i));
   }
   rowCount_ = rows;
   if (rows == 0 || query.stepwise) return;
@@ -142,7 +143,9 @@ void Executor::selectInto(const SelectStatement& select, const BoundSelect& boun
   const std::int64_t rows = sqlite3_changes64(store_.handle());
   if (const int identity = table->identityColumn(); identity >= 0 && rows > 0) {
     Prepared top(store_.handle(),
-                 {"SELECT max(" + quoteName(table->columns[static_cast<std::size_t>(identity)].name) + ") FROM " + target, {}});
+                 {"SELECT max(" + quoteName(table->columns[static_cast<std::size_t>(identity)].name) +
+                      ") FROM " + target,
+                  {}});
     if (top.step()) noteIdentity(store_, database, *table, sqlite3_column_int64(top.get(), 0));
   }
   transaction.commit();

@@ -47,8 +47,8 @@ std::vector<std::shared_ptr<const TriggerInfo>> Executor::triggersFor(const Tabl
 
 // The temporary tables of the next level, made at their first use and when the table's shape changed.
 TriggerTables Executor::triggerTables(std::shared_ptr<const TableInfo> table, const std::string& database) {
-  const std::string suffix = "_" + store_.attach(database) + "_" + std::to_string(table->id) + "_" +
-                             std::to_string(nesting_ + 1);
+  const std::string suffix =
+      "_" + store_.attach(database) + "_" + std::to_string(table->id) + "_" + std::to_string(nesting_ + 1);
   const std::string definition = columnDefinitions(*table);
   TriggerTables tables;
   tables.database = database;
@@ -92,9 +92,9 @@ void Executor::copyInserted(const TriggerTables& tables, const std::vector<std::
   clearTriggerTables(tables);
   std::string columns;
   for (const ColumnInfo& column : tables.table->columns) columns += "," + quoteName(column.name);
-  Prepared& copy = internal("INSERT INTO " + tables.inserted + " SELECT rowid" + columns + " FROM " +
-                            store_.attach(tables.database) + "." + quoteName(tables.table->name) +
-                            " WHERE rowid=?1");
+  Prepared& copy =
+      internal("INSERT INTO " + tables.inserted + " SELECT rowid" + columns + " FROM " +
+               store_.attach(tables.database) + "." + quoteName(tables.table->name) + " WHERE rowid=?1");
   for (const std::int64_t row : rows) {
     PreparedUse use(copy);
     copy.bindDatum(1, row);
@@ -150,7 +150,8 @@ void Executor::runTrigger(const TriggerInfo& trigger, const TriggerTables& table
   const auto& body = std::get<CreateTriggerStatement>(frame.plan->batch.statements.at(0)->node).body;
   for (const StatementPtr& statement : body)
     if (runStatement(*statement) == Flow::Return) break;
-  if (levels_ == 0) throw BatchError(Error(3609, "The transaction ended in the trigger. The batch has been aborted."));
+  if (levels_ == 0)
+    throw BatchError(Error(3609, "The transaction ended in the trigger. The batch has been aborted."));
 }
 
 }  // namespace engine

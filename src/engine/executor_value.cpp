@@ -12,10 +12,11 @@ namespace {
 // A sum or product that SQLite carried on in floating point has left the range of its type.
 void checkRange(const Datum& value, const Type& type) {
   if (!value.isReal()) return;
-  const bool whole = isInteger(type.id) || isMoney(type.id) || isDateTime(type.id) || type.id == TypeId::Decimal;
+  const bool whole =
+      isInteger(type.id) || isMoney(type.id) || isDateTime(type.id) || type.id == TypeId::Decimal;
   if (!whole && std::isfinite(value.real())) return;
-  throw Error(8115,
-              std::string("Arithmetic overflow error converting expression to data type ") + typeName(type.id) + ".");
+  throw Error(8115, std::string("Arithmetic overflow error converting expression to data type ") +
+                        typeName(type.id) + ".");
 }
 
 Datum negated(const Datum& value, const Type& type) {
@@ -108,7 +109,8 @@ Datum Executor::parameterValue(const ParameterSource& source) {
   switch (source.kind) {
     case ParameterSource::Kind::Literal: {
       const bool own = source.fixed || source.index < 0;
-      const Literal& literal = own ? source.value : (*frame_->literals)[static_cast<std::size_t>(source.index)];
+      const Literal& literal =
+          own ? source.value : (*frame_->literals)[static_cast<std::size_t>(source.index)];
       value = literalDatum(literal);
       // Texts of different lengths share a plan where only their conversion matters.
       if (!own && isCharacter(from.id) && !(source.to == source.from)) from = literalType(literal);
@@ -129,7 +131,8 @@ Datum Executor::parameterValue(const ParameterSource& source) {
 void Executor::bindParameters(Prepared& prepared) {
   const auto& sources = prepared.parameters();
   for (std::size_t i = 0; i < sources.size(); ++i) {
-    if (sources[i].kind == ParameterSource::Kind::Literal && sources[i].fixed && prepared.fixedBound) continue;
+    if (sources[i].kind == ParameterSource::Kind::Literal && sources[i].fixed && prepared.fixedBound)
+      continue;
     prepared.bindDatum(static_cast<int>(i) + 1, parameterValue(sources[i]));
   }
   prepared.fixedBound = true;

@@ -16,8 +16,8 @@ namespace engine {
 
 struct Compiled {
   virtual ~Compiled() = default;
-  std::uint64_t stamp = 0;            // Store::catalogStamp() it was made under
-  std::string database;               // current database it was made in
+  std::uint64_t stamp = 0;             // Store::catalogStamp() it was made under
+  std::string database;                // current database it was made in
   std::vector<std::string> databases;  // all that it touches; attached again before each run
 };
 
@@ -30,8 +30,8 @@ struct CompiledValue : Compiled {
 
 struct CompiledQuery : Compiled {
   std::vector<ResultColumn> columns;
-  std::vector<int> slots;     // assigned variables, by column
-  bool stepwise = false;      // z_set assigns row by row, because the query reads what it assigns
+  std::vector<int> slots;  // assigned variables, by column
+  bool stepwise = false;   // z_set assigns row by row, because the query reads what it assigns
   Prepared query;
 };
 
@@ -61,8 +61,8 @@ class Plan {
  public:
   Batch batch;
   VariableTable variables;
-  std::vector<int> structural;            // ordinals of the literals the plan depends on
-  std::vector<Literal> literals;          // as they stood when it was made
+  std::vector<int> structural;    // ordinals of the literals the plan depends on
+  std::vector<Literal> literals;  // as they stood when it was made
   std::unordered_map<const void*, std::unique_ptr<Compiled>> compiled;
 
   bool fits(const std::vector<Literal>& now) const;

@@ -18,9 +18,10 @@ void collect(const Statement& statement, VariableTable& table) {
   if (const auto* declare = std::get_if<DeclareStatement>(&statement.node)) {
     for (const VariableDeclaration& variable : declare->variables) {
       if (table.find(variable.name) >= 0)
-        throw Error(134, "The variable name '" + variable.name +
-                             "' has already been declared. Variable names must be unique within a query "
-                             "batch or stored procedure.",
+        throw Error(134,
+                    "The variable name '" + variable.name +
+                        "' has already been declared. Variable names must be unique within a query "
+                        "batch or stored procedure.",
                     15);
       table.variables.push_back({foldName(variable.name), variable.type});
     }

@@ -86,7 +86,8 @@ void resultDatum(sqlite3_context* context, const Datum& value) {
   else if (value.isReal())
     sqlite3_result_double(context, value.real());
   else if (value.isText())
-    sqlite3_result_text(context, value.text().data(), static_cast<int>(value.text().size()), SQLITE_TRANSIENT);
+    sqlite3_result_text(context, value.text().data(), static_cast<int>(value.text().size()),
+                        SQLITE_TRANSIENT);
   else
     sqlite3_result_blob(context, value.bytes().data(), static_cast<int>(value.bytes().size()),
                         SQLITE_TRANSIENT);

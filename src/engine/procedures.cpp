@@ -65,7 +65,8 @@ class ProcedureCall {
   std::string text(int index) const { return values_[static_cast<std::size_t>(index)].value_or(""); }
   bool isAdministrator() {
     const std::string& login = executor_.context_.login;
-    return isServerRoleMember(store(), login, "sysadmin") || isServerRoleMember(store(), login, "securityadmin");
+    return isServerRoleMember(store(), login, "sysadmin") ||
+           isServerRoleMember(store(), login, "securityadmin");
   }
   void onlyAdministrators() {
     if (!isAdministrator()) throw Error(15247, "User does not have permission to perform this action.");
@@ -125,7 +126,8 @@ void ProcedureCall::gather(const Procedure& procedure) {
     }
     if (index >= given.size() || !procedure.parameters[index].name) {
       if (argument.name.empty())
-        throw Error(8144, std::string("Procedure or function ") + procedure.name + " has too many arguments specified.");
+        throw Error(8144, std::string("Procedure or function ") + procedure.name +
+                              " has too many arguments specified.");
       throw Error(8145, argument.name + " is not a parameter for procedure " + procedure.name + ".");
     }
     given[index] = true;
@@ -166,10 +168,10 @@ void ProcedureCall::helpDatabases() {
 
 int runProcedure(Executor& executor, const ExecStatement& statement) {
   const ProcedureCall::Procedure* procedure = ProcedureCall::find(statement.procedure.object);
-  if (!procedure)
-    throw Error(2812, "Could not find stored procedure '" + statement.procedure.object + "'.");
-  ProcedureCall call(executor, statement,
-                     statement.procedure.database.empty() ? executor.database() : statement.procedure.database);
+  if (!procedure) throw Error(2812, "Could not find stored procedure '" + statement.procedure.object + "'.");
+  ProcedureCall call(
+      executor, statement,
+      statement.procedure.database.empty() ? executor.database() : statement.procedure.database);
   call.run(*procedure);
   return 0;
 }

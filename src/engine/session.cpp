@@ -10,7 +10,9 @@ class SessionImpl {
  public:
   SessionImpl(std::shared_ptr<Server> server, const std::string& login, const std::string& password,
               const std::string& database)
-      : server_(std::move(server)), store_(server_->sharedInstance()), executor_(store_, context_, cancelled_) {
+      : server_(std::move(server)),
+        store_(server_->sharedInstance()),
+        executor_(store_, context_, cancelled_) {
     store_.beginStatement();
     struct End {
       Store& store;
@@ -55,9 +57,17 @@ Session::Session(std::shared_ptr<Server> server, const std::string& login, const
 
 Session::~Session() = default;
 
-void Session::execute(std::string_view batch, ResultSink& sink) { impl_->execute(batch, sink); }
-const std::string& Session::database() const { return impl_->database(); }
-void Session::cancel() { impl_->cancel(); }
-PlanStatistics Session::planStatistics() const { return impl_->statistics(); }
+void Session::execute(std::string_view batch, ResultSink& sink) {
+  impl_->execute(batch, sink);
+}
+const std::string& Session::database() const {
+  return impl_->database();
+}
+void Session::cancel() {
+  impl_->cancel();
+}
+PlanStatistics Session::planStatistics() const {
+  return impl_->statistics();
+}
 
 }  // namespace engine

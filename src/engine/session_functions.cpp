@@ -86,7 +86,8 @@ struct SessionFunctions {
   static Datum objectId(Executor& executor, const Arguments& arguments) {
     if (!arguments[0].isText()) return {};
     const Found found = findObject(executor, arguments[0].text());
-    const std::string kind = arguments.size() > 1 && arguments[1].isText() ? foldName(arguments[1].text()) : "";
+    const std::string kind =
+        arguments.size() > 1 && arguments[1].isText() ? foldName(arguments[1].text()) : "";
     if (found.table && (kind.empty() || kind == "u")) return found.table->id;
     if (found.view && (kind.empty() || kind == "v")) return found.view->id;
     if (found.trigger && (kind.empty() || kind == "tr")) return found.trigger->id;
@@ -133,10 +134,12 @@ struct SessionFunctions {
         return property == "isview" || property == "istrigger" ? Datum(0) : Datum();
       }
       for (const auto& trigger : table->triggers)
-        if (trigger->id == id) return property == "istrigger" ? Datum(1) : property.starts_with("is") ? Datum(0) : Datum();
+        if (trigger->id == id)
+          return property == "istrigger" ? Datum(1) : property.starts_with("is") ? Datum(0) : Datum();
     }
     for (const auto& [key, view] : catalog->views)
-      if (view->id == id) return property == "isview" ? Datum(1) : property.starts_with("is") ? Datum(0) : Datum();
+      if (view->id == id)
+        return property == "isview" ? Datum(1) : property.starts_with("is") ? Datum(0) : Datum();
     return {};
   }
 
@@ -171,9 +174,10 @@ struct SessionFunctions {
 
   static Datum one(Executor&, const Arguments& arguments) {
     if (arguments[0].integer() > 1)
-      throw Error(512,
-                  "Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, "
-                  "<, <= , >, >= or when the subquery is used as an expression.");
+      throw Error(
+          512,
+          "Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, "
+          "<, <= , >, >= or when the subquery is used as an expression.");
     return arguments[1];
   }
 

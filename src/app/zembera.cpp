@@ -78,13 +78,22 @@ int calistir(QApplication& uygulama, const std::filesystem::path& klasor) {
   return sonuc;
 }
 
+void turkceKonus(CLI::App& secenekler) {
+  const auto yazici = std::make_shared<CLI::Formatter>();
+  yazici->label("Usage", "Kullanım");
+  yazici->label("OPTIONS", "SEÇENEKLER");
+  secenekler.formatter(yazici);
+  secenekler.option_defaults()->group("Seçenekler");
+  secenekler.set_help_flag("-h,--help", "Bu yardımı gösterir ve çıkar")->group("Seçenekler");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   CLI::App secenekler("Korvena Zembera yönetim konsolu", "zembera");
+  turkceKonus(secenekler);
   std::string dizin;
   bool surum = false;
-  secenekler.set_help_flag("-h,--help", "Bu yardımı gösterir ve çıkar");
   secenekler.add_option("--dizin", dizin, "Program klasörü (sys.inf burada durur)")->type_name("KLASÖR");
   secenekler.add_flag("--surum", surum, "Sürümü yazar ve çıkar");
   // Qt's own options (-platform, -style ...) are left to it.
@@ -98,5 +107,5 @@ int main(int argc, char** argv) {
   Uygulama uygulama(argc, argv);
   QApplication::setApplicationName("Zembera");
   ui::applyTheme(uygulama);
-  return calistir(uygulama, dizin.empty() ? platform::programFolder() : std::filesystem::path(dizin));
+  return calistir(uygulama, dizin.empty() ? platform::programFolder() : std::filesystem::absolute(dizin));
 }

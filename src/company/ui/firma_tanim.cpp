@@ -93,16 +93,18 @@ void FirmaTanim::cerceveler() {
   frame3_ = frame("Frame3", "Adres Bilgileri");
   frame4_ = frame("Frame4", "Mali Bilgileri");
   QGroupBox* const boxes[] = {frame1_, frame3_, frame4_};
-  int captionWidth = 0;
-  for (const Alan& alan : alanTablosu)
-    captionWidth = std::max(captionWidth, fontMetrics().horizontalAdvance(alan.yazi));
+  // The two frames on the left share one width for their captions, so that the fields stand in line.
+  int left = 0, right = 0;
+  for (const Alan& alan : alanTablosu) {
+    int& width = alan.grup == Grup::Mali ? right : left;
+    width = std::max(width, fontMetrics().horizontalAdvance(alan.yazi));
+  }
   for (QGroupBox* box : boxes) {
     auto* grid = new QGridLayout(box);
     grid->setContentsMargins(ui::gap, ui::gap, ui::gap, ui::gap);
     grid->setHorizontalSpacing(ui::gap);
     grid->setVerticalSpacing(ui::gapSmall);
-    // One width for the captions of all frames, so that the fields stand in line.
-    grid->setColumnMinimumWidth(0, captionWidth + ui::gapSmall);
+    grid->setColumnMinimumWidth(0, (box == frame4_ ? right : left) + ui::gapSmall);
     grid->setColumnStretch(1, 1);
   }
   for (const Alan& alan : alanTablosu) {
@@ -116,7 +118,7 @@ void FirmaTanim::cerceveler() {
   auto* mali = static_cast<QGridLayout*>(frame4_->layout());
   hesapPlani_ = new QCheckBox("Standart Hesap Planını Oluştur");
   hesapPlani_->setObjectName("StandartHesapPlani");
-  mali->addWidget(hesapPlani_, mali->rowCount(), 1);
+  mali->addWidget(hesapPlani_, mali->rowCount(), 0, 1, 2, Qt::AlignRight);
   for (QGroupBox* box : boxes) {
     auto* grid = static_cast<QGridLayout*>(box->layout());
     grid->setRowStretch(grid->rowCount(), 1);

@@ -133,6 +133,31 @@ std::string_view withoutTrailingBlanks(std::string_view text) {
   return text;
 }
 
+// nextCharacter() with the common cases in line.
+inline char32_t step(std::string_view text, std::size_t& at) {
+  const auto byte = static_cast<unsigned char>(text[at]);
+  if (byte < 0x80) {
+    ++at;
+    return byte;
+  }
+  if (byte >= 0xC2 && byte < 0xE0 && at + 1 < text.size() && (text[at + 1] & 0xC0) == 0x80) {
+    at += 2;
+    return static_cast<char32_t>((byte & 0x1F) << 6 | (text[at - 1] & 0x3F));
+  }
+  return nextCharacter(text, at);
+}
+
+// Bytes of the characters that both texts begin with.
+std::size_t commonPrefix(std::string_view left, std::string_view right) {
+  const auto [l, r] =
+      std::mismatch(left.begin(), left.begin() + std::min(left.size(), right.size()), right.begin());
+  auto length = static_cast<std::size_t>(l - left.begin());
+  while (length > 0 && ((length < left.size() && (left[length] & 0xC0) == 0x80) ||
+                        (length < right.size() && (right[length] & 0xC0) == 0x80)))
+    --length;
+  return length;
+}
+
 // Characters from U+0300 on may combine with the one before them.
 bool mayCombine(std::string_view text, std::size_t at) {
   return at < text.size() && static_cast<unsigned char>(text[at]) >= 0xCC;
@@ -154,10 +179,10 @@ int compareText(std::string_view left, std::string_view right) {
   if (left == right) return 0;
   const Collator& by = collator();
   int accents = 0;
-  std::size_t l = 0, r = 0;
+  std::size_t l = commonPrefix(left, right), r = l;
   while (l < left.size() && r < right.size()) {
-    const Rank a = by.rank(nextCharacter(left, l));
-    const Rank b = by.rank(nextCharacter(right, r));
+    const Rank a = by.rank(step(left, l));
+    const Rank b = by.rank(step(right, r));
     if (!a.primary || !b.primary) return by.compare(left, right);
     if (a.primary != b.primary) {
       if (mayCombine(left, l) || mayCombine(right, r)) return by.compare(left, right);

@@ -40,6 +40,7 @@ struct IndexInfo {
   bool primaryKey = false;
   bool uniqueConstraint = false;
   std::vector<IndexPart> parts;
+  int id = 0;  // sysindexes.indid: 1 for the clustered one, others from 2
 };
 
 struct TriggerInfo {

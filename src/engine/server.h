@@ -12,6 +12,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "engine/error.h"
 #include "engine/result.h"
@@ -20,6 +21,11 @@ namespace engine {
 
 class Instance;     // storage.h
 class SessionImpl;  // executor
+
+struct DamagedDatabase {
+  std::string name;
+  Error error;  // what a statement that needs it gets, too
+};
 
 enum class ServiceState : std::uint8_t { Running, Stopped };
 
@@ -38,8 +44,12 @@ class Server {
   ServiceState serviceState() const;
   // Finishes running statements, checkpoints and closes every file, refuses sessions until start().
   // Seen by other processes on the same folder at their next statement.
+  // Waits for running statements, also those of other processes; their open transactions between two
+  // statements are rolled back.
   void stop();
-  void start();
+  // Opens the service again and looks through every page of every database; the damaged ones are
+  // returned, the others work.
+  std::vector<DamagedDatabase> start();
 
   const std::filesystem::path& folder() const;
   Instance& instance() { return *instance_; }

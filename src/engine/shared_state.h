@@ -2,6 +2,7 @@
 //
 //   bytes 0..39   five 64-bit counters, native byte order, see SharedPage
 //   byte  64      lock: shared while a statement runs, exclusive while the service stops
+//   byte  65      lock: held by whoever starts or stops the service
 //   byte  128+n   lock: shared by sessions whose current database has id n; exclusive while database n
 //                 is being made or dropped
 //
@@ -31,6 +32,7 @@ class LockFile {
   LockFile& operator=(const LockFile&) = delete;
 
   static constexpr std::int64_t statementLock = 64;
+  static constexpr std::int64_t serviceLock = 65;
   static std::int64_t databaseLock(std::int64_t id) { return 128 + id; }
 
   bool tryShared(std::int64_t offset);

@@ -80,14 +80,21 @@ class Store {
   bool inTransaction() const;
   void writeLock(std::string_view database);
 
+  // The write lock, and a catalog that nobody has changed since.
+  void lockDefinitions(std::string_view database);
   // For the definition statements and the login functions: inside begin() .. commit(), says that the
   // definitions (or, in master, the list of databases) change. The new catalog replaces the cached one
   // for this session at once and for others after the commit.
   void markChanged(std::string_view database, std::shared_ptr<const DatabaseCatalog> now = nullptr);
-  // Says that registered databases changed outside this handle's cache.
-  void forgetDatabase(std::string_view database);
+  // Closes the database's file in this handle; 3702 when a statement still reads it.
+  void detach(std::string_view database);
+  // The list of databases is read anew (after a change in master by this handle).
+  void reloadDatabases();
+  // Called from other threads when the service stops: closes this handle's files if no statement runs.
+  void closeIfIdle();
 
   struct Impl;
+  Impl& impl() const { return *impl_; }
 
  private:
   std::unique_ptr<Impl> impl_;

@@ -1,0 +1,63 @@
+// The inside of Store.
+#pragma once
+
+#include <mutex>
+
+#include "engine/catalog_rows.h"
+#include "engine/functions.h"
+#include "engine/instance.h"
+#include "engine/shared_state.h"
+#include "engine/sqlite_util.h"
+#include "engine/storage.h"
+
+namespace engine {
+
+// One attached database of a handle.
+struct Attached {
+  DatabaseEntry entry;
+  std::string alias;
+  std::string family;
+  std::string cacheKey;  // family and file: a copy of a database is another one
+  std::uint64_t lastUse = 0;
+  std::shared_ptr<const DatabaseCatalog> catalog;  // null: to be read
+  bool changed = false;                            // by the open transaction
+  bool tuned = false;                              // its pragmas are set
+  std::unique_ptr<lite::Stmt> version, lock, raise, nextIdentity, noteIdentity;
+};
+
+struct Store::Impl {
+  explicit Impl(std::shared_ptr<Instance> shared);
+  ~Impl();
+
+  Attached& find(std::string_view name);
+  Attached& open(const DatabaseEntry& entry);
+  const DatabaseEntry* entryOf(std::string_view name);
+  void refuseWhenStopped();
+  void loadDatabases();
+  void refresh();
+  void refreshDatabases();
+  void tune(Attached& attached);
+  void makeRoom();
+  bool close(Attached& attached);
+  void closeFiles();
+  std::int64_t versionOf(Attached& attached);
+  void settleChanges(bool committed);
+
+  std::shared_ptr<Instance> instance;
+  FunctionContext functions;
+  sqlite3* db = nullptr;
+  LockFile locks;
+  std::mutex busy;  // held while a statement runs
+  bool inStatement = false;
+  std::map<std::string, std::unique_ptr<Attached>, std::less<>> attached;  // by foldName
+  std::vector<DatabaseEntry> databases;
+  std::int64_t listVersion = -1;  // master's catalog version that `databases` was read at
+  std::string current;            // folded name of the current database
+  std::int64_t currentId = 0;
+  int depth = 0;
+  bool anyChanged = false;
+  std::uint64_t generation = 0, seenChanges = 0, stamp = 1, clock = 0;
+  bool fresh = false;  // seenChanges is meaningful
+};
+
+}  // namespace engine

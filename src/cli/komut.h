@@ -48,5 +48,7 @@ const Komut& sqlKomutu();
 const Komut& firmaListeleKomutu();
 const Komut& firmaOlusturKomutu();
 const Komut& firmaSilKomutu();
+const Komut& guncelleKomutu();
+const Komut& semaKomutu();
 
 }  // namespace cli

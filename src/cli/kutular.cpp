@@ -32,7 +32,12 @@ bool KomutKutulari::gosterildi(const std::string& text) const {
 }
 
 KomutIlerlemesi::~KomutIlerlemesi() {
+  bitir();
+}
+
+void KomutIlerlemesi::bitir() {
   if (drawn_) ortam_.err << "\r\033[K" << std::flush;
+  drawn_ = false;
 }
 
 void KomutIlerlemesi::text(const std::string& text) {

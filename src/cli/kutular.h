@@ -33,6 +33,8 @@ class KomutIlerlemesi : public session::Progress {
   void step(std::int64_t value, std::int64_t maximum) override;
   void whole(std::int64_t value, std::int64_t maximum) override;
   void pump() override {}
+  // Takes the line away, so that something else can be written.
+  void bitir();
 
  private:
   void draw();

@@ -21,7 +21,8 @@ class KomutTest : public Test {
 };
 
 TEST_F(KomutTest, HelpOfEveryCommandIsTurkish) {
-  for (const char* command : {"kur", "sql", "firma-listele", "firma-olustur", "firma-sil"}) {
+  for (const char* command :
+       {"kur", "sql", "firma-listele", "firma-olustur", "firma-sil", "guncelle", "sema"}) {
     EXPECT_EQ(cli.calistir({command, "--help"}), 0) << command;
     EXPECT_NE(cli.out.find("Kullanım"), std::string::npos) << cli.out;
     EXPECT_NE(cli.out.find("Çıkış kodları"), std::string::npos) << cli.out;
@@ -42,7 +43,12 @@ TEST_F(KomutTest, WrongUseEndsWithTwoAndATurkishText) {
                         {{"sql", "--db", "x", "--yok"}, "Beklenmeyen bağımsız değişken: --yok"},
                         {{"sql", "--db", "x", "--bicim", "xml", "SELECT 1"}, "Bilinmeyen biçim: xml"},
                         {{"sql", "--db", "x", "-i", "f", "SELECT 1"}, "birlikte verilemez"},
-                        {{"firma-sil"}, "Zorunlu seçenek verilmedi: --ad"}};
+                        {{"firma-sil"}, "Zorunlu seçenek verilmedi: --ad"},
+                        {{"guncelle"}, "Zorunlu seçenek verilmedi: --ad"},
+                        {{"sema"}, "Ya --ad AD ya da"},
+                        {{"sema", "--karsilastir", "a"}, "Ya --ad AD ya da"},
+                        {{"sema", "--ad", "a", "--karsilastir", "a", "b"}, "Ya --ad AD ya da"},
+                        {{"sema", "--ad", "a", "--bicim", "xml"}, "Bilinmeyen biçim: xml"}};
   for (const Case& c : cases) {
     EXPECT_EQ(cli.calistir(c.arguments), 2) << c.text;
     EXPECT_NE(cli.err.find(c.text), std::string::npos) << cli.err;
@@ -130,6 +136,30 @@ TEST_F(KomutTest, DeletionWithoutATerminalNeedsYes) {
   EXPECT_EQ(cli.calistir({"firma-sil", "--ad", "DENEME"}, "h\n"), 1);
   EXPECT_EQ(cli.calistir({"firma-sil", "--ad", "DENEME"}, "evet\n"), 0);
   EXPECT_EQ(dropped(), 2);
+}
+
+TEST_F(KomutTest, SchemaIsListedInSectionsAndCompared) {
+  server.rows("syscolumns.isnullable", {"a", "b", "c", "d", "e", "f", "g", "h", "i"},
+              {{"KASAKART", "Kasa_Kod", "char", 26, 26, 0, 0, 0, 0}});
+  EXPECT_EQ(cli.calistir({"sema", "--ad", "D"}), 0);
+  EXPECT_TRUE(
+      cli.out.starts_with("tablo\tkolon\ttip\tnull\tvarsayilan\tkimlik\n"
+                          "KASAKART\tKasa_Kod\tCHAR(26)\tNOT NULL\t\t\n\ntablo\tanahtar"))
+      << cli.out;
+  EXPECT_EQ(cli.calistir({"sema", "--ad", "D", "--bicim", "json"}), 0);
+  EXPECT_TRUE(cli.out.starts_with("{\"kolonlar\": [")) << cli.out;
+  EXPECT_EQ(cli.calistir({"sema", "--karsilastir", "D", "E"}), 0);
+  EXPECT_EQ(cli.out, "");
+  EXPECT_EQ(cli.err, "Fark sayısı: 0\n");
+}
+
+TEST_F(KomutTest, UpgradeOfAnUnknownCompanyIsRefused) {
+  server.rows("FROM sysDTYL", {"sysdtyl"}, {{"/srv"}});
+  server.rows("SELECT sysus_nm", {"sysus_nm"}, {{"KORVENA"}});
+  server.rows("SELECT sysfrm_ID", {"sysfrm_ID"}, {});
+  EXPECT_EQ(cli.calistir({"guncelle", "--ad", "YOK"}), 1);
+  EXPECT_NE(cli.err.find("\"YOK\" adında bir firma tanımlı değil."), std::string::npos) << cli.err;
+  EXPECT_EQ(cli.out, "");
 }
 
 // --- kur on a server on the network

@@ -1,0 +1,124 @@
+#include "company/sema.h"
+
+#include "cli/komut.h"
+#include "cli/oturum_ac.h"
+#include "cli/sonuc_yaz.h"
+#include "session/statements.h"
+
+namespace cli {
+
+namespace {
+
+constexpr std::array<Secenek, 4> options = {{
+    {"--ad", "Yapısı yazılacak veritabanının adı", false, Secenek::Tur::Metin, "AD"},
+    {"--bicim", "Listenin biçimi: tsv (varsayılan), tablo ya da json", false, Secenek::Tur::Metin, "BİÇİM"},
+    {"--karsilastir", "İki veritabanının farklarını yazar: --karsilastir BİRİNCİ İKİNCİ", false,
+     Secenek::Tur::Metin, "AD"},
+    {"IKINCI", "Karşılaştırılacak ikinci veritabanı", false, Secenek::Tur::Konum, ""},
+}};
+
+constexpr std::string_view more =
+    "Beş liste yazar: kolonlar, anahtarlar, dizinler, görünümler, tetikleyiciler. Karşılaştırmada "
+    "kolonların\n"
+    "sırasına ve sunucunun verdiği anahtar adlarına bakılmaz; fark yoksa çıkış kodu 0, varsa 1'dir.";
+
+// Lines of text as a result set, so that lists are written the same way as everything else.
+class MetinSatirlari : public db::Rows {
+ public:
+  MetinSatirlari(std::span<const std::string_view> basliklar,
+                 const std::vector<std::vector<std::string>>& satirlar)
+      : satirlar_(satirlar) {
+    for (const std::string_view baslik : basliklar) {
+      db::FieldInfo field;
+      field.name = baslik;
+      fields_.push_back(std::move(field));
+    }
+  }
+  const std::vector<db::FieldInfo>& fields() const override { return fields_; }
+  std::int64_t count() const override { return static_cast<std::int64_t>(satirlar_.size()); }
+  db::Value value(std::int64_t row, int column) const override {
+    return satirlar_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
+  }
+
+ private:
+  std::vector<db::FieldInfo> fields_;
+  const std::vector<std::vector<std::string>>& satirlar_;
+};
+
+std::optional<company::Sema> oku(KomutOturumu& komut, const std::string& ad) {
+  try {
+    session::Katalog_Bagla(komut.oturum, ad);
+    return company::semaOku(*komut.oturum.Baglanti);
+  } catch (const db::SqlError& error) {
+    komut.ortam.err << ad << ": " << hataSatiri(error) << "\n";
+    return std::nullopt;
+  }
+}
+
+void semaYaz(std::ostream& out, const company::Sema& sema, Bicim bicim) {
+  const bool json = bicim == Bicim::Json;
+  if (json) out << "{";
+  bool first = true;
+  for (const company::SemaBolumu& bolum : sema.bolumler) {
+    if (!first) out << (json ? ",\n" : "\n");
+    first = false;
+    if (json) out << "\"" << bolum.ad << "\": ";
+    sonucYaz(out, MetinSatirlari(bolum.basliklar, bolum.satirlar), bicim);
+  }
+  if (json) out << "}\n";
+}
+
+constexpr std::array<std::string_view, 6> farkBasliklari = {"bolum", "ad",      "fark",
+                                                            "alan",  "birinci", "ikinci"};
+
+std::string_view farkAdi(company::SemaFarki::Tur tur) {
+  using Tur = company::SemaFarki::Tur;
+  return tur == Tur::YalnizBirinci  ? "yalnız birincide"
+         : tur == Tur::YalnizIkinci ? "yalnız ikincide"
+                                    : "değişik";
+}
+
+int karsilastir(KomutOturumu& komut, const std::string& birinci, const std::string& ikinci, Bicim bicim) {
+  const auto a = oku(komut, birinci);
+  if (!a) return reddedildi;
+  const auto b = oku(komut, ikinci);
+  if (!b) return reddedildi;
+  std::vector<std::vector<std::string>> satirlar;
+  for (const company::SemaFarki& fark : company::semaKarsilastir(*a, *b))
+    satirlar.push_back(
+        {fark.bolum, fark.ad, std::string(farkAdi(fark.tur)), fark.alan, fark.birinci, fark.ikinci});
+  if (!satirlar.empty() || bicim == Bicim::Json)
+    sonucYaz(komut.ortam.out, MetinSatirlari(farkBasliklari, satirlar), bicim);
+  komut.ortam.err << "Fark sayısı: " << satirlar.size() << "\n";
+  return satirlar.empty() ? tamam : reddedildi;
+}
+
+int run(Ortam& ortam, const Degerler& values) {
+  const auto bicim = bicimOku(values.metin("bicim", "tsv"));
+  if (!bicim) {
+    ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << " (tsv, tablo ya da json)\n";
+    return yanlisKullanim;
+  }
+  const bool compare = values.var("karsilastir");
+  if (compare == values.var("ad") || compare != values.var("IKINCI")) {
+    ortam.err << "Ya --ad AD ya da --karsilastir BİRİNCİ İKİNCİ verilmelidir.\n";
+    return yanlisKullanim;
+  }
+  KomutOturumu komut(ortam);
+  if (!komut.sunucuyuOku()) return reddedildi;
+  if (compare) return karsilastir(komut, values.metin("karsilastir"), values.metin("IKINCI"), *bicim);
+  const auto sema = oku(komut, values.metin("ad"));
+  if (!sema) return reddedildi;
+  semaYaz(ortam.out, *sema, *bicim);
+  return tamam;
+}
+
+}  // namespace
+
+const Komut& semaKomutu() {
+  static const Komut command{"sema", "Bir veritabanının yapısını yazar ya da iki yapıyı karşılaştırır", more,
+                             options, run};
+  return command;
+}
+
+}  // namespace cli

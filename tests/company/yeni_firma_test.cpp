@@ -1,0 +1,128 @@
+// A fresh embedded server, its catalog and a company, without a single message box.
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+
+#include "catalog/sunucu_hazirla.h"
+#include "company/firma_karti.h"
+#include "company/schema/schema.h"
+#include "db/drivers.h"
+#include "engine/server.h"
+#include "session/statements.h"
+#include "support/fakes.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+namespace schema = company::schema;
+
+class YeniFirma : public testing::Test {
+ protected:
+  YeniFirma() {
+    std::string name = (fs::path(testing::TempDir()) / "yeni_firma_XXXXXX").string();
+    folder = mkdtemp(name.data());
+    engine::Server::create(folder / "veri", "sa", "gizli");
+    factory = db::makeConnectionFactory(folder);
+    s.oturum.surucu = factory.get();
+    s.oturum.Server_Adi = "(yerel)";
+    s.oturum.Tanim_DB_Versiyon = "2012.002";
+    s.platform.folder = ZEMBERA_DATA;
+  }
+  ~YeniFirma() override {
+    s.oturum.Kayitlar.close();
+    s.oturum.Baglanti.reset();
+    factory.reset();
+    fs::remove_all(folder);
+  }
+
+  void hazirla() {
+    const auto rapor = catalog::Sunucu_Hazirla(s.oturum, {"Korvena", "abc", ""});
+    ASSERT_EQ(rapor.sonuc, catalog::KurulumSonucu::Hazirlandi) << rapor.metin;
+    s.oturum.Veri_Klasoru = text("SELECT sysdtyl FROM sysDTYL");
+    ASSERT_FALSE(s.oturum.Veri_Klasoru.empty());
+  }
+  bool firmaYarat(const std::string& ad, bool plan = false) {
+    s.oturum.Yeni_Kayit = true;
+    company::FirmaKarti kart;
+    kart.Firma_Adi = ad;
+    kart.Firma_Kodu = "00001";
+    kart.Firma_Unvani = "Ali'nin Dükkanı";
+    kart.Bas_Tar = "01/01/2012";
+    kart.Bit_Tar = "31/12/2012";
+    kart.StandartHesapPlani = plan;
+    return company::Kaydet(s.oturum, kart);
+  }
+  // First value of the first row.
+  std::string text(const std::string& sql) {
+    const auto rows = s.oturum.Baglanti->query(sql);
+    return rows && rows->count() > 0 ? rows->value(0, 0).trimmed() : "";
+  }
+  void noBoxes() const {
+    for (const std::string& shown : s.boxes.texts()) {
+      ADD_FAILURE() << shown.substr(0, 600);
+    }
+  }
+
+  fs::path folder;
+  support::FakeSurroundings s;
+  std::unique_ptr<db::ConnectionFactory> factory;
+};
+
+TEST_F(YeniFirma, ServerIsPreparedOnce) {
+  hazirla();
+  EXPECT_EQ(text("SELECT sysus_nm FROM sysuslng WHERE sysus_ID=1"), "KORVENA");
+  EXPECT_EQ(text("SELECT sysus FROM sysuslng"), "ÃÆÉ");
+  EXPECT_EQ(text("SELECT DEFDBVRSYN FROM VRSYN"), "2012.002");
+  EXPECT_EQ(catalog::Sunucu_Hazirla(s.oturum, {"Baska", "abc", ""}).sonuc, catalog::KurulumSonucu::ZatenVar);
+  noBoxes();
+}
+
+TEST_F(YeniFirma, CompanyIsMadeWithoutABox) {
+  hazirla();
+  EXPECT_TRUE(firmaYarat("ORNEK2012"));
+  noBoxes();
+  ASSERT_EQ(s.oturum.Son_Hata, "");
+  session::Katalog_Bagla(s.oturum, "ORNEK2012");
+  EXPECT_EQ(text("SELECT COUNT(*) FROM sysobjects WHERE type='U'"), "127");
+  EXPECT_EQ(text("SELECT COUNT(*) FROM sysobjects WHERE type='V'"), "80");
+  EXPECT_EQ(text("SELECT COUNT(*) FROM sysobjects WHERE type='TR'"), "23");
+  EXPECT_EQ(text("SELECT COUNT(*) FROM FIYATTANIM WHERE YR_Kullanici=1 AND YR_Tarih='03/14/2012'"), "10");
+  EXPECT_EQ(text("SELECT IP FROM IP_BARKOD"), "00000000000000000000000");
+  session::Katalog_Bagla(s.oturum, "Defination_DB");
+  EXPECT_EQ(text("SELECT sysfrm_nm FROM sysfrmlng WHERE sysfrm_dbnm='ORNEK2012'"), "Ali'nin Dükkanı");
+  EXPECT_EQ(text("SELECT KHE FROM Kullanici WHERE Kullanici_ID=1"), "11111111111111");
+  EXPECT_EQ(text("SELECT COUNT(*) FROM sysusfrmlng WHERE sysus_ID=1"), "1");
+}
+
+TEST_F(YeniFirma, ViewsCanBeRead) {
+  hazirla();
+  ASSERT_TRUE(firmaYarat("ORNEK2012"));
+  session::Katalog_Bagla(s.oturum, "ORNEK2012");
+  for (const std::string& view : schema::viewOrder(schema::Stage::Base)) {
+    EXPECT_NO_THROW(s.oturum.Baglanti->query("SELECT * FROM " + view)) << view;
+  }
+}
+
+TEST_F(YeniFirma, ChartIsLoadedWhole) {
+  hazirla();
+  ASSERT_TRUE(firmaYarat("ORNEK2012", true));
+  noBoxes();
+  session::Katalog_Bagla(s.oturum, "ORNEK2012");
+  EXPECT_EQ(text("SELECT COUNT(*) FROM MUHKART"), text("SELECT COUNT(*) FROM MUHBAKIYE"));
+  EXPECT_EQ(text("SELECT MHesap_Ad FROM MUHKART WHERE MHesap_Kod='100'"), "KASA");
+  EXPECT_EQ(text("SELECT AnaHesaptir FROM MUHKART WHERE MHesap_Kod='100'"), "1");
+  EXPECT_EQ(text("SELECT COUNT(*) FROM MUHASEBEMALITABLOKART"), "2");
+  EXPECT_NE(text("SELECT COUNT(*) FROM MUHASEBEMALITABLOHAREKET"), "0");
+}
+
+TEST_F(YeniFirma, NameIsTakenOnce) {
+  hazirla();
+  ASSERT_TRUE(firmaYarat("ORNEK2012"));
+  ASSERT_TRUE(firmaYarat("ORNEK2012"));
+  EXPECT_EQ(s.oturum.Son_Hata, "Bu İsimle Bir Firma Zaten Var.");
+  session::Katalog_Bagla(s.oturum, "Defination_DB");
+  EXPECT_EQ(text("SELECT COUNT(*) FROM sysfrmlng"), "1");
+}
+
+}  // namespace

@@ -60,9 +60,9 @@ int run(Ortam& ortam, const Degerler& values) {
   fill(kart, values);
   if (!company::Kaydet(komut.oturum, kart)) return reddedildi;  // the card has shown its fault
   const std::string& error = komut.oturum.Son_Hata;
-  if (error.empty()) return tamam;
-  if (!komut.kutular.gosterildi(error)) ortam.err << error << "\n";
-  return reddedildi;
+  if (!error.empty() && !komut.kutular.gosterildi(error)) ortam.err << error << "\n";
+  // The card shows nothing when all went well; each of its boxes tells of something that did not.
+  return error.empty() && !komut.kutular.iletiGosterildi() ? tamam : reddedildi;
 }
 
 }  // namespace

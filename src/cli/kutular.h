@@ -17,6 +17,7 @@ class KomutKutulari : public session::Boxes {
   bool ask(const std::string& text, session::Icon icon, std::string_view title) override;
 
   bool gosterildi(const std::string& text) const;
+  bool iletiGosterildi() const { return !shown_.empty(); }  // any message at all
 
   bool evet = false;
 

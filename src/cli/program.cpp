@@ -6,6 +6,7 @@
 
 #include "cli/komut.h"
 #include "db/error.h"
+#include "platform/code_page.h"
 
 namespace cli {
 
@@ -22,8 +23,20 @@ std::string valueName(std::string_view option) {
   return std::string(last.substr(std::min(last.find_first_not_of('-'), last.size())));
 }
 
+// The library pads by bytes, which Turkish letters throw out of line.
+class Formatter : public CLI::Formatter {
+ public:
+  std::string make_option(const CLI::Option* option, bool positional) const override {
+    std::string left = "  " + make_option_name(option, positional) + make_option_opts(option);
+    const std::size_t width = platform::toUtf32(left).size();
+    left += width < get_column_width() ? std::string(get_column_width() - width, ' ')
+                                       : "\n" + std::string(get_column_width(), ' ');
+    return left + make_option_desc(option) + "\n";
+  }
+};
+
 void speakTurkish(CLI::App& app) {
-  const auto formatter = std::make_shared<CLI::Formatter>();
+  const auto formatter = std::make_shared<Formatter>();
   formatter->column_width(32);
   formatter->label("Usage", "Kullanım");
   formatter->label("OPTIONS", "SEÇENEKLER");
@@ -54,7 +67,7 @@ CLI::App* addCommand(CLI::App& app, const Komut& komut) {
   sub->group("Komutlar");
   speakTurkish(*sub);
   for (const Secenek& secenek : komut.secenekler) addOption(*sub, secenek);
-  std::string footer = "\n";
+  std::string footer;
   if (!komut.ek.empty()) footer += std::string(komut.ek) + "\n\n";
   sub->footer(footer + std::string(exitCodes));
   return sub;
@@ -106,7 +119,7 @@ int runCommand(Ortam& ortam, const Komut& komut, const Degerler& values) {
 int calistir(Ortam& ortam, const std::vector<std::string>& argumanlar) {
   CLI::App app("Zembera yönetici konsolunun komut satırı", "zembera-cli");
   speakTurkish(app);
-  app.footer("\n" + std::string(exitCodes));
+  app.footer(std::string(exitCodes));
   app.require_subcommand(1);
   app.fallthrough();
   std::string folder;
@@ -120,7 +133,7 @@ int calistir(Ortam& ortam, const std::vector<std::string>& argumanlar) {
     app.parse(reversed);
   } catch (const CLI::CallForHelp&) {
     const auto shown = app.get_subcommands();
-    ortam.out << (shown.empty() ? app.help() : shown.front()->help());
+    ortam.out << (shown.empty() ? app.help() : shown.front()->help("zembera-cli"));
     return tamam;
   } catch (const CLI::ParseError& error) {
     ortam.err << turkishText(app, error) << "\nYardım için: zembera-cli [KOMUT] --help\n";

@@ -78,15 +78,19 @@ TEST_P(SchemaSession, Works) {
     const char *table, *columns, *values, *change;
   } rows[] = {
       {"KASAHAREKET", "Cari_ID,ATutar", "3,5", "ATutar=6"},
-      {"POSHAREKET", "Cari_ID,BTutar", "3,5", "BTutar=6"},
+      {"POSHAREKET", "Cari_ID,Tutar", "3,5", "Tutar=6"},
       {"BANKAHAREKET", "Cari_ID,ATutar", "3,5", "ATutar=6"},
       {"SENET", "Cari_ID,Islem_Tipi", "3,'Senet Giriş'", "Borc=6"},
       {"CEK", "Cari_ID,Borc", "3,5", "Borc=6"},
       {"STOKKART", "Stok_Kod,Stok_Ad", "'S1','Elma'", "Stok_Ad='Armut'"},
       {"CARIKART", "Cari_Kod,Unvan", "'C1','Ali'", "Unvan='Veli'"},
-      {"MUHKART", "MHesap_Kod", "'120'", "MHesap_Kod='121'"},
-      {"MUHKART", "MHesap_Kod", "'120.01'", "MHesap_Kod='121.01' WHERE MHesap_Kod='120.01'"},
-      {"MUHFISHAR", "FisSat_No,MHesap_Kod", "1,'121'", "Aktif=0"},
+      {"MUHKART", "MHesap_Kod,MHesap_Ad", "'120','A'", "MHesap_Kod='121'"},
+      {"MUHKART", "MHesap_Kod,MHesap_Ad", "'120.01','B'", "MHesap_Kod='121.01' WHERE MHesap_Kod='120.01'"},
+      {"MUHFISHAR",
+       "FisSat_No,Fis_ID,Tarih,Ana_Hesap_ID,MHesap_ID,MHesap_Kod,BTutar,ATutar,Dv_BTutar,Dv_Atutar,Doviz_ID,"
+       "Kur,"
+       "Masraf_Merkezi_ID,Entegre_ID,Modul_No,BorcMiktar,AlacakMiktar,Birim",
+       "1,1,'01/31/2012',1,2,'121.01',5,0,0,0,1,1,0,0,0,0,0,'AD'", "Aktif=0"},
   };
   for (const auto& row : rows) {
     const std::string table = row.table;

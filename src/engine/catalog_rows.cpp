@@ -85,7 +85,7 @@ class Loader {
     std::string sql =
         "SELECT id, name, xtype, parent, flags, CASE WHEN xtype IN ('V','TR') THEN text END "
         "FROM @.zb_objects WHERE xtype IN ('U','V','TR')";
-    if (only_ != 0) sql += " AND " + std::to_string(only_) + " IN (id, parent)";
+    if (only_ != 0) sql += " AND (id=" + std::to_string(only_) + " OR parent=" + std::to_string(only_) + ")";
     lite::Stmt rows(db_, atAlias(sql + " ORDER BY id", alias_));
     std::vector<std::shared_ptr<TriggerInfo>> triggers;
     while (rows.step()) {
@@ -243,27 +243,6 @@ std::shared_ptr<ViewInfo> loadView(sqlite3* db, std::string_view alias, std::int
   return loader.views[id];
 }
 
-ObjectRow findObject(sqlite3* db, std::string_view alias, std::string_view name) {
-  lite::Stmt find(
-      db, atAlias("SELECT id, name, xtype, parent FROM @.zb_objects WHERE name=? COLLATE NOCASE", alias));
-  find.bind(name);
-  ObjectRow row;
-  if (find.step()) row = {find.integer(0), find.text(1), find.text(2), find.integer(3)};
-  return row;
-}
-
-std::int64_t addObject(sqlite3* db, std::string_view alias, const std::string& name, const char* type,
-                       std::int64_t parent, const std::string& text, int flags) {
-  if (findObject(db, alias, name).id != 0)
-    throw Error(2714, "There is already an object named '" + name + "' in the database.", 16, 6);
-  lite::Stmt insert(db,
-                    atAlias("INSERT INTO @.zb_objects(name, xtype, parent, crdate, flags, next_column, text) "
-                            "VALUES(?, ?, ?, ?, ?, 1, ?)",
-                            alias));
-  insert.bind(name).bind(type).bind(parent).bind(currentTicks()).bind(flags).bind(text).run();
-  return sqlite3_last_insert_rowid(db);
-}
-
 void removeObject(sqlite3* db, std::string_view alias, std::int64_t id) {
   const std::string number = std::to_string(id);
   for (const char* table : {"zb_columns", "zb_indexes", "zb_index_columns", "zb_identity"})
@@ -277,6 +256,10 @@ std::string generatedName(const char* prefix, const std::string& table, std::int
   std::array<char, 9> digits{};
   std::snprintf(digits.data(), digits.size(), "%08X", mixed);
   return std::string(prefix) + "__" + table.substr(0, 100) + "__" + digits.data();
+}
+
+std::string defaultNameOf(const TableInfo& table, const ColumnInfo& column) {
+  return generatedName("DF", table.name, table.id * 1024 + column.id);
 }
 
 namespace {
@@ -340,43 +323,80 @@ std::int64_t nextObjectNumber(sqlite3* db, std::string_view alias) {
   return next.step() ? next.integer(0) : 1;
 }
 
-int takeColumnNumber(sqlite3* db, std::string_view alias, std::int64_t table) {
-  lite::Stmt take(
-      db,
-      atAlias("UPDATE @.zb_objects SET next_column=next_column+1 WHERE id=? RETURNING next_column-1", alias));
-  take.bind(table);
-  const int number = take.step() ? static_cast<int>(take.integer(0)) : 1;
-  take.step();
-  return number;
+constexpr const char* insertColumnSql =
+    "INSERT INTO @.zb_columns(table_id, colid, name, type, nullable, identity, seed, step, default_id, "
+    "collation, "
+    "xtype, length, xprec, xscale) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
+
+void insertColumn(lite::Stmt& insert, std::int64_t table, const ColumnInfo& column, std::int64_t defaultId) {
+  const Digits digits = digitsOf(column.type);
+  insert.bind(table).bind(column.id).bind(column.name).bind(packType(column.type)).bind(column.nullable);
+  insert.bind(column.identity).bind(column.seed).bind(column.step).bind(defaultId).bind(column.collation);
+  insert.bind(systemType(column.type)).bind(storageLength(column.type));
+  insert.bind(digits.precision).bind(digits.scale).run();
 }
 
-void writeColumn(sqlite3* db, std::string_view alias, std::int64_t table, const ColumnInfo& column,
-                 std::int64_t defaultId) {
-  lite::Stmt insert(db,
-                    atAlias("INSERT INTO @.zb_columns(table_id, colid, name, type, nullable, identity, seed, "
-                            "step, default_id, collation) VALUES(?, ?, ?, 0, ?, ?, ?, ?, ?, ?)",
-                            alias));
-  insert.bind(table).bind(column.id).bind(column.name).bind(column.nullable).bind(column.identity);
-  insert.bind(column.seed).bind(column.step).bind(defaultId).bind(column.collation).run();
-  setColumnType(db, alias, table, column);
+constexpr const char* insertObjectSql =
+    "INSERT INTO @.zb_objects(name, xtype, parent, crdate, flags, next_column, text) VALUES(?, ?, ?, ?, ?, "
+    "1, ?)";
+constexpr const char* findObjectSql =
+    "SELECT id, name, xtype, parent FROM @.zb_objects WHERE name=? COLLATE NOCASE";
+
+ObjectRow findWith(lite::Stmt& find, std::string_view name) {
+  ObjectRow row;
+  if (find.bind(name).step()) row = {find.integer(0), find.text(1), find.text(2), find.integer(3)};
+  find.reset();
+  return row;
+}
+
+std::int64_t addWith(lite::Stmt& find, lite::Stmt& insert, sqlite3* db, const ObjectRow& object,
+                     const std::string& text, int flags) {
+  if (findWith(find, object.name).id != 0)
+    throw Error(2714, "There is already an object named '" + object.name + "' in the database.", 16, 6);
+  insert.bind(object.name).bind(object.type).bind(object.parent).bind(currentTicks()).bind(flags).bind(text);
+  insert.run();
+  return sqlite3_last_insert_rowid(db);
 }
 
 }  // namespace
 
-void addColumn(sqlite3* db, std::string_view alias, const TableInfo& table, ColumnInfo& column) {
-  column.id = takeColumnNumber(db, alias, table.id);
-  std::int64_t defaultId = 0;
-  if (!column.defaultText.empty()) {
-    if (column.defaultName.empty())
-      column.defaultName = generatedName("DF", table.name, nextObjectNumber(db, alias));
-    defaultId = addObject(db, alias, column.defaultName, "D", table.id, column.defaultText, column.id);
+ObjectRow findObject(sqlite3* db, std::string_view alias, std::string_view name) {
+  lite::Stmt find(db, atAlias(findObjectSql, alias));
+  return findWith(find, name);
+}
+
+std::int64_t addObject(sqlite3* db, std::string_view alias, const std::string& name, const char* type,
+                       std::int64_t parent, const std::string& text, int flags) {
+  lite::Stmt find(db, atAlias(findObjectSql, alias)), insert(db, atAlias(insertObjectSql, alias));
+  return addWith(find, insert, db, {0, name, type, parent}, text, flags);
+}
+
+void addColumns(sqlite3* db, std::string_view alias, const TableInfo& table,
+                std::vector<ColumnInfo>& columns) {
+  lite::Stmt take(db, atAlias("UPDATE @.zb_objects SET next_column=next_column+?2 WHERE id=?1 RETURNING "
+                              "next_column-?2",
+                              alias));
+  take.bind(table.id).bind(static_cast<std::int64_t>(columns.size()));
+  int number = take.step() ? static_cast<int>(take.integer(0)) : 1;
+  take.run();
+  lite::Stmt find(db, atAlias(findObjectSql, alias)), object(db, atAlias(insertObjectSql, alias));
+  lite::Stmt insert(db, atAlias(insertColumnSql, alias));
+  for (auto& column : columns) {
+    column.id = number++;
+    std::int64_t defaultId = 0;
+    if (!column.defaultText.empty()) {
+      if (column.defaultName.empty()) column.defaultName = defaultNameOf(table, column);
+      defaultId =
+          addWith(find, object, db, {0, column.defaultName, "D", table.id}, column.defaultText, column.id);
+    }
+    insertColumn(insert, table.id, column, defaultId);
   }
-  writeColumn(db, alias, table.id, column, defaultId);
 }
 
 void writeViewColumns(sqlite3* db, std::string_view alias, std::int64_t view,
                       const std::vector<ViewColumn>& columns) {
   lite::exec(db, atAlias("DELETE FROM @.zb_columns WHERE table_id=", alias) + std::to_string(view));
+  lite::Stmt insert(db, atAlias(insertColumnSql, alias));
   int number = 0;
   for (const auto& column : columns) {
     ColumnInfo row;
@@ -384,7 +404,7 @@ void writeViewColumns(sqlite3* db, std::string_view alias, std::int64_t view,
     row.name = column.name;
     row.type = column.type;
     row.nullable = column.nullable;
-    writeColumn(db, alias, view, row, 0);
+    insertColumn(insert, view, row, 0);
   }
 }
 

@@ -44,8 +44,11 @@ std::int64_t addObject(sqlite3* db, std::string_view alias, const std::string& n
 // The object, what hangs on it (triggers, constraints) and all its rows elsewhere.
 void removeObject(sqlite3* db, std::string_view alias, std::int64_t id);
 
-// Gives the column its colid and writes it, with its default's object (named when it has no name).
-void addColumn(sqlite3* db, std::string_view alias, const TableInfo& table, ColumnInfo& column);
+// Gives the columns their colids and writes them, with their defaults' objects (named when they have no
+// name).
+void addColumns(sqlite3* db, std::string_view alias, const TableInfo& table,
+                std::vector<ColumnInfo>& columns);
+std::string defaultNameOf(const TableInfo& table, const ColumnInfo& column);
 // Writes type, nullability and collation of a column that stands.
 void setColumnType(sqlite3* db, std::string_view alias, std::int64_t table, const ColumnInfo& column);
 void writeViewColumns(sqlite3* db, std::string_view alias, std::int64_t view,

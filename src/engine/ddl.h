@@ -64,6 +64,7 @@ void dropIndex(Change& change, const TableInfo& table, int number);
 // The index that finds a row by its identity value, unless another one begins with it.
 void createIdentityIndex(Change& change, const TableInfo& table);
 
+bool hasRows(const Change& change, const TableInfo& table);
 // A table with its rows made anew: `columns` are the new ones, `values` an expression for each.
 void rebuild(Change& change, const TableInfo& table, const std::vector<ColumnInfo>& columns,
              const std::vector<std::string>& values);

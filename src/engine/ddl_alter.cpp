@@ -75,11 +75,6 @@ void checkAlterDependents(const TableInfo& table, const ColumnInfo& from, const 
     refuseDependent("object", from.defaultName, from.name, "ALTER COLUMN");
 }
 
-bool hasRows(const Change& change, const TableInfo& table) {
-  lite::Stmt any(change.db, "SELECT 1 FROM " + change.at(table.name) + " LIMIT 1");
-  return any.step();
-}
-
 std::vector<std::string> columnNames(const TableInfo& table) {
   std::vector<std::string> names;
   for (const auto& column : table.columns) names.push_back(lite::quoted(column.name));
@@ -206,13 +201,22 @@ void addOneColumn(Change& change, const TableInfo& table, const ColumnDefinition
   if (column.identity && table.identityColumn() >= 0)
     throw Error(2744, "Multiple identity columns specified for table '" + table.name +
                           "'. Only one identity column per table is allowed.");
-  addColumn(change.db, change.alias, table, column);
+  std::vector<ColumnInfo> added = {column};
+  addColumns(change.db, change.alias, table, added);
+  column = added.front();
   if (column.identity) {
     addIdentityColumn(change, table, column);
     return;
   }
+  // Making an empty table anew is cheaper: SQLite reads the whole schema again after its own ADD COLUMN.
+  if (!hasRows(change, table)) {
+    std::vector<ColumnInfo> columns = table.columns;
+    columns.push_back(column);
+    rebuild(change, table, columns, std::vector<std::string>(columns.size(), "NULL"));
+    return;
+  }
   std::string fill;
-  if (!column.nullable && hasRows(change, table)) {
+  if (!column.nullable) {
     if (column.defaultText.empty()) refuseEmptyColumn(column.name, table.name);
     const Datum value = defaultValue(change, column);
     if (value.isNull()) refuseEmptyColumn(column.name, table.name);
@@ -227,9 +231,7 @@ void addDefault(Change& change, const TableInfo& table, const TableConstraint& c
   if (column.identity)
     throw Error(1754, "Defaults cannot be created on columns with an IDENTITY attribute. Table '" +
                           table.name + "', column '" + column.name + "'");
-  const std::string name = constraint.name.empty()
-                               ? generatedName("DF", table.name, table.id * 1024 + column.id)
-                               : constraint.name;
+  const std::string name = constraint.name.empty() ? defaultNameOf(table, column) : constraint.name;
   const auto id = addObject(change.db, change.alias, name, "D", table.id, constraint.text, column.id);
   lite::Stmt update(
       change.db, atAlias("UPDATE @.zb_columns SET default_id=? WHERE table_id=? AND colid=?", change.alias));
@@ -276,7 +278,13 @@ void dropColumn(Change& change, const TableInfo& table, const std::string& name)
     change.run("DROP INDEX IF EXISTS " + change.at("zi_" + std::to_string(table.id) + "_identity"));
     change.run(atAlias("DELETE FROM @.zb_identity WHERE table_id=", change.alias) + std::to_string(table.id));
   }
-  change.run("ALTER TABLE " + change.at(table.name) + " DROP COLUMN " + lite::quoted(column.name));
+  if (hasRows(change, table)) {
+    change.run("ALTER TABLE " + change.at(table.name) + " DROP COLUMN " + lite::quoted(column.name));
+  } else {
+    std::vector<ColumnInfo> columns = table.columns;
+    columns.erase(columns.begin() + table.columnIndex(name));
+    rebuild(change, table, columns, std::vector<std::string>(columns.size(), "NULL"));
+  }
   lite::Stmt remove(change.db,
                     atAlias("DELETE FROM @.zb_columns WHERE table_id=? AND colid=?", change.alias));
   remove.bind(table.id).bind(column.id).run();

@@ -203,7 +203,13 @@ void renameObject(Change& change, const ObjectRow& object, const std::string& ne
   std::int64_t shown = object.id;
   std::string shownName = object.name;
   if (object.type == "U") {
-    change.run("ALTER TABLE " + change.at(object.name) + " RENAME TO " + lite::quoted(newName));
+    // SQLite takes a name that differs in case alone for a second table.
+    std::string from = object.name;
+    if (foldName(from) == foldName(newName)) {
+      change.run("ALTER TABLE " + change.at(from) + " RENAME TO zb_renamed");
+      from = "zb_renamed";
+    }
+    change.run("ALTER TABLE " + change.at(from) + " RENAME TO " + lite::quoted(newName));
   } else if (object.parent != 0) {
     shown = object.parent;
     for (const auto& [folded, table] : change.catalog().tables)

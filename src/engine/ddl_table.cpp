@@ -243,30 +243,63 @@ void createIdentityIndex(Change& change, const TableInfo& table) {
              lite::quoted(table.columns[static_cast<std::size_t>(identity)].name) + ")");
 }
 
+namespace {
+
+void copyRows(Change& change, const TableInfo& table, const std::vector<std::string>& values) {
+  std::string copy = "INSERT INTO " + change.at("zb_rebuilt") + " SELECT ";
+  for (std::size_t i = 0; i < values.size(); ++i) copy += (i ? ", " : "") + values[i];
+  copy += " FROM " + change.at(table.name);
+  const int rc = sqlite3_exec(change.db, copy.c_str(), nullptr, nullptr, nullptr);
+  if (rc == SQLITE_OK) return;
+  const std::string message = sqlite3_errmsg(change.db);
+  const auto dot = message.rfind('.');
+  if ((rc & 0xff) != SQLITE_CONSTRAINT || dot == std::string::npos) lite::fail(change.db, rc);
+  throw Error(515, "Cannot insert the value NULL into column '" + message.substr(dot + 1) + "', table '" +
+                       change.database + ".dbo." + table.name +
+                       "'; column does not allow nulls. UPDATE fails.");
+}
+
+// The indexes as they stand over the new columns.
+std::vector<IndexInfo> indexesOver(const std::vector<ColumnInfo>& columns, const TableInfo& table) {
+  std::vector<IndexInfo> indexes = table.indexes;
+  for (auto& index : indexes)
+    for (auto& part : index.parts) {
+      const int id = table.columns[static_cast<std::size_t>(part.column)].id;
+      const auto found =
+          std::find_if(columns.begin(), columns.end(), [id](const auto& c) { return c.id == id; });
+      part.column = static_cast<int>(found - columns.begin());
+    }
+  return indexes;
+}
+
+}  // namespace
+
 void rebuild(Change& change, const TableInfo& table, const std::vector<ColumnInfo>& columns,
              const std::vector<std::string>& values) {
-  std::string definitions, selected;
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    definitions += (i ? ", " : "") + columnSql(columns[i]);
-    selected += (i ? ", " : "") + values[i];
+  std::string definitions;
+  for (const auto& column : columns) definitions += (definitions.empty() ? "" : ", ") + columnSql(column);
+  const auto make = [&](const std::string& name) {
+    change.run("CREATE TABLE " + change.at(name) + "(" + definitions + ")");
+  };
+  if (hasRows(change, table)) {
+    make("zb_rebuilt");
+    copyRows(change, table, values);
+    change.run("DROP TABLE " + change.at(table.name));
+    change.run("ALTER TABLE " + change.at("zb_rebuilt") + " RENAME TO " + lite::quoted(table.name));
+  } else {
+    change.run("DROP TABLE " + change.at(table.name));
+    make(table.name);
   }
-  change.run("CREATE TABLE " + change.at("zb_rebuilt") + "(" + definitions + ")");
-  const std::string copy =
-      "INSERT INTO " + change.at("zb_rebuilt") + " SELECT " + selected + " FROM " + change.at(table.name);
-  if (const int rc = sqlite3_exec(change.db, copy.c_str(), nullptr, nullptr, nullptr); rc != SQLITE_OK) {
-    const std::string message = sqlite3_errmsg(change.db);
-    const auto dot = message.rfind('.');
-    if ((rc & 0xff) != SQLITE_CONSTRAINT || dot == std::string::npos) lite::fail(change.db, rc);
-    throw Error(515, "Cannot insert the value NULL into column '" + message.substr(dot + 1) + "', table '" +
-                         change.database + ".dbo." + table.name +
-                         "'; column does not allow nulls. UPDATE fails.");
-  }
-  change.run("DROP TABLE " + change.at(table.name));
-  change.run("ALTER TABLE " + change.at("zb_rebuilt") + " RENAME TO " + lite::quoted(table.name));
   TableInfo next = table;
   next.columns = columns;
+  next.indexes = indexesOver(columns, table);
   for (const auto& index : next.indexes) createIndex(change, next, index, index.id);
   createIdentityIndex(change, next);
+}
+
+bool hasRows(const Change& change, const TableInfo& table) {
+  lite::Stmt any(change.db, "SELECT 1 FROM " + change.at(table.name) + " LIMIT 1");
+  return any.step();
 }
 
 std::int64_t createTable(Change& change, const std::string& name, std::vector<ColumnInfo> columns) {
@@ -275,9 +308,9 @@ std::int64_t createTable(Change& change, const std::string& name, std::vector<Co
   TableInfo table;
   table.name = name;
   table.id = addObject(change.db, change.alias, name, "U", 0);
+  addColumns(change.db, change.alias, table, columns);
   std::string definitions;
-  for (auto& column : columns) {
-    addColumn(change.db, change.alias, table, column);
+  for (const auto& column : columns) {
     definitions += (definitions.empty() ? "" : ", ") + columnSql(column);
   }
   change.run("CREATE TABLE " + change.at(name) + "(" + definitions + ")");

@@ -137,6 +137,7 @@ TEST_F(ServiceTest, AKillAtAnyMomentLeavesEveryDatabaseWhole) {
   for (int round = 0; round < 25; ++round) {
     int acknowledged[2];
     ASSERT_EQ(pipe(acknowledged), 0);
+    const auto before = std::stoll(rows("SELECT count(*) FROM @.T"));
     const pid_t child = fork();
     if (child == 0) {
       auto own = Server::open(server->folder());
@@ -159,7 +160,6 @@ TEST_F(ServiceTest, AKillAtAnyMomentLeavesEveryDatabaseWhole) {
       }
     }
     close(acknowledged[1]);
-    const auto before = std::stoll(rows("SELECT count(*) FROM @.T"));
     usleep(static_cast<useconds_t>(4000 + round * 1700));
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);

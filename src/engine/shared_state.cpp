@@ -59,6 +59,15 @@ void LockFile::release(std::int64_t offset) {
   apply(F_UNLCK, offset, false);
 }
 
+bool LockFile::heldByOthers(std::int64_t offset) const {
+  struct flock lock {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  lock.l_start = offset;
+  lock.l_len = 1;
+  return ::fcntl(fd_, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+}
+
 SharedState::SharedState(const std::filesystem::path& file) {
   static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
   LockFile opened(file);

@@ -40,6 +40,8 @@ class LockFile {
   void waitShared(std::int64_t offset);
   void waitExclusive(std::int64_t offset);
   void release(std::int64_t offset);
+  // True when somebody else, in this process or another, holds the lock.
+  bool heldByOthers(std::int64_t offset) const;
   int descriptor() const { return fd_; }
 
  private:

@@ -67,6 +67,15 @@ sqlite3* openHandle(FunctionContext* functions) {
 Store::Impl::Impl(std::shared_ptr<Instance> shared)
     : instance(std::move(shared)), db(openHandle(&functions)), locks(instance->lockFile()) {
   generation = instance->shared()->generation.load();
+  // For sysprocesses: 1 when this session stands on the database with that id, plus 2 when others do.
+  const auto databaseUsers = [](sqlite3_context* context, int, sqlite3_value** values) {
+    const auto* self = static_cast<const Impl*>(sqlite3_user_data(context));
+    const std::int64_t id = sqlite3_value_int64(values[0]);
+    const int own = id == self->currentId ? 1 : 0;
+    sqlite3_result_int(context, own + (self->locks.heldByOthers(LockFile::databaseLock(id)) ? 2 : 0));
+  };
+  sqlite3_create_function_v2(db, "z_db_users", 1, SQLITE_UTF8 | SQLITE_INNOCUOUS, this, databaseUsers,
+                             nullptr, nullptr, nullptr);
 }
 
 Store::Impl::~Impl() {

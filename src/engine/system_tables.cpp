@@ -287,6 +287,22 @@ SystemTable databases() {
               "@.zb_databases b WHERE b.state=0");
 }
 
+// One row for the session itself (51, as @@SPID says) and one for each database that other sessions stand
+// on: how many those are is not known across processes.
+SystemTable processes() {
+  return make(
+      "sysprocesses", true,
+      {{"spid", small, "CASE u.own WHEN 1 THEN 51 ELSE 1000+u.id END"},
+       {"dbid", small, "u.id"},
+       {"blocked", small, "0"},
+       {"status", sized(TypeId::NChar, 30), "CASE u.own WHEN 1 THEN 'runnable' ELSE 'sleeping' END"},
+       {"cmd", sized(TypeId::NChar, 16), "CASE u.own WHEN 1 THEN 'SELECT' ELSE 'AWAITING COMMAND' END"},
+       {"hostname", sized(TypeId::NChar, 128), "''"},
+       {"program_name", sized(TypeId::NChar, 128), "''"}},
+      "(SELECT id,1 AS own FROM @.zb_databases WHERE state=0 AND z_db_users(id)&1 UNION ALL "
+      "SELECT id,0 FROM @.zb_databases WHERE state=0 AND z_db_users(id)&2) u");
+}
+
 SystemTable logins() {
   static const char* const roleFields[] = {"sysadmin",     "securityadmin", "serveradmin", "setupadmin",
                                            "processadmin", "diskadmin",     "dbcreator",   "bulkadmin"};
@@ -334,6 +350,7 @@ std::vector<SystemTable> build() {
   all.push_back(members());
   all.push_back(files());
   all.push_back(databases());
+  all.push_back(processes());
   all.push_back(logins());
   all.push_back(oldLogins());
   std::string rows = "SELECT 1 AS id, 'sysobjects' AS name, 0 AS master_only";

@@ -121,6 +121,8 @@ class Binder {
   void expandStar(const Expr& star, const CoreShape& shape, int surplus, BoundCore& out);
   std::string orderBy(const SelectStatement& select, BoundCore& core, bool outputOnly);
   std::string orderTerm(const OrderItem& item, BoundCore& core, bool outputOnly);
+  std::vector<BoundCore> bindCores(const SelectStatement& select, Scope* parent, const CoreShape& shape);
+  std::vector<Type> outputColumns(const std::vector<BoundCore>& cores, BoundSelect& bound);
   std::string coreSql(const BoundCore& core, const std::vector<Type>& types, const CoreShape& shape);
 
   // binder_from.cpp

@@ -52,6 +52,11 @@ void addDerivedColumn(const ResultColumn& from, const std::string& name, std::si
   source.columns.push_back(std::move(column));
 }
 
+void allowNull(Scope& scope, std::size_t from, std::size_t to) {
+  for (std::size_t i = from; i < to; ++i)
+    for (SourceColumn& column : scope.sources[i].columns) column.info.nullable = true;
+}
+
 void checkDuplicate(const Scope& scope, const Source& added) {
   for (const Source& source : scope.sources)
     if (source.alias == added.alias && source.aliased == added.aliased && source.database == added.database)
@@ -127,6 +132,7 @@ Binder::FromPiece Binder::bindTableSource(const TableSource& source, Scope& scop
 Binder::FromPiece Binder::bindJoin(const TableSource& source, Scope& scope) {
   const std::size_t first = scope.sources.size();
   const FromPiece left = bindTableSource(*source.left, scope);
+  const std::size_t middle = scope.sources.size();
   const FromPiece right = bindTableSource(*source.right, scope);
   const char* word = " JOIN ";
   if (source.join == JoinKind::Left) word = " LEFT JOIN ";
@@ -142,6 +148,10 @@ Binder::FromPiece Binder::bindJoin(const TableSource& source, Scope& scope) {
     piece.sql += " ON " + bindCondition(*source.on, &scope).sql;
     scope.visibleFrom = outside;
   }
+  // The side that may find no partner gives NULLs.
+  if (source.join == JoinKind::Right || source.join == JoinKind::Full) allowNull(scope, first, middle);
+  if (source.join == JoinKind::Left || source.join == JoinKind::Full)
+    allowNull(scope, middle, scope.sources.size());
   return piece;
 }
 

@@ -219,34 +219,9 @@ std::string Binder::coreSql(const BoundCore& core, const std::vector<Type>& type
   return sql + core.from + core.where + core.groupBy + core.having;
 }
 
-BoundSelect Binder::bindSelect(const SelectStatement& select, Scope* parent, const CoreShape& shape) {
-  std::vector<BoundCore> cores(select.cores.size());
-  CoreShape coreShape = shape;
-  for (std::size_t i = 0; i < cores.size(); ++i) {
-    bindCore(select, i, parent, coreShape, cores[i]);
-    if (cores[i].items.size() != cores[0].items.size())
-      throw Error(205,
-                  "All queries in a SQL statement containing a UNION operator must have an equal number of "
-                  "expressions in their target lists.");
-    coreShape.starNames = nullptr;
-    coreShape.columnCount = static_cast<int>(cores[0].items.size());
-  }
-  BoundCore& first = cores[0];
-  const bool single = cores.size() == 1;
-  if (shape.subquery && !select.orderBy.empty() && !first.top)
-    throw Error(1033,
-                "The ORDER BY clause is invalid in views, inline functions, derived tables, and "
-                "subqueries, unless TOP is also specified.");
-
-  if (shape.targets && shape.targets->size() != first.items.size()) {
-    const bool fewer = first.items.size() < shape.targets->size();
-    throw Error(fewer ? 120 : 121,
-                std::string("The select list for the INSERT statement contains ") +
-                    (fewer ? "fewer" : "more") +
-                    " items than the insert list. The number of SELECT values must match the "
-                    "number of INSERT columns.");
-  }
-  BoundSelect bound;
+// The columns that come out: types common to all cores, names of the first.
+std::vector<Type> Binder::outputColumns(const std::vector<BoundCore>& cores, BoundSelect& bound) {
+  const BoundCore& first = cores[0];
   std::vector<Type> types;
   for (std::size_t i = 0; i < first.items.size(); ++i) {
     Type type;
@@ -257,15 +232,50 @@ BoundSelect Binder::bindSelect(const SelectStatement& select, Scope* parent, con
     }
     types.push_back(type.id == TypeId::Null ? Type{TypeId::Int} : type);
     ResultColumn column;
-    if (single && first.items[i].column) column = first.items[i].origin;
+    if (cores.size() == 1 && first.items[i].column) column = first.items[i].origin;
     column.name = first.names[i];
     column.type = types.back();
     column.nullable = nullable;
     bound.columns.push_back(std::move(column));
   }
+  return types;
+}
+
+std::vector<Binder::BoundCore> Binder::bindCores(const SelectStatement& select, Scope* parent,
+                                                 const CoreShape& shape) {
+  std::vector<BoundCore> cores(select.cores.size());
+  CoreShape coreShape = shape;
+  for (std::size_t i = 0; i < cores.size(); ++i) {
+    bindCore(select, i, parent, coreShape, cores[i]);
+    if (cores[i].items.size() != cores[0].items.size())
+      throw Error(205,
+                  "All queries in a SQL statement containing a UNION operator must have an equal number of "
+                  "expressions in their target lists.");
+    coreShape.starNames = nullptr;
+  }
+  if (shape.subquery && !select.orderBy.empty() && !cores[0].top)
+    throw Error(1033,
+                "The ORDER BY clause is invalid in views, inline functions, derived tables, and "
+                "subqueries, unless TOP is also specified.");
+  if (shape.targets && shape.targets->size() != cores[0].items.size()) {
+    const bool fewer = cores[0].items.size() < shape.targets->size();
+    throw Error(fewer ? 120 : 121, std::string("The select list for the INSERT statement contains ") +
+                                       (fewer ? "fewer" : "more") +
+                                       " items than the insert list. The number of SELECT values must match "
+                                       "the number of INSERT columns.");
+  }
+  return cores;
+}
+
+BoundSelect Binder::bindSelect(const SelectStatement& select, Scope* parent, const CoreShape& shape) {
+  std::vector<BoundCore> cores = bindCores(select, parent, shape);
+  BoundCore& first = cores[0];
+  const bool single = cores.size() == 1;
+  BoundSelect bound;
+  const std::vector<Type> types = outputColumns(cores, bound);
   const std::string order = orderBy(select, first, !single || first.distinct);
   for (std::size_t i = 0; i < cores.size(); ++i) {
-    std::string sql = coreSql(cores[i], types, shape);
+    const std::string sql = coreSql(cores[i], types, shape);
     if (i > 0) bound.sql += select.setOps[i - 1] == SetOp::UnionAll ? " UNION ALL " : " UNION ";
     if (!cores[i].top) {
       bound.sql += sql;

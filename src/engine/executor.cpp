@@ -40,10 +40,11 @@ Executor::Transaction::Transaction(Executor& executor) : executor_(executor), le
 }
 
 void Executor::Transaction::commit() {
+  if (executor_.levels_ > level_) {  // else a ROLLBACK inside a trigger has ended it
+    executor_.store_.commit();
+    --executor_.levels_;
+  }
   done_ = true;
-  if (executor_.levels_ <= level_) return;  // a ROLLBACK inside a trigger has ended it
-  executor_.store_.commit();
-  --executor_.levels_;
 }
 
 Executor::Transaction::~Transaction() {
@@ -99,11 +100,12 @@ void collectArguments(const Statement& statement, std::vector<std::string>& name
 }
 
 // Every variable of the batch must be declared in it; names of procedure arguments are none.
-void checkVariables(const std::vector<Token>& tokens, const Plan& plan) {
+void checkVariables(const std::vector<Token>& tokens, const std::vector<StatementPtr>& statements,
+                    const VariableTable& variables) {
   std::vector<std::string> arguments;
-  for (const StatementPtr& statement : plan.batch.statements) collectArguments(*statement, arguments);
+  for (const StatementPtr& statement : statements) collectArguments(*statement, arguments);
   for (const Token& token : tokens) {
-    if (token.kind != TokenKind::Variable || plan.variables.find(token.source) >= 0) continue;
+    if (token.kind != TokenKind::Variable || variables.find(token.source) >= 0) continue;
     if (std::find(arguments.begin(), arguments.end(), foldName(token.source)) != arguments.end()) continue;
     Error error(137, "Must declare the variable '" + std::string(token.source) + "'.", 15);
     error.setLine(token.line);
@@ -122,7 +124,12 @@ std::shared_ptr<Plan> Executor::planFor(std::string_view text, std::vector<Liter
   plan->literals = literals;
   const bool stored = !plan->batch.statements.empty() &&
                       std::holds_alternative<CreateTriggerStatement>(plan->batch.statements[0]->node);
-  if (!stored) checkVariables(tokens, *plan);
+  if (stored) {
+    const auto& trigger = std::get<CreateTriggerStatement>(plan->batch.statements[0]->node);
+    checkVariables(tokens, trigger.body, collectVariables(trigger.body));
+  } else {
+    checkVariables(tokens, plan->batch.statements, plan->variables);
+  }
   plans_.add(key, plan);
   return plan;
 }

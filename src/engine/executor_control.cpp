@@ -197,9 +197,14 @@ void Executor::runTransaction(const TransactionStatement& statement) {
     case TransactionAction::Commit:
       if (userTransactions_ == 0)
         throw Error(3902, "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
-      if (--userTransactions_ > 0 || nesting_ > 0) return;
+      if (--userTransactions_ > 0 || nesting_ > 0 || levels_ == 0) return;
+      try {
+        store_.commit();
+      } catch (const Error&) {
+        rollbackAll();
+        throw;
+      }
       --levels_;
-      store_.commit();
       return;
     case TransactionAction::Rollback:
       if (userTransactions_ == 0 && nesting_ == 0)

@@ -112,6 +112,7 @@ TEST_F(QueryTest, RefusesWithTheServersNumbers) {
       {"SELECT Ad,COUNT(*) FROM KART GROUP BY Kod", "!8120\n"},
       {"SELECT Kod FROM KART WHERE COUNT(*)>1", "!147\n"},
       {"SELECT Kod FROM KART UNION SELECT Kod,Ad FROM KART", "!205\n"},
+      {"SELECT Kod FROM KART UNION SELECT * FROM KART", "!205\n"},
       {"SELECT 1/0", "!8134\n"},
       {"SELECT ID FROM KART WHERE ID='x'", "!245\n"},
       {"SELECT 2147483647+1", "!8115\n"},
@@ -171,6 +172,15 @@ TEST_F(QueryTest, SelectIntoCarriesTypesNullAndIdentity) {
       {"SELECT * INTO KOPYA FROM KART", "!2714\n"},
       {"SELECT A.ID,B.Kod INTO IKI FROM KART A,KART B", ""},
       {"INSERT INTO IKI VALUES (7,'x') SELECT COUNT(*) FROM IKI", "10\n"},
+      {"SELECT K.ID AS A,H.Tip INTO SOL FROM HAREKET H RIGHT JOIN KART K ON K.ID=H.Kart_ID", ""},
+      {"SELECT H.Borc,K.Kod INTO SOL2 FROM HAREKET H LEFT JOIN KART K ON K.ID=H.Kart_ID+1 SELECT COUNT(*) "
+       "FROM SOL2 "
+       "WHERE Kod IS NULL",
+       "0\n"},
+      {"SELECT H.Borc,K.Kod INTO SOL3 FROM HAREKET H LEFT JOIN KART K ON K.ID=H.Kart_ID+5 SELECT COUNT(*) "
+       "FROM SOL3 "
+       "WHERE Kod IS NULL",
+       "3\n"},
       {"CREATE DATABASE HEDEF", ""},
       {"SELECT Kod,Tutar*2 AS Iki INTO HEDEF.dbo.SONUC FROM KART", ""},
       {"SELECT Kod,Iki FROM HEDEF..SONUC WHERE Iki=41", "B2\t41\n"},

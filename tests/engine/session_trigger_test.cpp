@@ -83,6 +83,7 @@ TEST_F(TriggerTest, ErrorInsideUndoesTheStatementAndEndsTheBatch) {
 
 TEST_F(TriggerTest, WorksInItsOwnDatabase) {
   follow({
+      {"CREATE TRIGGER T_YANLIS ON T FOR UPDATE AS SET @yok=1", "!137\n"},
       {"CREATE TRIGGER T_DEG ON T FOR UPDATE AS IF UPDATE(Ad) INSERT INTO G SELECT DB_NAME()", ""},
       {"INSERT INTO T (Ad) VALUES ('a')", ""},
       {"USE master UPDATE FIRMA.dbo.T SET N=1 UPDATE FIRMA..T SET Ad='b' USE FIRMA", ""},

@@ -82,6 +82,7 @@ class Binder {
 
   // binder_expression.cpp
   BoundExpr bind(const Expr& expr, Scope* scope);
+  static const BoundExpr* boundGroup(const Expr& expr, const Scope* scope);
   BoundExpr bindLiteral(const Literal& literal, bool negate);
   BoundExpr bindColumn(const Expr& expr, Scope* scope);
   BoundExpr bindVariable(const Expr& expr);
@@ -95,8 +96,13 @@ class Binder {
   BoundExpr addParameter(ParameterSource source);
   Type unify(const std::vector<BoundExpr>& exprs);
 
-  // binder_condition.cpp
+  // binder_chain.cpp
   BoundExpr bindLogic(const Expr& expr, Scope* scope);
+  BoundExpr bindArithmetic(const Expr& expr, Scope* scope);
+  BoundExpr operate(BinaryOp op, BoundExpr left, BoundExpr right);
+  BoundExpr foldChain(BoundExpr value, const std::vector<const Expr*>& steps, Scope* scope);
+
+  // binder_condition.cpp
   BoundExpr compare(BinaryOp op, const BoundExpr& left, const BoundExpr& right);
   BoundExpr bindBetween(const Expr& expr, Scope* scope);
   BoundExpr bindInList(const Expr& expr, Scope* scope);

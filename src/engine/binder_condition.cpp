@@ -24,14 +24,6 @@ BoundExpr columnOf(const ResultColumn& column, std::string sql) {
 
 }  // namespace
 
-BoundExpr Binder::bindLogic(const Expr& expr, Scope* scope) {
-  const BoundExpr left = bindCondition(*expr.left, scope);
-  if (expr.kind == Expr::Kind::Unary) return condition("(NOT " + left.sql + ")");
-  // A long chain of ANDs leans left; only its right operands are bound by recursion of their own.
-  const BoundExpr right = bindCondition(*expr.right, scope);
-  return condition("(" + left.sql + (expr.binary == BinaryOp::And ? " AND " : " OR ") + right.sql + ")");
-}
-
 // Constants are brought to the common type here, so that a column on the other side stays bare for its
 // index.
 BoundExpr Binder::compare(BinaryOp op, const BoundExpr& left, const BoundExpr& right) {

@@ -129,10 +129,16 @@ BoundExpr Binder::bindCondition(const Expr& expr, Scope* scope) {
   return bound;
 }
 
+// What GROUP BY has made of the expression, if it groups by it.
+const BoundExpr* Binder::boundGroup(const Expr& expr, const Scope* scope) {
+  if (!scope || !scope->grouped || scope->inAggregate > 0 || expr.kind == Expr::Kind::Column) return nullptr;
+  for (const auto& [group, bound] : scope->groups)
+    if (sameExpr(*group, expr)) return &bound;
+  return nullptr;
+}
+
 BoundExpr Binder::bind(const Expr& expr, Scope* scope) {
-  if (scope && scope->grouped && scope->inAggregate == 0)
-    for (const auto& [group, bound] : scope->groups)
-      if (expr.kind != Expr::Kind::Column && sameExpr(*group, expr)) return bound;
+  if (const BoundExpr* group = boundGroup(expr, scope)) return *group;
   switch (expr.kind) {
     case Expr::Kind::Literal:
       return bindLiteral(expr.literal, false);
@@ -238,18 +244,7 @@ BoundExpr Binder::bindBinary(const Expr& expr, Scope* scope) {
     default:
       break;
   }
-  BoundExpr left = bindValue(*expr.left, scope);
-  BoundExpr right = bindValue(*expr.right, scope);
-  BoundExpr bound;
-  bound.type = arithmeticType(expr.binary, left.type, right.type);
-  // Constants take the result's form once, ahead of the rows.
-  if (isApproximate(bound.type.id)) {
-    if (left.parameter >= 0) left = convert(left, bound.type);
-    if (right.parameter >= 0) right = convert(right, bound.type);
-  }
-  bound.sql = arithmeticSql(expr.binary, left.sql, left.type, right.sql, right.type);
-  bound.nullable = left.nullable || right.nullable;
-  return bound;
+  return bindArithmetic(expr, scope);
 }
 
 Type Binder::unify(const std::vector<BoundExpr>& exprs) {

@@ -201,6 +201,8 @@ class Lexer {
            "column has a name. For other statements, look for empty alias names. Aliases defined as "
            "\"\" or [] are not allowed. Change the alias to a valid name.",
            line);
+    if (token.source.find('\0') != std::string_view::npos)
+      fail(15004, "A name contains an invalid character.", line);
     if (token.source.size() > maxIdentifier + 2) checkLength(token.value());
   }
 

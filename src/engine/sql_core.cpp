@@ -1,5 +1,7 @@
 // The z_ functions of conversions and operators, and the registration of all.
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <memory>
 
@@ -108,6 +110,26 @@ void anyArithmetic(sqlite3_context* context, int, Values values) {
                                unpackType(sqlite3_value_int64(values[4])), sessionOf(context)));
 }
 
+// z_fold(value, operand, ..., 'type op type op type ...'): a chain of operators from the left.
+void foldArithmetic(sqlite3_context* context, int count, Values values) {
+  std::string_view program = textOf(values[count - 1]);
+  const auto next = [&program] {
+    std::int64_t number = 0;
+    const auto end = std::from_chars(program.data(), program.data() + program.size(), number).ptr;
+    program.remove_prefix(std::min(program.size(), static_cast<std::size_t>(end - program.data()) + 1));
+    return number;
+  };
+  Type type = unpackType(next());
+  Datum value = datumOf(values[0]);
+  for (int i = 1; i < count - 1; ++i) {
+    const auto op = static_cast<BinaryOp>(next());
+    const Type operand = unpackType(next());
+    value = arithmetic(op, value, type, datumOf(values[i]), operand, sessionOf(context));
+    type = arithmeticType(op, type, operand);
+  }
+  setDatum(context, value);
+}
+
 void negateWide(sqlite3_context* context, int, Values values) {
   setBlob(context, encodeDecimal(-decodeDecimal(blobOf(values[0]))));
 }
@@ -170,6 +192,7 @@ constexpr std::array functions = {
     SqlFunction{"z_mdiv", 2, strict<divideMoney<TypeId::Money>>},
     SqlFunction{"z_sdiv", 2, strict<divideMoney<TypeId::SmallMoney>>},
     SqlFunction{"z_ar", 5, guarded<anyArithmetic>},
+    SqlFunction{"z_fold", -1, guarded<foldArithmetic>},
     SqlFunction{"z_neg", 1, strict<negateWide>},
     SqlFunction{"z_like", 3, strict<like>},
     SqlFunction{"z_like", 4, strict<like>},

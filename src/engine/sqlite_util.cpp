@@ -8,6 +8,38 @@ std::string about(const std::string& file) {
   return file.empty() ? std::string() : " in file '" + file + "'";
 }
 
+// Statements that go beyond what SQLite takes, by a part of its words for it.
+struct Bound {
+  const char* words;
+  int number;
+  const char* text;
+};
+
+constexpr const char* tooDeep =
+    "Some part of your SQL statement is nested too deeply. Rewrite the query or break it up into smaller "
+    "queries.";
+constexpr const char* tooLarge =
+    "The query processor ran out of internal resources and could not produce a query plan. Simplify the "
+    "query.";
+constexpr Bound bounds[] = {
+    {"parser stack overflow", 191, tooDeep},
+    {"Expression tree is too large", 191, tooDeep},
+    {"too many terms in", 8623, tooLarge},
+    {"too many columns", 8623, tooLarge},
+    {"too many SQL variables", 8623, tooLarge},
+    {"variable number must be between", 8623, tooLarge},
+    {"too many arguments on function", 8623, tooLarge},
+    {"too many references to", 8623, tooLarge},
+    {"too many FROM clause terms", 106, "Too many table names in the query. The maximum allowable is 64."},
+    {"tables in a join", 106, "Too many table names in the query. The maximum allowable is 64."},
+    {"string or blob too big", 8152, "String or binary data would be truncated."},
+};
+
+void failAtBound(const std::string& text) {
+  for (const Bound& bound : bounds)
+    if (text.find(bound.words) != std::string::npos) throw Error(bound.number, bound.text, 15);
+}
+
 [[noreturn]] void failByPrimaryCode(sqlite3* db, int code, const std::string& file) {
   const std::string text = sqlite3_errmsg(db);
   switch (code & 0xff) {
@@ -39,6 +71,7 @@ std::string about(const std::string& file) {
     case SQLITE_TOOBIG:
       throw Error(8152, "String or binary data would be truncated.");
     default:
+      failAtBound(text);
       throw Error(8630, "Internal Query Processor Error: " + text, 17);
   }
 }

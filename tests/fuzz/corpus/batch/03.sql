@@ -1,0 +1,1 @@
+DECLARE @a INT,@b CHAR(5) SELECT @a=MAX(A),@b=B FROM T GROUP BY B PRINT @b+'x'

@@ -1,0 +1,1 @@
+SELECT A/0 FROM T

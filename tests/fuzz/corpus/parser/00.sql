@@ -1,0 +1,1 @@
+SELECT TOP 5 a,b=c+1,d AS e FROM t x LEFT JOIN u ON (x.i=u.i) WHERE a LIKE 'x%' ESCAPE '!' AND b IN (1,2) ORDER BY 1 DESC

@@ -1,0 +1,1 @@
+exec sp_addrolemember N'db_owner', N'A' /* a /* b */ c */ -- x

@@ -1,0 +1,1 @@
+WHILE @i<10 BEGIN SET @i=@i+1 IF @i=5 BREAK END

@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# usage: run.sh [seconds per target] [build folder]
+# Builds the fuzz targets with clang and runs each for a while on its seed corpus.
+set -euo pipefail
+seconds=${1:-30}
+root=$(cd "$(dirname "$0")/../.." && pwd)
+build=${2:-$root/build/fuzz}
+clang=$(command -v clang++ || command -v clang++-14 || true)
+runtime=$([ -n "$clang" ] && "$clang" -print-file-name=libclang_rt.fuzzer-x86_64.a || true)
+if [ -z "$clang" ] || [ ! -e "$runtime" ]; then
+  echo "skipped: clang's fuzzer runtime is not installed"
+  exit 77
+fi
+cmake -S "$root" -B "$build" -G Ninja -DCMAKE_CXX_COMPILER="$clang" -DZEMBERA_FUZZ=ON >/dev/null
+cmake --build "$build" --target fuzz_parser fuzz_batch
+for target in parser batch; do
+  work=$(mktemp -d)
+  trap 'rm -rf "$work"' EXIT
+  TMPDIR=$work "$build/bin/fuzz_$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -max_len=4096 \
+    -dict="$root/tests/fuzz/tsql.dict" -artifact_prefix="$build/" -print_final_stats=0 -verbosity=0 \
+    "$work" "$root/tests/fuzz/corpus/$target" "$root/tests/fuzz/corpus/parser"
+  rm -rf "$work"
+done
+echo "fuzzed parser and batch for $seconds s each: nothing found"

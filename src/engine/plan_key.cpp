@@ -109,7 +109,7 @@ std::string planKey(const std::vector<Token>& tokens, std::vector<Literal>& lite
       continue;
     }
     int ordinal = static_cast<int>(literals.size());
-    const Literal& literal = literals.emplace_back(token.literal, token.value(), ordinal);
+    const Literal& literal = literals.emplace_back(Literal{token.literal, token.value(), ordinal});
     appendMark(key, literal, context.lengthMatters(i > 0 ? tokens[i - 1] : nothing, tokens[i + 1]));
   }
   return key;

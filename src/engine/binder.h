@@ -123,6 +123,7 @@ class Binder {
   struct BoundCore;
   void bindCore(const SelectStatement& select, std::size_t index, Scope* parent, const CoreShape& shape,
                 BoundCore& out);
+  void sortBeforeAssigning(const SelectStatement& select, BoundCore& out);
   void bindItems(const SelectCore& core, const CoreShape& shape, BoundCore& out);
   void expandStar(const Expr& star, const CoreShape& shape, int surplus, BoundCore& out);
   std::string orderBy(const SelectStatement& select, BoundCore& core, bool outputOnly);

@@ -92,6 +92,7 @@ Source& Binder::bindTarget(const ObjectName& name, Scope& scope) {
   if (!table) {
     if (catalogs_.back()->view(name.object))
       throw Error(4406, "View '" + name.object + "' is not updatable: data is changed through its tables.");
+    if (findSystemTable(name.object)) throw Error(259, "Ad hoc updates to system catalogs are not allowed.");
     throw invalidObject(name);
   }
   Source source;

@@ -14,6 +14,7 @@ struct Binder::BoundCore {
   const Expr* top = nullptr;
   bool topPercent = false;
   bool distinct = false;
+  bool sorted = false;      // `from` gives the rows in their final order
   bool aggregated = false;  // aggregates without GROUP BY: one row
 };
 
@@ -96,8 +97,35 @@ void Binder::bindCore(const SelectStatement& select, std::size_t index, Scope* p
   out.scope.grouped = out.scope.hasGroupBy || isAggregated(core);
   out.aggregated = out.scope.grouped && !out.scope.hasGroupBy;
   out.scope.aggregatesAllowed = true;
+  if (stepwise_ && !parent && !shape.subquery && !out.scope.grouped && !select.orderBy.empty())
+    sortBeforeAssigning(select, out);
   bindItems(core, shape, out);
   if (core.having) out.having = " HAVING " + bindCondition(*core.having, &out.scope).sql;
+}
+
+// SQLite computes a select list before it sorts. Where the list assigns variables that it reads, the rows
+// are therefore sorted in a subquery of their own; OFFSET keeps SQLite from merging the two.
+void Binder::sortBeforeAssigning(const SelectStatement& select, BoundCore& out) {
+  std::string order;
+  for (const OrderItem& item : select.orderBy)
+    order += (order.empty() ? " ORDER BY " : ", ") + withCollation(bindValue(*item.expr, &out.scope)) +
+             (item.descending ? " DESC" : "");
+  const std::string handle = newHandle();
+  std::string columns;
+  int count = 0;
+  for (Source& source : out.scope.sources)
+    for (SourceColumn& column : source.columns) {
+      const std::string name = "k" + std::to_string(count++);
+      columns += (columns.empty() ? "" : ", ") + column.sql + " AS " + name;
+      column.sql = handle + "." + name;
+    }
+  if (columns.empty()) return;
+  const std::string limit = out.top ? topLimit(*out.top, out.topPercent, "SELECT 1" + out.from + out.where)
+                                    : std::string(" LIMIT -1");
+  out.from = " FROM (SELECT " + columns + out.from + out.where + order + limit + " OFFSET 0) AS " + handle;
+  out.where.clear();
+  out.top = nullptr;
+  out.sorted = true;
 }
 
 void Binder::bindItems(const SelectCore& core, const CoreShape& shape, BoundCore& out) {
@@ -196,6 +224,7 @@ std::string Binder::orderTerm(const OrderItem& item, BoundCore& core, bool outpu
 
 std::string Binder::orderBy(const SelectStatement& select, BoundCore& core, bool outputOnly) {
   std::string sql;
+  if (core.sorted) return sql;
   for (const OrderItem& item : select.orderBy) {
     sql += sql.empty() ? " ORDER BY " : ", ";
     sql += orderTerm(item, core, outputOnly) + (item.descending ? " DESC" : "");

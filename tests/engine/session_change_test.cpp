@@ -1,5 +1,8 @@
 // INSERT, UPDATE, DELETE, identity values, variables, control flow and transactions.
 
+#include <atomic>
+#include <thread>
+
 #include "session_fixture.h"
 
 namespace engine::test {
@@ -96,6 +99,9 @@ TEST_F(ChangeTest, VariablesAndControl) {
       {"CREATE TABLE T (N INT) INSERT INTO T VALUES (1),(2),(3) DECLARE @s INT SET @s=0 "
        "SELECT @s=@s+N FROM T SELECT @s",
        "6\n"},
+      {"DECLARE @s VARCHAR(20) SET @s='' SELECT @s=@s+CONVERT(CHAR(1),N) FROM T ORDER BY N DESC SELECT @s "
+       "SELECT TOP 2 @s=@s+CONVERT(CHAR(1),N) FROM T ORDER BY N SELECT @s",
+       "321\n32112\n"},
       {"DECLARE @x INT SET @x=7 SELECT @x=N FROM T WHERE N=99 SELECT @x SELECT @x=N FROM T ORDER BY N SELECT "
        "@x",
        "7\n3\n"},
@@ -150,6 +156,24 @@ TEST_F(ChangeTest, Transactions) {
   EXPECT_EQ(run(*other, "SELECT N FROM T"), "5\n");
 }
 
+TEST_F(ChangeTest, CancelEndsTheBatch) {
+  follow({{"CREATE TABLE T (N INT) INSERT INTO T VALUES (1),(2),(3),(4),(5),(6),(7),(8),(9),(10)", ""}});
+  for (const char* endless : {"DECLARE @i INT SET @i=0 WHILE 1=1 SET @i=@i+1",
+                              "SELECT COUNT(*) FROM T A,T B,T C,T D,T E,T F,T G,T H,T I,T J,T K,T L"}) {
+    std::atomic<bool> ended = false;
+    std::thread canceller([&] {
+      while (!ended) {
+        session->cancel();
+        std::this_thread::yield();
+      }
+    });
+    EXPECT_EQ(run(endless), "!3617\n");
+    ended = true;
+    canceller.join();
+    EXPECT_EQ(run("SELECT COUNT(*) FROM T"), "10\n");
+  }
+}
+
 TEST_F(ChangeTest, SystemTablesAnswer) {
   follow({
       {"CREATE TABLE KASA (Kasa_ID INT IDENTITY, Ad CHAR(50) NULL)", ""},
@@ -163,6 +187,7 @@ TEST_F(ChangeTest, SystemTablesAnswer) {
       {"EXEC sp_addlogin 'ali','s1' EXEC sp_grantdbaccess 'ali' SELECT name FROM sysusers WHERE name='ali'",
        "ali\n"},
       {"EXEC sp_addlogin 'ali','s1'", "!15025\n"},
+      {"UPDATE sysobjects SET name='x'", "!259\n"},
       {"EXEC sp_rename 'KASA','KASALAR' SELECT COUNT(*) FROM KASALAR", "0\n"},
   });
 }

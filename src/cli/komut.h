@@ -49,6 +49,7 @@ const Komut& firmaListeleKomutu();
 const Komut& firmaOlusturKomutu();
 const Komut& firmaSilKomutu();
 const Komut& guncelleKomutu();
+const Komut& ornekVeriKomutu();
 const Komut& semaKomutu();
 
 }  // namespace cli

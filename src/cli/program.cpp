@@ -16,7 +16,7 @@ constexpr std::string_view exitCodes =
     "Çıkış kodları: 0 tamam, 1 işlem reddedildi ya da yapılamadı, 2 yanlış kullanım.";
 
 constexpr std::array commands = {kurKomutu,      sqlKomutu,      firmaListeleKomutu, firmaOlusturKomutu,
-                                 firmaSilKomutu, guncelleKomutu, semaKomutu};
+                                 firmaSilKomutu, guncelleKomutu, ornekVeriKomutu,    semaKomutu};
 
 std::string valueName(std::string_view option) {
   const auto last = option.substr(option.rfind(',') + 1);  // npos + 1 is 0

@@ -22,7 +22,7 @@ class KomutTest : public Test {
 
 TEST_F(KomutTest, HelpOfEveryCommandIsTurkish) {
   for (const char* command :
-       {"kur", "sql", "firma-listele", "firma-olustur", "firma-sil", "guncelle", "sema"}) {
+       {"kur", "sql", "firma-listele", "firma-olustur", "firma-sil", "guncelle", "ornek-veri", "sema"}) {
     EXPECT_EQ(cli.calistir({command, "--help"}), 0) << command;
     EXPECT_NE(cli.out.find("Kullanım: zembera-cli " + std::string(command)), std::string::npos) << cli.out;
     EXPECT_NE(cli.out.find("Çıkış kodları"), std::string::npos) << cli.out;
@@ -45,6 +45,11 @@ TEST_F(KomutTest, WrongUseEndsWithTwoAndATurkishText) {
                         {{"sql", "--db", "x", "-i", "f", "SELECT 1"}, "birlikte verilemez"},
                         {{"firma-sil"}, "Zorunlu seçenek verilmedi: --ad"},
                         {{"guncelle"}, "Zorunlu seçenek verilmedi: --ad"},
+                        {{"ornek-veri"}, "Zorunlu seçenek verilmedi: --ad"},
+                        {{"ornek-veri", "--ad", "a", "--olcek", "0"}, "Ölçek 1 ile 1000"},
+                        {{"ornek-veri", "--ad", "a", "--olcek", "1001"}, "Ölçek 1 ile 1000"},
+                        {{"ornek-veri", "--ad", "a", "--olcek", "2x"}, "Ölçek 1 ile 1000"},
+                        {{"ornek-veri", "--ad", "a", "--tohum", "-1"}, "Tohum bir sayı"},
                         {{"sema"}, "Ya --ad AD ya da"},
                         {{"sema", "--karsilastir", "a"}, "Ya --ad AD ya da"},
                         {{"sema", "--ad", "a", "--karsilastir", "a", "b"}, "Ya --ad AD ya da"},

@@ -51,6 +51,16 @@ class Sirket {
   Sirket(const Sirket&) = delete;
   Sirket& operator=(const Sirket&) = delete;
 
+  void yarat(const std::string& ad, const std::string& kod) {
+    s.oturum.Yeni_Kayit = true;
+    FirmaKarti kart;
+    kart.Firma_Adi = ad;
+    kart.Firma_Kodu = kod;
+    kart.Firma_Unvani = ad;
+    kart.Bas_Tar = "01/01/2012";
+    kart.Bit_Tar = "31/12/2012";
+    Kaydet(s.oturum, kart);
+  }
   void bagla(const std::string& database) { session::Katalog_Bagla(s.oturum, database); }
   void run(const std::string& sql) { s.oturum.Baglanti->execute(sql); }
   // Rows joined by newlines, values by '|'; text is trimmed at its end.
@@ -73,18 +83,6 @@ class Sirket {
   std::filesystem::path folder;
   support::FakeSurroundings s;
   std::unique_ptr<db::ConnectionFactory> factory;
-
- private:
-  void yarat(const std::string& ad, const std::string& kod) {
-    s.oturum.Yeni_Kayit = true;
-    FirmaKarti kart;
-    kart.Firma_Adi = ad;
-    kart.Firma_Kodu = kod;
-    kart.Firma_Unvani = ad;
-    kart.Bas_Tar = "01/01/2012";
-    kart.Bit_Tar = "31/12/2012";
-    Kaydet(s.oturum, kart);
-  }
 };
 
 // The companies are made at the first test; each test empties the tables that it writes.

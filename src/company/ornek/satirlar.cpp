@@ -1,0 +1,195 @@
+#include "company/ornek/satirlar.h"
+
+#include <algorithm>
+
+namespace company::ornek {
+
+namespace {
+
+using Tur = OrnekHareketi::Tur;
+
+}  // namespace
+
+Toplam topla(const std::vector<Satir>& satirlar) {
+  Toplam out;
+  for (const Satir& satir : satirlar) {
+    out.burut += satir.tutar();
+    out.iskonto += satir.iskontoTutari();
+    out.kdv += satir.kdvTutari();
+  }
+  return out;
+}
+
+std::vector<Satir> malSatirlari(Baglam& b, int enAz, int enCok, bool alisFiyati) {
+  std::vector<Satir> out;
+  for (std::int64_t kalan = b.r.arasi(enAz, enCok); kalan > 0; --kalan) {
+    const Stok stok = b.birStok();
+    const bool var = std::any_of(out.begin(), out.end(), [&](const Satir& s) { return s.id == stok.id; });
+    if (var) continue;
+    Satir satir;
+    satir.id = stok.id;
+    satir.kod = stok.kod;
+    satir.ad = stok.ad;
+    satir.birim = stok.birim;
+    satir.barkod = stok.barkod;
+    satir.miktar = alisFiyati ? b.r.arasi(6, 48) : b.r.arasi(2, 20);
+    satir.fiyat = alisFiyati ? stok.alis : stok.satis;
+    satir.maliyet = stok.alis;
+    satir.kdv = stok.kdv;
+    satir.iskonto = b.r.yuzde(15) ? 5 : 0;
+    out.push_back(std::move(satir));
+  }
+  return out;
+}
+
+Kayit& belgeAlanlari(Kayit& kayit, const Baglam& b, const Belge& belge) {
+  kayit.zaman("Tarih", belge.an.tarih).metin("Fis_No", belge.fisNo).metin("Belge_No", belge.belgeNo);
+  kayit.metin("Islem_Tipi", belge.tip);
+  if (belge.cari)
+    cariAlanlari(kayit, *belge.cari);
+  else
+    kayit.sayi("Cari_ID", 0);
+  kayit.sayi("Ambar_No", belge.ambar).sayi("Isyeri_ID", belge.isyeri);
+  return izAlanlari(gunAlanlari(genelAlanlar(kayit, b, belge.satici), belge.an), belge.an);
+}
+
+Kayit& toplamAlanlari(Kayit& kayit, const Toplam& toplam) {
+  return kayit.para("Burut_Tutar", toplam.burut)
+      .para("Indirim_Toplam", toplam.iskonto)
+      .para("Ara_Toplam", toplam.burut - toplam.iskonto)
+      .para("KDV_Toplam", toplam.kdv)
+      .para("Net_Tutar", toplam.net())
+      .sayi("KDV_Dahil", 0)
+      .sayi("Dovizli_Tutar", 0);
+}
+
+Kayit& satirAlanlari(Kayit& kayit, const Satir& satir, int sira) {
+  return kayit.sayi("Islem_No", sira)
+      .metin("Satir_Tipi", satir.tip)
+      .sayi("Stok_ID", satir.id)
+      .metin("Stok_Kod", satir.kod)
+      .metin("Stok_Ad", satir.ad)
+      .metin("Birim", satir.birim)
+      .metin("Barkod", satir.barkod)
+      .sayi("Miktar", satir.miktar)
+      .sayi("RB_Takip", 0)
+      .para("Birim_Fiyat", satir.fiyat)
+      .sayi("KDV", satir.kdv)
+      .metin("ISK", std::to_string(satir.iskonto))
+      .para("ISK_Tutar", satir.iskontoTutari())
+      .para("KDV_Tutar", satir.kdvTutari())
+      .para("Tutar", satir.tutar())
+      .sayi("Carpan", 1);
+}
+
+Kayit stokFisKarti(const Baglam& b, const Belge& belge, const Toplam& toplam, const std::string& faturaId) {
+  Kayit kart("STOKHAREKETKART");
+  toplamAlanlari(belgeAlanlari(kart, b, belge), toplam);
+  const bool carili = belge.cari.has_value();
+  kart.para("Toplam_KDV", toplam.kdv).sayi("Vade", belge.vade).ham("Fatura_ID", faturaId);
+  kart.para("ATutar", carili && belge.giris ? toplam.net() : 0);
+  return kart.para("BTutar", carili && !belge.giris ? toplam.net() : 0);
+}
+
+Kayit stokSatiri(Baglam& b, const Belge& belge, const Satir& satir, int sira, const std::string& faturaId,
+                 const std::string& siparisId) {
+  Kayit kayit("STOKHAREKET");
+  kayit.ham("Stok_HareketKart_ID", "@S");
+  satirAlanlari(belgeAlanlari(kayit, b, belge), satir, sira);
+  kayit.sayi("Giris", belge.giris ? satir.miktar : 0).sayi("Cikis", belge.giris ? 0 : satir.miktar);
+  kayit.para("Maliyet", satir.maliyet).para("Toplam_KDV", satir.kdvTutari()).sayi("Dovizli_Tutar", 0);
+  kayit.ham("Fatura_ID", faturaId).ham("Siparis_Hareket_ID", siparisId);
+  b.bildir(Tur::Stok, satir.id, belge.giris ? satir.miktar : -satir.miktar, belge.ambar);
+  return kayit;
+}
+
+std::string stokFisiSql(Baglam& b, const Belge& belge, const std::vector<Satir>& satirlar,
+                        const std::string& faturaId, std::int64_t& satirSayisi) {
+  std::vector<Kayit> kayitlar;
+  for (const Satir& satir : satirlar)
+    if (satir.tip == "Mal")
+      kayitlar.push_back(stokSatiri(b, belge, satir, static_cast<int>(kayitlar.size()) + 1, faturaId, "0"));
+  if (kayitlar.empty()) return "";
+  satirSayisi += 1 + static_cast<std::int64_t>(kayitlar.size());
+  return stokFisKarti(b, belge, topla(satirlar), faturaId).sql() + "SET @S=SCOPE_IDENTITY()\n" +
+         topluSql(kayitlar);
+}
+
+namespace {
+
+Kayit& odemeAlanlari(Kayit& kayit, const Baglam& b, const Odeme& odeme) {
+  kayit.metin("Fis_No", odeme.fisNo).metin("Islem_Tipi", odeme.tip).metin("Aciklama", odeme.aciklama);
+  if (odeme.cari)
+    cariAlanlari(kayit, *odeme.cari);
+  else
+    kayit.sayi("Cari_ID", 0);
+  gunAlanlari(kayit, odeme.an).sayi("Kullanici_ID", 1).sayi("Satici_ID", odeme.satici).sayi("Ozel", 0);
+  return izAlanlari(kayit.sayi("Isyeri_ID", b.t.isyerleri.front()), odeme.an);
+}
+
+Kayit& tutarlar(Kayit& kayit, const Baglam& b, std::int64_t kurus) {
+  kayit.sayi("Doviz_ID", b.t.dovizId).sayi("KUR", 0).sayi("Dovizli_Tutar", 0);
+  return kayit.para("BTutar", std::max<std::int64_t>(kurus, 0))
+      .para("ATutar", std::max<std::int64_t>(-kurus, 0));
+}
+
+}  // namespace
+
+Kayit kasaKaydi(const Baglam& b, const Kasa& kasa, const Odeme& odeme, std::int64_t kurus) {
+  Kayit kayit("KASAHAREKET");
+  kayit.zaman("Tarih", odeme.an.tarih)
+      .sayi("Kasa_ID", kasa.id)
+      .metin("Kasa_Kod", kasa.kod)
+      .metin("Kasa_Ad", kasa.ad);
+  tutarlar(odemeAlanlari(kayit, b, odeme), b, kurus);
+  b.bildir(Tur::Kasa, kasa.id, kurus);
+  if (odeme.cari) b.bildir(Tur::Cari, odeme.cari->id, -kurus);
+  return kayit;
+}
+
+Kayit bankaKaydi(const Baglam& b, const Banka& banka, const Odeme& odeme, std::int64_t kurus) {
+  Kayit kayit("BANKAHAREKET");
+  kayit.zaman("Tarih", odeme.an.tarih).sayi("Hesap_ID", banka.id).metin("Hesap_No", banka.no);
+  kayit.metin("Hesap_Ad", banka.ad).metin("Banka_Ad", banka.banka).sayi("Islem_No", 1);
+  tutarlar(odemeAlanlari(kayit, b, odeme), b, kurus);
+  b.bildir(Tur::Banka, banka.id, kurus);
+  if (odeme.cari) b.bildir(Tur::Cari, odeme.cari->id, -kurus);
+  return kayit;
+}
+
+namespace {
+
+Kayit posKaydi(const Baglam& b, const Banka& banka, const Anlasma& anlasma, const Odeme& odeme,
+               std::int64_t kurus, std::int64_t kesinti, const std::string& satisId) {
+  const db::DateTime aktarim = gunSonra(odeme.an.tarih, anlasma.gun);
+  const bool aktarildi = aktarim <= b.donem.bit();
+  Kayit kayit("POSHAREKET");
+  kayit.sayi("Hesap_ID", banka.id).sayi("Anlasma_ID", anlasma.id).ham("Satis_ID", satisId);
+  kayit.zaman("Islem_Tarih", odeme.an.tarih).zaman("Hesaba_Aktarim_Tarih", aktarim);
+  odemeAlanlari(kayit, b, odeme).para("Tutar", kurus).metin("Kesinti_Orani", paraMetni(anlasma.binde * 10));
+  kayit.para("Kesinti_Tutar", kesinti).para("Hesaba_Gececek_Tutar", kurus - kesinti);
+  kayit.metin("GunPOS", gunMetni(aktarim))
+      .metin("AY_IndexPOS", ayMetni(aktarim))
+      .metin("AyPOS", ayAdi(aktarim))
+      .sayi("HaftaPOS", haftaNo(aktarim));
+  return kayit.sayi("Hesaba_Aktarildi", aktarildi ? 1 : 0).sayi("Kasa_ID", 0);
+}
+
+}  // namespace
+
+std::string posSql(Baglam& b, const Banka& banka, const Anlasma& anlasma, const Odeme& odeme,
+                   std::int64_t kurus, const std::string& satisId, std::int64_t& satirSayisi) {
+  const std::int64_t kesinti = (kurus * anlasma.binde + 500) / 1000;
+  std::string sql = posKaydi(b, banka, anlasma, odeme, kurus, kesinti, satisId).sql();
+  ++satirSayisi;
+  const db::DateTime aktarim = gunSonra(odeme.an.tarih, anlasma.gun);
+  if (aktarim > b.donem.bit()) return sql;
+  const Odeme gecis{"Pos Aktarım Fişi",       b.fisNo("BANFIS"), "",
+                    {aktarim, odeme.an.saat}, std::nullopt,      odeme.satici};
+  satirSayisi += 2;
+  return sql + "DECLARE @P INT DECLARE @B INT SET @P=SCOPE_IDENTITY()\n" +
+         bankaKaydi(b, banka, gecis, kurus - kesinti).sql() + "SET @B=SCOPE_IDENTITY()\n" +
+         Kayit("BANKAPOSBAGLANTI").ham("BankaHareket_ID", "@B").ham("POSHareket_ID", "@P").sql();
+}
+
+}  // namespace company::ornek

@@ -1,0 +1,117 @@
+#include "company/ornek/yazici.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace company::ornek {
+
+namespace {
+
+constexpr std::size_t topluBoy = 25;        // rows of one statement
+constexpr std::int64_t islemBoyu = 20'000;  // rows of one transaction
+
+}  // namespace
+
+std::string paraMetni(std::int64_t kurus) {
+  char text[32];
+  const std::int64_t tam = std::llabs(kurus);
+  std::snprintf(text, sizeof text, "%s%lld.%02lld", kurus < 0 ? "-" : "", static_cast<long long>(tam / 100),
+                static_cast<long long>(tam % 100));
+  return text;
+}
+
+Kayit& Kayit::ham(std::string_view kolon, std::string_view sql) {
+  if (!kolonlar_.empty()) {
+    kolonlar_ += ',';
+    degerler_ += ',';
+  }
+  kolonlar_ += kolon;
+  degerler_ += sql;
+  return *this;
+}
+
+Kayit& Kayit::metin(std::string_view kolon, std::string_view deger) {
+  return ham(kolon, db::literal(deger));
+}
+
+Kayit& Kayit::sayi(std::string_view kolon, std::int64_t deger) {
+  return ham(kolon, std::to_string(deger));
+}
+
+Kayit& Kayit::para(std::string_view kolon, std::int64_t kurus) {
+  return metin(kolon, paraMetni(kurus));
+}
+
+Kayit& Kayit::zaman(std::string_view kolon, const db::DateTime& deger) {
+  return ham(kolon, db::literal(deger));
+}
+
+std::string Kayit::sql() const {
+  return "INSERT INTO " + tablo_ + " (" + kolonlar_ + ") VALUES (" + degerler_ + ")\n";
+}
+
+std::string topluSql(const std::vector<Kayit>& kayitlar) {
+  if (kayitlar.empty()) return "";
+  std::string out =
+      "INSERT INTO " + kayitlar.front().tablo() + " (" + kayitlar.front().kolonlar() + ") VALUES ";
+  for (const Kayit& kayit : kayitlar)
+    out += (&kayit == kayitlar.data() ? "(" : ",(") + kayit.degerler() + ")";
+  return out + "\n";
+}
+
+void Yazici::say(std::int64_t satir) {
+  satir_ += satir;
+  islemde_ += satir;
+  if (islemde_ < islemBoyu) return;
+  baglanti_.execute("COMMIT TRAN");
+  acik_ = false;
+  islemde_ = 0;
+}
+
+void Yazici::calistir(const std::string& batch, std::int64_t satir) {
+  bosalt();
+  if (!acik_) baglanti_.execute("BEGIN TRAN");
+  acik_ = true;
+  baglanti_.execute(batch);
+  say(satir);
+}
+
+std::int64_t Yazici::numara(const std::string& batch, std::int64_t satir) {
+  bosalt();
+  if (!acik_) baglanti_.execute("BEGIN TRAN");
+  acik_ = true;
+  const auto rows = baglanti_.query(batch);
+  const std::int64_t sonuc = rows && rows->count() > 0 ? rows->value(0, 0).integer() : 0;
+  say(satir);
+  return sonuc;
+}
+
+void Yazici::biriktir(Kayit kayit) {
+  if (!bekleyen_.empty() && bekleyen_.front().tablo() != kayit.tablo()) bosalt();
+  bekleyen_.push_back(std::move(kayit));
+  if (bekleyen_.size() >= topluBoy) bosalt();
+}
+
+void Yazici::bosalt() {
+  if (bekleyen_.empty()) return;
+  std::vector<Kayit> kayitlar;
+  kayitlar.swap(bekleyen_);
+  calistir(topluSql(kayitlar), static_cast<std::int64_t>(kayitlar.size()));
+}
+
+void Yazici::bitir() {
+  bosalt();
+  if (acik_) baglanti_.execute("COMMIT TRAN");
+  acik_ = false;
+}
+
+void Yazici::geriAl() noexcept {
+  try {
+    baglanti_.execute("IF @@TRANCOUNT>0 ROLLBACK TRAN");
+  } catch (const db::SqlError&) {
+    // The link is gone, and the transaction with it.
+  }
+  acik_ = false;
+}
+
+}  // namespace company::ornek

@@ -1,0 +1,67 @@
+// Rows as INSERT statements, and the way that they take to the server.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "db/connection.h"
+
+namespace company::ornek {
+
+// One row of a table. Amounts are written as text literals: the server's plan for the statement then does not
+// depend on how many digits they have.
+class Kayit {
+ public:
+  explicit Kayit(std::string_view tablo) : tablo_(tablo) {}
+  Kayit& metin(std::string_view kolon, std::string_view deger);
+  Kayit& sayi(std::string_view kolon, std::int64_t deger);
+  Kayit& para(std::string_view kolon, std::int64_t kurus);
+  Kayit& zaman(std::string_view kolon, const db::DateTime& deger);
+  Kayit& ham(std::string_view kolon, std::string_view sql);  // an expression or a variable
+
+  const std::string& tablo() const { return tablo_; }
+  const std::string& kolonlar() const { return kolonlar_; }
+  const std::string& degerler() const { return degerler_; }
+  std::string sql() const;
+
+ private:
+  std::string tablo_, kolonlar_, degerler_;
+};
+
+std::string paraMetni(std::int64_t kurus);  // "1234.50"
+
+// Rows of one table in one statement; none for no row.
+std::string topluSql(const std::vector<Kayit>& kayitlar);
+
+// Sends statements in transactions of some thousand rows.
+class Yazici {
+ public:
+  explicit Yazici(db::Connection& baglanti) : baglanti_(baglanti) {}
+
+  // One batch that writes `satir` rows.
+  void calistir(const std::string& batch, std::int64_t satir);
+  // The same, and its one number.
+  std::int64_t numara(const std::string& batch, std::int64_t satir);
+  // A row whose turn comes when enough of its table are there; the table must have no trigger.
+  void biriktir(Kayit kayit);
+  // Sends what has been gathered.
+  void bosalt();
+  // The end: everything sent and committed.
+  void bitir();
+  void geriAl() noexcept;
+
+  std::int64_t satir() const { return satir_; }
+  db::Connection& baglanti() { return baglanti_; }
+
+ private:
+  void say(std::int64_t satir);
+
+  db::Connection& baglanti_;
+  std::vector<Kayit> bekleyen_;
+  std::int64_t satir_ = 0, islemde_ = 0;
+  bool acik_ = false;
+};
+
+}  // namespace company::ornek

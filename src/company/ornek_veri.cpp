@@ -1,0 +1,90 @@
+#include "company/ornek_veri.h"
+
+#include <array>
+#include <cstdio>
+
+#include "company/ornek/baglam.h"
+#include "session/statements.h"
+
+namespace company {
+
+namespace ornek {
+
+void sayaclariYaz(Baglam& b) {
+  for (const auto& [anahtar, sayi] : b.sayaclar()) {
+    char metin[24];
+    std::snprintf(metin, sizeof metin, "%010lld", static_cast<long long>(sayi));
+    b.y.calistir("UPDATE IP_" + anahtar + " SET IP='" + metin + "'", 0);
+  }
+}
+
+}  // namespace ornek
+
+namespace {
+
+using ornek::Baglam;
+using ornek::Donem;
+
+constexpr std::array steps = {ornek::tanimlariYaz,  ornek::kartlariYaz,      ornek::acilislariYaz,
+                              ornek::faturalariYaz, ornek::stokFisleriniYaz, ornek::kasaBankaYaz,
+                              ornek::evraklariYaz,  ornek::siparisleriYaz,   ornek::muhasebeYaz,
+                              ornek::sayaclariYaz};
+
+// The company's period from the catalog; its fault in `hata`.
+Donem donemOku(session::Oturum& oturum, const std::string& firmaAdi, std::string& hata) {
+  session::Katalog_Bagla(oturum, "Defination_DB");
+  const auto rows = oturum.Baglanti->query(
+      "SELECT Mali_Yil_Baslangic, Mali_Yil_Bitis, DATEDIFF(d,Mali_Yil_Baslangic,Mali_Yil_Bitis) FROM "
+      "sysfrmlng "
+      "WHERE sysfrm_dbnm='" +
+      db::escape(firmaAdi) + "'");
+  Donem donem;
+  if (!rows || rows->count() == 0) {
+    hata = "Bu isimle bir firma yok: " + firmaAdi;
+    return donem;
+  }
+  const db::Value bas = rows->value(0, 0);
+  const auto* tarih = bas.as<db::DateTime>();
+  donem.gunler = static_cast<int>(rows->value(0, 2).integer()) + 1;
+  if (tarih == nullptr || rows->value(0, 1).isNull() || donem.gunler < 1)
+    hata = "Firmanın mali yılı belli değil.";
+  else
+    donem.bas = *tarih;
+  return donem;
+}
+
+std::string engel(session::Oturum& oturum) {
+  const auto rows = oturum.Baglanti->query("SELECT COUNT(*) FROM STOKKART");
+  if (rows->value(0, 0).integer() == 0) return "";
+  return "Firmada zaten stok kartı var; örnek veri yalnızca boş bir firmaya yazılır.";
+}
+
+}  // namespace
+
+OrnekVeriSonucu Ornek_Veri_Yaz(session::Oturum& oturum, const std::string& firmaAdi,
+                               const OrnekVeriSecenekleri& secenekler, const OrnekDinleyici& dinleyici) {
+  OrnekVeriSonucu sonuc;
+  const Donem donem = donemOku(oturum, firmaAdi, sonuc.hata);
+  if (!sonuc.hata.empty()) return sonuc;
+  session::Katalog_Bagla(oturum, firmaAdi);
+  sonuc.hata = engel(oturum);
+  if (!sonuc.hata.empty()) return sonuc;
+  Baglam baglam(oturum, donem, secenekler, dinleyici);
+  try {
+    std::int64_t done = 0;
+    for (const auto step : steps) {
+      step(baglam);
+      oturum.ilerleme->whole(++done, static_cast<std::int64_t>(steps.size()));
+    }
+    baglam.y.bitir();
+  } catch (const std::exception& error) {
+    baglam.y.geriAl();
+    sonuc.hata = error.what();
+    sonuc.yarida = true;
+  }
+  sonuc.satir = baglam.y.satir();
+  oturum.ilerleme->text("");
+  return sonuc;
+}
+
+}  // namespace company

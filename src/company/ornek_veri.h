@@ -1,0 +1,51 @@
+// Fills a company with believable data: what the suite's programs would have written in a year of work, with
+// their columns, type strings, numbers and counters, and through the database's own triggers.
+//
+// Scale 1: about 500 stock items in three warehouses, 300 current accounts, four cash boxes, three banks with
+// card agreements, 2,000 invoices and slips with lines, payments, cheques and notes in every state, orders
+// open and closed, ledger slips. Everything but the definitions grows linearly with the scale; memory does
+// not.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "session/oturum.h"
+
+namespace company {
+
+struct OrnekVeriSecenekleri {
+  int olcek = 1;            // 1 to 1,000
+  std::uint64_t tohum = 1;  // the same seed gives the same rows
+};
+
+// One effect on a balance, told as it is written.
+struct OrnekHareketi {
+  enum class Tur : std::uint8_t {
+    Kasa,      // kuruş into a cash box
+    Banka,     // kuruş into a bank account
+    Cari,      // kuruş, debit positive
+    Hesap,     // kuruş on a ledger account, debit positive
+    Stok,      // pieces into a warehouse
+    Transfer,  // pieces into a warehouse, out of another
+  };
+  Tur tur = Tur::Kasa;
+  std::int64_t id = 0;  // the card's identity
+  std::int64_t deger = 0;
+  int ambar = 0;
+};
+using OrnekDinleyici = std::function<void(const OrnekHareketi&)>;
+
+struct OrnekVeriSonucu {
+  std::string hata;        // empty when all went well
+  bool yarida = false;     // with an error: something had been written before
+  std::int64_t satir = 0;  // rows written, those of the triggers not counted
+};
+
+// Writes into the database `firmaAdi`, whose period the catalog tells. Refuses a company that the catalog
+// does not know and one that has stock cards already. Leaves Baglanti on the database.
+OrnekVeriSonucu Ornek_Veri_Yaz(session::Oturum& oturum, const std::string& firmaAdi,
+                               const OrnekVeriSecenekleri& secenekler, const OrnekDinleyici& dinleyici = {});
+
+}  // namespace company

@@ -1,0 +1,189 @@
+// A company database on the embedded server against bare SQLite in one run; prints times and ratios.
+// With an argument only the part named:
+//
+//   create    all objects of a new company, against the same tables, indexes and first rows made in a bare
+//             file, each statement a transaction of its own on both sides; views and triggers have no
+//             counterpart there and count on our side alone
+//   sample N  sample data at scale N (default 1), against prepared INSERTs of the same rows without triggers
+#include <cstdio>
+#include <map>
+
+#include "bench/bare.h"
+#include "catalog/sunucu_hazirla.h"
+#include "company/base_schema.h"
+#include "company/firma_karti.h"
+#include "company/ornek_veri.h"
+#include "db/drivers.h"
+#include "engine/server.h"
+#include "session/statements.h"
+#include "support/fakes.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using bench::seconds;
+
+constexpr int rounds = 5;
+
+class Surroundings {
+ public:
+  Surroundings() {
+    engine::Server::create(folder.path / "veri", "sa", "gizli");
+    factory = db::makeConnectionFactory(folder.path);
+    s.oturum.surucu = factory.get();
+    s.oturum.Server_Adi = "(yerel)";
+    s.oturum.Tanim_DB_Versiyon = s.oturum.Firma_DB_Versiyon = "2012.002";
+    s.platform.folder = folder.path;
+    catalog::Sunucu_Hazirla(s.oturum, {"Olcum", "olcum", ""});
+  }
+  ~Surroundings() {
+    s.oturum.Kayitlar.close();
+    s.oturum.Baglanti.reset();
+  }
+  fs::path file(const std::string& database) const { return folder.path / "veri" / (database + ".mdf"); }
+  void failOnBoxes() const {
+    if (!s.boxes.shown.empty()) throw std::runtime_error(s.boxes.last());
+  }
+
+  bench::Folder folder;
+  support::FakeSurroundings s;
+  std::unique_ptr<db::ConnectionFactory> factory;
+};
+
+// Every statement that makes the tables, indexes and rows of `file`, rows with their values in the text.
+std::vector<std::string> statementsOf(const fs::path& file) {
+  bench::Sqlite source(file);
+  std::vector<std::string> all;
+  for (const auto& table : bench::tablesOf(source)) {
+    const auto definitions = bench::definitionsOf(source, table);
+    all.push_back(definitions.front());
+    std::string values = "SELECT 'INSERT INTO \"" + table + "\" VALUES('";
+    for (const auto& column : source.texts("SELECT name FROM pragma_table_info('" + table + "')")) {
+      values += (values.ends_with("VALUES('") ? "||quote(\"" : "||','||quote(\"") + column + "\")";
+    }
+    for (auto& insert : source.texts(values + "||')' FROM \"" + table + "\"")) all.push_back(insert);
+    all.insert(all.end(), definitions.begin() + 1, definitions.end());
+  }
+  return all;
+}
+
+void measureCreate() {
+  Surroundings here;
+  session::Oturum& oturum = here.s.oturum;
+  std::vector<double> ours, bare, ratios;
+  std::size_t statements = 0;
+  for (int round = 0; round < rounds; ++round) {
+    const std::string name = "OLCUM" + std::to_string(round);
+    oturum.Baglanti->execute("CREATE DATABASE " + name);
+    session::Katalog_Bagla(oturum, name);
+    ours.push_back(seconds([&] { company::Firma_Tablolari_Olustur(oturum); }));
+    here.failOnBoxes();
+    const auto same = statementsOf(here.file(name));
+    statements = same.size();
+    bench::Sqlite sqlite(here.folder.path / ("bare" + std::to_string(round) + ".db"));
+    bare.push_back(seconds([&] {
+      for (const auto& sql : same) sqlite.run(sql);
+    }));
+    ratios.push_back(ours.back() / bare.back());
+  }
+  std::printf("create   %8.3f s   sqlite %8.3f s (%zu statements)   ratio of times %.2f\n",
+              bench::median(ours), bench::median(bare), statements, bench::median(ratios));
+}
+
+// ---- sample data ----
+
+struct TableCopy {
+  std::string name;
+  std::vector<std::string> definitions;
+  int columns = 0;
+  std::vector<sqlite3_value*> cells;  // row by row
+};
+
+TableCopy copyOf(bench::Sqlite& source, const std::string& table) {
+  TableCopy copy{table, bench::definitionsOf(source, table), 0, {}};
+  sqlite3_stmt* rows = source.prepare("SELECT * FROM \"" + table + "\"");
+  copy.columns = sqlite3_column_count(rows);
+  while (sqlite3_step(rows) == SQLITE_ROW) {
+    for (int i = 0; i < copy.columns; ++i)
+      copy.cells.push_back(sqlite3_value_dup(sqlite3_column_value(rows, i)));
+  }
+  sqlite3_finalize(rows);
+  return copy;
+}
+
+std::int64_t insertCopy(bench::Sqlite& target, const TableCopy& copy) {
+  std::string marks;
+  for (int i = 0; i < copy.columns; ++i) marks += i ? ",?" : "?";
+  sqlite3_stmt* insert = target.prepare("INSERT INTO \"" + copy.name + "\" VALUES(" + marks + ")");
+  std::int64_t rows = 0;
+  for (std::size_t at = 0; at < copy.cells.size(); at += static_cast<std::size_t>(copy.columns), ++rows) {
+    for (int i = 0; i < copy.columns; ++i) {
+      sqlite3_bind_value(insert, i + 1, copy.cells[at + static_cast<std::size_t>(i)]);
+    }
+    target.once(insert);
+  }
+  sqlite3_finalize(insert);
+  return rows;
+}
+
+// Rows a second of prepared INSERTs of everything that `file` holds.
+double bareRate(const fs::path& file, const fs::path& target) {
+  std::vector<TableCopy> copies;
+  {
+    bench::Sqlite source(file);
+    for (const auto& table : bench::tablesOf(source)) copies.push_back(copyOf(source, table));
+  }
+  bench::Sqlite bare(target);
+  for (const auto& copy : copies) {
+    for (const auto& sql : copy.definitions) bare.run(sql);
+  }
+  std::int64_t rows = 0;
+  const double time = seconds([&] {
+    bare.run("BEGIN");
+    for (const auto& copy : copies) rows += insertCopy(bare, copy);
+    bare.run("COMMIT");
+  });
+  for (const auto& copy : copies) {
+    for (sqlite3_value* cell : copy.cells) sqlite3_value_free(cell);
+  }
+  return static_cast<double>(rows) / time;
+}
+
+void measureSample(int scale) {
+  Surroundings here;
+  session::Oturum& oturum = here.s.oturum;
+  oturum.Yeni_Kayit = true;
+  company::FirmaKarti kart;
+  kart.Firma_Adi = "ORNEK2012";
+  kart.Firma_Kodu = "00001";
+  kart.Firma_Unvani = "Örnek";
+  kart.Bas_Tar = "01/01/2012";
+  kart.Bit_Tar = "31/12/2012";
+  oturum.Veri_Klasoru = oturum.Baglanti->query("SELECT sysdtyl FROM sysDTYL")->value(0, 0).trimmed();
+  company::Kaydet(oturum, kart);
+  here.failOnBoxes();
+  const long before = bench::statusKilobytes("VmRSS");
+  company::OrnekVeriSonucu result;
+  const double time = seconds([&] { result = company::Ornek_Veri_Yaz(oturum, kart.Firma_Adi, {scale, 1}); });
+  if (!result.hata.empty()) throw std::runtime_error(result.hata);
+  const long after = bench::statusKilobytes("VmRSS");
+  const double ours = static_cast<double>(result.satir) / time;
+  const double bare = bareRate(here.file(kart.Firma_Adi), here.folder.path / "bare.db");
+  std::printf("sample   scale %d: %lld rows, %8.0f rows/s   sqlite %8.0f rows/s   ratio of rates %.2f\n",
+              scale, static_cast<long long>(result.satir), ours, bare, ours / bare);
+  std::printf("         memory before %ld kB, after %ld kB\n", before, after);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::string only = argc > 1 ? argv[1] : "";
+  try {
+    if (only != "sample") measureCreate();
+    if (only != "create") measureSample(argc > 2 ? std::stoi(argv[2]) : 1);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
+  }
+  return 0;
+}

@@ -315,6 +315,7 @@ bool isDateText(std::string_view text, const ConvertContext& context) {
 bool isNumericText(std::string_view text) {
   const std::string_view digits = trimBlanks(text);
   if (digits.empty()) return false;
+  if (digits.size() == 1 && std::string_view("+-.,$").find(digits[0]) != std::string_view::npos) return true;
   const auto converts = [&](const Type& to) {
     try {
       convert(Datum(std::string(digits)), {TypeId::VarChar, 8000}, to);

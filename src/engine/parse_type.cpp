@@ -101,6 +101,7 @@ Type SqlParser::type(const Declared* declared, std::string* word) {
   result.id = found->id;
   if (found->shape == Shape::Sized) sizedType(result, {written, found->most, found->longId, declared});
   if (found->shape == Shape::Scaled) scaledType(result, declared);
+  if (found->word == "NUMERIC") result.length = numericMark;
   if (found->shape == Shape::Floating) floatingType(result);
   return result;
 }

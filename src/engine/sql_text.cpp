@@ -101,6 +101,15 @@ void stuff(sqlite3_context* context, int, Values values) {
   setText(context, characters(stuffed, 0, longestText));
 }
 
+// printf rounds a value halfway between two results to the even one, STR away from zero.
+double awayFromHalf(double value, std::int64_t decimals) {
+  const double factor = std::pow(10.0, static_cast<double>(decimals));
+  const double scaled = value * factor;
+  const bool exact = std::fma(value, factor, -scaled) == 0;
+  if (!exact || std::fabs(scaled - std::trunc(scaled)) != 0.5) return value;
+  return std::nextafter(value, std::copysign(HUGE_VAL, value));
+}
+
 // Right-aligned; fewer decimals when there is no room for them, asterisks when there is none for the rest.
 void str(sqlite3_context* context, int, Values values) {
   constexpr std::int64_t mostDecimals = 16;
@@ -110,7 +119,8 @@ void str(sqlite3_context* context, int, Values values) {
   if (width <= 0 || width > longestText) return;
   std::array<char, 400> buffer;
   const auto print = [&](std::int64_t places) {
-    return std::snprintf(buffer.data(), buffer.size(), "%.*f", static_cast<int>(places), value);
+    return std::snprintf(buffer.data(), buffer.size(), "%.*f", static_cast<int>(places),
+                         awayFromHalf(value, places));
   };
   const std::int64_t whole = print(0);
   decimals = std::max<std::int64_t>(0, std::min(decimals, width - whole - 1));

@@ -140,6 +140,8 @@ int storageLength(const Type& type) {
 }
 
 int systemType(const Type& type) {
+  constexpr int numeric = 108;
+  if (type.id == TypeId::Decimal && type.length == numericMark) return numeric;
   return factsOf(type.id).systemType;
 }
 
@@ -150,7 +152,8 @@ const char* typeName(TypeId id) {
 std::string describe(const Type& type) {
   std::string text = factsOf(type.id).shown;
   if (type.id == TypeId::Decimal)
-    return text + '(' + std::to_string(type.precision) + ',' + std::to_string(type.scale) + ')';
+    return (type.length == numericMark ? "NUMERIC" : text) + '(' + std::to_string(type.precision) + ',' +
+           std::to_string(type.scale) + ')';
   if ((isCharacter(type.id) && !isLongText(type.id)) || isBinary(type.id))
     text += '(' + std::to_string(type.length) + ')';
   return text;

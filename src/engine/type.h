@@ -43,9 +43,12 @@ enum class TypeId : std::uint8_t {
   VarBinary,
 };
 
+// In the length of a Decimal that was declared as NUMERIC: the same type under its other name.
+inline constexpr std::uint16_t numericMark = 1;
+
 struct Type {
   TypeId id = TypeId::Null;
-  std::uint16_t length = 0;    // characters of Char .. NVarChar, bytes of Binary, VarBinary
+  std::uint16_t length = 0;    // characters of Char .. NVarChar, bytes of Binary, VarBinary; numericMark
   std::uint8_t precision = 0;  // Decimal only
   std::uint8_t scale = 0;      // Decimal only
 

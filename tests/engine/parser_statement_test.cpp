@@ -104,7 +104,7 @@ TEST(ParserStatement, TypesHaveTheirDefaults) {
                                                        {"varchar(MAX)", "TEXT"},
                                                        {"nvarchar(max)", "NTEXT"},
                                                        {"[decimal]", "DECIMAL(18,0)"},
-                                                       {"numeric(5)", "DECIMAL(5,0)"},
+                                                       {"numeric(5)", "NUMERIC(5,0)"},
                                                        {"float(24)", "REAL"},
                                                        {"DOUBLE PRECISION", "FLOAT"},
                                                        {"char varying(5)", "VARCHAR(5)"},

@@ -94,19 +94,19 @@ class SatirDeposu {
   void ekle(const std::string& hesap, Kayit kayit) {
     std::vector<Kayit>& liste = bekleyen_[hesap];
     liste.push_back(std::move(kayit));
-    if (liste.size() >= boy) yaz(liste);
-  }
-  void bosalt() {
-    for (auto& [hesap, liste] : bekleyen_)
-      if (!liste.empty()) yaz(liste);
-  }
-
- private:
-  static constexpr std::size_t boy = 400;
-  void yaz(std::vector<Kayit>& liste) {
+    if (liste.size() < boy) return;
     b_.y.calistir(topluSql(liste), static_cast<std::int64_t>(liste.size()));
     liste.clear();
   }
+  // The rest goes row by row: statements of every other length would each have to be prepared.
+  void bosalt() {
+    for (const auto& [hesap, liste] : bekleyen_)
+      for (const Kayit& kayit : liste) b_.y.calistir(kayit.sql(), 1);
+    bekleyen_.clear();
+  }
+
+ private:
+  static constexpr std::size_t boy = 40;
 
   Baglam& b_;
   std::map<std::string, std::vector<Kayit>> bekleyen_;

@@ -7,7 +7,7 @@ namespace company::ornek {
 
 namespace {
 
-constexpr std::size_t topluBoy = 25;        // rows of one statement
+constexpr std::size_t topluBoy = 10;        // rows of one statement; preparing it costs their square
 constexpr std::int64_t islemBoyu = 20'000;  // rows of one transaction
 
 }  // namespace

@@ -263,8 +263,12 @@ void dropDatabase(Store& store, const SessionContext& context, const std::string
     throw Error(3702, "Cannot drop database \"" + name + "\" because it is currently in use.");
   store.detach(name);
   setState(store, entry.id, dropping);
-  removeFiles({entry.id, dropping, entry.data, entry.log, {}});
-  strike(store, entry.id);
+  try {
+    removeFiles({entry.id, dropping, entry.data, entry.log, {}});
+    strike(store, entry.id);
+  } catch (const Error&) {
+    // It is dropped; the next start removes what is left of it.
+  }
 }
 
 void cleanUnfinished(Store& store, const std::string& only) {

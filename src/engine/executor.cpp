@@ -23,9 +23,35 @@ Executor::~Executor() {
 Executor::StatementScope::StatementScope(Executor& executor)
     : executor_(executor), outermost_(!executor.inStatement_) {
   if (!outermost_) return;
-  executor_.store_.beginStatement();
+  try {
+    executor_.store_.beginStatement();
+    executor_.refuseLostTransaction();
+  } catch (const Error&) {
+    executor_.store_.endStatement();
+    executor_.forgetLostTransaction();
+    throw;
+  }
   executor_.inStatement_ = true;
   executor_.store_.functions().statementTime = 0;
+}
+
+bool Executor::hasLostTransaction() const {
+  return levels_ > 0 && !store_.inTransaction();
+}
+
+// A stop of the service rolls back what is open between two statements. What follows must not run as if
+// the transaction still stood.
+void Executor::refuseLostTransaction() const {
+  if (hasLostTransaction())
+    throw BatchError(Error(3971,
+                           "The server failed to resume the transaction. It was rolled back when the service "
+                           "stopped."));
+}
+
+void Executor::forgetLostTransaction() {
+  if (!hasLostTransaction()) return;
+  levels_ = userTransactions_ = 0;
+  temporaryTables_.clear();
 }
 
 Executor::StatementScope::~StatementScope() {

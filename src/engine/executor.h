@@ -58,6 +58,9 @@ class Executor {
   Flow runWhile(const WhileStatement& statement);
   void failed(const Error& error, const Statement& statement);
   void keepError(const Error& error);
+  bool hasLostTransaction() const;
+  void refuseLostTransaction() const;
+  void forgetLostTransaction();
   bool resultsWanted() const { return !firstError_; }
 
   // executor_control.cpp

@@ -1,6 +1,7 @@
 #include "engine/storage.h"
 
 #include "engine/companion.h"
+#include "engine/database_file.h"
 #include "engine/storage_impl.h"
 
 namespace engine {
@@ -181,10 +182,15 @@ void Store::Impl::tune(Attached& one) {
 Attached& Store::Impl::open(const DatabaseEntry& entry) {
   makeRoom();
   const std::string file = entry.data.string();
-  checkDataFile(entry.data);
+  // What is attached within a transaction cannot be detached before its end: look first.
+  if (sqlite3_get_autocommit(db))
+    checkDataFile(entry.data);
+  else
+    checkCompanion(entry.log, entry.name, readFamily(entry.data));
   auto one = std::make_unique<Attached>();
   one->entry = entry;
   one->alias = "d" + std::to_string(entry.id);
+  if (!orphans.empty()) one->alias += "_" + std::to_string(++orphanCount);
   one->lastUse = ++clock;
   {
     lite::Stmt attach(db, "ATTACH ? AS " + one->alias);
@@ -205,10 +211,19 @@ Attached& Store::Impl::open(const DatabaseEntry& entry) {
     checkCompanion(entry.log, entry.name, one->family);
     tune(*one);
   } catch (...) {
-    lite::exec(db, "DETACH " + one->alias);
+    one->version.reset();
+    orphans.push_back(one->alias);
+    detachOrphans();
     throw;
   }
   return *(attached[foldName(entry.name)] = std::move(one));
+}
+
+// Within a transaction an alias that failed stays until its end.
+void Store::Impl::detachOrphans() {
+  std::erase_if(orphans, [this](const std::string& alias) {
+    return sqlite3_exec(db, ("DETACH " + alias).c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
+  });
 }
 
 void Store::Impl::closeFiles() {
@@ -216,6 +231,7 @@ void Store::Impl::closeFiles() {
   if (!sqlite3_get_autocommit(db)) sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr);
   depth = 0;
   anyChanged = false;
+  detachOrphans();
   while (!attached.empty()) {
     Attached& one = *attached.begin()->second;
     if (!close(one)) throw Error(5030, "The database '" + one.entry.name + "' could not be closed.");
@@ -317,6 +333,7 @@ void Store::beginStatement() {
       self.closeFiles();
       self.generation = generation;
     }
+    if (!self.orphans.empty() && sqlite3_get_autocommit(self.db)) self.detachOrphans();
     for (auto& [name, one] : self.attached) self.tune(*one);
     self.refresh();
   } catch (...) {

@@ -40,6 +40,7 @@ struct Store::Impl {
   void makeRoom();
   bool close(Attached& attached);
   void closeFiles();
+  void detachOrphans();
   std::int64_t versionOf(Attached& attached);
   void settleChanges(bool committed);
 
@@ -50,6 +51,8 @@ struct Store::Impl {
   std::mutex busy;  // held while a statement runs
   bool inStatement = false;
   std::map<std::string, std::unique_ptr<Attached>, std::less<>> attached;  // by foldName
+  std::vector<std::string> orphans;  // aliases attached in vain, not yet detached
+  int orphanCount = 0;
   std::vector<DatabaseEntry> databases;
   std::int64_t listVersion = -1;  // master's catalog version that `databases` was read at
   std::string current;            // folded name of the current database

@@ -85,7 +85,8 @@ TEST_F(IlkFirma, ChartThatCannotBeReadIsToldAndCounted) {
   kur();
   fs::create_directories(cli.dizin / "Muhasebe Parametre");  // the program's folder goes first, and is empty
   EXPECT_EQ(olustur("MAGAZA", {"--hesap-plani"}), 1);
-  EXPECT_NE(cli.err.find("StandartPlan.txt dosyasının Varlığını Kontrol Ediniz."), std::string::npos) << cli.err;
+  EXPECT_NE(cli.err.find("StandartPlan.txt dosyasının Varlığını Kontrol Ediniz."), std::string::npos)
+      << cli.err;
   EXPECT_EQ(sql("MAGAZA", "SELECT COUNT(*) AS n FROM MUHKART"), "n\n0\n");
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <optional>
 
 #include "engine/functions.h"
 
@@ -318,11 +319,6 @@ void setColumnType(sqlite3* db, std::string_view alias, std::int64_t table, cons
 
 namespace {
 
-std::int64_t nextObjectNumber(sqlite3* db, std::string_view alias) {
-  lite::Stmt next(db, atAlias("SELECT seq+1 FROM @.sqlite_sequence WHERE name='zb_objects'", alias));
-  return next.step() ? next.integer(0) : 1;
-}
-
 constexpr const char* insertColumnSql =
     "INSERT INTO @.zb_columns(table_id, colid, name, type, nullable, identity, seed, step, default_id, "
     "collation, "
@@ -336,66 +332,67 @@ void insertColumn(lite::Stmt& insert, std::int64_t table, const ColumnInfo& colu
   insert.bind(digits.precision).bind(digits.scale).run();
 }
 
+// A taken name gives no row.
 constexpr const char* insertObjectSql =
     "INSERT INTO @.zb_objects(name, xtype, parent, crdate, flags, next_column, text) VALUES(?, ?, ?, ?, ?, "
-    "1, ?)";
-constexpr const char* findObjectSql =
-    "SELECT id, name, xtype, parent FROM @.zb_objects WHERE name=? COLLATE NOCASE";
+    "?, ?) ON CONFLICT DO NOTHING RETURNING id";
 
-ObjectRow findWith(lite::Stmt& find, std::string_view name) {
-  ObjectRow row;
-  if (find.bind(name).step()) row = {find.integer(0), find.text(1), find.text(2), find.integer(3)};
-  find.reset();
-  return row;
+std::int64_t addWith(lite::Stmt& insert, const ObjectRow& object, const std::string& text, int flags,
+                     int nextColumn = 1) {
+  insert.bind(object.name).bind(object.type).bind(object.parent).bind(currentTicks()).bind(flags);
+  if (!insert.bind(nextColumn).bind(text).step())
+    throw Error(2714, "There is already an object named '" + object.name + "' in the database.", 16, 6);
+  const std::int64_t id = insert.integer(0);
+  insert.run();
+  return id;
 }
 
-std::int64_t addWith(lite::Stmt& find, lite::Stmt& insert, sqlite3* db, const ObjectRow& object,
-                     const std::string& text, int flags) {
-  if (findWith(find, object.name).id != 0)
-    throw Error(2714, "There is already an object named '" + object.name + "' in the database.", 16, 6);
-  insert.bind(object.name).bind(object.type).bind(object.parent).bind(currentTicks()).bind(flags).bind(text);
-  insert.run();
-  return sqlite3_last_insert_rowid(db);
+int takeColumnNumbers(sqlite3* db, std::string_view alias, std::int64_t table, std::size_t count) {
+  lite::Stmt take(db, atAlias("UPDATE @.zb_objects SET next_column=next_column+?2 WHERE id=?1 RETURNING "
+                              "next_column-?2",
+                              alias));
+  const bool found = take.bind(table).bind(static_cast<std::int64_t>(count)).step();
+  const int first = found ? static_cast<int>(take.integer(0)) : 1;
+  take.run();
+  return first;
 }
 
 }  // namespace
 
 ObjectRow findObject(sqlite3* db, std::string_view alias, std::string_view name) {
-  lite::Stmt find(db, atAlias(findObjectSql, alias));
-  return findWith(find, name);
+  lite::Stmt find(
+      db, atAlias("SELECT id, name, xtype, parent FROM @.zb_objects WHERE name=? COLLATE NOCASE", alias));
+  if (!find.bind(name).step()) return {};
+  return {find.integer(0), find.text(1), find.text(2), find.integer(3)};
 }
 
 std::int64_t addObject(sqlite3* db, std::string_view alias, const std::string& name, const char* type,
-                       std::int64_t parent, const std::string& text, int flags) {
-  lite::Stmt find(db, atAlias(findObjectSql, alias)), insert(db, atAlias(insertObjectSql, alias));
-  return addWith(find, insert, db, {0, name, type, parent}, text, flags);
+                       std::int64_t parent, const std::string& text, int flags, int nextColumn) {
+  lite::Stmt insert(db, atAlias(insertObjectSql, alias));
+  return addWith(insert, {0, name, type, parent}, text, flags, nextColumn);
 }
 
-void addColumns(sqlite3* db, std::string_view alias, const TableInfo& table,
-                std::vector<ColumnInfo>& columns) {
-  lite::Stmt take(db, atAlias("UPDATE @.zb_objects SET next_column=next_column+?2 WHERE id=?1 RETURNING "
-                              "next_column-?2",
-                              alias));
-  take.bind(table.id).bind(static_cast<std::int64_t>(columns.size()));
-  int number = take.step() ? static_cast<int>(take.integer(0)) : 1;
-  take.run();
-  lite::Stmt find(db, atAlias(findObjectSql, alias)), object(db, atAlias(insertObjectSql, alias));
+void addColumns(sqlite3* db, std::string_view alias, const TableInfo& table, std::vector<ColumnInfo>& columns,
+                int first) {
+  int number = first > 0 ? first : takeColumnNumbers(db, alias, table.id, columns.size());
+  std::optional<lite::Stmt> object;
   lite::Stmt insert(db, atAlias(insertColumnSql, alias));
   for (auto& column : columns) {
     column.id = number++;
     std::int64_t defaultId = 0;
     if (!column.defaultText.empty()) {
       if (column.defaultName.empty()) column.defaultName = defaultNameOf(table, column);
-      defaultId =
-          addWith(find, object, db, {0, column.defaultName, "D", table.id}, column.defaultText, column.id);
+      if (!object) object.emplace(db, atAlias(insertObjectSql, alias));
+      defaultId = addWith(*object, {0, column.defaultName, "D", table.id}, column.defaultText, column.id);
     }
     insertColumn(insert, table.id, column, defaultId);
   }
 }
 
 void writeViewColumns(sqlite3* db, std::string_view alias, std::int64_t view,
-                      const std::vector<ViewColumn>& columns) {
-  lite::exec(db, atAlias("DELETE FROM @.zb_columns WHERE table_id=", alias) + std::to_string(view));
+                      const std::vector<ViewColumn>& columns, bool replace) {
+  if (replace)
+    lite::exec(db, atAlias("DELETE FROM @.zb_columns WHERE table_id=", alias) + std::to_string(view));
   lite::Stmt insert(db, atAlias(insertColumnSql, alias));
   int number = 0;
   for (const auto& column : columns) {
@@ -408,29 +405,27 @@ void writeViewColumns(sqlite3* db, std::string_view alias, std::int64_t view,
   }
 }
 
-int addIndex(sqlite3* db, std::string_view alias, const TableInfo& table, const IndexInfo& index) {
-  lite::Stmt highest(db, atAlias("SELECT max(indid) FROM @.zb_indexes WHERE table_id=?", alias));
-  highest.bind(table.id).step();
+IndexInfo addIndex(sqlite3* db, std::string_view alias, const TableInfo& table, IndexInfo index) {
   // Number 1 is the clustered index's alone.
-  const auto top = std::max<std::int64_t>(highest.integer(0), 1);
-  const int number = index.clustered ? 1 : static_cast<int>(top + 1);
+  int top = 1;
+  for (const auto& other : table.indexes) top = std::max(top, other.id);
+  index.id = index.clustered ? 1 : top + 1;
   std::int64_t object = 0;
-  IndexInfo row = index;
   if (index.primaryKey || index.uniqueConstraint) {
-    if (row.name.empty())
-      row.name = generatedName(index.primaryKey ? "PK" : "UQ", table.name, nextObjectNumber(db, alias));
-    object = addObject(db, alias, row.name, index.primaryKey ? "PK" : "UQ", table.id);
+    const char* type = index.primaryKey ? "PK" : "UQ";
+    if (index.name.empty()) index.name = generatedName(type, table.name, table.id * 1024 + index.id);
+    object = addObject(db, alias, index.name, type, table.id);
   }
   lite::Stmt insert(db, atAlias("INSERT INTO @.zb_indexes VALUES(?, ?, ?, ?, ?, ?)", alias));
-  insert.bind(table.id).bind(number).bind(row.name).bind(row.unique).bind(row.clustered).bind(object).run();
+  insert.bind(table.id).bind(index.id).bind(index.name).bind(index.unique).bind(index.clustered);
+  insert.bind(object).run();
   lite::Stmt part(db, atAlias("INSERT INTO @.zb_index_columns VALUES(?, ?, ?, ?, ?)", alias));
   int key = 0;
-  for (const auto& each : row.parts) {
-    part.bind(table.id).bind(number).bind(++key).bind(
-        table.columns[static_cast<std::size_t>(each.column)].id);
-    part.bind(each.descending).run();
+  for (const auto& each : index.parts) {
+    part.bind(table.id).bind(index.id).bind(++key);
+    part.bind(table.columns[static_cast<std::size_t>(each.column)].id).bind(each.descending).run();
   }
-  return number;
+  return index;
 }
 
 }  // namespace engine

@@ -40,21 +40,22 @@ struct ObjectRow {
 ObjectRow findObject(sqlite3* db, std::string_view alias, std::string_view name);
 // Throws 2714 when the name is taken. Returns the new id.
 std::int64_t addObject(sqlite3* db, std::string_view alias, const std::string& name, const char* type,
-                       std::int64_t parent, const std::string& text = {}, int flags = 0);
+                       std::int64_t parent, const std::string& text = {}, int flags = 0, int nextColumn = 1);
 // The object, what hangs on it (triggers, constraints) and all its rows elsewhere.
 void removeObject(sqlite3* db, std::string_view alias, std::int64_t id);
 
 // Gives the columns their colids and writes them, with their defaults' objects (named when they have no
-// name).
-void addColumns(sqlite3* db, std::string_view alias, const TableInfo& table,
-                std::vector<ColumnInfo>& columns);
+// name). `first` is the first colid of a new table; 0 takes the next ones of a table that stands.
+void addColumns(sqlite3* db, std::string_view alias, const TableInfo& table, std::vector<ColumnInfo>& columns,
+                int first = 0);
 std::string defaultNameOf(const TableInfo& table, const ColumnInfo& column);
 // Writes type, nullability and collation of a column that stands.
 void setColumnType(sqlite3* db, std::string_view alias, std::int64_t table, const ColumnInfo& column);
 void writeViewColumns(sqlite3* db, std::string_view alias, std::int64_t view,
-                      const std::vector<ViewColumn>& columns);
-// Number of the new index, and its rows; keys get their object. `column` of a part is an ordinal.
-int addIndex(sqlite3* db, std::string_view alias, const TableInfo& table, const IndexInfo& index);
+                      const std::vector<ViewColumn>& columns, bool replace);
+// Writes the rows of a new index of `table` as it stands and returns it with its number, a key with its
+// object and name. `column` of a part is an ordinal.
+IndexInfo addIndex(sqlite3* db, std::string_view alias, const TableInfo& table, IndexInfo index);
 
 // PK__TABLE__1A2B3C4D: the name of a constraint that got none.
 std::string generatedName(const char* prefix, const std::string& table, std::int64_t number);

@@ -41,19 +41,36 @@ std::string Change::at(std::string_view name) const {
   return alias + "." + lite::quoted(name);
 }
 
+DatabaseCatalog& Change::next() {
+  if (!next_) {
+    next_ = std::make_shared<DatabaseCatalog>(*catalog_);
+    catalog_ = next_;
+  }
+  return *next_;
+}
+
+void Change::put(TableInfo table) {
+  auto& place = next().tables[foldName(table.name)];
+  place = std::make_shared<TableInfo>(std::move(table));
+}
+
+void Change::put(ViewInfo view) {
+  auto& place = next().views[foldName(view.name)];
+  place = std::make_shared<ViewInfo>(std::move(view));
+}
+
 void Change::reload(std::int64_t id, const std::string& oldName) {
-  auto next = std::make_shared<DatabaseCatalog>(*catalog_);
-  next->tables.erase(foldName(oldName));
-  next->views.erase(foldName(oldName));
+  DatabaseCatalog& now = next();
+  now.tables.erase(foldName(oldName));
+  now.views.erase(foldName(oldName));
   if (const auto table = loadTable(db, alias, id))
-    next->tables[foldName(table->name)] = table;
+    now.tables[foldName(table->name)] = table;
   else if (const auto view = loadView(db, alias, id))
-    next->views[foldName(view->name)] = view;
-  catalog_ = std::move(next);
+    now.views[foldName(view->name)] = view;
 }
 
 void Change::finish() {
-  store.markChanged(database, catalog_);
+  store.markChanged(database, std::move(next_));
   store.commit();
   finished_ = true;
 }

@@ -29,12 +29,17 @@ class Change {
   std::shared_ptr<const TableInfo> table(const ObjectName& name) const;  // 4902 when there is none
   std::string at(std::string_view name) const;                           // alias."name"
   void run(const std::string& sql) const { lite::exec(db, sql); }
-  // Takes over what the zb_ tables now say of these objects.
+  // Take over an object as it was just written, or what the zb_ tables now say of it.
+  void put(TableInfo table);
+  void put(ViewInfo view);
   void reload(std::int64_t id, const std::string& oldName);
   void finish();
 
  private:
+  DatabaseCatalog& next();
+
   std::shared_ptr<const DatabaseCatalog> catalog_;
+  std::shared_ptr<DatabaseCatalog> next_;  // catalog_ once it differs from what it was
   bool finished_ = false;
 };
 
@@ -55,7 +60,9 @@ void refuseUnknown(const TableConstraint& constraint);
 std::vector<IndexPart> indexParts(const std::vector<IndexColumn>& columns, const TableInfo& table,
                                   const std::string& indexName);
 IndexInfo keyFrom(const TableConstraint& constraint, const TableInfo& table);
-void makeKey(Change& change, const TableInfo& table, const IndexInfo& index);
+// Returns the index with its number and name; `table` is as it was before.
+IndexInfo makeKey(Change& change, const TableInfo& table, const IndexInfo& index);
+void addTo(TableInfo& table, IndexInfo index);
 
 // ---- SQLite's side of an index ----
 
@@ -69,7 +76,7 @@ bool hasRows(const Change& change, const TableInfo& table);
 void rebuild(Change& change, const TableInfo& table, const std::vector<ColumnInfo>& columns,
              const std::vector<std::string>& values);
 
-std::int64_t createTable(Change& change, const std::string& name, std::vector<ColumnInfo> columns);
+TableInfo createTable(Change& change, const std::string& name, std::vector<ColumnInfo> columns);
 void checkObjectName(const std::string& name);
 [[noreturn]] void refuseConstruct(const std::string& construct);
 

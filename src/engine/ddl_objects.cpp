@@ -125,8 +125,9 @@ void run(Store& store, SessionContext& context, const CreateIndexStatement& stat
   index.unique = statement.unique;
   index.clustered = statement.clustered;
   index.parts = indexParts(statement.columns, *table, statement.name);
-  makeKey(change, *table, index);
-  change.reload(table->id, table->name);
+  TableInfo next = *table;
+  addTo(next, makeKey(change, *table, index));
+  change.put(std::move(next));
   change.finish();
 }
 
@@ -134,8 +135,11 @@ void run(Store& store, SessionContext& context, const CreateViewStatement& state
          const std::vector<ViewColumn>& columns) {
   Change change(store, context, databaseOf(statement.name, context));
   const auto id = writeObject(change, statement.name, "V", statement.alter, 0, statement.text, 0);
-  writeViewColumns(change.db, change.alias, id, columns);
-  change.reload(id, statement.name.object);
+  writeViewColumns(change.db, change.alias, id, columns, statement.alter);
+  if (statement.alter)
+    change.reload(id, statement.name.object);
+  else
+    change.put(ViewInfo{id, statement.name.object, statement.text, columns});
   change.finish();
 }
 
@@ -150,12 +154,23 @@ void run(Store& store, SessionContext& context, const CreateTriggerStatement& st
       (statement.onInsert ? 1 : 0) | (statement.onUpdate ? 2 : 0) | (statement.onDelete ? 4 : 0);
   const std::int64_t id = table->id;
   const std::string name = table->name;
-  const ObjectRow old = findObject(change.db, change.alias, statement.name.object);
-  if (statement.alter && old.type == "TR" && old.parent != id)
-    throw Error(2103, "Cannot alter trigger '" + old.name + "' on '" + name +
-                          "' because this trigger does not belong to this object.");
-  writeObject(change, statement.name, "TR", statement.alter, id, statement.text, flags);
-  change.reload(id, name);
+  if (statement.alter) {
+    const ObjectRow old = findObject(change.db, change.alias, statement.name.object);
+    if (old.type == "TR" && old.parent != id)
+      throw Error(2103, "Cannot alter trigger '" + old.name + "' on '" + name +
+                            "' because this trigger does not belong to this object.");
+  }
+  const std::int64_t made =
+      writeObject(change, statement.name, "TR", statement.alter, id, statement.text, flags);
+  if (statement.alter) {
+    change.reload(id, name);
+  } else {
+    TableInfo next = *table;
+    next.triggers.push_back(
+        std::make_shared<TriggerInfo>(TriggerInfo{made, statement.name.object, id, statement.onInsert,
+                                                  statement.onUpdate, statement.onDelete, statement.text}));
+    change.put(std::move(next));
+  }
   change.finish();
 }
 

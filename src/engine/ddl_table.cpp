@@ -190,7 +190,7 @@ IndexInfo keyFrom(const TableConstraint& constraint, const TableInfo& table) {
   return index;
 }
 
-void makeKey(Change& change, const TableInfo& table, const IndexInfo& index) {
+IndexInfo makeKey(Change& change, const TableInfo& table, const IndexInfo& index) {
   if (index.primaryKey) {
     for (const auto& other : table.indexes)
       if (other.primaryKey)
@@ -204,8 +204,15 @@ void makeKey(Change& change, const TableInfo& table, const IndexInfo& index) {
     throw Error(1902, "Cannot create more than one clustered index on table '" + table.name +
                           "'. Drop the existing clustered index '" + other->name +
                           "' before creating another.");
-  const int number = addIndex(change.db, change.alias, table, index);
-  createIndex(change, table, index, number);
+  IndexInfo made = addIndex(change.db, change.alias, table, index);
+  createIndex(change, table, made, made.id);
+  return made;
+}
+
+void addTo(TableInfo& table, IndexInfo index) {
+  const auto behind = std::find_if(table.indexes.begin(), table.indexes.end(),
+                                   [&](const IndexInfo& other) { return other.id > index.id; });
+  table.indexes.insert(behind, std::move(index));
 }
 
 void createIndex(Change& change, const TableInfo& table, const IndexInfo& index, int number) {
@@ -302,19 +309,21 @@ bool hasRows(const Change& change, const TableInfo& table) {
   return any.step();
 }
 
-std::int64_t createTable(Change& change, const std::string& name, std::vector<ColumnInfo> columns) {
+TableInfo createTable(Change& change, const std::string& name, std::vector<ColumnInfo> columns) {
   checkObjectName(name);
   checkColumns(columns, name);
   TableInfo table;
   table.name = name;
-  table.id = addObject(change.db, change.alias, name, "U", 0);
-  addColumns(change.db, change.alias, table, columns);
+  const int nextColumn = static_cast<int>(columns.size()) + 1;
+  table.id = addObject(change.db, change.alias, name, "U", 0, {}, 0, nextColumn);
+  addColumns(change.db, change.alias, table, columns, 1);
   std::string definitions;
   for (const auto& column : columns) {
     definitions += (definitions.empty() ? "" : ", ") + columnSql(column);
   }
   change.run("CREATE TABLE " + change.at(name) + "(" + definitions + ")");
-  return table.id;
+  table.columns = std::move(columns);
+  return table;
 }
 
 void run(Store& store, SessionContext& context, const CreateTableStatement& statement) {
@@ -338,14 +347,10 @@ void run(Store& store, SessionContext& context, const CreateTableStatement& stat
   // An explicitly clustered key decides before a primary key takes the place by default.
   std::stable_sort(keys.begin(), keys.end(),
                    [](const auto& a, const auto& b) { return a.clustered && !b.clustered; });
-  const std::int64_t id = createTable(change, name, std::move(columns));
-  auto table = loadTable(change.db, change.alias, id);
-  for (const auto& key : keys) {
-    makeKey(change, *table, keyFrom(key, *table));
-    table = loadTable(change.db, change.alias, id);
-  }
-  createIdentityIndex(change, *table);
-  change.reload(id, name);
+  TableInfo table = createTable(change, name, std::move(columns));
+  for (const auto& key : keys) addTo(table, makeKey(change, table, keyFrom(key, table)));
+  createIdentityIndex(change, table);
+  change.put(std::move(table));
   change.finish();
 }
 
@@ -361,9 +366,9 @@ void createTableFrom(Store& store, const std::string& database, const std::strin
     column.defaultName.clear();
     if (column.identity) column.nullable = false;
   }
-  const std::int64_t id = ddl::createTable(change, name, std::move(plain));
-  ddl::createIdentityIndex(change, *loadTable(change.db, change.alias, id));
-  change.reload(id, name);
+  TableInfo table = ddl::createTable(change, name, std::move(plain));
+  ddl::createIdentityIndex(change, table);
+  change.put(std::move(table));
   change.finish();
 }
 

@@ -86,7 +86,18 @@ Store::Impl::~Impl() {
     // The handle goes anyway; an open transaction ends with it.
   }
   attached.clear();
+  for (const auto& [sql, statement] : controls) sqlite3_finalize(statement);
   sqlite3_close_v2(db);
+}
+
+int Store::Impl::control(const std::string& sql) {
+  sqlite3_stmt*& statement = controls[sql];
+  if (!statement) {
+    const int rc = sqlite3_prepare_v3(db, sql.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+    if (rc != SQLITE_OK) return rc;
+  }
+  sqlite3_step(statement);
+  return sqlite3_reset(statement);
 }
 
 void Store::Impl::refuseWhenStopped() {
@@ -274,6 +285,11 @@ void Store::Impl::refreshDatabases() {
   ++stamp;
 }
 
+bool Store::Impl::masterChanged() const {
+  const auto master = attached.find(masterName);
+  return master != attached.end() && master->second->changed;
+}
+
 void Store::Impl::settleChanges(bool committed) {
   for (auto& [name, one] : attached) {
     if (!one->changed) continue;
@@ -432,7 +448,8 @@ std::shared_ptr<const DatabaseCatalog> Store::catalog(std::string_view database)
 
 void Store::begin() {
   Impl& self = *impl_;
-  lite::exec(self.db, self.depth == 0 ? std::string("BEGIN") : "SAVEPOINT s" + std::to_string(self.depth));
+  const int rc = self.control(self.depth == 0 ? "BEGIN" : "SAVEPOINT s" + std::to_string(self.depth));
+  if (rc != SQLITE_OK) lite::fail(self.db, rc);
   ++self.depth;
 }
 
@@ -441,17 +458,20 @@ void Store::commit() {
   if (self.depth == 0 || sqlite3_get_autocommit(self.db))
     throw Error(3902, "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
   if (self.depth > 1) {
-    lite::exec(self.db, "RELEASE s" + std::to_string(self.depth - 1));
+    const int rc = self.control("RELEASE s" + std::to_string(self.depth - 1));
+    if (rc != SQLITE_OK) lite::fail(self.db, rc);
     --self.depth;
     return;
   }
   auto& page = self.instance->shared();
   const bool definitions = self.anyChanged;
   if (definitions) page->changesBegun.fetch_add(1);
-  const int rc = sqlite3_exec(self.db, "COMMIT", nullptr, nullptr, nullptr);
-  if (definitions) page->changesEnded.fetch_add(1);
+  const int rc = self.control("COMMIT");
+  const std::uint64_t endedBefore = definitions ? page->changesEnded.fetch_add(1) : self.seenChanges;
   if (rc != SQLITE_OK) lite::fail(self.db, rc);
   self.depth = 0;
+  // What this handle has changed itself it need not look for, unless others changed something meanwhile.
+  if (endedBefore == self.seenChanges && definitions && !self.masterChanged()) ++self.seenChanges;
   self.settleChanges(true);
 }
 
@@ -493,22 +513,19 @@ void Store::lockDefinitions(std::string_view database) {
   ++impl_->stamp;
 }
 
-void Store::markChanged(std::string_view database, std::shared_ptr<const DatabaseCatalog> now) {
+void Store::markChanged(std::string_view database, std::shared_ptr<DatabaseCatalog> now) {
   Attached& one = impl_->find(database);
   if (!one.raise)
     one.raise = std::make_unique<lite::Stmt>(
-        impl_->db, atAlias("UPDATE @.zb_meta SET value=value+1 WHERE key='version'", one.alias), true);
+        impl_->db,
+        atAlias("UPDATE @.zb_meta SET value=value+1 WHERE key='version' RETURNING value", one.alias), true);
+  const std::int64_t version = one.raise->step() ? one.raise->integer(0) : 0;
   one.raise->run();
   one.changed = true;
   impl_->anyChanged = true;
   ++impl_->stamp;
-  if (!now) {
-    one.catalog.reset();
-    return;
-  }
-  auto numbered = std::make_shared<DatabaseCatalog>(*now);
-  numbered->version = impl_->versionOf(one);
-  one.catalog = std::move(numbered);
+  if (now) now->version = version;
+  one.catalog = std::move(now);
 }
 
 }  // namespace engine

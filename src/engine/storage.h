@@ -83,9 +83,10 @@ class Store {
   // The write lock, and a catalog that nobody has changed since.
   void lockDefinitions(std::string_view database);
   // For the definition statements and the login functions: inside begin() .. commit(), says that the
-  // definitions (or, in master, the list of databases) change. The new catalog replaces the cached one
-  // for this session at once and for others after the commit.
-  void markChanged(std::string_view database, std::shared_ptr<const DatabaseCatalog> now = nullptr);
+  // definitions (or, in master, the list of databases) change. The new catalog gets its version,
+  // replaces the cached one for this session at once and for others after the commit; nobody changes it
+  // any more.
+  void markChanged(std::string_view database, std::shared_ptr<DatabaseCatalog> now = nullptr);
   // Closes the database's file in this handle; 3702 when a statement still reads it.
   void detach(std::string_view database);
   // The list of databases is read anew (after a change in master by this handle).

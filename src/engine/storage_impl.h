@@ -2,6 +2,7 @@
 #pragma once
 
 #include <mutex>
+#include <unordered_map>
 
 #include "engine/catalog_rows.h"
 #include "engine/functions.h"
@@ -42,11 +43,15 @@ struct Store::Impl {
   void closeFiles();
   void detachOrphans();
   std::int64_t versionOf(Attached& attached);
+  // BEGIN, COMMIT, SAVEPOINT ...: prepared once, for they run around every change. SQLite's result code.
+  int control(const std::string& sql);
   void settleChanges(bool committed);
+  bool masterChanged() const;
 
   std::shared_ptr<Instance> instance;
   FunctionContext functions;
   sqlite3* db = nullptr;
+  std::unordered_map<std::string, sqlite3_stmt*> controls;
   LockFile locks;
   std::mutex busy;  // held while a statement runs
   bool inStatement = false;

@@ -66,12 +66,20 @@ db::DateTime gunSonra(const db::DateTime& tarih, std::int64_t gun) {
   return tarihi(gunu(tarih) + days{gun});
 }
 
+An::An(const db::DateTime& gun, const db::DateTime& zaman) : tarih(gun), saat(zaman) {
+  const std::string gunSql = db::literal(gun), saatSql = db::literal(zaman);
+  gunDegerleri = saatSql + ",'" + gunMetni(gun) + "','" + ayMetni(gun) + "'," + db::literal(ayAdi(gun)) +
+                 "," + std::to_string(haftaNo(gun));
+  const std::string iz = "1," + gunSql + "," + saatSql;
+  izDegerleri = iz + "," + iz;
+}
+
 An Donem::an(std::int64_t gun, std::int64_t saniye) const {
-  An out{gunSonra(bas, gun), {}};
-  out.saat.hour = static_cast<int>(saniye / 3600);
-  out.saat.minute = static_cast<int>(saniye / 60 % 60);
-  out.saat.second = static_cast<int>(saniye % 60);
-  return out;
+  db::DateTime saat;
+  saat.hour = static_cast<int>(saniye / 3600);
+  saat.minute = static_cast<int>(saniye / 60 % 60);
+  saat.second = static_cast<int>(saniye % 60);
+  return {gunSonra(bas, gun), saat};
 }
 
 // Weeks begin on Monday; what lies before the year's first Monday is week 1.
@@ -177,20 +185,11 @@ std::string gunMetni(const db::DateTime& tarih) {
 }
 
 Kayit& gunAlanlari(Kayit& kayit, const An& an) {
-  return kayit.zaman("Saat", an.saat)
-      .metin("Gun", gunMetni(an.tarih))
-      .metin("AY_Index", ayMetni(an.tarih))
-      .metin("Ay", ayAdi(an.tarih))
-      .sayi("Hafta", haftaNo(an.tarih));
+  return kayit.ham("Saat,Gun,AY_Index,Ay,Hafta", an.gunDegerleri);
 }
 
 Kayit& izAlanlari(Kayit& kayit, const An& an) {
-  return kayit.sayi("YR_Kullanici", 1)
-      .zaman("YR_Tarih", an.tarih)
-      .zaman("YR_Saat", an.saat)
-      .sayi("Deg_Kullanici", 1)
-      .zaman("Deg_Tarih", an.tarih)
-      .zaman("Deg_Saat", an.saat);
+  return kayit.ham("YR_Kullanici,YR_Tarih,YR_Saat,Deg_Kullanici,Deg_Tarih,Deg_Saat", an.izDegerleri);
 }
 
 Kayit& cariAlanlari(Kayit& kayit, const Cari& cari) {

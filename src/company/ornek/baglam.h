@@ -12,9 +12,13 @@
 
 namespace company::ornek {
 
-// A moment of work: the day and, in columns of its own, the time.
+// A moment of work: the day and, in columns of its own, the time. Nearly every row tells it in many columns,
+// so their values are written out once.
 struct An {
+  An() = default;
+  An(const db::DateTime& gun, const db::DateTime& zaman);
   db::DateTime tarih, saat;
+  std::string gunDegerleri, izDegerleri;  // of gunAlanlari and izAlanlari
 };
 
 // The day `gun` days after `tarih`.

@@ -184,8 +184,8 @@ std::string posSql(Baglam& b, const Banka& banka, const Anlasma& anlasma, const 
   ++satirSayisi;
   const db::DateTime aktarim = gunSonra(odeme.an.tarih, anlasma.gun);
   if (aktarim > b.donem.bit()) return sql;
-  const Odeme gecis{"Pos Aktarım Fişi",       b.fisNo("BANFIS"), "",
-                    {aktarim, odeme.an.saat}, std::nullopt,      odeme.satici};
+  const Odeme gecis{"Pos Aktarım Fişi",         b.fisNo("BANFIS"), "",
+                    An(aktarim, odeme.an.saat), std::nullopt,      odeme.satici};
   satirSayisi += 2;
   return sql + "DECLARE @P INT DECLARE @B INT SET @P=SCOPE_IDENTITY()\n" +
          bankaKaydi(b, banka, gecis, kurus - kesinti).sql() + "SET @B=SCOPE_IDENTITY()\n" +

@@ -1,6 +1,5 @@
 #include "company/ornek/yazici.h"
 
-#include <cstdio>
 #include <cstdlib>
 
 namespace company::ornek {
@@ -13,11 +12,10 @@ constexpr std::int64_t islemBoyu = 20'000;  // rows of one transaction
 }  // namespace
 
 std::string paraMetni(std::int64_t kurus) {
-  char text[32];
-  const std::int64_t tam = std::llabs(kurus);
-  std::snprintf(text, sizeof text, "%s%lld.%02lld", kurus < 0 ? "-" : "", static_cast<long long>(tam / 100),
-                static_cast<long long>(tam % 100));
-  return text;
+  std::string text = std::to_string(std::llabs(kurus));
+  if (text.size() < 3) text.insert(0, 3 - text.size(), '0');
+  text.insert(text.size() - 2, 1, '.');
+  return kurus < 0 ? "-" + text : text;
 }
 
 Kayit& Kayit::ham(std::string_view kolon, std::string_view sql) {
@@ -39,11 +37,17 @@ Kayit& Kayit::sayi(std::string_view kolon, std::int64_t deger) {
 }
 
 Kayit& Kayit::para(std::string_view kolon, std::int64_t kurus) {
-  return metin(kolon, paraMetni(kurus));
+  return ham(kolon, "'" + paraMetni(kurus) + "'");
 }
 
 Kayit& Kayit::zaman(std::string_view kolon, const db::DateTime& deger) {
   return ham(kolon, db::literal(deger));
+}
+
+// The longest row has some fifty columns.
+Kayit::Kayit(std::string_view tablo) : tablo_(tablo) {
+  kolonlar_.reserve(700);
+  degerler_.reserve(900);
 }
 
 std::string Kayit::sql() const {

@@ -14,12 +14,13 @@ namespace company::ornek {
 // depend on how many digits they have.
 class Kayit {
  public:
-  explicit Kayit(std::string_view tablo) : tablo_(tablo) {}
+  explicit Kayit(std::string_view tablo);
   Kayit& metin(std::string_view kolon, std::string_view deger);
   Kayit& sayi(std::string_view kolon, std::int64_t deger);
   Kayit& para(std::string_view kolon, std::int64_t kurus);
   Kayit& zaman(std::string_view kolon, const db::DateTime& deger);
-  Kayit& ham(std::string_view kolon, std::string_view sql);  // an expression or a variable
+  // An expression or a variable; also several columns and their values at once, commas between.
+  Kayit& ham(std::string_view kolon, std::string_view sql);
 
   const std::string& tablo() const { return tablo_; }
   const std::string& kolonlar() const { return kolonlar_; }

@@ -112,6 +112,10 @@ const std::vector<Goc>& gocTablosu() {
   return rows;
 }
 
+bool applies(const Goc& goc, Sonuc sonuc) {
+  return goc.kosul == Kosul::Eklenince ? sonuc == Sonuc::Eklendi : sonuc != Sonuc::Degismedi;
+}
+
 bool rowsIn(Yurutucu& y, const std::string& tablo) {
   const auto rows = y.oku("SELECT TOP 1 1 FROM " + tablo);
   return rows && rows->count() > 0;
@@ -119,33 +123,25 @@ bool rowsIn(Yurutucu& y, const std::string& tablo) {
 
 }  // namespace
 
-Gocler eklenenGocleri(Yurutucu& y, const SemaGoruntusu& sema, const std::string& tablo) {
-  Gocler out;
+std::vector<std::string> kolonGocu(Yurutucu& y, const std::string& tablo, const std::string& kolon,
+                                   Sonuc sonuc) {
+  if (sonuc == Sonuc::Eklendi && tablo == "MUHKART" && kolon == "HesapSeviyesi")
+    return Hesap_Seviyesi_Hesapla(y);
+  if (sonuc == Sonuc::Eklendi && tablo == "AMBTRS" && kolon == "Karsi_Ambar_No") return Karsi_Ambar_Doldur(y);
   for (const Goc& goc : gocTablosu())
-    if (goc.tablo == tablo && !goc.satirVarsa && !sema.kolon(tablo, goc.kolon))
-      out.emplace(goc.kolon, goc.statements);
-  if (tablo == "MUHKART" && !sema.kolon(tablo, "HesapSeviyesi"))
-    out.emplace("HesapSeviyesi", Hesap_Seviyesi_Hesapla(y));
-  if (tablo == "AMBTRS" && !sema.kolon(tablo, "Karsi_Ambar_No"))
-    out.emplace("Karsi_Ambar_No", Karsi_Ambar_Doldur(y));
-  return out;
+    if (goc.tablo == tablo && goc.kolon == kolon && !goc.satirVarsa && applies(goc, sonuc))
+      return goc.statements;
+  return {};
 }
 
-void sonrakiGocler(Yurutucu& y, const std::string& tablo, const TabloSonucu& sonuc) {
+void gocleriBitir(Yurutucu& y, const std::string& tablo, const TabloSonucu& sonuc) {
   for (const Goc& goc : gocTablosu()) {
     if (goc.tablo != tablo) continue;
     const std::string kolon(goc.kolon);
-    const auto it = sonuc.kolonlar.find(kolon);
-    const Sonuc durum = it == sonuc.kolonlar.end() ? Sonuc::Degismedi : it->second;
     bool refused = sonuc.basarisizGocler.contains(kolon);
-    if (durum == Sonuc::Eklendi) {
-      // The other added columns were served together with their ADD.
-      if (goc.satirVarsa && rowsIn(y, tablo)) refused = !y.onar(goc.statements.front());
-    } else if (durum != Sonuc::Degismedi && goc.kosul == Kosul::Degisince) {
-      std::vector<Yurutucu::Adim> adimlar;
-      for (const std::string& statement : goc.statements) adimlar.push_back({statement, true});
-      if (!y.butun(adimlar)) ++y.sayilar().reddedilen;
-    }
+    if (const auto it = sonuc.kolonlar.find(kolon);
+        goc.satirVarsa && it != sonuc.kolonlar.end() && applies(goc, it->second) && rowsIn(y, tablo))
+      refused = !y.onar(goc.statements.front());
     if (refused && !goc.kutu.empty()) y.oturum().kutular->message(std::string(goc.kutu), session::Icon::Stop);
   }
 }

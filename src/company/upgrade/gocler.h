@@ -2,17 +2,18 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "company/upgrade/kolonlar.h"
 
 namespace company::upgrade {
 
-// What must follow when columns of `tablo` are added now: for each such column its statements. Reads
-// the rows that a migration walks.
-Gocler eklenenGocleri(Yurutucu& yurutucu, const SemaGoruntusu& sema, const std::string& tablo);
+// What must follow the column: its statements, or none. Reads the rows that a migration walks.
+std::vector<std::string> kolonGocu(Yurutucu& yurutucu, const std::string& tablo, const std::string& kolon,
+                                   Sonuc sonuc);
 
-// The rest, once the table's columns stand: migrations of changed columns and those that tell the
-// administrator of their failure.
-void sonrakiGocler(Yurutucu& yurutucu, const std::string& tablo, const TabloSonucu& sonuc);
+// The rest, once the table's columns stand: what is served only when the table has rows, and the boxes
+// about refused migrations.
+void gocleriBitir(Yurutucu& yurutucu, const std::string& tablo, const TabloSonucu& sonuc);
 
 }  // namespace company::upgrade

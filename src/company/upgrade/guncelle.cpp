@@ -108,8 +108,10 @@ void kolonlariDuzenle(Yurutucu& y, SemaGoruntusu& sema) {
     y.adim(++done, static_cast<std::int64_t>(tables.size()));
     if (Nesne_Yok(sema, table->name, "U")) continue;
     y.mesaj(table->name + " Kontrol Ediliyor");
-    const TabloSonucu sonuc = tabloyuDuzenle(y, sema, *table, year, eklenenGocleri(y, sema, table->name));
-    sonrakiGocler(y, table->name, sonuc);
+    const TabloSonucu sonuc = tabloyuDuzenle(
+        y, sema, *table, year,
+        [&](const std::string& kolon, Sonuc fark) { return kolonGocu(y, table->name, kolon, fark); });
+    gocleriBitir(y, table->name, sonuc);
   }
   for (const TableDef* table : tables)
     for (const catalog::ColumnDef& column : table->columns)
@@ -117,9 +119,9 @@ void kolonlariDuzenle(Yurutucu& y, SemaGoruntusu& sema) {
   y.genelIlerle();
 }
 
-void tahsilatlariTasi(Yurutucu& y) {
+void tahsilatlariTasi(Yurutucu& y, const SemaGoruntusu& sema) {
   const auto rows = y.oku("SELECT Count(PosHareket_ID) as Adet  FROM POSHAREKET WHERE ISNULL(Satis_ID,0)=0");
-  if (rows && rows->count() > 0 && rows->value(0, 0).integer() != 0) Kredi_Tahsilat_Tasi(y);
+  if (rows && rows->count() > 0 && rows->value(0, 0).integer() != 0) Kredi_Tahsilat_Tasi(y, sema);
 }
 
 std::string satirMetni(const std::string& tablo, const std::string& tanim, const std::string& tip) {
@@ -160,12 +162,38 @@ void run(Yurutucu& y, const std::string& firmaAdi) {
   for (const char* statement : bosOnarimlari) y.onar(statement);
   tablolariOlustur(y, sema);
   kolonlariDuzenle(y, sema);
-  tahsilatlariTasi(y);
+  tahsilatlariTasi(y, sema);
   satirlariOnar(y);
   sonuBagla(y);
   Gorunumleri_Yaz(y, sema);
   Surum_Yaz(y, firmaAdi);
+  y.genelBitir();
   y.mesaj("");
+}
+
+bool firmaVeritabaniMi(const SemaGoruntusu& sema) {
+  constexpr int enough = 20;  // a company that lost tables still has most of its hundred and more
+  return std::ranges::count_if(schema::tables(), [&](const TableDef& table) {
+           return table.stage == Stage::Base && sema.nesneVar(table.name, "U");
+         }) >= enough;
+}
+
+bool baskasiKullaniyor(db::Connection& connection) {
+  const auto others =
+      connection.query("SELECT COUNT(*) FROM master.dbo.sysprocesses WHERE dbid=DB_ID() AND spid<>@@SPID");
+  return others && others->count() > 0 && others->value(0, 0).integer() > 0;
+}
+
+// Takes the write lock and changes nothing. Throws db::SqlError.
+void yazmayiDene(db::Connection& connection) {
+  connection.execute("BEGIN TRANSACTION");
+  try {
+    connection.execute("CREATE TABLE GUNCELLEMEDENEMESI (Deneme INT)");
+  } catch (const db::SqlError&) {
+    connection.execute("IF @@TRANCOUNT>0 ROLLBACK TRANSACTION");
+    throw;
+  }
+  connection.execute("ROLLBACK TRANSACTION");
 }
 
 bool baglan(session::Oturum& o, const std::string& database) {
@@ -221,20 +249,11 @@ std::optional<std::string> guncellemeEngeli(session::Oturum& o, const std::strin
         o.Baglanti->query("SELECT sysfrm_ID FROM sysfrmlng WHERE sysfrm_dbnm='" + db::escape(firmaAdi) + "'");
     if (!listed || listed->count() == 0) return name + "adında bir firma tanımlı değil.";
     session::Katalog_Bagla(o, firmaAdi);
-    const SemaGoruntusu sema = SemaGoruntusu::oku(*o.Baglanti);
-    const auto known = std::ranges::count_if(schema::tables(), [&](const TableDef& table) {
-      return table.stage == Stage::Base && sema.nesneVar(table.name, "U");
-    });
-    constexpr int enough = 20;  // a company that lost tables still has most of its hundred and more
-    if (known < enough) return name + "bir firma veritabanı değil; hiçbir şey değiştirilmedi.";
-    const auto others =
-        o.Baglanti->query("SELECT COUNT(*) FROM master.dbo.sysprocesses WHERE dbid=DB_ID() AND spid<>@@SPID");
-    if (others && others->count() > 0 && others->value(0, 0).integer() > 0)
+    if (!firmaVeritabaniMi(SemaGoruntusu::oku(*o.Baglanti)))
+      return name + "bir firma veritabanı değil; hiçbir şey değiştirilmedi.";
+    if (baskasiKullaniyor(*o.Baglanti))
       return name + "veritabanı başka bir bağlantı tarafından kullanılıyor; hiçbir şey değiştirilmedi.";
-    // Takes the write lock and changes nothing.
-    o.Baglanti->execute("BEGIN TRANSACTION");
-    o.Baglanti->execute("CREATE TABLE GUNCELLEMEDENEMESI (Deneme INT)");
-    o.Baglanti->execute("ROLLBACK TRANSACTION");
+    yazmayiDene(*o.Baglanti);
     return std::nullopt;
   } catch (const db::SqlError& error) {
     return name + "veritabanı güncellenemez; hiçbir şey değiştirilmedi.\n" + error.what();

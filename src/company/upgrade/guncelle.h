@@ -17,7 +17,7 @@ std::optional<std::string> guncellemeEngeli(session::Oturum& oturum, const std::
 
 struct GuncellemeSonucu {
   bool baglandi = false;    // false: the box about the connection was shown and nothing was done
-  bool tamamlandi = false;  // false: the link to the server broke on the way; `hata` says how
+  bool tamamlandi = false;  // false: the run broke off (link lost, disk full ...); `hata` says how
   std::string hata;
   Sayilar sayilar;
 };

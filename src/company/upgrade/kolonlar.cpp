@@ -32,11 +32,6 @@ bool isFilled(const KolonIstegi& istek) {
   return istek.Bos_Gecer && !istek.Varsayilan.empty();
 }
 
-void remember(SemaGoruntusu& sema, const KolonIstegi& istek) {
-  const bool nullable = istek.Bos_Gecer || (istek.Varsayilan.empty() && !istek.Kimlik);
-  sema.kolonYaz(istek.Tablo, istek.Kolon, {istek.Tip, istek.Boy, nullable, istek.Kimlik});
-}
-
 // Rebuilds the table through a copy. Indexes, keys and triggers are not carried over, and that is how
 // this route is meant to work. All or nothing: a refused copy must not cost the table.
 void rebuildTable(Yurutucu& y, const KolonIstegi& istek) {
@@ -46,38 +41,81 @@ void rebuildTable(Yurutucu& y, const KolonIstegi& istek) {
     alter += isCharType(istek.Tip) ? " DEFAULT '" + db::escape(istek.Varsayilan) + "'"
                                    : " DEFAULT " + istek.Varsayilan;
   if (istek.Kimlik) alter += " IDENTITY";
-  if (!y.butun({{"SELECT * INTO YEDEK FROM " + istek.Tablo},
-                {"DROP TABLE " + istek.Tablo},
-                {alter},
-                {"SELECT * INTO " + istek.Tablo + " FROM YEDEK"},
-                {"DROP TABLE YEDEK"}}))
+  if (y.butun({{"SELECT * INTO YEDEK FROM " + istek.Tablo},
+               {"DROP TABLE " + istek.Tablo},
+               {alter},
+               {"SELECT * INTO " + istek.Tablo + " FROM YEDEK"},
+               {"DROP TABLE YEDEK"}}))
+    ++y.sayilar().degisen;
+  else
     ++y.sayilar().reddedilen;
 }
 
-void addTogether(Yurutucu& y, SemaGoruntusu& sema, const std::vector<const KolonIstegi*>& added,
-                 const Gocler& gocler, TabloSonucu& sonuc) {
-  const std::string table = added.front()->Tablo;
+// A column of one table with its difference and what follows it.
+struct Is {
+  const KolonIstegi* istek;
+  std::vector<std::string> gocler;
+};
+
+void appendMigrations(std::vector<Yurutucu::Adim>& adimlar, const Is& is) {
+  for (const std::string& statement : is.gocler) adimlar.push_back({statement, true});
+}
+
+void migrateOneByOne(Yurutucu& y, const Is& is, TabloSonucu& sonuc) {
+  for (const std::string& statement : is.gocler)
+    if (!y.onar(statement)) sonuc.basarisizGocler.insert(is.istek->Kolon);
+}
+
+void remember(Yurutucu& y, SemaGoruntusu& sema, const KolonIstegi& istek) {
+  ++y.sayilar().eklenen;
+  const bool nullable = istek.Bos_Gecer || (istek.Varsayilan.empty() && !istek.Kimlik);
+  sema.kolonYaz(istek.Tablo, istek.Kolon, {istek.Tip, istek.Boy, nullable, istek.Kimlik});
+}
+
+std::vector<Yurutucu::Adim> additionSteps(const KolonIstegi& istek) {
+  std::vector<Yurutucu::Adim> adimlar{{eklemeMetni(istek)}};
+  if (const std::string fill = doldurmaMetni(istek); !fill.empty()) adimlar.push_back({fill, true});
+  return adimlar;
+}
+
+void addAlone(Yurutucu& y, SemaGoruntusu& sema, const Is& is, TabloSonucu& sonuc) {
+  std::vector<Yurutucu::Adim> adimlar = additionSteps(*is.istek);
+  if (!is.gocler.empty()) {
+    appendMigrations(adimlar, is);
+    if (y.butun(adimlar)) return remember(y, sema, *is.istek);
+  }
+  Kolon_Duzenle(y, sema, *is.istek);
+  migrateOneByOne(y, is, sonuc);
+}
+
+void addTogether(Yurutucu& y, SemaGoruntusu& sema, const std::vector<Is>& added, TabloSonucu& sonuc) {
+  const std::string table = added.front().istek->Tablo;
   std::string add, fill;
-  for (const KolonIstegi* istek : added) {
-    add += (add.empty() ? "ALTER TABLE " + table + " ADD " : ", ") + columnClause(*istek);
-    if (isFilled(*istek)) fill += (fill.empty() ? "UPDATE " + table + " SET " : ",") + fillClause(*istek);
+  for (const Is& is : added) {
+    add += (add.empty() ? "ALTER TABLE " + table + " ADD " : ", ") + columnClause(*is.istek);
+    if (isFilled(*is.istek))
+      fill += (fill.empty() ? "UPDATE " + table + " SET " : ",") + fillClause(*is.istek);
   }
   std::vector<Yurutucu::Adim> adimlar{{add}};
   if (!fill.empty()) adimlar.push_back({fill, true});
-  for (const KolonIstegi* istek : added)
-    if (const auto goc = gocler.find(istek->Kolon); goc != gocler.end())
-      for (const std::string& statement : goc->second) adimlar.push_back({statement, true});
-  if (y.butun(adimlar)) {
-    y.sayilar().eklenen += static_cast<std::int64_t>(added.size());
-    for (const KolonIstegi* istek : added) remember(sema, *istek);
-    return;
+  for (const Is& is : added) appendMigrations(adimlar, is);
+  if (y.butun(adimlar))
+    for (const Is& is : added) remember(y, sema, *is.istek);
+  else
+    for (const Is& is : added) addAlone(y, sema, is, sonuc);
+}
+
+void changeAlone(Yurutucu& y, SemaGoruntusu& sema, const Is& is, TabloSonucu& sonuc) {
+  if (!is.gocler.empty() && !is.istek->Yedekle) {
+    std::vector<Yurutucu::Adim> adimlar{{degistirmeMetni(*is.istek)}};
+    appendMigrations(adimlar, is);
+    if (y.butun(adimlar)) {
+      ++y.sayilar().degisen;
+      return;
+    }
   }
-  for (const KolonIstegi* istek : added) {
-    Kolon_Duzenle(y, sema, *istek);
-    if (const auto goc = gocler.find(istek->Kolon); goc != gocler.end())
-      for (const std::string& statement : goc->second)
-        if (!y.onar(statement)) sonuc.basarisizGocler.insert(istek->Kolon);
-  }
+  Kolon_Duzenle(y, sema, *is.istek);
+  migrateOneByOne(y, is, sonuc);
 }
 
 }  // namespace
@@ -130,10 +168,13 @@ Sonuc Kolon_Duzenle(Yurutucu& y, SemaGoruntusu& sema, const KolonIstegi& istek) 
   const Sonuc sonuc = kolonFarki(sema, istek);
   if (sonuc == Sonuc::Degismedi) return sonuc;
   if (sonuc == Sonuc::Eklendi) {
-    if (!y.calistir(eklemeMetni(istek))) return sonuc;
-    ++y.sayilar().eklenen;
-    if (const std::string fill = doldurmaMetni(istek); !fill.empty()) y.onar(fill);
-    remember(sema, istek);
+    const std::vector<Yurutucu::Adim> adimlar = additionSteps(istek);
+    if (y.butun(adimlar)) {
+      remember(y, sema, istek);
+    } else if (y.calistir(adimlar.front().statement)) {
+      remember(y, sema, istek);
+      for (std::size_t i = 1; i < adimlar.size(); ++i) y.onar(adimlar[i].statement);
+    }
     return sonuc;
   }
   if (istek.Yedekle)
@@ -152,10 +193,10 @@ void Kolon_Sil(Yurutucu& y, SemaGoruntusu& sema, const std::string& Tablo, const
 }
 
 TabloSonucu tabloyuDuzenle(Yurutucu& y, SemaGoruntusu& sema, const catalog::TableDef& table, int year,
-                           const Gocler& gocler) {
+                           const GocKaynagi& gocler) {
   TabloSonucu out;
   std::vector<KolonIstegi> istekler;
-  std::vector<const KolonIstegi*> added, alone;
+  std::vector<Is> added, alone;
   for (const catalog::ColumnDef& column : table.columns)
     if (!column.dropped) istekler.push_back(kolonIstegi(table, column, year));
   for (const KolonIstegi& istek : istekler) {
@@ -164,10 +205,10 @@ TabloSonucu tabloyuDuzenle(Yurutucu& y, SemaGoruntusu& sema, const catalog::Tabl
     if (sonuc == Sonuc::Degismedi) continue;
     // A name with a trailing blank never matches the column that it adds; it must not spoil the others.
     const bool together = sonuc == Sonuc::Eklendi && istek.Kolon.back() != ' ';
-    (together ? added : alone).push_back(&istek);
+    (together ? added : alone).push_back({&istek, gocler(istek.Kolon, sonuc)});
   }
-  if (!added.empty()) addTogether(y, sema, added, gocler, out);
-  for (const KolonIstegi* istek : alone) Kolon_Duzenle(y, sema, *istek);
+  if (!added.empty()) addTogether(y, sema, added, out);
+  for (const Is& is : alone) changeAlone(y, sema, is, out);
   return out;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -40,15 +41,18 @@ std::string degistirmeMetni(const KolonIstegi& istek);  // ALTER TABLE ... ALTER
 Sonuc Kolon_Duzenle(Yurutucu& yurutucu, SemaGoruntusu& sema, const KolonIstegi& istek);
 void Kolon_Sil(Yurutucu& yurutucu, SemaGoruntusu& sema, const std::string& Tablo, const std::string& Kolon);
 
-// All columns of one table. Added columns come by one ALTER TABLE and are filled by one UPDATE, together
-// with `gocler`, what must follow an added column, in one transaction: a run that breaks off leaves a
-// column either missing or filled. Where the server refuses that, the columns are done one by one.
-using Gocler = std::map<std::string, std::vector<std::string>>;  // column -> statements on Sonuc 1
+// What must follow once the column has come out of the primitive so: statements, in their order.
+using GocKaynagi = std::function<std::vector<std::string>(const std::string& kolon, Sonuc sonuc)>;
+
+// All columns of one table. Added columns come by one ALTER TABLE and are filled by one UPDATE, a changed
+// one by its own, each together with what must follow in one transaction: a run that breaks off leaves a
+// column either missing or whole. What the server refuses is done again in smaller pieces, so that one
+// refused statement costs nothing but itself.
 struct TabloSonucu {
   std::map<std::string, Sonuc> kolonlar;
-  std::set<std::string> basarisizGocler;  // columns whose statements were refused
+  std::set<std::string> basarisizGocler;  // columns with a refused statement behind them
 };
 TabloSonucu tabloyuDuzenle(Yurutucu& yurutucu, SemaGoruntusu& sema, const catalog::TableDef& table, int year,
-                           const Gocler& gocler);
+                           const GocKaynagi& gocler);
 
 }  // namespace company::upgrade

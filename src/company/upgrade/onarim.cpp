@@ -1,10 +1,9 @@
 #include "company/upgrade/onarim.h"
 
 #include <algorithm>
-#include <map>
 #include <string_view>
+#include <utility>
 
-#include "db/recordset.h"
 #include "db/value.h"
 
 namespace company::upgrade {
@@ -45,33 +44,37 @@ db::Value dueDays(const db::Rows& rows, std::int64_t row) {
   return db::Value(dayNumber(*end) - dayNumber(*start));
 }
 
-std::string text(const db::Rows& rows, std::int64_t row, std::string_view name) {
-  return db::escape(at(rows, row, name).trimmed());
+// The columns of a CARIHAREKET row with their values; what is NULL is left to its default.
+std::vector<std::pair<std::string, db::Value>> cariRow(const SemaGoruntusu& sema, const db::Rows& pos,
+                                                       std::int64_t row) {
+  std::vector<std::pair<std::string, db::Value>> out{
+      {"Tarih", at(pos, row, "Islem_Tarih")}, {"Vade", dueDays(pos, row)}, {"ATutar", at(pos, row, "Tutar")}};
+  for (const std::string_view name : movedColumns)
+    if (sema.kolon("CARIHAREKET", name)) out.emplace_back(name, at(pos, row, name));
+  std::erase_if(out, [](const auto& field) { return field.second.isNull(); });
+  return out;
 }
 
-void moveOne(Yurutucu& y, const db::Rows& pos, std::int64_t row) {
-  db::Connection& connection = y.baglanti();
-  db::Recordset cari;
-  cari.open(connection, "SELECT * FROM CARIHAREKET WHERE cari_ID=-1", db::Cursor::Keyset,
-            db::Lock::BatchOptimistic);
-  cari.addNew();
-  cari.set("Tarih", at(pos, row, "Islem_Tarih"));
-  for (const std::string_view name : movedColumns)
-    if (const db::Value value = at(pos, row, name); !value.isNull() && cari.fieldIndex(name) >= 0)
-      cari.set(name, value);
-  cari.set("Vade", dueDays(pos, row));
-  cari.set("ATutar", at(pos, row, "Tutar"));
-  cari.updateBatch();
+std::string equals(const std::string& column, const db::Value& value) {
+  return column + (value.isNull() ? " IS NULL" : "=" + db::literal(value));
+}
 
-  const std::string type = text(pos, row, "Islem_Tipi");
-  const std::string posId = at(pos, row, "PosHareket_ID").text();
-  const auto found = connection.query("SELECT TOP 1 Cari_Hareket_ID FROM CARIHAREKET WHERE Fis_No='" +
-                                      text(pos, row, "Fis_No") + "' AND Islem_Tipi='" + type + "'");
-  const std::string cariId = found->value(0, 0).text();
-  connection.execute("UPDATE POSHAREKET SET Satis_ID=" + cariId + " WHERE PosHareket_ID=" + posId);
-  connection.execute("UPDATE MUHASEBEBAGLANTI SET Entegre_ID=" + cariId + " WHERE Entegre_ID=" + posId +
-                     " AND Entegre_Islem_Tipi='" + type + "' AND Modul_No=2");
-  y.sayilar().gonderilen += 5;
+// The new row is found by its number and kind; of two such rows the first gives the link.
+std::vector<Yurutucu::Adim> moveSteps(const SemaGoruntusu& sema, const db::Rows& pos, std::int64_t row) {
+  std::string names, values;
+  for (const auto& [name, value] : cariRow(sema, pos, row)) {
+    names += (names.empty() ? "" : ",") + name;
+    values += (values.empty() ? "" : ",") + db::literal(value);
+  }
+  const std::string id = at(pos, row, "PosHareket_ID").text();
+  const db::Value type = at(pos, row, "Islem_Tipi");
+  return {
+      {"INSERT INTO CARIHAREKET (" + names + ") VALUES (" + values + ")", true},
+      {"UPDATE POSHAREKET SET Satis_ID=(SELECT TOP 1 Cari_Hareket_ID FROM CARIHAREKET WHERE " +
+       equals("Fis_No", at(pos, row, "Fis_No")) + " AND " + equals("Islem_Tipi", type) +
+       " ORDER BY Cari_Hareket_ID) WHERE PosHareket_ID=" + id},
+      {"UPDATE MUHASEBEBAGLANTI SET Entegre_ID=(SELECT Satis_ID FROM POSHAREKET WHERE PosHareket_ID=" + id +
+       ") WHERE Entegre_ID=" + id + " AND " + equals("Entegre_Islem_Tipi", type) + " AND Modul_No=2"}};
 }
 
 }  // namespace
@@ -93,72 +96,49 @@ std::vector<std::string> Hesap_Seviyesi_Hesapla(Yurutucu& y) {
 std::vector<std::string> Karsi_Ambar_Doldur(Yurutucu& y) {
   std::vector<std::string> out;
   const auto slips = y.oku(
-      "SELECT Islem_Tipi, Fis_No, Ambar_No FROM STOKHAREKETKART "
-      "WHERE Islem_Tipi='Ambar Fişi(Ç)' OR Islem_Tipi='Ambar Fişi(G)'");
-  if (!slips) return out;
-  std::map<std::string, std::string> incoming;  // slip number -> warehouse, the first slip counts
-  std::vector<std::pair<std::string, std::string>> outgoing;
-  for (std::int64_t r = 0; r < slips->count(); ++r) {
-    const std::string number = db::escape(slips->value(r, 1).trimmed());
-    const db::Value warehouse = slips->value(r, 2);
-    const std::string value = warehouse.isNull() ? "NULL" : warehouse.text();
-    if (slips->value(r, 0).trimmed() == "Ambar Fişi(Ç)")
-      outgoing.emplace_back(number, value);
-    else
-      incoming.emplace(number, value);
-  }
-  if (outgoing.empty()) return out;
+      "SELECT CIKIS.Stok_HareketKart_ID, CIKIS.Fis_No, CIKIS.Ambar_No, GIRIS.Ambar_No FROM STOKHAREKETKART "
+      "CIKIS LEFT JOIN STOKHAREKETKART GIRIS ON GIRIS.Fis_No=CIKIS.Fis_No AND GIRIS.Islem_Tipi='Ambar "
+      "Fişi(G)' WHERE CIKIS.Islem_Tipi='Ambar Fişi(Ç)' "
+      "ORDER BY CIKIS.Stok_HareketKart_ID, GIRIS.Stok_HareketKart_ID");
+  if (!slips || slips->count() == 0) return out;
   y.mesaj("Ambar Transfer Hareketlerie Karşı Ambarlar Yerleştiriliyor.");
-  std::int64_t done = 0;
-  for (const auto& [number, warehouse] : outgoing) {
-    const std::string where = " AND Fis_No='" + number + "'";
-    out.push_back("UPDATE AMBTRS SET Karsi_Ambar_No=" + warehouse + " WHERE Islem_Tipi='Ambar Fişi(G)'" +
-                  where);
-    if (const auto other = incoming.find(number); other != incoming.end())
-      out.push_back("UPDATE AMBTRS SET Karsi_Ambar_No=" + other->second +
-                    " WHERE Islem_Tipi='Ambar Fişi(Ç)'" + where);
-    y.adim(++done, static_cast<std::int64_t>(outgoing.size()));
+  for (std::int64_t r = 0; r < slips->count(); ++r) {
+    y.adim(r + 1, slips->count());
+    if (r > 0 && slips->value(r, 0) == slips->value(r - 1, 0)) continue;  // the first incoming slip counts
+    const std::string where = " AND Fis_No='" + db::escape(slips->value(r, 1).text()) + "'";
+    const auto name = [&](const db::Value& warehouse, const char* kind) {
+      if (!warehouse.isNull())
+        out.push_back("UPDATE AMBTRS SET Karsi_Ambar_No=" + warehouse.text() + " WHERE Islem_Tipi='" + kind +
+                      "'" + where);
+    };
+    name(slips->value(r, 2), "Ambar Fişi(G)");
+    name(slips->value(r, 3), "Ambar Fişi(Ç)");
   }
   return out;
 }
 
-void Kredi_Tahsilat_Tasi(Yurutucu& y) {
+void Kredi_Tahsilat_Tasi(Yurutucu& y, const SemaGoruntusu& sema) {
   y.mesaj("Kredi Kartı Tahsilatları Kontrol Ediliyor.");
   const auto pos =
       y.oku("SELECT * FROM POSHAREKET WHERE ISNULL(Satis_ID,0)=0 AND Islem_Tipi='Kredi Kartı Tahsilat'");
   if (!pos) return;
-  if (y.denemeMi()) {
-    y.calistir("-- " + std::to_string(pos->count()) + " kart tahsilatı CARIHAREKET tablosuna taşınır");
-    return;
-  }
   for (std::int64_t r = 0; r < pos->count(); ++r) {
-    y.baglanti().execute("BEGIN TRANSACTION");
-    try {
-      moveOne(y, *pos, r);
-      y.baglanti().execute("COMMIT TRANSACTION");
-      ++y.sayilar().satirlar;
-    } catch (const db::SqlError& error) {
-      if (error.kind() == db::ErrorKind::LinkBroken) throw;
-      y.baglanti().execute("IF @@TRANCOUNT>0 ROLLBACK TRANSACTION");
-      ++y.sayilar().reddedilen;
-    }
+    if (!y.butun(moveSteps(sema, *pos, r))) ++y.sayilar().reddedilen;
     y.adim(r + 1, pos->count());
   }
 }
 
 void saticilariBagla(Yurutucu& y) {
-  const auto people = y.oku("SELECT Personel_ID, Kod FROM PERSONELKARTI");
-  if (!people || people->count() == 0) return;
-  const auto sellers = y.oku("SELECT Satici_ID, Satici_Kodu FROM SATICI");
-  if (!sellers) return;
-  std::map<std::string, std::string> byCode;  // the first seller of a code counts
-  for (std::int64_t r = 0; r < sellers->count(); ++r)
-    byCode.emplace(sellers->value(r, 1).trimmed(), sellers->value(r, 0).text());
+  const auto pairs = y.oku(
+      "SELECT PERSONELKARTI.Personel_ID, SATICI.Satici_ID FROM PERSONELKARTI, SATICI WHERE "
+      "SATICI.Satici_Kodu=LTRIM(RTRIM(PERSONELKARTI.Kod)) ORDER BY PERSONELKARTI.Personel_ID, "
+      "SATICI.Satici_ID");
+  if (!pairs) return;
   std::vector<std::string> statements;
-  for (std::int64_t r = 0; r < people->count(); ++r)
-    if (const auto it = byCode.find(people->value(r, 1).trimmed()); it != byCode.end())
-      statements.push_back("UPDATE SATICI SET Personel_ID=" + people->value(r, 0).text() +
-                           " WHERE Satici_ID=" + it->second);
+  for (std::int64_t r = 0; r < pairs->count(); ++r)
+    if (r == 0 || pairs->value(r, 0) != pairs->value(r - 1, 0))  // the first seller of a code
+      statements.push_back("UPDATE SATICI SET Personel_ID=" + pairs->value(r, 0).text() +
+                           " WHERE Satici_ID=" + pairs->value(r, 1).text());
   if (!y.topluca(statements)) ++y.sayilar().reddedilen;
 }
 

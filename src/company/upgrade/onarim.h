@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "company/upgrade/sema_goruntusu.h"
 #include "company/upgrade/yurutucu.h"
 
 namespace company::upgrade {
@@ -13,12 +14,12 @@ namespace company::upgrade {
 std::vector<std::string> Hesap_Seviyesi_Hesapla(Yurutucu& yurutucu);
 
 // Statements that name the other warehouse on both sides of every warehouse transfer. A transfer whose
-// incoming slip is missing gets none on the outgoing side.
+// incoming slip is missing gets none on the outgoing side; one without a warehouse names none.
 std::vector<std::string> Karsi_Ambar_Doldur(Yurutucu& yurutucu);
 
 // Moves card collections that belong to no sale from POSHAREKET to CARIHAREKET, their ledger links with
 // them; each row whole or not at all.
-void Kredi_Tahsilat_Tasi(Yurutucu& yurutucu);
+void Kredi_Tahsilat_Tasi(Yurutucu& yurutucu, const SemaGoruntusu& sema);
 
 // Writes Personel_ID of each person into the salesman of the same code.
 void saticilariBagla(Yurutucu& yurutucu);

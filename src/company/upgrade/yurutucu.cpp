@@ -1,8 +1,21 @@
 #include "company/upgrade/yurutucu.h"
 
 #include <algorithm>
+#include <array>
 
 namespace company::upgrade {
+
+namespace {
+
+// A refusal that every statement after it would meet, too: the file cannot be written or read. The run
+// ends there, to be completed by the next.
+bool endsTheRun(const db::SqlError& error) {
+  constexpr std::array numbers{823, 824, 1101, 1105, 3906, 9002};
+  return error.kind() == db::ErrorKind::LinkBroken ||
+         std::ranges::find(numbers, error.serverNumber()) != numbers.end();
+}
+
+}  // namespace
 
 std::int64_t Yurutucu::gonder(const std::string& statement) {
   ++sayilar_.gonderilen;
@@ -18,7 +31,7 @@ bool Yurutucu::calistir(const std::string& statement) {
     gonder(statement);
     return true;
   } catch (const db::SqlError& error) {
-    if (error.kind() == db::ErrorKind::LinkBroken) throw;
+    if (endsTheRun(error)) throw;
     ++sayilar_.reddedilen;
     return false;
   }
@@ -30,7 +43,7 @@ bool Yurutucu::onar(const std::string& statement) {
     sayilar_.satirlar += std::max<std::int64_t>(0, gonder(statement));
     return true;
   } catch (const db::SqlError& error) {
-    if (error.kind() == db::ErrorKind::LinkBroken) throw;
+    if (endsTheRun(error)) throw;
     ++sayilar_.reddedilen;
     return false;
   }
@@ -41,7 +54,7 @@ std::unique_ptr<db::Rows> Yurutucu::oku(const std::string& statement) {
     ++sayilar_.gonderilen;
     return baglanti().query(statement);
   } catch (const db::SqlError& error) {
-    if (error.kind() == db::ErrorKind::LinkBroken) throw;
+    if (endsTheRun(error)) throw;
     // A trial reads a database that lacks what the run would have added before.
     if (!denemeMi()) ++sayilar_.reddedilen;
     return nullptr;
@@ -49,7 +62,11 @@ std::unique_ptr<db::Rows> Yurutucu::oku(const std::string& statement) {
 }
 
 void Yurutucu::geriAl() {
-  gonder("IF @@TRANCOUNT>0 ROLLBACK TRANSACTION");
+  try {
+    gonder("IF @@TRANCOUNT>0 ROLLBACK TRANSACTION");
+  } catch (const db::SqlError& error) {
+    if (endsTheRun(error)) throw;
+  }
 }
 
 bool Yurutucu::butun(const std::vector<Adim>& adimlar) {
@@ -67,7 +84,9 @@ bool Yurutucu::butun(const std::vector<Adim>& adimlar) {
     gonder("COMMIT TRANSACTION");
   } catch (const db::SqlError& error) {
     if (error.kind() == db::ErrorKind::LinkBroken) throw;
+    const bool ends = endsTheRun(error);
     geriAl();
+    if (ends) throw;
     return false;
   }
   sayilar_.satirlar += satirlar;
@@ -99,6 +118,11 @@ void Yurutucu::genelKur(std::int64_t maximum) {
   genel_ = 0;
   genelSon_ = std::max<std::int64_t>(1, maximum);
   o_.ilerleme->whole(0, genelSon_);
+}
+
+void Yurutucu::genelBitir() {
+  genel_ = genelSon_;
+  o_.ilerleme->whole(genel_, genelSon_);
 }
 
 void Yurutucu::genelIlerle() {

@@ -36,7 +36,8 @@ class Yurutucu {
   Sayilar& sayilar() { return sayilar_; }
 
   // One writing statement. A refusal is counted and otherwise passed over, as the upgrade wants it; false
-  // then. A broken link is thrown on (db::SqlError).
+  // then. A broken link is thrown on (db::SqlError), and so is what would refuse all that follows: a full
+  // disk, a file that cannot be written or read.
   bool calistir(const std::string& statement);
   // The same, with its rows counted as repaired.
   bool onar(const std::string& statement);
@@ -57,6 +58,7 @@ class Yurutucu {
   void adim(std::int64_t value, std::int64_t maximum);
   void genelIlerle();
   void genelKur(std::int64_t maximum);
+  void genelBitir();
 
  private:
   std::int64_t gonder(const std::string& statement);

@@ -12,8 +12,8 @@
 namespace support {
 
 struct Izleme {
-  std::vector<std::string> deyimler;     // in the order sent
-  std::vector<std::string> reddedilen;   // those the server refused
+  std::vector<std::string> deyimler;             // in the order sent
+  std::vector<std::string> reddedilen;           // those the server refused
   std::function<void(std::size_t)> once, sonra;  // get the number of the statement, from 1
   void sifirla() { *this = {}; }
 };

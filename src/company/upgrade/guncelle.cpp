@@ -33,9 +33,13 @@ constexpr std::array bosOnarimlari{
     "UPDATE AMBTRS SET Birim_Fiyat=0 WHERE Birim_Fiyat IS NULL",
 };
 
-// Migrations read these tables' columns, so their columns come first.
-constexpr std::array<std::string_view, 5> oncelikliTablolar{"FATURAKART", "CEK", "SENET", "CARIHAREKET",
-                                                            "STOKHAREKETKART"};
+// Migrations of other tables read these tables' columns, so their columns come first.
+constexpr std::array<std::string_view, 2> ilkTablolar{"FATURAKART", "STOKHAREKETKART"};
+// Their triggers write into other tables whenever a column is filled, so those must be whole by then.
+// BORDRO has none, but reads the two before it.
+constexpr std::array<std::string_view, 11> sonTablolar{
+    "BANKAHAREKET", "CARIHAREKET", "KASAHAREKET", "POSHAREKET", "MUHFISHAR", "MUHKART",
+    "CEK",          "SENET",       "BORDRO",      "CARIKART",   "STOKKART"};
 
 constexpr std::array satirTablolari{"FATURAHAREKET", "STOKHAREKET", "RECETEHAREKET", "SIPARISHAREKET"};
 constexpr std::array<std::pair<const char*, const char*>, 3> satirTanimlari{
@@ -94,9 +98,13 @@ void tablolariOlustur(Yurutucu& y, SemaGoruntusu& sema) {
 
 std::vector<const TableDef*> kolonSirasi() {
   std::vector<const TableDef*> out;
-  for (const std::string_view name : oncelikliTablolar) out.push_back(schema::table(name));
+  const auto in = [](const auto& names, const std::string& name) {
+    return std::ranges::find(names, name) != names.end();
+  };
+  for (const std::string_view name : ilkTablolar) out.push_back(schema::table(name));
   for (const TableDef& table : schema::tables())
-    if (std::ranges::find(oncelikliTablolar, table.name) == oncelikliTablolar.end()) out.push_back(&table);
+    if (!in(ilkTablolar, table.name) && !in(sonTablolar, table.name)) out.push_back(&table);
+  for (const std::string_view name : sonTablolar) out.push_back(schema::table(name));
   return out;
 }
 

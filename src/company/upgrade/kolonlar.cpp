@@ -168,12 +168,12 @@ Sonuc Kolon_Duzenle(Yurutucu& y, SemaGoruntusu& sema, const KolonIstegi& istek) 
   const Sonuc sonuc = kolonFarki(sema, istek);
   if (sonuc == Sonuc::Degismedi) return sonuc;
   if (sonuc == Sonuc::Eklendi) {
-    const std::vector<Yurutucu::Adim> adimlar = additionSteps(istek);
-    if (y.butun(adimlar)) {
+    const std::string fill = doldurmaMetni(istek);
+    if (!fill.empty() && y.butun(additionSteps(istek))) {
       remember(y, sema, istek);
-    } else if (y.calistir(adimlar.front().statement)) {
+    } else if (y.calistir(eklemeMetni(istek))) {
       remember(y, sema, istek);
-      for (std::size_t i = 1; i < adimlar.size(); ++i) y.onar(adimlar[i].statement);
+      if (!fill.empty()) y.onar(fill);
     }
     return sonuc;
   }

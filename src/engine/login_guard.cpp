@@ -20,6 +20,9 @@ std::string makeDummyHash() {
   randombytes_buf(secret.data(), secret.size());
   return hashPassword({secret.data(), secret.size()});
 }
+bool hashMatches(const std::string& hash, std::string_view password) {
+  return crypto_pwhash_str_verify(hash.c_str(), password.data(), password.size()) == 0;
+}
 }  // namespace
 
 std::string hashPassword(std::string_view password) {
@@ -30,7 +33,11 @@ std::string hashPassword(std::string_view password) {
   return out.data();
 }
 
-LoginGuard::LoginGuard() {
+LoginGuard::LoginGuard()
+    : LoginGuard(
+          Tools{[](std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }, hashMatches}) {}
+
+LoginGuard::LoginGuard(Tools tools) : tools_(std::move(tools)) {
   if (sodium_init() < 0) throw Error(17058, "The random source of the system cannot be used.", 20);
   randombytes_buf(key_.data(), key_.size());
 }
@@ -60,33 +67,22 @@ bool LoginGuard::verify(const std::string& login, std::string_view password, con
     if (!hash.empty() && passed_.contains(pair)) return true;
     if (dummyHash_.empty()) dummyHash_ = makeDummyHash();
   }
-  std::this_thread::sleep_for(delay(login));
-  const std::string& checked = hash.empty() ? dummyHash_ : hash;
-  const bool equal = crypto_pwhash_str_verify(checked.c_str(), password.data(), password.size()) == 0;
+  if (const auto held = begin(login); held.count() > 0) tools_.pause(held);
+  const bool equal = tools_.matches(hash.empty() ? dummyHash_ : hash, password);
   const bool passed = equal && !hash.empty();
-  count(login, passed);
   if (passed) {
     const std::lock_guard lock(mutex_);
+    failures_.erase(login);
     if (passed_.size() >= rememberedPairs) passed_.clear();
     passed_.insert(pair);
   }
   return passed;
 }
 
-void LoginGuard::count(const std::string& login, bool passed) {
+std::chrono::milliseconds LoginGuard::begin(const std::string& login) {
   const std::lock_guard lock(mutex_);
-  if (passed) {
-    failures_.erase(login);
-    return;
-  }
   if (failures_.size() >= rememberedNames) failures_.clear();
-  ++failures_[login];
-}
-
-std::chrono::milliseconds LoginGuard::delay(const std::string& login) const {
-  const std::lock_guard lock(mutex_);
-  const auto found = failures_.find(login);
-  const int counted = found == failures_.end() ? 0 : found->second - freeFailures;
+  const int counted = failures_[login]++ - freeFailures;
   if (counted <= 0) return std::chrono::milliseconds(0);
   return std::min(longestDelay, firstDelay * (1 << std::min(counted - 1, 10)));
 }

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <chrono>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <set>
@@ -18,7 +19,14 @@ std::string hashPassword(std::string_view password);
 
 class LoginGuard {
  public:
+  // What takes its time; tests bring their own.
+  struct Tools {
+    std::function<void(std::chrono::milliseconds)> pause;
+    std::function<bool(const std::string& hash, std::string_view password)> matches;
+  };
+
   LoginGuard();
+  explicit LoginGuard(Tools tools);
   ~LoginGuard();
   LoginGuard(const LoginGuard&) = delete;
   LoginGuard& operator=(const LoginGuard&) = delete;
@@ -27,14 +35,14 @@ class LoginGuard {
   // password. A pair that passed once passes again without the slow work as long as the hash is the same.
   bool verify(const std::string& foldedLogin, std::string_view password, const std::string& hash);
 
-  // How long the next answer for this login is held back.
-  std::chrono::milliseconds delay(const std::string& foldedLogin) const;
-
  private:
   using Mark = std::array<unsigned char, crypto_generichash_BYTES>;
   Mark mark(const std::string& login, std::string_view password, const std::string& hash) const;
-  void count(const std::string& login, bool passed);
+  // Counts an attempt as failed until it has passed, so that many at a time wait, too. Returns how long
+  // the answer is held back.
+  std::chrono::milliseconds begin(const std::string& login);
 
+  Tools tools_;
   std::array<unsigned char, crypto_generichash_KEYBYTES> key_{};  // of this process alone
   std::string dummyHash_;
   mutable std::mutex mutex_;

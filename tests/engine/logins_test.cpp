@@ -92,21 +92,52 @@ TEST_F(LoginTest, UsersAndRolesOfADatabase) {
   EXPECT_EQ(s.values("SELECT count(*) FROM @.zb_members WHERE uid>=5"), "0");
 }
 
+// The guard with a clock that only notes how long it would have waited.
+struct NotedGuard {
+  std::vector<std::int64_t> pauses;
+  std::vector<std::string> checked;  // hashes, one per slow verification
+  LoginGuard guard{{[this](std::chrono::milliseconds time) { pauses.push_back(time.count()); },
+                    [this](const std::string& hash, std::string_view password) {
+                      checked.push_back(hash);
+                      return hash == password;
+                    }}};
+};
+
 TEST_F(LoginTest, FailuresSlowDownUntilASuccess) {
-  LoginGuard guard;
-  const std::string hash = hashPassword("dogru");
-  EXPECT_EQ(guard.delay("b").count(), 0);
-  for (int i = 0; i < 3; ++i) EXPECT_FALSE(guard.verify("b", "yanlis", hash));
-  const auto delay = guard.delay("b");
-  EXPECT_GT(delay.count(), 0);
-  EXPECT_FALSE(guard.verify("b", "yanlis", hash));
-  EXPECT_GT(guard.delay("b"), delay);
-  EXPECT_EQ(guard.delay("c").count(), 0);
-  EXPECT_TRUE(guard.verify("b", "dogru", hash));
-  EXPECT_EQ(guard.delay("b").count(), 0);
-  // What passed is remembered for this hash alone.
-  EXPECT_TRUE(guard.verify("b", "dogru", hash));
-  EXPECT_FALSE(guard.verify("b", "dogru", hashPassword("baska")));
+  NotedGuard noted;
+  for (int i = 0; i < 10; ++i) EXPECT_FALSE(noted.guard.verify("b", "yanlis", "dogru"));
+  EXPECT_EQ(noted.pauses, (std::vector<std::int64_t>{125, 250, 500, 1000, 2000, 4000, 4000}));
+  noted.pauses.clear();
+  EXPECT_FALSE(noted.guard.verify("c", "yanlis", "dogru"));
+  EXPECT_TRUE(noted.pauses.empty());
+  EXPECT_TRUE(noted.guard.verify("b", "dogru", "dogru"));
+  EXPECT_EQ(noted.pauses, std::vector<std::int64_t>{4000});
+  EXPECT_FALSE(noted.guard.verify("b", "yanlis", "dogru"));
+  EXPECT_EQ(noted.pauses.size(), 1U);
+  // What passed is remembered for this hash alone, and costs neither work nor time.
+  const auto work = noted.checked.size();
+  EXPECT_TRUE(noted.guard.verify("b", "dogru", "dogru"));
+  EXPECT_EQ(noted.checked.size(), work);
+  EXPECT_FALSE(noted.guard.verify("b", "dogru", "baska"));
+}
+
+TEST_F(LoginTest, AnUnknownNameCostsWhatAWrongPasswordCosts) {
+  NotedGuard known, unknown;
+  for (int i = 0; i < 6; ++i) {
+    EXPECT_FALSE(known.guard.verify("b", "yanlis", hashPassword("dogru")));
+    EXPECT_FALSE(unknown.guard.verify("b", "yanlis", ""));
+  }
+  EXPECT_EQ(known.pauses, unknown.pauses);
+  ASSERT_EQ(known.checked.size(), unknown.checked.size());
+  // The same algorithm with the same costs, under a salt of its own.
+  const auto costs = [](const std::string& hash) {
+    return hash.substr(0, hash.rfind('$', hash.rfind('$') - 1));
+  };
+  EXPECT_EQ(costs(known.checked[0]), costs(unknown.checked[0]));
+  EXPECT_TRUE(known.checked[0].starts_with("$argon2id$")) << known.checked[0];
+  EXPECT_NE(known.checked[0], known.checked[1]);
+  // Nothing that could be guessed lets an unknown name in.
+  EXPECT_FALSE(unknown.guard.verify("b", unknown.checked[0], ""));
 }
 
 TEST_F(LoginTest, DatabaseSummaries) {

@@ -1,0 +1,1 @@
+DECLARE @d DATETIME,@m MONEY,@c CHAR(8) SET @d='20120229' SET @m=@d-'20120101' SET @c=@m IF @c='59.00' PRINT 'evet' ELSE RAISERROR('%s %d',16,1,@c,5)

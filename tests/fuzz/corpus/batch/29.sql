@@ -1,0 +1,1 @@
+UPDATE T SET G='true',H=H+0.5,C=ISNULL(C,0)+E

@@ -365,6 +365,7 @@ BoundStatement Binder::finish(const std::string& sql) const {
     if (target == 0) {
       done.parameters.push_back(parameters_[number - 1]);
       target = static_cast<int>(done.parameters.size());
+      continue;  // a bare ? takes the next number; SQLite looks through all numbers for one that is given
     }
     done.sql += std::to_string(target);
   }

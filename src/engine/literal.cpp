@@ -127,6 +127,16 @@ Type literalType(const Literal& literal) {
   return {};
 }
 
+namespace {
+
+std::int64_t wholeNumber(std::string_view digits) {
+  std::int64_t value = 0;
+  std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  return value;
+}
+
+}  // namespace
+
 Datum literalDatum(const Literal& literal) {
   const Type type = literalType(literal);
   switch (literal.kind) {
@@ -138,6 +148,9 @@ Datum literalDatum(const Literal& literal) {
       return literal.text;
     case LiteralKind::Binary:
       return Blob{literal.text};
+    case LiteralKind::Integer:
+      if (type.id == TypeId::Int) return wholeNumber(literal.text);
+      [[fallthrough]];
     default:
       return convert(Datum(literal.text), {TypeId::VarChar, maxTextLength}, type);
   }

@@ -57,7 +57,8 @@ sqlite3* openHandle(FunctionContext* functions) {
   sqlite3_db_config(db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_db_config(db, SQLITE_DBCONFIG_ENABLE_FKEY, 0, nullptr);
   registerFunctions(db, functions);
-  lite::exec(db, "PRAGMA temp_store=MEMORY; PRAGMA legacy_alter_table=ON");
+  // Sorts and undo journals may spill into temporary files, so that memory stays flat on any table.
+  lite::exec(db, "PRAGMA temp_store=FILE; PRAGMA legacy_alter_table=ON");
   return db;
 }
 

@@ -1,5 +1,7 @@
 // INSERT, UPDATE, DELETE, identity values, variables, control flow and transactions.
 
+#include <sqlite3.h>
+
 #include <atomic>
 #include <thread>
 
@@ -171,6 +173,23 @@ TEST_F(ChangeTest, CancelEndsTheBatch) {
     ended = true;
     canceller.join();
     EXPECT_EQ(run("SELECT COUNT(*) FROM T"), "10\n");
+  }
+}
+
+// Held in memory, the sort of an index or the undo journal of a change would take more than this.
+TEST_F(ChangeTest, ChangingABigTableTakesLittleMemory) {
+  constexpr sqlite3_int64 little = 14'000'000;
+  follow({{"CREATE TABLE T (ID INT IDENTITY, A INT, B CHAR(50)) INSERT INTO T (A,B) VALUES (1,'Elma')", ""},
+          {"DECLARE @N INT SELECT @N=0 WHILE @N<19 BEGIN INSERT INTO T (A,B) SELECT A,B FROM T SELECT "
+           "@N=@N+1 END",
+           ""}});
+  for (const char* change :
+       {"ALTER TABLE T ALTER COLUMN A CHAR(20)", "ALTER TABLE T ALTER COLUMN B CHAR(50) NOT NULL",
+        "ALTER TABLE T ADD C INT", "ALTER TABLE T DROP COLUMN C", "CREATE INDEX I ON T (B)"}) {
+    sqlite3_memory_highwater(1);
+    const sqlite3_int64 before = sqlite3_memory_used();
+    EXPECT_EQ(run(change), "") << message;
+    EXPECT_LT(sqlite3_memory_highwater(0) - before, little) << change;
   }
 }
 

@@ -13,7 +13,7 @@ std::string keyOf(const std::string& text) {
 TEST(PlanKey, IsSharedByStatementsOfEqualTypes) {
   const std::pair<const char*, const char*> pairs[] = {
       {"INSERT INTO t (a,b) VALUES ('x',1)", "INSERT INTO t(a,b) VALUES('longer''',  22)"},
-      {"UPDATE t SET a='x' WHERE b='y'", "UPDATE t SET a='xxx' WHERE b='' -- comment"},
+      {"UPDATE t SET a='x' WHERE b='y'", "UPDATE t SET a='xyz' WHERE b='' -- comment"},
       {"DELETE FROM t WHERE a='x' AND b>1", "DELETE FROM t WHERE a='xyz' AND b>2147483647"},
       {"SELECT a FROM t WHERE a='x'", "SELECT a FROM t WHERE a='xyz'"},
       {"SELECT 1.25", "SELECT 3.50"},

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # usage: run.sh [seconds per target] [build folder]
-# Builds the fuzz targets with clang and runs each for a while on its seed corpus.
+# Builds the fuzz targets with clang and runs each for a while on its seed corpus, from a fixed seed, so that a
+# short run walks the same way each time. Longer runs are for a person: pass another -seed by hand.
 set -euo pipefail
 seconds=${1:-30}
 root=$(cd "$(dirname "$0")/../.." && pwd)
@@ -16,7 +17,7 @@ cmake --build "$build" --target fuzz_parser fuzz_batch
 for target in parser batch; do
   work=$(mktemp -d)
   trap 'rm -rf "$work"' EXIT
-  TMPDIR=$work "$build/bin/fuzz_$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -max_len=4096 \
+  TMPDIR=$work "$build/bin/fuzz_$target" -seed=2012 -max_total_time="$seconds" -timeout=25 -rss_limit_mb=2048 -max_len=4096 \
     -dict="$root/tests/fuzz/tsql.dict" -artifact_prefix="$build/" -print_final_stats=0 -verbosity=0 \
     "$work" "$root/tests/fuzz/corpus/$target" "$root/tests/fuzz/corpus/parser"
   rm -rf "$work"

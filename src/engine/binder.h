@@ -94,6 +94,8 @@ class Binder {
   BoundExpr bindCollate(const Expr& expr, Scope* scope);
   ParameterSource& parameter(int index) { return parameters_[static_cast<std::size_t>(index)]; }
   BoundExpr addParameter(ParameterSource source);
+  BoundExpr exactOperand(const BoundExpr& operand, const Type& other);
+  BoundExpr finite(const BoundExpr& expr);
   Type unify(const std::vector<BoundExpr>& exprs);
 
   // binder_chain.cpp

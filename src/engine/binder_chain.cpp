@@ -71,6 +71,8 @@ BoundExpr Binder::bindArithmetic(const Expr& expr, Scope* scope) {
 }
 
 BoundExpr Binder::operate(BinaryOp op, BoundExpr left, BoundExpr right) {
+  left = exactOperand(left, right.type);
+  right = exactOperand(right, left.type);
   BoundExpr bound;
   bound.type = arithmeticType(op, left.type, right.type);
   // Constants take the result's form once, ahead of the rows.
@@ -91,7 +93,7 @@ BoundExpr Binder::foldChain(BoundExpr value, const std::vector<const Expr*>& ste
     std::string sql = "z_fold(" + value.sql;
     for (std::size_t i = from; i < to; ++i) {
       const BinaryOp op = steps[i]->binary;
-      const BoundExpr operand = bindValue(*steps[i]->right, scope);
+      const BoundExpr operand = exactOperand(bindValue(*steps[i]->right, scope), value.type);
       value.type = arithmeticType(op, value.type, operand.type);
       value.nullable = value.nullable || operand.nullable;
       sql += ',' + operand.sql;

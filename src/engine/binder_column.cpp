@@ -22,10 +22,9 @@ void checkGrouping(const Scope& scope, const SourceColumn& column, const Expr& e
   if (!scope.grouped || scope.inAggregate > 0) return;
   for (const auto& [group, bound] : scope.groups)
     if (bound.column && bound.sql == column.sql) return;
-  const std::string name = "Column '" + written(expr) + "' is invalid in the select list because it is not ";
-  if (scope.hasGroupBy)
-    throw Error(8120, name + "contained in either an aggregate function or the GROUP BY clause.");
-  throw Error(8118, name + "contained in an aggregate function and there is no GROUP BY clause.");
+  throw Error(8120, "Column '" + written(expr) +
+                        "' is invalid in the select list because it is not contained in either an aggregate "
+                        "function or the GROUP BY clause.");
 }
 
 struct Found {

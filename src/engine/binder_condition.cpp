@@ -30,7 +30,7 @@ BoundExpr Binder::compare(BinaryOp op, const BoundExpr& left, const BoundExpr& r
   const Type type = commonType(left.type, right.type);
   const auto operand = [&](const BoundExpr& side) {
     const bool texts = isCharacter(side.type.id) && isCharacter(type.id);
-    return side.parameter >= 0 && !texts ? convert(side, type) : side;
+    return side.parameter >= 0 && !texts ? convert(side, type) : finite(side);
   };
   const BoundExpr a = operand(left), b = operand(right);
   return condition("(" + comparisonSql(op, a.sql, a.type, b.sql, b.type) + ")");

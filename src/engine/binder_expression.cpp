@@ -193,7 +193,7 @@ BoundExpr Binder::bind(const Expr& expr, Scope* scope) {
 
 BoundExpr Binder::bindVariable(const Expr& expr) {
   const int slot = context_.variables ? context_.variables->find(expr.name) : -1;
-  if (slot < 0) throw Error(137, "Must declare the variable '" + expr.name + "'.", 15);
+  if (slot < 0) throw Error(137, "Must declare the scalar variable \"" + expr.name + "\".", 15);
   const Type& type = context_.variables->variables[static_cast<std::size_t>(slot)].type;
   if (stepwise_) {
     BoundExpr bound;
@@ -212,7 +212,7 @@ BoundExpr Binder::bindGlobal(const Expr& expr) {
   const std::string name = foldName(expr.name);
   for (const GlobalName& known : globalNames)
     if (name == known.name) return systemParameter(known.value, known.type);
-  throw Error(137, "Must declare the variable '" + expr.name + "'.", 15);
+  throw Error(137, "Must declare the scalar variable \"" + expr.name + "\".", 15);
 }
 
 BoundExpr Binder::bindUnary(const Expr& expr, Scope* scope) {
@@ -245,6 +245,25 @@ BoundExpr Binder::bindBinary(const Expr& expr, Scope* scope) {
       break;
   }
   return bindArithmetic(expr, scope);
+}
+
+// An integer literal beside a DECIMAL is one itself, of as many digits as it has.
+BoundExpr Binder::exactOperand(const BoundExpr& operand, const Type& other) {
+  if (other.id != TypeId::Decimal || operand.parameter < 0 || operand.type != intType) return operand;
+  ParameterSource source = parameter(operand.parameter);
+  if (source.kind != ParameterSource::Kind::Literal || source.to != source.from) return operand;
+  const std::string& digits = source.value.text;
+  const std::size_t zeros = std::min(digits.find_first_not_of('0'), digits.size() - 1);
+  source.to = {TypeId::Decimal, 0, static_cast<std::uint8_t>(digits.size() - zeros), 0};
+  return addParameter(std::move(source));
+}
+
+// SQLite goes on with an infinity where the server stops; columns and parameters hold none.
+BoundExpr Binder::finite(const BoundExpr& expr) {
+  if (!isApproximate(expr.type.id) || expr.column || expr.parameter >= 0) return expr;
+  BoundExpr checked = expr;
+  checked.sql = "z_f8(" + expr.sql + ")";
+  return checked;
 }
 
 Type Binder::unify(const std::vector<BoundExpr>& exprs) {
@@ -304,7 +323,8 @@ BoundExpr Binder::convert(const BoundExpr& expr, const Type& type, bool assign, 
 }
 
 BoundExpr Binder::assignTo(const BoundExpr& expr, const ColumnInfo& column) {
-  return convert(expr, column.type, true, column.name);
+  requireImplicit(expr.type, column.type);
+  return convert(finite(expr), column.type, true, column.name);
 }
 
 BoundExpr Binder::bindDefault(const Expr& expr, const ColumnInfo& column) {

@@ -60,8 +60,9 @@ void allowNull(Scope& scope, std::size_t from, std::size_t to) {
 void checkDuplicate(const Scope& scope, const Source& added) {
   for (const Source& source : scope.sources)
     if (source.alias == added.alias && source.aliased == added.aliased && source.database == added.database)
-      throw Error(1013, "Tables or functions '" + added.alias + "' and '" + source.alias +
-                            "' have the same exposed names. Use correlation names to distinguish them.");
+      throw Error(1013, "The objects \"" + added.alias + "\" and \"" + source.alias +
+                            "\" in the FROM clause have the same exposed names. Use correlation names to "
+                            "distinguish them.");
 }
 
 }  // namespace

@@ -44,7 +44,7 @@ const std::array systemFunctions = {
 };
 
 Error argumentCount(const std::string& name, int count) {
-  return Error(174, "The " + name + " function requires " + std::to_string(count) + " arguments.", 15);
+  return Error(174, "The " + name + " function requires " + std::to_string(count) + " argument(s).", 15);
 }
 
 }  // namespace
@@ -86,7 +86,7 @@ BoundExpr Binder::bindFunction(const Expr& expr, Scope* scope) {
   }
   if (auto system = bindSystemFunction(expr, name, scope)) return *system;
   const FunctionInfo* info = findFunction(expr.name);
-  if (!info) throw Error(195, "'" + expr.name + "' is not a recognized function name.", 15);
+  if (!info) throw Error(195, "'" + expr.name + "' is not a recognized built-in function name.", 15);
   if (info->aggregate) return bindAggregate(expr, scope);
 
   std::vector<FunctionArgument> arguments;

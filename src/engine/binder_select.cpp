@@ -217,8 +217,12 @@ std::string Binder::orderTerm(const OrderItem& item, BoundCore& core, bool outpu
   for (std::size_t i = 0; i < core.items.size(); ++i)
     if (core.items[i].sql == bound.sql) return position(i);
   if (outputOnly)
-    throw Error(145,
-                "ORDER BY items must appear in the select list if SELECT DISTINCT or UNION is specified.");
+    throw core.distinct
+        ? Error(145, "ORDER BY items must appear in the select list if SELECT DISTINCT is specified.", 15)
+        : Error(104,
+                "ORDER BY items must appear in the select list if the statement contains a UNION, INTERSECT "
+                "or EXCEPT operator.",
+                15);
   return withCollation(bound);
 }
 
@@ -277,15 +281,16 @@ std::vector<Binder::BoundCore> Binder::bindCores(const SelectStatement& select, 
   for (std::size_t i = 0; i < cores.size(); ++i) {
     bindCore(select, i, parent, coreShape, cores[i]);
     if (cores[i].items.size() != cores[0].items.size())
-      throw Error(205,
-                  "All queries in a SQL statement containing a UNION operator must have an equal number of "
-                  "expressions in their target lists.");
+      throw Error(
+          205,
+          "All queries combined using a UNION, INTERSECT or EXCEPT operator must have an equal number "
+          "of expressions in their target lists.");
     coreShape.starNames = nullptr;
   }
   if (shape.subquery && !select.orderBy.empty() && !cores[0].top)
     throw Error(1033,
-                "The ORDER BY clause is invalid in views, inline functions, derived tables, and "
-                "subqueries, unless TOP is also specified.");
+                "The ORDER BY clause is invalid in views, inline functions, derived tables, subqueries, and "
+                "common table expressions, unless TOP or FOR XML is also specified.");
   if (shape.targets && shape.targets->size() != cores[0].items.size()) {
     const bool fewer = cores[0].items.size() < shape.targets->size();
     throw Error(fewer ? 120 : 121, std::string("The select list for the INSERT statement contains ") +

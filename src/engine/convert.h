@@ -29,6 +29,10 @@ struct ConvertContext {
 Datum convert(const Datum& value, const Type& from, const Type& to, int style = 0, bool assignment = false,
               const ConvertContext& context = {});
 
+// A value may go into a column or variable without CONVERT; throws Error 257 where it must be written,
+// 206 where no conversion exists.
+void requireImplicit(const Type& from, const Type& to);
+
 // The SQLite expression that converts `sql` as convert() does: `sql` itself when nothing changes, a
 // native expression where SQLite has an exact one, else a call of z_cv.
 std::string convertSql(const std::string& sql, const Type& from, const Type& to, int style = 0,

@@ -168,6 +168,21 @@ void throwNotAllowed(TypeId from, TypeId to) {
                        messageName(to) + " is not allowed.");
 }
 
+void requireImplicit(const Type& from, const Type& to) {
+  if (from.id == to.id || from.id == TypeId::Null || to.id == TypeId::Null) return;
+  const bool clash = isLongText(from.id) ? !isCharacter(to.id)
+                     : isLongText(to.id) ? !isCharacter(from.id)
+                                         : isBinary(from.id) && isApproximate(to.id);
+  if (clash)
+    throw Error(206, std::string("Operand type clash: ") + messageName(from.id) + " is incompatible with " +
+                         messageName(to.id));
+  const bool written = (isDateTime(from.id) && (isNumeric(to.id) || isBinary(to.id))) ||
+                       (isCharacter(from.id) && isBinary(to.id));
+  if (written)
+    throw Error(257, std::string("Implicit conversion from data type ") + messageName(from.id) + " to " +
+                         messageName(to.id) + " is not allowed. Use the CONVERT function to run this query.");
+}
+
 void throwTruncated() {
   throw Error(8152, "String or binary data would be truncated.");
 }

@@ -140,10 +140,7 @@ std::int64_t dateDifference(DatePart part, std::int64_t from, std::int64_t to) {
   }
   using Limits = std::numeric_limits<std::int32_t>;
   if (difference < Limits::min() || difference > Limits::max())
-    throw Error(
-        535,
-        "The datediff function resulted in an overflow. The number of dateparts separating two date/time "
-        "instances is too large. Try to use datediff with a less precise datepart.");
+    throw Error(535, "Difference of two datetime columns caused overflow at runtime.");
   return difference;
 }
 

@@ -316,6 +316,7 @@ TableInfo createTable(Change& change, const std::string& name, std::vector<Colum
   table.name = name;
   const int nextColumn = static_cast<int>(columns.size()) + 1;
   table.id = addObject(change.db, change.alias, name, "U", 0, {}, 0, nextColumn);
+  forgetIdentity(change.store, change.database, table.id);
   addColumns(change.db, change.alias, table, columns, 1);
   std::string definitions;
   for (const auto& column : columns) {

@@ -133,7 +133,7 @@ void checkVariables(const std::vector<Token>& tokens, const std::vector<Statemen
   for (const Token& token : tokens) {
     if (token.kind != TokenKind::Variable || variables.find(token.source) >= 0) continue;
     if (std::find(arguments.begin(), arguments.end(), foldName(token.source)) != arguments.end()) continue;
-    Error error(137, "Must declare the variable '" + std::string(token.source) + "'.", 15);
+    Error error(137, "Must declare the scalar variable \"" + std::string(token.source) + "\".", 15);
     error.setLine(token.line);
     throw error;
   }
@@ -286,7 +286,7 @@ Executor::Flow Executor::dispatch(const Statement& statement) {
   else if (const auto* set = std::get_if<SetVariableStatement>(&node))
     setVariable(set->name, *set->value), rowCount_ = 1;
   else if (const auto* option = std::get_if<SetOptionStatement>(&node))
-    runSetOption(*option);
+    runSetOption(*option), rowCount_ = 0;
   else if (const auto* print = std::get_if<PrintStatement>(&node))
     runPrint(*print), rowCount_ = 0;
   else if (const auto* raise = std::get_if<RaiserrorStatement>(&node))
@@ -294,7 +294,7 @@ Executor::Flow Executor::dispatch(const Statement& statement) {
   else if (const auto* transaction = std::get_if<TransactionStatement>(&node))
     runTransaction(*transaction), rowCount_ = 0;
   else if (const auto* use = std::get_if<UseStatement>(&node))
-    runUse(*use);
+    runUse(*use), rowCount_ = 0;
   else if (const auto* truncate = std::get_if<TruncateStatement>(&node))
     runTruncate(*truncate);
   else

@@ -116,8 +116,11 @@ void Executor::bindAssignments(const UpdateStatement& update, ChangeShape& shape
     const std::string name = quoteName(column.name);
     if (std::find(shape.names.begin(), shape.names.end(), name) != shape.names.end())
       throw Error(264,
-                  "Column name '" + column.name +
-                      "' appears more than once in the result column list. Only one occurrence is allowed.");
+                  "The column name '" + column.name +
+                      "' is specified more than once in the SET clause or column list of an INSERT. A column "
+                      "cannot be assigned more than one value in the same clause. Modify the clause to make "
+                      "sure that a column is updated only once. If this statement updates or inserts columns "
+                      "into a view, column aliasing can conceal the duplication in your code.");
     BoundExpr value;
     if (assignment.value->kind != Expr::Kind::Default) {
       value = binder.assignTo(binder.bindValue(*assignment.value, &shape.scope), column);
@@ -299,6 +302,11 @@ void Executor::runDelete(const DeleteStatement& remove) {
 void Executor::runTruncate(const TruncateStatement& truncate) {
   Binder binder(bindContext());
   Scope scope;
+  const std::string& database = truncate.table.database;
+  const auto in = store_.catalog(database.empty() ? context_.database : database);
+  if (!in->table(truncate.table.object) && !in->view(truncate.table.object))
+    throw Error(4701, "Cannot find the object \"" + truncate.table.object +
+                          "\" because it does not exist or you do not have permissions.");
   const Source& source = binder.bindTarget(truncate.table, scope);
   const std::string table = binder.sqlName(*source.table, source.tableDatabase);
   const auto catalog = store_.catalog(source.tableDatabase);

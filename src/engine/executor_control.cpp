@@ -217,8 +217,8 @@ void Executor::runTransaction(const TransactionStatement& statement) {
 
 void Executor::runUse(const UseStatement& statement) {
   if (!store_.databaseExists(statement.database))
-    throw Error(911, "Could not locate entry in sysdatabases for database '" + statement.database +
-                         "'. No entry found with that name. Make sure that the name is entered correctly.");
+    throw Error(911, "Database '" + statement.database +
+                         "' does not exist. Make sure that the name is entered correctly.");
   const std::string name = store_.database(statement.database).name;
   store_.useDatabase(name);
   context_.database = name;

@@ -28,9 +28,7 @@ std::vector<const ColumnInfo*> targetColumns(const TableInfo& table, const std::
 }
 
 Error valueCount(bool named, std::size_t columns, std::size_t values) {
-  if (!named)
-    return Error(213,
-                 "Insert Error: Column name or number of supplied values does not match table definition.");
+  if (!named) return Error(213, "Column name or number of supplied values does not match table definition.");
   const bool fewer = values < columns;
   return Error(fewer ? 109 : 110,
                std::string("There are ") + (fewer ? "more" : "fewer") +
@@ -62,8 +60,11 @@ void Executor::insertColumns(const InsertStatement& insert, InsertShape& shape) 
     if (ordinal < 0) throw Error(207, "Invalid column name '" + name + "'.");
     if (seen[static_cast<std::size_t>(ordinal)])
       throw Error(264,
-                  "Column name '" + name +
-                      "' appears more than once in the result column list. Only one occurrence is allowed.");
+                  "The column name '" + name +
+                      "' is specified more than once in the SET clause or column list of an INSERT. A column "
+                      "cannot be assigned more than one value in the same clause. Modify the clause to make "
+                      "sure that a column is updated only once. If this statement updates or inserts columns "
+                      "into a view, column aliasing can conceal the duplication in your code.");
     seen[static_cast<std::size_t>(ordinal)] = true;
     shape.given.push_back(ordinal);
   }
@@ -126,7 +127,10 @@ std::string Executor::insertSelect(const InsertStatement& insert, InsertShape& s
   if (source.columns.size() != shape.given.size()) {
     if (!shape.named) throw valueCount(false, shape.given.size(), source.columns.size());
     const bool fewer = source.columns.size() < shape.given.size();
-    throw Error(fewer ? 120 : 121, "The number of SELECT values must match the number of INSERT columns.");
+    throw Error(fewer ? 120 : 121, std::string("The select list for the INSERT statement contains ") +
+                                       (fewer ? "fewer" : "more") +
+                                       " items than the insert list. The number of SELECT values must match "
+                                       "the number of INSERT columns.");
   }
   if (shape.filled.empty()) return " " + source.sql;
   std::string extra;
@@ -188,10 +192,14 @@ void Executor::insertRows(CompiledInsert& plan, std::vector<std::int64_t>* rows)
   if (plan.makesIdentity)
     identityRun_.step = plan.table->columns[static_cast<std::size_t>(plan.table->identityColumn())].step;
   struct Restore {
+    Store& store;
     IdentityRun& now;
     const IdentityRun& before;
-    ~Restore() { now = before; }
-  } restore{identityRun_, outside};
+    ~Restore() {
+      if (now.last != now.first) spendIdentity(store, now.database, *now.table, now.last);
+      now = before;
+    }
+  } restore{store_, identityRun_, outside};
 
   bindParameters(plan.insert);
   PreparedUse use(plan.insert);

@@ -45,7 +45,7 @@ void Executor::finishCompile(Compiled& compiled, const Binder& binder) {
 
 int Executor::variableSlot(const std::string& name) const {
   const int slot = frame_->plan->variables.find(name);
-  if (slot < 0) throw Error(137, "Must declare the variable '" + name + "'.", 15);
+  if (slot < 0) throw Error(137, "Must declare the scalar variable \"" + name + "\".", 15);
   return slot;
 }
 
@@ -53,6 +53,7 @@ void Executor::assign(int slot, const Datum& value, const Type& type) {
   checkRange(value, type);
   const auto i = static_cast<std::size_t>(slot);
   const Type& target = frame_->plan->variables.variables[i].type;
+  requireImplicit(type, target);
   if (value.isNull())
     frame_->values[i] = {};
   else if (target == type)

@@ -100,12 +100,12 @@ BoundFunction bindAvg(const FunctionInfo& info, Arguments arguments) {
     case TypeId::TinyInt:
     case TypeId::SmallInt:
     case TypeId::Int:
-      return bound(integer, "z_avgi($D$1)");
+      return bound(integer, "z_avgi4($D$1)");
     case TypeId::BigInt:
-      return bound(bigInteger, "z_avgi($D$1)");
+      return bound(bigInteger, "z_avgi8($D$1)");
     case TypeId::SmallMoney:
     case TypeId::Money:
-      return bound({TypeId::Money}, "z_avgi($D$1)");
+      return bound({TypeId::Money}, "z_avgi8($D$1)");
     case TypeId::Decimal: {
       const Type wide{TypeId::Decimal, 0, 38, std::max<std::uint8_t>(averageScale, type.scale)};
       return bound(wide, "z_avgd($D" + argumentAs(arguments, 0, wide) + ')');

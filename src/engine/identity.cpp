@@ -58,12 +58,29 @@ std::int64_t nextIdentity(Store& store, std::string_view database, const TableIn
       __builtin_add_overflow(column.seed, span, &first))
     failOverflow(column.type);
   take.bind(table.id).bind(first).bind(column.step * count);
-  const std::int64_t last = take.step() ? take.integer(0) : first;
+  std::int64_t last = take.step() ? take.integer(0) : first;
   take.run();
+  IdentityMarks& marks = store.impl().instance->identityMarks();
+  std::int64_t mark = 0;
+  const bool used = marks.isUsed(one.cacheKey, table.id, last - span, column.step, mark);
+  if (used && (__builtin_add_overflow(mark, column.step, &last) || __builtin_add_overflow(last, span, &last)))
+    failOverflow(column.type);
   const std::int64_t largest = largestOf(column.type);
   if (last > largest || last < (column.type.id == TypeId::TinyInt ? 0 : -largest - 1))
     failOverflow(column.type);
+  if (used) noteIdentity(store, database, table, last);
+  marks.raise(one.cacheKey, table.id, last, column.step);
   return last - span;
+}
+
+void spendIdentity(Store& store, std::string_view database, const TableInfo& table,
+                   std::int64_t last) noexcept {
+  try {
+    store.impl().instance->identityMarks().raise(store.impl().find(database).cacheKey, table.id, last,
+                                                 identityOf(table).step);
+  } catch (const Error&) {
+    // A database that has gone gives out no more values.
+  }
 }
 
 void noteIdentity(Store& store, std::string_view database, const TableInfo& table, std::int64_t value) {
@@ -79,6 +96,11 @@ void resetIdentity(Store& store, std::string_view database, const TableInfo& tab
   lite::Stmt remove(store.handle(),
                     atAlias("DELETE FROM @.zb_identity WHERE table_id=?", store.attach(database)));
   remove.bind(table.id).run();
+  forgetIdentity(store, database, table.id);
+}
+
+void forgetIdentity(Store& store, std::string_view database, std::int64_t table) {
+  store.impl().instance->identityMarks().forget(store.impl().find(database).cacheKey, table);
 }
 
 std::optional<std::int64_t> lastIdentity(Store& store, std::string_view database, const TableInfo& table) {

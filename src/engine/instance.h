@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "engine/catalog.h"
+#include "engine/identity_marks.h"
 #include "engine/login_guard.h"
 #include "engine/shared_state.h"
 
@@ -31,6 +32,7 @@ class Instance {
   std::filesystem::path lockFile() const { return folder_ / "server.lck"; }
   SharedState& shared() { return shared_; }
   LoginGuard& logins() { return logins_; }
+  IdentityMarks& identityMarks() { return identityMarks_; }
 
   bool stopped() const { return shared_->stopped.load(std::memory_order_acquire) != 0; }
 
@@ -51,6 +53,7 @@ class Instance {
   std::filesystem::path folder_;
   SharedState shared_;
   LoginGuard logins_;
+  IdentityMarks identityMarks_;
   mutable std::mutex catalogMutex_;
   std::map<std::string, std::shared_ptr<const DatabaseCatalog>> catalogs_;  // by file
   std::mutex storesMutex_;

@@ -78,7 +78,7 @@ LoginRow findLogin(Store& store, const std::string& login) {
 
 LoginRow needLogin(Store& store, const std::string& login) {
   LoginRow row = findLogin(store, login);
-  if (row.id == 0) throw Error(15007, "The login '" + login + "' does not exist.");
+  if (row.id == 0) throw Error(15007, "'" + login + "' is not a valid login or you do not have permission.");
   return row;
 }
 
@@ -148,7 +148,8 @@ void addLogin(Store& store, const std::string& login, const std::string& passwor
   std::array<char, 16> sid{};
   randombytes_buf(sid.data(), sid.size());
   Work work(store, master);
-  if (findLogin(store, login).id != 0) throw Error(15025, "The login '" + login + "' already exists.");
+  if (findLogin(store, login).id != 0)
+    throw Error(15025, "The server principal '" + login + "' already exists.");
   auto insert = query(store, master,
                       "INSERT INTO @.zb_logins(name, sid, password_hash, default_database, crdate) VALUES(?, "
                       "CAST(? AS BLOB), ?, ?, ?)");
@@ -160,7 +161,7 @@ void addLogin(Store& store, const std::string& login, const std::string& passwor
 void dropLogin(Store& store, const std::string& login) {
   Work work(store, master);
   const LoginRow row = needLogin(store, login);
-  if (row.sid == "\x01") throw Error(15405, "Cannot use the reserved user or role name '" + row.name + "'.");
+  if (row.sid == "\x01") throw Error(15405, "Cannot use the special principal '" + row.name + "'.");
   if (isMappedAnywhere(store, row.sid))
     throw Error(15175, "Login '" + row.name +
                            "' is aliased or mapped to a user in one or more database(s). Drop "
@@ -193,7 +194,7 @@ void setServerRole(Store& store, const std::string& login, const std::string& ro
   Work work(store, master);
   const LoginRow row = needLogin(store, login);
   if (row.sid == "\x01" && !member)
-    throw Error(15405, "Cannot use the reserved user or role name '" + row.name + "'.");
+    throw Error(15405, "Cannot use the special principal '" + row.name + "'.");
   auto change = query(store, master,
                       member ? "INSERT OR IGNORE INTO @.zb_server_roles VALUES(?, ?)"
                              : "DELETE FROM @.zb_server_roles WHERE login_id=? AND role=?");
@@ -222,7 +223,7 @@ void addUser(Store& store, const std::string& database, const std::string& login
   Work work(store, database);
   const LoginRow row = needLogin(store, login);
   if (findUser(store, database, user).uid >= 0)
-    throw Error(15023, "User or role '" + user + "' already exists in the current database.");
+    throw Error(15023, "User, group, or role '" + user + "' already exists in the current database.");
   if (const std::string other = mappedUser(store, database, row.sid); !other.empty())
     throw Error(15063, "The login already has an account under a different user name.");
   auto number = query(store, database, "SELECT coalesce(max(uid), 0) FROM @.zb_users WHERE uid<?");

@@ -8,6 +8,18 @@ namespace {
 
 constexpr std::size_t longText = 8000;  // beyond it a literal is of another type
 
+bool isOneOf(const Token& token, std::string_view symbols) {
+  return token.kind == TokenKind::Symbol && symbols.find(token.source[0]) != symbols.npos;
+}
+
+// An integer meets another operand of arithmetic, brackets around it aside; only there its digits can be
+// seen in a type.
+bool isOperand(const Token& before, const Token& after) {
+  constexpr std::string_view operators = "+-*/%";
+  return isOneOf(before, operators) || isOneOf(after, operators) ||
+         (isOneOf(before, "(") && isOneOf(after, ")"));
+}
+
 // Follows the batch token by token and tells where a text literal's length cannot be seen in any type.
 class Context {
  public:
@@ -72,14 +84,21 @@ void appendDigits(std::string& key, std::string_view number) {
   append(key, std::min(number.find_first_not_of('0'), number.size()));
 }
 
+std::size_t digits(std::string_view integer) {
+  return integer.size() - std::min(integer.find_first_not_of('0'), integer.size());
+}
+
 // A mark begins with an apostrophe, as no other token of a key does.
-void appendMark(std::string& key, const Literal& literal, bool withLength) {
+void appendMark(std::string& key, const Literal& literal, bool withLength, bool withDigits) {
   static constexpr char marks[] = {'0', 'i', 'd', 'f', 'm', 't', 'n', 'b'};
   key += '\'';
   key += marks[static_cast<std::size_t>(literal.kind)];
   switch (literal.kind) {
     case LiteralKind::Decimal:
       return appendDigits(key, literal.text);
+    case LiteralKind::Integer:
+      if (withDigits) append(key, digits(literal.text));
+      return;
     case LiteralKind::Binary:
       return append(key, literal.text.size());
     case LiteralKind::Text:
@@ -110,7 +129,9 @@ std::string planKey(const std::vector<Token>& tokens, std::vector<Literal>& lite
     }
     int ordinal = static_cast<int>(literals.size());
     const Literal& literal = literals.emplace_back(Literal{token.literal, token.value(), ordinal});
-    appendMark(key, literal, context.lengthMatters(i > 0 ? tokens[i - 1] : nothing, tokens[i + 1]));
+    const Token& before = i > 0 ? tokens[i - 1] : nothing;
+    const Token& after = tokens[i + 1];
+    appendMark(key, literal, context.lengthMatters(before, after), isOperand(before, after));
   }
   return key;
 }

@@ -151,6 +151,7 @@ std::vector<DamagedDatabase> Server::start() {
   LockFile lock(instance_->lockFile());
   lock.waitExclusive(LockFile::serviceLock);
   instance_->forgetCatalogs();
+  instance_->identityMarks().clear();  // the files may be others now
   instance_->shared()->generation.fetch_add(1);
   instance_->shared()->stopped.store(0);
   Store store(instance_);

@@ -91,6 +91,11 @@ void divideFloats(sqlite3_context* context, int, Values values) {
   sqlite3_result_double(context, value);
 }
 
+void checkFloat(sqlite3_context* context, int, Values values) {
+  if (!std::isfinite(sqlite3_value_double(values[0]))) throwExpressionOverflow(TypeId::Float);
+  sqlite3_result_value(context, values[0]);
+}
+
 template <TypeId type>
 void multiplyMoney(sqlite3_context* context, int, Values values) {
   sqlite3_result_int64(context,
@@ -186,6 +191,7 @@ constexpr std::array functions = {
     SqlFunction{"z_bdiv", 2, strict<divideIntegers<TypeId::BigInt>>},
     SqlFunction{"z_imod", 2, strict<modulo>},
     SqlFunction{"z_xor", 2, strict<exclusiveOr>},
+    SqlFunction{"z_f8", 1, strict<checkFloat>},
     SqlFunction{"z_fdiv", 2, strict<divideFloats>},
     SqlFunction{"z_mmul", 2, strict<multiplyMoney<TypeId::Money>>},
     SqlFunction{"z_smul", 2, strict<multiplyMoney<TypeId::SmallMoney>>},

@@ -206,7 +206,8 @@ void finishSum(sqlite3_context* context) {
   guard(context, [&] {
     if (sum.overflow) throwExpressionOverflow(type);
     const Type result{type, 0, maxPrecision, 0};
-    setExact(context, average ? sum.value / sum.count : sum.value, result);
+    setExact(context, sum.value, result);  // an average's sum must fit as well
+    if (average) setExact(context, sum.value / sum.count, result);
   });
 }
 
@@ -243,7 +244,8 @@ constexpr std::array aggregates = {
     SqlAggregate{"z_sumi8", addToSum, finishSum<TypeId::BigInt, false>},
     SqlAggregate{"z_summ", addToSum, finishSum<TypeId::Money, false>},
     SqlAggregate{"z_sumd", addToSum, finishSum<TypeId::Decimal, false>},
-    SqlAggregate{"z_avgi", addToSum, finishSum<TypeId::BigInt, true>},
+    SqlAggregate{"z_avgi4", addToSum, finishSum<TypeId::Int, true>},
+    SqlAggregate{"z_avgi8", addToSum, finishSum<TypeId::BigInt, true>},
     SqlAggregate{"z_avgd", addToSum, finishSum<TypeId::Decimal, true>},
 };
 

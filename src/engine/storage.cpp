@@ -21,8 +21,8 @@ constexpr const char* masterName = "master";
 }
 
 [[noreturn]] void failMissing(std::string_view name) {
-  throw Error(911, "Could not locate entry in sysdatabases for database '" + std::string(name) +
-                       "'. No entry found with that name. Make sure that the name is entered correctly.");
+  throw Error(911, "Database '" + std::string(name) +
+                       "' does not exist. Make sure that the name is entered correctly.");
 }
 
 // A file name as an SQLite URI that never makes the file.

@@ -124,10 +124,16 @@ void createTableFrom(Store& store, const std::string& database, const std::strin
 void renameItem(Store& store, const std::string& database, const std::string& item,
                 const std::string& newName, const std::string& type);
 
-// Reserves `count` identity values of the table inside the open transaction and returns the first.
+// Reserves `count` identity values of the table inside the open transaction and returns the first. Values
+// of transactions that were rolled back in this process are left out.
 // 8115 when they leave the column's type.
 std::int64_t nextIdentity(Store& store, std::string_view database, const TableInfo& table,
                           std::int64_t count = 1);
+// The values up to `last` are given out for good, even if the transaction takes their rows back.
+void spendIdentity(Store& store, std::string_view database, const TableInfo& table,
+                   std::int64_t last) noexcept;
+// A new table under this id has given out nothing.
+void forgetIdentity(Store& store, std::string_view database, std::int64_t table);
 // After an explicit value (IDENTITY_INSERT): the next one goes on behind it when it lies further on.
 void noteIdentity(Store& store, std::string_view database, const TableInfo& table, std::int64_t value);
 // TRUNCATE TABLE: the next value is the seed again.

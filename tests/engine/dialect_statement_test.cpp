@@ -114,6 +114,105 @@ TEST_F(StatementTest, Identity) {
   });
 }
 
+// What a failed or rolled back INSERT was given stays given.
+TEST_F(StatementTest, IdentityLeavesGaps) {
+  follow({
+      {"CREATE TABLE T (ID INT IDENTITY,N TINYINT NOT NULL) INSERT INTO T VALUES(1)", ""},
+      {"INSERT INTO T VALUES(NULL)", "!515\n"},
+      {"INSERT INTO T VALUES(2) SELECT MAX(ID) FROM T", "3\n"},
+      {"BEGIN TRAN INSERT INTO T VALUES(3) INSERT INTO T VALUES(4) ROLLBACK INSERT INTO T VALUES(5) SELECT "
+       "MAX(ID),@@IDENTITY FROM T",
+       "6\t6\n"},
+      {"INSERT INTO T(N) SELECT N FROM T UNION ALL SELECT NULL", "!515\n"},
+      {"INSERT INTO T VALUES(6) SELECT COUNT(*) FROM T WHERE ID>10", "1\n"},
+      {"TRUNCATE TABLE T INSERT INTO T VALUES(1) SELECT ID FROM T", "1\n"},
+      {"BEGIN TRAN CREATE TABLE U (ID INT IDENTITY(5,-2),N INT) INSERT INTO U VALUES(1) INSERT INTO U "
+       "VALUES(2) ROLLBACK CREATE TABLE U (ID INT IDENTITY(5,-2),N INT)",
+       ""},
+      {"INSERT INTO U VALUES(1) BEGIN TRAN INSERT INTO U VALUES(2) ROLLBACK INSERT INTO U VALUES(3) SELECT "
+       "MAX(ID),MIN(ID) FROM U",
+       "5\t1\n"},
+  });
+  const auto other = open("FIRMA");
+  EXPECT_EQ(run(*other, "BEGIN TRAN INSERT INTO U VALUES(4) ROLLBACK"), "");
+  EXPECT_EQ(run("INSERT INTO U VALUES(5) SELECT MIN(ID) FROM U"), "-3\n");
+}
+
+TEST_F(StatementTest, RowCounts) {
+  follow({
+      {"CREATE TABLE T (N INT) INSERT INTO T SELECT 1 UNION ALL SELECT 2 UNION ALL SELECT 3", ""},
+      {"UPDATE T SET N=N SELECT @@ROWCOUNT", "3\n"},
+      {"DECLARE @i INT UPDATE T SET N=N SET @i=5 SELECT @@ROWCOUNT", "1\n"},
+      {"DECLARE @i INT SELECT @i=N FROM T SELECT @@ROWCOUNT SELECT N FROM T WHERE 1=0 SELECT @@ROWCOUNT",
+       "3\n0\n"},
+      {"UPDATE T SET N=N IF 1=1 SELECT @@ROWCOUNT", "0\n"},
+      {"UPDATE T SET N=N PRINT 'a' SELECT @@ROWCOUNT", "# a\n0\n"},
+      {"UPDATE T SET N=N DECLARE @x INT SELECT @@ROWCOUNT", "3\n"},
+      {"UPDATE T SET N=N SET NOCOUNT OFF SELECT @@ROWCOUNT", "0\n"},
+      {"DELETE TOP (1) FROM T SELECT @@ROWCOUNT UPDATE TOP (1) T SET N=9 SELECT @@ROWCOUNT", "1\n1\n"},
+      {"SELECT TOP 1 N FROM T UNION SELECT 50 ORDER BY 1 DESC", "50\n9\n"},
+  });
+}
+
+TEST_F(StatementTest, ConversionsThatMustBeWritten) {
+  follow({
+      {"CREATE TABLE T (I INT,M MONEY,F FLOAT,D DECIMAL(5,2),B BIT,V VARCHAR(30),X VARBINARY(8),DT DATETIME,"
+       "N NTEXT) INSERT INTO T(DT) VALUES('20120314')",
+       ""},
+      {"UPDATE T SET I=DT", "!257\n"},
+      {"UPDATE T SET M=DT", "!257\n"},
+      {"UPDATE T SET F=DT", "!257\n"},
+      {"UPDATE T SET D=DT", "!257\n"},
+      {"INSERT INTO T(B) SELECT DT FROM T", "!257\n"},
+      {"INSERT INTO T(X) VALUES('ab')", "!257\n"},
+      {"INSERT INTO T(F) VALUES(0x41)", "!206\n"},
+      {"INSERT INTO T(N) VALUES(5)", "!206\n"},
+      {"DECLARE @i INT SET @i=GETDATE()", "!257\n"},
+      {"DECLARE @i INT SELECT @i=DT FROM T", "!257\n"},
+      {"UPDATE T SET I=CONVERT(INT,DT),X=CONVERT(VARBINARY(8),'ab'),V=DT SELECT I,V FROM T",
+       "40980\tMar 14 2012 12:00AM\n"},
+      {"UPDATE T SET DT=5,V=12,I='7',X=65,N='x' SELECT CONVERT(CHAR(10),DT,120),V,I FROM T",
+       "1900-01-06\t12\t7\n"},
+  });
+  EXPECT_EQ(run("UPDATE T SET D=DT"), "!257\n");
+  EXPECT_EQ(
+      message,
+      "Implicit conversion from data type datetime to numeric is not allowed. Use the CONVERT function to "
+      "run this query.");
+}
+
+TEST_F(StatementTest, OverflowsAreNotStored) {
+  follow({
+      {"CREATE TABLE T (F FLOAT,I INT) INSERT INTO T VALUES(1e308,2147483647) INSERT INTO T VALUES(1e308,1)",
+       ""},
+      {"SELECT F*10 FROM T", "!8115\n"},
+      {"SELECT COUNT(*) FROM T WHERE F*10>5", "!8115\n"},
+      {"UPDATE T SET F=F*10", "!8115\n"},
+      {"INSERT INTO T(F) SELECT F+F FROM T", "!8115\n"},
+      {"DECLARE @f FLOAT SELECT @f=F*10 FROM T", "!8115\n"},
+      {"SELECT SUM(F) FROM T", "!8115\n"},
+      {"SELECT SUM(I) FROM T", "!8115\n"},
+      {"SELECT AVG(I) FROM T", "!8115\n"},
+      {"SELECT COUNT(*) FROM T WHERE F=1e308", "2\n"},
+  });
+}
+
+TEST_F(StatementTest, PatternsOfFixedWidth) {
+  follow({
+      {"CREATE TABLE T (ID INT,Ad VARCHAR(10),C CHAR(5)) INSERT INTO T VALUES(1,'A ','A') INSERT INTO T "
+       "VALUES(2,'ba','ba')",
+       ""},
+      {"DECLARE @c CHAR(5) SET @c='a' SELECT ID FROM T WHERE Ad LIKE '%'+@c SELECT ID FROM T WHERE C LIKE "
+       "@c SELECT ID FROM T WHERE Ad LIKE @c+'%' SELECT ID FROM T WHERE Ad LIKE RTRIM(@c)+'%'",
+       "1\n1\n"},
+      {"DECLARE @c CHAR(5) SET @c='a%' SELECT ID FROM T WHERE Ad LIKE @c", ""},
+      {"SELECT C+'x',COUNT(*) FROM T GROUP BY C+'x' ORDER BY 1", "A    x\t1\nba   x\t1\n"},
+      {"CREATE TABLE S (ID INT IDENTITY,Ad VARCHAR(10)) INSERT INTO S(Ad) SELECT Ad FROM T ORDER BY ID DESC "
+       "SELECT ID,Ad FROM S ORDER BY ID",
+       "1\tba\n2\tA \n"},
+  });
+}
+
 TEST_F(StatementTest, SelectForms) {
   follow({
       {"CREATE TABLE A (ID INT,Ad VARCHAR(5),N FLOAT NULL) INSERT INTO A VALUES(1,'x',1.5) INSERT INTO A "
@@ -275,12 +374,12 @@ TEST_F(StatementTest, ErrorsSayWhatTheServerSays) {
   const Refusal refusals[] = {
       {"SELECT * FROM", 102, "Incorrect syntax near 'FROM'."},
       {"SELECT FROM T", 156, "Incorrect syntax near the keyword 'FROM'."},
-      {"SELECT @x", 137, "Must declare the variable '@x'."},
+      {"SELECT @x", 137, "Must declare the scalar variable \"@x\"."},
       {"SELECT Yok FROM T", 207, "Invalid column name 'Yok'."},
       {"SELECT 1 FROM Yok", 208, "Invalid object name 'Yok'."},
       {"SELECT ID FROM T A,T B", 209, "Ambiguous column name 'ID'."},
       {"INSERT INTO T VALUES(5)", 213,
-       "Insert Error: Column name or number of supplied values does not match table definition."},
+       "Column name or number of supplied values does not match table definition."},
       {"SELECT CONVERT(DATETIME,'x')", 241,
        "Conversion failed when converting date and/or time from character string."},
       {"SELECT CONVERT(DATETIME,'13/13/2012')", 242,
@@ -305,9 +404,7 @@ TEST_F(StatementTest, ErrorsSayWhatTheServerSays) {
       {"CREATE TABLE T (A INT)", 2714, "There is already an object named 'T' in the database."},
       {"DROP TABLE X", 3701,
        "Cannot drop the table 'X', because it does not exist or you do not have permission."},
-      {"USE Yok", 911,
-       "Could not locate entry in sysdatabases for database 'Yok'. No entry found with that name. Make sure "
-       "that the name is entered correctly."},
+      {"USE Yok", 911, "Database 'Yok' does not exist. Make sure that the name is entered correctly."},
       {"CREATE DATABASE FIRMA", 1801, "Database 'FIRMA' already exists. Choose a different database name."},
       {"SELECT CONVERT(FLOAT,'x')", 8114, "Error converting data type varchar to float."},
       {"SELECT 2147483647+1", 8115, "Arithmetic overflow error converting expression to data type int."},
@@ -315,6 +412,26 @@ TEST_F(StatementTest, ErrorsSayWhatTheServerSays) {
       {"INSERT INTO T VALUES(3,'abcd',1)", 8152, "String or binary data would be truncated."},
       {"UPDATE T SET K=300", 220, "Arithmetic overflow error for data type tinyint, value = 300."},
       {"EXEC sp_yok", 2812, "Could not find stored procedure 'sp_yok'."},
+      {"SELECT YOK(1)", 195, "'YOK' is not a recognized built-in function name."},
+      {"SELECT ID,COUNT(*) FROM T", 8120,
+       "Column 'ID' is invalid in the select list because it is not contained in either an aggregate "
+       "function "
+       "or the GROUP BY clause."},
+      {"SELECT DISTINCT ID FROM T ORDER BY K", 145,
+       "ORDER BY items must appear in the select list if SELECT DISTINCT is specified."},
+      {"SELECT ID FROM T UNION SELECT 1 ORDER BY ID+1", 104,
+       "ORDER BY items must appear in the select list if the statement contains a UNION, INTERSECT or EXCEPT "
+       "operator."},
+      {"SELECT 1 UNION SELECT 1,2", 205,
+       "All queries combined using a UNION, INTERSECT or EXCEPT operator must have an equal number of "
+       "expressions in their target lists."},
+      {"INSERT INTO T(ID) SELECT 1,2", 121,
+       "The select list for the INSERT statement contains more items than the insert list. The number of "
+       "SELECT values must match the number of INSERT columns."},
+      {"TRUNCATE TABLE Yok", 4701,
+       "Cannot find the object \"Yok\" because it does not exist or you do not have permissions."},
+      {"EXEC sp_addlogin 'sa','x'", 15025, "The server principal 'sa' already exists."},
+      {"EXEC sp_droplogin 'yok'", 15007, "'yok' is not a valid login or you do not have permission."},
   };
   for (const Refusal& refusal : refusals) {
     EXPECT_EQ(run(refusal.batch), "!" + std::to_string(refusal.number) + "\n") << refusal.batch << "\n"

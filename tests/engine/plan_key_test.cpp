@@ -18,6 +18,9 @@ TEST(PlanKey, IsSharedByStatementsOfEqualTypes) {
       {"SELECT a FROM t WHERE a='x'", "SELECT a FROM t WHERE a='xyz'"},
       {"SELECT 1.25", "SELECT 3.50"},
       {"SELECT 'abc'", "SELECT 'şçğ'"},
+      {"SELECT a FROM t WHERE b IN (1,22) AND c=(SELECT 5)",
+       "SELECT a FROM t WHERE b IN (10,2) AND c=(SELECT 55)"},
+      {"SELECT 5/a", "SELECT 7/a"},
   };
   for (const auto& [left, right] : pairs) EXPECT_EQ(keyOf(left), keyOf(right)) << left;
 }
@@ -32,6 +35,8 @@ TEST(PlanKey, DiffersWhereTypesOrNamesDo) {
       {"INSERT t VALUES (ISNULL('a','bc'))", "INSERT t VALUES (ISNULL('ab','bc'))"},
       {"SELECT 1", "SELECT 3000000000"},
       {"SELECT 1.5", "SELECT 1.50"},
+      {"SELECT a/3", "SELECT a/10"},
+      {"SELECT (3)*a", "SELECT (10)*a"},
       {"SELECT 1.5", "SELECT 0.5"},
       {"SELECT 1.5", "SELECT 1e5"},
       {"SELECT a Ad FROM t", "SELECT a AD FROM t"},

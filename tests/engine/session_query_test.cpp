@@ -108,7 +108,7 @@ TEST_F(QueryTest, RefusesWithTheServersNumbers) {
       {"SELECT X.Kod FROM KART", "!4104\n"},
       {"SELECT Kod FROM KART A,KART B", "!209\n"},
       {"SELECT 1 FROM KART,KART", "!1013\n"},
-      {"SELECT Kod,COUNT(*) FROM KART", "!8118\n"},
+      {"SELECT Kod,COUNT(*) FROM KART", "!8120\n"},
       {"SELECT Ad,COUNT(*) FROM KART GROUP BY Kod", "!8120\n"},
       {"SELECT Kod FROM KART WHERE COUNT(*)>1", "!147\n"},
       {"SELECT Kod FROM KART UNION SELECT Kod,Ad FROM KART", "!205\n"},

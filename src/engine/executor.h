@@ -69,6 +69,7 @@ class Executor {
   void runSetOption(const SetOptionStatement& statement);
   void runPrint(const PrintStatement& statement);
   void runRaiserror(const RaiserrorStatement& statement);
+  void beginTransaction();
   void runTransaction(const TransactionStatement& statement);
   void runUse(const UseStatement& statement);
   void runExec(const ExecStatement& statement);

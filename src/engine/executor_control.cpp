@@ -187,12 +187,26 @@ void Executor::runRaiserror(const RaiserrorStatement& statement) {
   keepError(Error(id, text, severity, state));
 }
 
+// Takes the write lock with the first breath: a transaction that read before it wrote would find what it
+// read overtaken by another's commit, and would have to be given up (1205) instead of waiting its turn.
+void Executor::beginTransaction() {
+  store_.begin();
+  ++levels_;
+  try {
+    store_.writeLock(context_.database);
+  } catch (const Error& error) {
+    constexpr int readOnly = 3906;  // reading in a transaction stays possible there
+    if (error.number() == readOnly) return;
+    rollbackAll();
+    throw;
+  }
+}
+
 void Executor::runTransaction(const TransactionStatement& statement) {
   switch (statement.action) {
     case TransactionAction::Begin:
       if (userTransactions_++ > 0 || levels_ > 0) return;
-      store_.begin();
-      ++levels_;
+      beginTransaction();
       return;
     case TransactionAction::Commit:
       if (userTransactions_ == 0)

@@ -84,10 +84,10 @@ TEST_F(TwoProcesses, DefinitionsOfBothAreKept) {
 
 TEST_F(TwoProcesses, TransactionsOfBothAddUp) {
   must("INSERT INTO T (A) VALUES (0)");
+  // Each reads first and writes what it read: nobody may be given up, and no step may be lost.
   const std::string batch =
-      "DECLARE @i INT SET @i=0 WHILE @i<100 BEGIN BEGIN TRAN UPDATE T SET A=A+1 UPDATE T SET A=A+1 COMMIT "
-      "TRAN "
-      "SET @i=@i+1 END";
+      "DECLARE @i INT,@a INT SET @i=0 WHILE @i<100 BEGIN BEGIN TRAN SELECT @a=A FROM T UPDATE T SET A=@a+1 "
+      "UPDATE T SET A=A+1 COMMIT TRAN SET @i=@i+1 END";
   other->send(batch);
   must(batch);
   EXPECT_EQ(other->receive(), "");

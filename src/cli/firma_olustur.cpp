@@ -35,10 +35,13 @@ constexpr std::array<Field, 13> fields = {{
 constexpr Secenek planOption{"--hesap-plani", "Standart hesap planını oluşturur", false, Secenek::Tur::Bayrak,
                              ""};
 
+constexpr Secenek evetOption{"--evet", "Onay sorusunu evet sayar", false, Secenek::Tur::Bayrak, ""};
+
 constexpr auto options = [] {
-  std::array<Secenek, fields.size() + 1> all{};
+  std::array<Secenek, fields.size() + 2> all{};
   for (std::size_t i = 0; i < fields.size(); ++i) all[i] = fields[i].option;
-  all.back() = planOption;
+  all[fields.size()] = planOption;
+  all.back() = evetOption;
   return all;
 }();
 
@@ -53,6 +56,7 @@ void fill(FirmaKarti& kart, const Degerler& values) {
 int run(Ortam& ortam, const Degerler& values) {
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
+  komut.kutular.evet = values.var("evet");
   komut.oturum.Yeni_Kayit = true;
   komut.oturum.Inceleme = false;
   FirmaKarti kart;

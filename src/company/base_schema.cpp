@@ -54,12 +54,6 @@ void replaceAll(std::string& text, std::string_view what, const std::string& by)
   }
 }
 
-// Son_Hata begins with the number of the failure.
-bool linkBroken(const Oturum& oturum) {
-  const auto number = static_cast<std::int32_t>(db::ErrorKind::LinkBroken);
-  return oturum.Son_Hata.starts_with(std::to_string(number) + " : ");
-}
-
 }  // namespace
 
 std::string kayitTarihi(const db::DateTime& now) {
@@ -83,9 +77,8 @@ bool Firma_Tablolari_Olustur(Oturum& oturum) {
   for (const Step& step : all) {
     oturum.ilerleme->text(step.name);
     for (const std::string& statement : step.statements) {
-      session::Sorgu_Ac_Mesajli(oturum, oturum.Kayitlar, statement);
       // Hundreds of boxes, two per statement, would tell no more than the first pair.
-      if (linkBroken(oturum)) {
+      if (!session::Sorgu_Ac_Surer(oturum, oturum.Kayitlar, statement)) {
         return false;
       }
     }

@@ -9,8 +9,8 @@ namespace company {
 
 // Runs the base schema on Baglanti, which must stand on a fresh company database: tables with their first
 // rows and indexes, views, triggers, in their order, with progress by object. A refused statement shows
-// its boxes and leaves its error in Son_Hata; the run goes on. False when the link to the server broke,
-// which ends the run.
+// its boxes and leaves its error in Son_Hata; the run goes on. False when it ended at a failure that all
+// later statements would meet, too: link broken, disk full.
 bool Firma_Tablolari_Olustur(session::Oturum& oturum);
 
 // The two texts that fill <date> and <time> of first rows: MM/DD/YYYY and HH:MM:SS.

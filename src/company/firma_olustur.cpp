@@ -1,4 +1,6 @@
 // Making a company, and writing the card of one that exists.
+#include <algorithm>
+#include <array>
 #include <filesystem>
 
 #include "catalog/create_database.h"
@@ -30,18 +32,60 @@ constexpr AdVarMetni eskiAdVar = {
     "Bu İsimle Bir Firma Zaten Var ",
     "Bu Serverda daha önce Default Tanımı Yapılmış. Bu Default Tanımı Yeniden Set Etmek İstermisiniz"};
 
+// True when the query gives a row.
+bool satirVar(Oturum& oturum, const std::string& sql) {
+  session::Sorgu_Ac_Mesajli(oturum, oturum.Kayitlar, sql);
+  return oturum.Kayitlar.state() == db::State::Open && !oturum.Kayitlar.eof();
+}
+
 // Connects to master and looks for Hedef_Firma_Adi. False with Son_Hata set when the name is taken or the
 // look-up failed.
 bool adBos(Oturum& oturum, const AdVarMetni& metin) {
   session::Katalog_Bagla(oturum, "master");
   oturum.Son_Hata.clear();
-  session::Sorgu_Ac_Mesajli(
-      oturum, oturum.Kayitlar,
-      "SELECT name FROM  sysdatabases where name='" + db::escape(oturum.Hedef_Firma_Adi) + "'");
-  if (oturum.Kayitlar.state() == db::State::Open && !oturum.Kayitlar.eof()) {
+  if (satirVar(oturum,
+               "SELECT name FROM  sysdatabases where name='" + db::escape(oturum.Hedef_Firma_Adi) + "'")) {
     oturum.Son_Hata = oturum.Katalog_Kurulumu ? metin.kurulum : metin.firma;
   }
   return oturum.Son_Hata.empty();
+}
+
+// A run that ended between CREATE DATABASE and the company's row leaves a database that no list shows. It
+// is known by holding nothing at all.
+bool sahipsizVeritabani(Oturum& oturum) {
+  static constexpr std::array<std::string_view, 4> sunucununki = {"MASTER", "TEMPDB", "MODEL", "MSDB"};
+  const std::string ad = session::Buyuk_Harf(oturum.Hedef_Firma_Adi);
+  if (std::find(sunucununki.begin(), sunucununki.end(), ad) != sunucununki.end()) {
+    return false;
+  }
+  try {
+    session::Katalog_Bagla(oturum, katalog);
+    if (satirVar(oturum, "SELECT sysfrm_ID FROM sysfrmlng WHERE sysfrm_dbnm='" +
+                             db::escape(oturum.Hedef_Firma_Adi) + "'")) {
+      return false;
+    }
+    session::Katalog_Bagla(oturum, oturum.Hedef_Firma_Adi);
+    const auto nesneler = oturum.Baglanti->query("SELECT COUNT(*) FROM sysobjects WHERE xtype IN ('U','V')");
+    return nesneler && nesneler->count() > 0 && nesneler->value(0, 0).integer() == 0;
+  } catch (const db::SqlError&) {
+    return false;
+  }
+}
+
+// Asks whether to go on with a database left behind; then Son_Hata is cleared again.
+bool kaldigiYerden(Oturum& oturum) {
+  const std::string hata = oturum.Son_Hata;
+  if (oturum.Katalog_Kurulumu || hata != yeniAdVar.firma || !sahipsizVeritabani(oturum) ||
+      !oturum.kutular->ask("\"" + oturum.Hedef_Firma_Adi +
+                               "\" adında, firma listesinde olmayan ve içi boş bir veritabanı var; yarıda "
+                               "kalmış bir kurulumdan kalmış olabilir.\nFirma bu veritabanında "
+                               "oluşturulsun mu?",
+                           session::Icon::Question)) {
+    oturum.Son_Hata = hata;
+    return false;
+  }
+  oturum.Son_Hata.clear();
+  return true;
 }
 
 std::string dosyaVarMetni(const std::string& dosya) {
@@ -85,9 +129,26 @@ void alanlariYaz(Oturum& oturum, const FirmaKarti& kart, bool yeni) {
   }
 }
 
-void katalogSatiri(Oturum& oturum, const FirmaKarti& kart) {
+// A row of that name is the trace of a run that broke off: its database is not there any more, or was not
+// made. It is written anew, for two rows of one database could not be deleted one by one. True when found.
+bool eskiSatir(Oturum& oturum) {
+  const std::string ad = session::Buyuk_Harf(oturum.Hedef_Firma_Adi);
   db::Recordset& kayitlar = oturum.Kayitlar;
-  kayitlar.addNew();
+  for (; !kayitlar.eof(); kayitlar.moveNext()) {
+    if (session::Buyuk_Harf(kayitlar.field("sysfrm_dbnm").trimmed()) == ad) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// True when the row is a new one.
+bool katalogSatiri(Oturum& oturum, const FirmaKarti& kart) {
+  db::Recordset& kayitlar = oturum.Kayitlar;
+  const bool yeni = !eskiSatir(oturum);
+  if (yeni) {
+    kayitlar.addNew();
+  }
   alanlariYaz(oturum, kart, true);
   db::DateTime bugun = oturum.saat->now();
   bugun.hour = bugun.minute = bugun.second = bugun.millisecond = 0;
@@ -97,15 +158,22 @@ void katalogSatiri(Oturum& oturum, const FirmaKarti& kart) {
     kayitlar.set(column, value);
   }
   kayitlar.updateBatch();
+  return yeni;
 }
 
 // The company belongs to user 1, with every right.
-void yoneticiyeVer(Oturum& oturum) {
+void yoneticiyeVer(Oturum& oturum, bool yeniSatir) {
   db::Recordset& kayitlar = oturum.Kayitlar;
   session::Sorgu_Ac_Mesajli(
       oturum, kayitlar,
       "SELECT sysfrm_ID FROM sysfrmlng WHERE sysfrm_dbnm='" + db::escape(oturum.Hedef_Firma_Adi) + "'");
   const std::string id = std::to_string(kayitlar.field("sysfrm_ID").integer());
+  if (!yeniSatir) {
+    session::Sorgu_Ac_Mesajli(oturum, kayitlar,
+                              "DELETE FROM sysusfrmlng WHERE sysfrm_ID=" + id + " AND sysus_ID=1");
+    session::Sorgu_Ac_Mesajli(oturum, kayitlar,
+                              "DELETE FROM Kullanici WHERE Firma_ID='" + id + "' AND Kullanici_ID='1'");
+  }
   session::Sorgu_Ac_Mesajli(oturum, kayitlar,
                             "INSERT INTO sysusfrmlng(sysfrm_ID,sysus_ID) VALUES (" + id + ",1)");
   session::Sorgu_Ac_Mesajli(oturum, kayitlar, "SELECT * FROM sysuslng WHERE sysus_ID='1'");
@@ -114,43 +182,78 @@ void yoneticiyeVer(Oturum& oturum) {
   session::Sorgu_Ac_Mesajli(oturum, kayitlar, yetkiSatiri(id, ad, sifre));
 }
 
-// Registers the company. A failure here would leave a database that no list shows: it is dropped again
-// when this run made it.
-void kataloglaTanit(Oturum& oturum, const FirmaKarti& kart, bool yaratildi) {
+// A database that no list shows could be deleted by nobody.
+void veritabaniniGeriAl(Oturum& oturum) {
+  oturum.Kayitlar.close();
   try {
-    session::Katalog_Bagla(oturum, katalog);
-    if (session::Komut_Calistir(oturum, oturum.Kayitlar, "Select * from sysfrmlng") == 0) {
-      katalogSatiri(oturum, kart);
-      yoneticiyeVer(oturum);
-      return;
-    }
+    session::Katalog_Bagla(oturum, "master");
+    oturum.Baglanti->execute("DROP DATABASE " + oturum.Hedef_Firma_Adi);
   } catch (const db::SqlError&) {
-    oturum.Kayitlar.close();
-    if (yaratildi) {
-      session::Katalog_Bagla(oturum, "master");
-      oturum.Baglanti->execute("DROP DATABASE " + oturum.Hedef_Firma_Adi);
-    }
-    throw;
+    // The first failure is on its way; the next creation takes up what stays behind.
   }
 }
 
-void yeniFirmaOlustur(Oturum& oturum, const FirmaKarti& kart) {
-  if (!adBos(oturum, yeniAdVar) || !dosyaYok(oturum)) {
-    return;
+std::string listelenemedi(const Oturum& oturum) {
+  return "\"" + oturum.Hedef_Firma_Adi +
+         "\" firması listeye yazılamadı.\nEngel giderildikten sonra firmayı yeniden oluşturunuz.";
+}
+
+std::string yaridaKaldi(const Oturum& oturum) {
+  return "\"" + oturum.Hedef_Firma_Adi +
+         "\" firmasının oluşturulması yarıda kaldı; veritabanı eksiktir.\nEngel giderildikten sonra firmayı "
+         "listeden silip yeniden oluşturunuz.";
+}
+
+// Registers the company; a database that this run made goes with a row that could not be written. `durum`
+// tells what stands when it throws.
+void kataloglaTanit(Oturum& oturum, const FirmaKarti& kart, bool yaratildi, std::string& durum) {
+  durum = listelenemedi(oturum);
+  bool yeniSatir = false;
+  try {
+    session::Katalog_Bagla(oturum, katalog);
+    oturum.Kayitlar.open(*oturum.Baglanti, "Select * from sysfrmlng", db::Cursor::Keyset,
+                         db::Lock::BatchOptimistic);
+    yeniSatir = katalogSatiri(oturum, kart);
+  } catch (const db::SqlError&) {
+    if (yaratildi) {
+      veritabaniniGeriAl(oturum);
+    }
+    throw;
   }
-  session::Sorgu_Ac_Mesajli(oturum, oturum.Kayitlar,
-                            catalog::createDatabaseStatement(oturum.Hedef_Firma_Adi, oturum.Veri_Klasoru));
-  if (!oturum.Katalog_Kurulumu) {
-    kataloglaTanit(oturum, kart, oturum.Son_Hata.empty());
-  }
-  if (!oturum.Son_Hata.empty()) {
-    return;
-  }
+  durum = yaridaKaldi(oturum);
+  yoneticiyeVer(oturum, yeniSatir);
+}
+
+// False when it broke off.
+bool semayiYaz(Oturum& oturum) {
   session::Katalog_Bagla(oturum, oturum.Hedef_Firma_Adi);
   if (oturum.Katalog_Kurulumu) {
     catalog::Katalog_Olustur(oturum);
-  } else {
-    Firma_Tablolari_Olustur(oturum);
+    return true;
+  }
+  return Firma_Tablolari_Olustur(oturum);
+}
+
+// `durum` tells what stands when the run broke off; empty when it came to its end.
+void yeniFirmaOlustur(Oturum& oturum, const FirmaKarti& kart, std::string& durum) {
+  bool yaratildi = false;
+  if (adBos(oturum, yeniAdVar)) {
+    if (!dosyaYok(oturum)) {
+      return;
+    }
+    session::Sorgu_Ac_Mesajli(oturum, oturum.Kayitlar,
+                              catalog::createDatabaseStatement(oturum.Hedef_Firma_Adi, oturum.Veri_Klasoru));
+    yaratildi = oturum.Son_Hata.empty();
+  } else if (!kaldigiYerden(oturum)) {
+    return;
+  }
+  const bool veritabaniVar = oturum.Son_Hata.empty();
+  if (!oturum.Katalog_Kurulumu) {
+    kataloglaTanit(oturum, kart, yaratildi, durum);
+  }
+  // Without a database the company stays listed, and the server's own text has told why.
+  if (!veritabaniVar || (oturum.Son_Hata.empty() && semayiYaz(oturum))) {
+    durum.clear();
   }
 }
 
@@ -173,15 +276,19 @@ void firmayiDegistir(Oturum& oturum, const FirmaKarti& kart) {
 }  // namespace
 
 void Firma_Olustur(Oturum& oturum, const FirmaKarti& kart) {
+  std::string durum;
   try {
     if (oturum.Yeni_Kayit) {
-      yeniFirmaOlustur(oturum, kart);
+      yeniFirmaOlustur(oturum, kart, durum);
     } else {
       firmayiDegistir(oturum, kart);
     }
   } catch (const db::SqlError& hata) {
     oturum.Son_Hata = std::to_string(hata.number()) + " : " + hata.what();
     oturum.kutular->message(oturum.Son_Hata, session::Icon::Stop);
+  }
+  if (!durum.empty()) {
+    oturum.kutular->message(durum, session::Icon::Stop);
   }
 }
 

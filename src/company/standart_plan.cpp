@@ -177,6 +177,11 @@ bool Standart_Plan_Yukle(Oturum& oturum, const std::string& veritabani) {
     // its box is gone already
   }
   geriAl(oturum);
+  oturum.kutular->message(
+      "Standart hesap planı yüklenemedi. Engel giderildikten sonra firma kartını yeniden açıp \"Standart "
+      "Hesap "
+      "Planını Oluştur\" kutusunu işaretleyerek kaydediniz.",
+      session::Icon::Stop);
   return false;
 }
 

@@ -1,6 +1,8 @@
 // The one exception of data access.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -23,10 +25,19 @@ class SqlError : public std::runtime_error {
   // As a program of the time sees it: the kind as a signed 32-bit number (-2147217900 ...).
   std::int32_t number() const { return static_cast<std::int32_t>(kind_); }
   int serverNumber() const { return serverNumber_; }  // 208, 2627 ...; 0 when the server gave none
+  // Every statement after it would meet it, too: the link is broken, or the files can be neither written nor
+  // read.
+  bool lasting() const;
 
  private:
   ErrorKind kind_;
   int serverNumber_;
 };
+
+inline bool SqlError::lasting() const {
+  constexpr std::array numbers{823, 824, 1101, 1105, 3906, 9002};
+  return kind_ == ErrorKind::LinkBroken ||
+         std::find(numbers.begin(), numbers.end(), serverNumber_) != numbers.end();
+}
 
 }  // namespace db

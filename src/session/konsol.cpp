@@ -116,6 +116,18 @@ bool dropDatabase(Oturum& oturum) {
   return Komut_Calistir(oturum, oturum.Kayitlar, "DROP DATABASE " + oturum.Firma_DB_Adi) == 0;
 }
 
+// The server knows no such database: a creation or a deletion broke off, and the rows alone are left.
+bool databaseIsGone(Oturum& oturum) {
+  return Sorgu_Ac(oturum, oturum.Kayitlar,
+                  "SELECT name FROM sysdatabases WHERE name='" + db::escape(oturum.Firma_DB_Adi) + "'") ==
+             0 &&
+         oturum.Kayitlar.state() == db::State::Open && oturum.Kayitlar.eof() &&
+         oturum.kutular->ask("\"" + oturum.Firma_DB_Adi +
+                                 "\" firmasının veritabanı sunucuda yok; silinecek bir veritabanı "
+                                 "kalmamış.\nFirmanın listedeki kaydı silinsin mi?",
+                             Icon::Question, "Korvena");
+}
+
 KomutSonucu deleteCompany(Oturum& oturum, const Dugum& node) {
   const bool agreed = oturum.kutular->ask(
       "Seçmiş olduğunuz firmayı tüm hareketleriyle birlikte silmek istediğinizden emin misiniz?\n"
@@ -123,7 +135,7 @@ KomutSonucu deleteCompany(Oturum& oturum, const Dugum& node) {
       Icon::Question, "Korvena");
   if (!agreed) return {};
   oturum.Firma_DB_Adi = Trim(node.text);
-  if (!dropDatabase(oturum)) {
+  if (!dropDatabase(oturum) && !databaseIsGone(oturum)) {
     oturum.kutular->message("Bu Firma Kullanımda Olabilir. Firma Bilgieri Silinemedi.");
     connectCatalog(oturum);
     return {};

@@ -103,12 +103,17 @@ int Sorgu_Ac2(Oturum& oturum, db::Recordset& kayitlar, std::string_view sql) {
   return ac(oturum.Baglanti2, kayitlar, sql, Cursor::Keyset, Lock::ReadOnly) ? -1 : 0;
 }
 
-void Sorgu_Ac_Mesajli(Oturum& oturum, db::Recordset& kayitlar, std::string_view sql) {
+bool Sorgu_Ac_Surer(Oturum& oturum, db::Recordset& kayitlar, std::string_view sql) {
   const auto hata = ac(oturum.Baglanti, kayitlar, sql, Cursor::Keyset, Lock::BatchOptimistic);
-  if (!hata) return;
+  if (!hata) return true;
   oturum.Son_Hata = std::to_string(hata->number()) + " : " + hata->what();
   oturum.kutular->message(oturum.Son_Hata);
   oturum.kutular->message(std::string(sql));
+  return !hata->lasting();
+}
+
+void Sorgu_Ac_Mesajli(Oturum& oturum, db::Recordset& kayitlar, std::string_view sql) {
+  Sorgu_Ac_Surer(oturum, kayitlar, sql);
 }
 
 int Sorgu_Ac_Tekrarli(Oturum& oturum, db::Recordset& kayitlar, std::string_view sql) {

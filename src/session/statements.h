@@ -32,6 +32,8 @@ int Sorgu_Ac(Oturum&, db::Recordset&, std::string_view sql);
 int Sorgu_Ac2(Oturum&, db::Recordset&, std::string_view sql);
 // On failure Son_Hata takes number, " : ", text; a box shows it, a second box the statement.
 void Sorgu_Ac_Mesajli(Oturum&, db::Recordset&, std::string_view sql);
+// The same; false when no later statement can succeed either.
+bool Sorgu_Ac_Surer(Oturum&, db::Recordset&, std::string_view sql);
 // Repeats while the link is broken and the operator acknowledges; -1 on any other failure.
 int Sorgu_Ac_Tekrarli(Oturum&, db::Recordset&, std::string_view sql);
 // 0 or the error's number; a failure shows its text in a plain box.

@@ -110,4 +110,9 @@ bool FaultyDisk::disarm() {
   return disk.struck;
 }
 
+int FaultyDisk::passed() const {
+  const std::lock_guard lock(disk.mutex);
+  return disk.passed;
+}
+
 }  // namespace scenarios

@@ -22,6 +22,7 @@ class FaultyDisk {
   void arm(const Fault& fault);
   // Heals the disk. True when the fault has struck since arm().
   bool disarm();
+  int passed() const;  // calls that came through since arm()
 
  private:
   sqlite3_vfs vfs_;

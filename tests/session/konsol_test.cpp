@@ -128,7 +128,7 @@ TEST_F(KonsolTest, CompanyInUseKeepsItsRows) {
   boxes.answers = {true};
   EXPECT_FALSE(MNSil(oturum, company).listeyiYenile);
   EXPECT_EQ(boxes.last(), "Bu Firma Kullanımda Olabilir. Firma Bilgieri Silinemedi.");
-  EXPECT_EQ(server.statements.size(), 1U);
+  EXPECT_EQ(server.statements.size(), 2U);  // the DROP, and whether there is such a database
   EXPECT_EQ(databases().back(), "Defination_DB");
 }
 

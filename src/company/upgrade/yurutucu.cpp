@@ -1,21 +1,8 @@
 #include "company/upgrade/yurutucu.h"
 
 #include <algorithm>
-#include <array>
 
 namespace company::upgrade {
-
-namespace {
-
-// A refusal that every statement after it would meet, too: the file cannot be written or read. The run
-// ends there, to be completed by the next.
-bool endsTheRun(const db::SqlError& error) {
-  constexpr std::array numbers{823, 824, 1101, 1105, 3906, 9002};
-  return error.kind() == db::ErrorKind::LinkBroken ||
-         std::ranges::find(numbers, error.serverNumber()) != numbers.end();
-}
-
-}  // namespace
 
 std::int64_t Yurutucu::gonder(const std::string& statement) {
   ++sayilar_.gonderilen;
@@ -31,7 +18,7 @@ bool Yurutucu::calistir(const std::string& statement) {
     gonder(statement);
     return true;
   } catch (const db::SqlError& error) {
-    if (endsTheRun(error)) throw;
+    if (error.lasting()) throw;
     ++sayilar_.reddedilen;
     return false;
   }
@@ -43,7 +30,7 @@ bool Yurutucu::onar(const std::string& statement) {
     sayilar_.satirlar += std::max<std::int64_t>(0, gonder(statement));
     return true;
   } catch (const db::SqlError& error) {
-    if (endsTheRun(error)) throw;
+    if (error.lasting()) throw;
     ++sayilar_.reddedilen;
     return false;
   }
@@ -54,7 +41,7 @@ std::unique_ptr<db::Rows> Yurutucu::oku(const std::string& statement) {
     ++sayilar_.gonderilen;
     return baglanti().query(statement);
   } catch (const db::SqlError& error) {
-    if (endsTheRun(error)) throw;
+    if (error.lasting()) throw;
     // A trial reads a database that lacks what the run would have added before.
     if (!denemeMi()) ++sayilar_.reddedilen;
     return nullptr;
@@ -65,7 +52,7 @@ void Yurutucu::geriAl() {
   try {
     gonder("IF @@TRANCOUNT>0 ROLLBACK TRANSACTION");
   } catch (const db::SqlError& error) {
-    if (endsTheRun(error)) throw;
+    if (error.lasting()) throw;
   }
 }
 
@@ -84,9 +71,8 @@ bool Yurutucu::butun(const std::vector<Adim>& adimlar) {
     gonder("COMMIT TRANSACTION");
   } catch (const db::SqlError& error) {
     if (error.kind() == db::ErrorKind::LinkBroken) throw;
-    const bool ends = endsTheRun(error);
     geriAl();
-    if (ends) throw;
+    if (error.lasting()) throw;
     return false;
   }
   sayilar_.satirlar += satirlar;

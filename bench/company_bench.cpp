@@ -1,9 +1,11 @@
 // A company database on the embedded server against bare SQLite in one run; prints times and ratios.
 // With an argument only the part named:
 //
-//   create    all objects of a new company, against the same tables, indexes and first rows made in a bare
-//             file, each statement a transaction of its own on both sides; views and triggers have no
-//             counterpart there and count on our side alone
+//   create    all objects of a new company, against the same objects made in a bare file, each statement a
+//             transaction of its own on both sides: once the tables, indexes and first rows alone, once with
+//             the views and triggers. The bare file gets the text of a view as it stands, with the names of
+//             functions that SQLite's grammar keeps for itself replaced; a trigger, whose language SQLite
+//             does not know, as one with its text in a literal.
 //   sample N  sample data at scale N (default 1), against prepared INSERTs of the same rows without triggers
 #include <cstdio>
 #include <map>
@@ -13,6 +15,7 @@
 #include "company/base_schema.h"
 #include "company/firma_karti.h"
 #include "company/ornek_veri.h"
+#include "company/schema/schema.h"
 #include "db/drivers.h"
 #include "engine/server.h"
 #include "session/statements.h"
@@ -67,32 +70,111 @@ std::vector<std::string> statementsOf(const fs::path& file) {
   return all;
 }
 
+std::string replaced(std::string text, const std::string& what, const std::string& by) {
+  for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size())) {
+    text.replace(at, what.size(), by);
+  }
+  return text;
+}
+
+std::string literal(const std::string& text) {
+  std::string quoted = "'";
+  quoted += replaced(text, "'", "''");
+  return quoted += "'";
+}
+
+std::string viewFor(std::string text) {
+  constexpr std::pair<const char*, const char*> spelling[] = {
+      {"ISNULL(", "ifnull("}, {"LEFT(", "substr("}, {"RIGHT(", "substr("}};
+  for (const auto& [ours, theirs] : spelling) text = replaced(text, ours, theirs);
+  return text;
+}
+
+struct Names {
+  std::string name, table, text;
+};
+
+// Views and triggers of `file`, in order of creation.
+std::vector<Names> objectsOf(bench::Sqlite& source, const std::string& type) {
+  const std::string from = " FROM zb_objects o WHERE xtype='" + type + "' ORDER BY id";
+  const auto names = source.texts("SELECT name" + from);
+  const auto texts = source.texts("SELECT text" + from);
+  const auto tables = source.texts("SELECT (SELECT name FROM zb_objects t WHERE t.id=o.parent)" + from);
+  std::vector<Names> all;
+  for (std::size_t i = 0; i < names.size(); ++i) all.push_back({names[i], tables[i], texts[i]});
+  return all;
+}
+
+std::vector<std::string> viewsAndTriggersOf(const fs::path& file) {
+  bench::Sqlite source(file);
+  std::vector<std::string> all;
+  for (const Names& view : objectsOf(source, "V")) all.push_back(viewFor(view.text));
+  for (const Names& trigger : objectsOf(source, "TR")) {
+    std::string sql = "CREATE TRIGGER \"";
+    sql += trigger.name + "\" AFTER INSERT ON \"" + trigger.table + "\" BEGIN SELECT ";
+    all.push_back(sql + literal(trigger.text) + "; END");
+  }
+  return all;
+}
+
+struct Side {
+  std::vector<double> tables, whole, processor;
+};
+
+void printCreate(const char* what, std::vector<double>& ours, std::vector<double>& bare,
+                 std::size_t statements) {
+  std::vector<double> ratios;
+  for (std::size_t i = 0; i < ours.size(); ++i) ratios.push_back(ours[i] / bare[i]);
+  std::printf("create   %-7s %8.3f s   sqlite %8.3f s (%zu statements)   ratio of times %.2f", what,
+              bench::median(ours), bench::median(bare), statements, bench::median(ratios));
+}
+
+// The first half of the progress steps are the tables: `tables` gets the time when the last one stands.
+void createOurs(Surroundings& here, const std::string& name, Side& side) {
+  session::Oturum& oturum = here.s.oturum;
+  oturum.Baglanti->execute("CREATE DATABASE " + name);
+  session::Katalog_Bagla(oturum, name);
+  const std::size_t tableCount = company::schema::tableOrder(company::schema::Stage::Base).size();
+  const auto start = std::chrono::steady_clock::now();
+  std::size_t steps = 0;
+  here.s.progress.onPump = [&] {
+    if (++steps != tableCount) return;
+    side.tables.push_back(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+  };
+  const double processor = bench::processorSeconds();
+  side.whole.push_back(seconds([&] { company::Firma_Tablolari_Olustur(oturum); }));
+  side.processor.push_back(bench::processorSeconds() - processor);
+  here.s.progress.onPump = nullptr;
+  here.failOnBoxes();
+}
+
 void measureCreate() {
   Surroundings here;
-  session::Oturum& oturum = here.s.oturum;
-  std::vector<double> ours, bare, ratios, processor;
-  std::size_t statements = 0;
+  Side ours, bare;
+  std::size_t tableStatements = 0, otherStatements = 0;
   for (int round = 0; round < rounds; ++round) {
     const std::string name = "OLCUM" + std::to_string(round);
-    oturum.Baglanti->execute("CREATE DATABASE " + name);
-    session::Katalog_Bagla(oturum, name);
-    const double start = bench::processorSeconds();
-    ours.push_back(seconds([&] { company::Firma_Tablolari_Olustur(oturum); }));
-    const double ourProcessor = bench::processorSeconds() - start;
-    here.failOnBoxes();
-    const auto same = statementsOf(here.file(name));
-    statements = same.size();
+    createOurs(here, name, ours);
+    const auto tables = statementsOf(here.file(name));
+    const auto others = viewsAndTriggersOf(here.file(name));
+    tableStatements = tables.size();
+    otherStatements = others.size();
     bench::Sqlite sqlite(here.folder.path / ("bare" + std::to_string(round) + ".db"));
-    const double bareStart = bench::processorSeconds();
-    bare.push_back(seconds([&] {
-      for (const auto& sql : same) sqlite.run(sql);
+    const double processor = bench::processorSeconds();
+    bare.tables.push_back(seconds([&] {
+      for (const auto& sql : tables) sqlite.run(sql);
     }));
-    processor.push_back(ourProcessor / (bench::processorSeconds() - bareStart));
-    ratios.push_back(ours.back() / bare.back());
+    bare.whole.push_back(bare.tables.back() + seconds([&] {
+                           for (const auto& sql : others) sqlite.run(sql);
+                         }));
+    bare.processor.push_back(bench::processorSeconds() - processor);
   }
-  std::printf(
-      "create   %8.3f s   sqlite %8.3f s (%zu statements)   ratio of times %.2f, of processor times %.2f\n",
-      bench::median(ours), bench::median(bare), statements, bench::median(ratios), bench::median(processor));
+  printCreate("tables", ours.tables, bare.tables, tableStatements);
+  std::printf("\n");
+  printCreate("whole", ours.whole, bare.whole, tableStatements + otherStatements);
+  std::vector<double> processor;
+  for (int i = 0; i < rounds; ++i) processor.push_back(ours.processor[i] / bare.processor[i]);
+  std::printf(", of processor times %.2f\n", bench::median(processor));
 }
 
 // ---- sample data ----

@@ -32,8 +32,10 @@ class Binder {
 
   // A query that is a statement of its own or the source of INSERT.
   BoundSelect bindQuery(const SelectStatement& select);
-  // The query of CREATE VIEW: no ORDER BY without TOP, no variables.
-  BoundSelect bindViewQuery(const SelectStatement& select);
+  // The query of CREATE VIEW: no ORDER BY without TOP, no variables. Its result tells the columns and
+  // cannot be run: views in FROM have the columns that they were given at creation. ALTER VIEW binds them
+  // too (`throughViews`), for the view may have come to refer to itself.
+  BoundSelect bindViewQuery(const SelectStatement& select, bool throughViews);
   // Expressions outside of any query (SET, IF, EXEC arguments).
   BoundExpr bindValue(const Expr& expr, Scope* scope);
   BoundExpr bindCondition(const Expr& expr, Scope* scope);
@@ -156,6 +158,7 @@ class Binder {
   std::vector<std::unique_ptr<Expr>> owned_;
   int handles_ = 0;
   int viewDepth_ = 0;
+  bool throughViews_ = true;
   int lazy_ = 0;  // > 0 inside a branch that may never run: conversions must not fail beforehand
   bool stepwise_ = false;
   std::vector<int> stepwiseSlots_;

@@ -243,6 +243,15 @@ bool Binder::bindSystemTable(const std::string& database, const ObjectName& name
 // A view is its query as a derived table, bound in the view's own database. Its columns are those it
 // had at creation, whatever * would give now.
 std::string Binder::bindView(const ViewInfo& view, const std::string& database, Source& source) {
+  if (!throughViews_) {
+    for (const ViewColumn& column : view.columns) {
+      ResultColumn as;
+      as.type = column.type;
+      as.nullable = column.nullable;
+      addDerivedColumn(as, column.name, source.columns.size(), source);
+    }
+    return view.name;
+  }
   if (++viewDepth_ > maxViewDepth)
     throw Error(4429, "View '" + view.name + "' refers to itself or nests more than 32 levels deep.");
   std::shared_ptr<const Batch> batch;

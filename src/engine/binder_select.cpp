@@ -48,7 +48,8 @@ BoundSelect Binder::bindQuery(const SelectStatement& select) {
   return bindSelect(select, nullptr, {});
 }
 
-BoundSelect Binder::bindViewQuery(const SelectStatement& select) {
+BoundSelect Binder::bindViewQuery(const SelectStatement& select, bool throughViews) {
+  throughViews_ = throughViews;
   CoreShape shape;
   shape.subquery = true;
   context_.variables = nullptr;

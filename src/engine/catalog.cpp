@@ -32,13 +32,11 @@ int TableInfo::identityColumn() const {
 }
 
 const TableInfo* DatabaseCatalog::table(std::string_view wanted) const {
-  const auto found = tables.find(foldName(wanted));
-  return found == tables.end() ? nullptr : found->second.get();
+  return tables.find(foldName(wanted)).get();
 }
 
 const ViewInfo* DatabaseCatalog::view(std::string_view wanted) const {
-  const auto found = views.find(foldName(wanted));
-  return found == views.end() ? nullptr : found->second.get();
+  return views.find(foldName(wanted)).get();
 }
 
 }  // namespace engine

@@ -2,6 +2,7 @@
 // change makes a new one with a higher version.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -75,11 +76,80 @@ struct ViewInfo {
   std::vector<ViewColumn> columns;  // fixed at creation
 };
 
+// Objects by foldName of their name. A copy shares what it does not change, since each definition
+// statement makes a new catalog of hundreds of objects that differs from the last one in one of them.
+template <class T>
+class ObjectMap {
+ public:
+  using Shard = std::map<std::string, std::shared_ptr<const T>, std::less<>>;
+
+  // Null when there is none.
+  std::shared_ptr<const T> find(std::string_view folded) const {
+    const auto& shard = shards_[place(folded)];
+    if (!shard) return nullptr;
+    const auto found = shard->find(folded);
+    return found == shard->end() ? nullptr : found->second;
+  }
+  void put(const std::string& folded, std::shared_ptr<const T> object) {
+    auto next = copyOf(folded);
+    (*next)[folded] = std::move(object);
+    shards_[place(folded)] = std::move(next);
+  }
+  void erase(const std::string& folded) {
+    if (!find(folded)) return;
+    auto next = copyOf(folded);
+    next->erase(folded);
+    shards_[place(folded)] = std::move(next);
+  }
+
+  // Pairs of folded name and object, in no particular order.
+  class Iterator {
+   public:
+    Iterator(const ObjectMap& map, std::size_t shard) : map_(map), shard_(shard) { enter(); }
+    const typename Shard::value_type& operator*() const { return *at_; }
+    Iterator& operator++() {
+      if (++at_ == map_.shards_[shard_]->end()) {
+        ++shard_;
+        enter();
+      }
+      return *this;
+    }
+    bool operator!=(const Iterator& other) const {
+      return shard_ != other.shard_ || (shard_ < shardCount && at_ != other.at_);
+    }
+
+   private:
+    void enter() {
+      while (shard_ < shardCount && (!map_.shards_[shard_] || map_.shards_[shard_]->empty())) ++shard_;
+      if (shard_ < shardCount) at_ = map_.shards_[shard_]->begin();
+    }
+
+    const ObjectMap& map_;
+    std::size_t shard_;
+    typename Shard::const_iterator at_;
+  };
+  Iterator begin() const { return {*this, 0}; }
+  Iterator end() const { return {*this, shardCount}; }
+
+ private:
+  static constexpr std::size_t shardCount = 32;
+
+  static std::size_t place(std::string_view folded) {
+    return std::hash<std::string_view>{}(folded) % shardCount;
+  }
+  std::shared_ptr<Shard> copyOf(std::string_view folded) const {
+    const auto& shard = shards_[place(folded)];
+    return shard ? std::make_shared<Shard>(*shard) : std::make_shared<Shard>();
+  }
+
+  std::array<std::shared_ptr<const Shard>, shardCount> shards_;
+};
+
 struct DatabaseCatalog {
   std::string name;
   std::int64_t version = 0;
-  std::map<std::string, std::shared_ptr<const TableInfo>> tables;  // by foldName
-  std::map<std::string, std::shared_ptr<const ViewInfo>> views;
+  ObjectMap<TableInfo> tables;
+  ObjectMap<ViewInfo> views;
 
   const TableInfo* table(std::string_view name) const;
   const ViewInfo* view(std::string_view name) const;

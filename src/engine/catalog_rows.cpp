@@ -227,8 +227,8 @@ std::shared_ptr<DatabaseCatalog> loadCatalog(sqlite3* db, std::string_view alias
   catalog->version = catalogVersion(db, alias);
   Loader loader(db, alias, 0);
   loader.run();
-  for (auto& [id, table] : loader.tables) catalog->tables[foldName(table->name)] = std::move(table);
-  for (auto& [id, view] : loader.views) catalog->views[foldName(view->name)] = std::move(view);
+  for (const auto& [id, table] : loader.tables) catalog->tables.put(foldName(table->name), table);
+  for (const auto& [id, view] : loader.views) catalog->views.put(foldName(view->name), view);
   return catalog;
 }
 
@@ -324,38 +324,13 @@ constexpr const char* insertColumnSql =
     "collation, "
     "xtype, length, xprec, xscale) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
 
-void insertColumn(lite::Stmt& insert, std::int64_t table, const ColumnInfo& column, std::int64_t defaultId) {
-  const Digits digits = digitsOf(column.type);
-  insert.bind(table).bind(column.id).bind(column.name).bind(packType(column.type)).bind(column.nullable);
-  insert.bind(column.identity).bind(column.seed).bind(column.step).bind(defaultId).bind(column.collation);
-  insert.bind(systemType(column.type)).bind(storageLength(column.type));
-  insert.bind(digits.precision).bind(digits.scale).run();
-}
-
 // A taken name gives no row.
 constexpr const char* insertObjectSql =
     "INSERT INTO @.zb_objects(name, xtype, parent, crdate, flags, next_column, text) VALUES(?, ?, ?, ?, ?, "
     "?, ?) ON CONFLICT DO NOTHING RETURNING id";
 
-std::int64_t addWith(lite::Stmt& insert, const ObjectRow& object, const std::string& text, int flags,
-                     int nextColumn = 1) {
-  insert.bind(object.name).bind(object.type).bind(object.parent).bind(currentTicks()).bind(flags);
-  if (!insert.bind(nextColumn).bind(text).step())
-    throw Error(2714, "There is already an object named '" + object.name + "' in the database.", 16, 6);
-  const std::int64_t id = insert.integer(0);
-  insert.run();
-  return id;
-}
-
-int takeColumnNumbers(sqlite3* db, std::string_view alias, std::int64_t table, std::size_t count) {
-  lite::Stmt take(db, atAlias("UPDATE @.zb_objects SET next_column=next_column+?2 WHERE id=?1 RETURNING "
-                              "next_column-?2",
-                              alias));
-  const bool found = take.bind(table).bind(static_cast<std::int64_t>(count)).step();
-  const int first = found ? static_cast<int>(take.integer(0)) : 1;
-  take.run();
-  return first;
-}
+constexpr const char* insertIndexSql = "INSERT INTO @.zb_indexes VALUES(?, ?, ?, ?, ?, ?)";
+constexpr const char* insertPartSql = "INSERT INTO @.zb_index_columns VALUES(?, ?, ?, ?, ?)";
 
 }  // namespace
 
@@ -366,34 +341,57 @@ ObjectRow findObject(sqlite3* db, std::string_view alias, std::string_view name)
   return {find.integer(0), find.text(1), find.text(2), find.integer(3)};
 }
 
-std::int64_t addObject(sqlite3* db, std::string_view alias, const std::string& name, const char* type,
-                       std::int64_t parent, const std::string& text, int flags, int nextColumn) {
-  lite::Stmt insert(db, atAlias(insertObjectSql, alias));
-  return addWith(insert, {0, name, type, parent}, text, flags, nextColumn);
+// ---- ObjectWriter ----
+
+lite::Stmt& ObjectWriter::prepared(std::optional<lite::Stmt>& statement, const char* sql) {
+  if (!statement) statement.emplace(db_, atAlias(sql, alias_));
+  return *statement;
 }
 
-void addColumns(sqlite3* db, std::string_view alias, const TableInfo& table, std::vector<ColumnInfo>& columns,
-                int first) {
-  int number = first > 0 ? first : takeColumnNumbers(db, alias, table.id, columns.size());
-  std::optional<lite::Stmt> object;
-  lite::Stmt insert(db, atAlias(insertColumnSql, alias));
+std::int64_t ObjectWriter::addObject(const std::string& name, const char* type, std::int64_t parent,
+                                     const std::string& text, int flags, int nextColumn) {
+  lite::Stmt& insert = prepared(object_, insertObjectSql);
+  insert.bind(name).bind(type).bind(parent).bind(currentTicks()).bind(flags);
+  if (!insert.bind(nextColumn).bind(text).step())
+    throw Error(2714, "There is already an object named '" + name + "' in the database.", 16, 6);
+  const std::int64_t id = insert.integer(0);
+  insert.run();
+  return id;
+}
+
+int ObjectWriter::takeColumnNumbers(std::int64_t table, std::size_t count) {
+  lite::Stmt take(db_, atAlias("UPDATE @.zb_objects SET next_column=next_column+?2 WHERE id=?1 RETURNING "
+                               "next_column-?2",
+                               alias_));
+  const bool found = take.bind(table).bind(static_cast<std::int64_t>(count)).step();
+  const int first = found ? static_cast<int>(take.integer(0)) : 1;
+  take.run();
+  return first;
+}
+
+void ObjectWriter::insertColumn(std::int64_t table, const ColumnInfo& column, std::int64_t defaultId) {
+  const Digits digits = digitsOf(column.type);
+  lite::Stmt& insert = prepared(column_, insertColumnSql);
+  insert.bind(table).bind(column.id).bind(column.name).bind(packType(column.type)).bind(column.nullable);
+  insert.bind(column.identity).bind(column.seed).bind(column.step).bind(defaultId).bind(column.collation);
+  insert.bind(systemType(column.type)).bind(storageLength(column.type));
+  insert.bind(digits.precision).bind(digits.scale).run();
+}
+
+void ObjectWriter::addColumns(const TableInfo& table, std::vector<ColumnInfo>& columns, int first) {
+  int number = first > 0 ? first : takeColumnNumbers(table.id, columns.size());
   for (auto& column : columns) {
     column.id = number++;
     std::int64_t defaultId = 0;
     if (!column.defaultText.empty()) {
       if (column.defaultName.empty()) column.defaultName = defaultNameOf(table, column);
-      if (!object) object.emplace(db, atAlias(insertObjectSql, alias));
-      defaultId = addWith(*object, {0, column.defaultName, "D", table.id}, column.defaultText, column.id);
+      defaultId = addObject(column.defaultName, "D", table.id, column.defaultText, column.id);
     }
-    insertColumn(insert, table.id, column, defaultId);
+    insertColumn(table.id, column, defaultId);
   }
 }
 
-void writeViewColumns(sqlite3* db, std::string_view alias, std::int64_t view,
-                      const std::vector<ViewColumn>& columns, bool replace) {
-  if (replace)
-    lite::exec(db, atAlias("DELETE FROM @.zb_columns WHERE table_id=", alias) + std::to_string(view));
-  lite::Stmt insert(db, atAlias(insertColumnSql, alias));
+void ObjectWriter::addViewColumns(std::int64_t view, const std::vector<ViewColumn>& columns) {
   int number = 0;
   for (const auto& column : columns) {
     ColumnInfo row;
@@ -401,11 +399,11 @@ void writeViewColumns(sqlite3* db, std::string_view alias, std::int64_t view,
     row.name = column.name;
     row.type = column.type;
     row.nullable = column.nullable;
-    insertColumn(insert, view, row, 0);
+    insertColumn(view, row, 0);
   }
 }
 
-IndexInfo addIndex(sqlite3* db, std::string_view alias, const TableInfo& table, IndexInfo index) {
+IndexInfo ObjectWriter::addIndex(const TableInfo& table, IndexInfo index) {
   // Number 1 is the clustered index's alone.
   int top = 1;
   for (const auto& other : table.indexes) top = std::max(top, other.id);
@@ -414,12 +412,12 @@ IndexInfo addIndex(sqlite3* db, std::string_view alias, const TableInfo& table, 
   if (index.primaryKey || index.uniqueConstraint) {
     const char* type = index.primaryKey ? "PK" : "UQ";
     if (index.name.empty()) index.name = generatedName(type, table.name, table.id * 1024 + index.id);
-    object = addObject(db, alias, index.name, type, table.id);
+    object = addObject(index.name, type, table.id);
   }
-  lite::Stmt insert(db, atAlias("INSERT INTO @.zb_indexes VALUES(?, ?, ?, ?, ?, ?)", alias));
+  lite::Stmt& insert = prepared(index_, insertIndexSql);
   insert.bind(table.id).bind(index.id).bind(index.name).bind(index.unique).bind(index.clustered);
   insert.bind(object).run();
-  lite::Stmt part(db, atAlias("INSERT INTO @.zb_index_columns VALUES(?, ?, ?, ?, ?)", alias));
+  lite::Stmt& part = prepared(part_, insertPartSql);
   int key = 0;
   for (const auto& each : index.parts) {
     part.bind(table.id).bind(index.id).bind(++key);

@@ -9,7 +9,12 @@ std::string databaseOf(const ObjectName& name, const SessionContext& context) {
 }
 
 Change::Change(Store& changed, const SessionContext& session, const std::string& name)
-    : store(changed), context(session), database(name), db(changed.handle()), alias(changed.attach(name)) {
+    : store(changed),
+      context(session),
+      database(name),
+      db(changed.handle()),
+      alias(changed.attach(name)),
+      rows(db, alias) {
   store.begin();
   try {
     store.lockDefinitions(database);
@@ -30,11 +35,9 @@ Change::~Change() {
 }
 
 std::shared_ptr<const TableInfo> Change::table(const ObjectName& name) const {
-  const auto found = catalog_->tables.find(foldName(name.object));
-  if (found == catalog_->tables.end())
-    throw Error(4902, "Cannot find the object \"" + name.object +
-                          "\" because it does not exist or you do not have permissions.");
-  return found->second;
+  if (auto found = catalog_->tables.find(foldName(name.object))) return found;
+  throw Error(4902, "Cannot find the object \"" + name.object +
+                        "\" because it does not exist or you do not have permissions.");
 }
 
 std::string Change::at(std::string_view name) const {
@@ -50,13 +53,13 @@ DatabaseCatalog& Change::next() {
 }
 
 void Change::put(TableInfo table) {
-  auto& place = next().tables[foldName(table.name)];
-  place = std::make_shared<TableInfo>(std::move(table));
+  const std::string folded = foldName(table.name);
+  next().tables.put(folded, std::make_shared<TableInfo>(std::move(table)));
 }
 
 void Change::put(ViewInfo view) {
-  auto& place = next().views[foldName(view.name)];
-  place = std::make_shared<ViewInfo>(std::move(view));
+  const std::string folded = foldName(view.name);
+  next().views.put(folded, std::make_shared<ViewInfo>(std::move(view)));
 }
 
 void Change::reload(std::int64_t id, const std::string& oldName) {
@@ -64,9 +67,9 @@ void Change::reload(std::int64_t id, const std::string& oldName) {
   now.tables.erase(foldName(oldName));
   now.views.erase(foldName(oldName));
   if (const auto table = loadTable(db, alias, id))
-    now.tables[foldName(table->name)] = table;
+    now.tables.put(foldName(table->name), table);
   else if (const auto view = loadView(db, alias, id))
-    now.views[foldName(view->name)] = view;
+    now.views.put(foldName(view->name), view);
 }
 
 void Change::finish() {

@@ -24,6 +24,7 @@ class Change {
   std::string database;
   sqlite3* db;
   std::string alias;
+  ObjectWriter rows;
 
   const DatabaseCatalog& catalog() const { return *catalog_; }
   std::shared_ptr<const TableInfo> table(const ObjectName& name) const;  // 4902 when there is none
@@ -60,9 +61,8 @@ void refuseUnknown(const TableConstraint& constraint);
 std::vector<IndexPart> indexParts(const std::vector<IndexColumn>& columns, const TableInfo& table,
                                   const std::string& indexName);
 IndexInfo keyFrom(const TableConstraint& constraint, const TableInfo& table);
-// Returns the index with its number and name; `table` is as it was before.
-IndexInfo makeKey(Change& change, const TableInfo& table, const IndexInfo& index);
-void addTo(TableInfo& table, IndexInfo index);
+// Makes the index and adds it to `table` with its number and name.
+void makeKey(Change& change, TableInfo& table, const IndexInfo& index);
 
 // ---- SQLite's side of an index ----
 
@@ -76,7 +76,6 @@ bool hasRows(const Change& change, const TableInfo& table);
 void rebuild(Change& change, const TableInfo& table, const std::vector<ColumnInfo>& columns,
              const std::vector<std::string>& values);
 
-TableInfo createTable(Change& change, const std::string& name, std::vector<ColumnInfo> columns);
 void checkObjectName(const std::string& name);
 [[noreturn]] void refuseConstruct(const std::string& construct);
 

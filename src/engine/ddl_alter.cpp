@@ -202,7 +202,7 @@ void addOneColumn(Change& change, const TableInfo& table, const ColumnDefinition
     throw Error(2744, "Multiple identity columns specified for table '" + table.name +
                           "'. Only one identity column per table is allowed.");
   std::vector<ColumnInfo> added = {column};
-  addColumns(change.db, change.alias, table, added);
+  change.rows.addColumns(table, added);
   column = added.front();
   if (column.identity) {
     addIdentityColumn(change, table, column);
@@ -232,7 +232,7 @@ void addDefault(Change& change, const TableInfo& table, const TableConstraint& c
     throw Error(1754, "Defaults cannot be created on columns with an IDENTITY attribute. Table '" +
                           table.name + "', column '" + column.name + "'");
   const std::string name = constraint.name.empty() ? defaultNameOf(table, column) : constraint.name;
-  const auto id = addObject(change.db, change.alias, name, "D", table.id, constraint.text, column.id);
+  const auto id = change.rows.addObject(name, "D", table.id, constraint.text, column.id);
   lite::Stmt update(
       change.db, atAlias("UPDATE @.zb_columns SET default_id=? WHERE table_id=? AND colid=?", change.alias));
   update.bind(id).bind(table.id).bind(column.id).run();
@@ -249,15 +249,17 @@ void add(Change& change, const AlterTableStatement& statement) {
     reread();
   }
   for (const auto& key : columnKeys(statement.columns)) {
-    makeKey(change, *table, keyFrom(key, *table));
+    TableInfo next = *table;
+    makeKey(change, next, keyFrom(key, next));
     reread();
   }
   for (const auto& constraint : statement.constraints) {
     refuseUnknown(constraint);
+    TableInfo next = *table;
     if (constraint.kind == TableConstraint::Kind::Default)
       addDefault(change, *table, constraint);
     else
-      makeKey(change, *table, keyFrom(constraint, *table));
+      makeKey(change, next, keyFrom(constraint, next));
     reread();
   }
 }

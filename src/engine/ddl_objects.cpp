@@ -45,10 +45,8 @@ void dropObject(Change& change, const DropKind& kind, const std::string& name) {
 }
 
 void dropIndexByName(Change& change, const ObjectName& name) {
-  const auto found = change.catalog().tables.find(foldName(name.owner));
   const std::string full = name.owner + "." + name.object;
-  if (found != change.catalog().tables.end()) {
-    const auto table = found->second;
+  if (const auto table = change.catalog().tables.find(foldName(name.owner))) {
     for (const auto& index : table->indexes) {
       if (foldName(index.name) != foldName(name.object)) continue;
       if (index.primaryKey || index.uniqueConstraint)
@@ -97,7 +95,7 @@ std::int64_t writeObject(Change& change, const ObjectName& name, const char* typ
                          std::int64_t parent, const std::string& text, int flags) {
   if (!alter) {
     checkObjectName(name.object);
-    return addObject(change.db, change.alias, name.object, type, parent, text, flags);
+    return change.rows.addObject(name.object, type, parent, text, flags);
   }
   const ObjectRow old = findObject(change.db, change.alias, name.object);
   if (old.id == 0 || old.type != type) throw Error(208, "Invalid object name '" + name.object + "'.");
@@ -111,11 +109,10 @@ std::int64_t writeObject(Change& change, const ObjectName& name, const char* typ
 
 void run(Store& store, SessionContext& context, const CreateIndexStatement& statement) {
   Change change(store, context, databaseOf(statement.table, context));
-  const auto found = change.catalog().tables.find(foldName(statement.table.object));
-  if (found == change.catalog().tables.end())
+  const auto table = change.catalog().tables.find(foldName(statement.table.object));
+  if (!table)
     throw Error(1088, "Cannot find the object \"" + statement.table.object +
                           "\" because it does not exist or you do not have permissions.");
-  const auto table = found->second;
   for (const auto& other : table->indexes)
     if (foldName(other.name) == foldName(statement.name))
       throw Error(1913, "The operation failed because an index or statistics with name '" + statement.name +
@@ -126,7 +123,7 @@ void run(Store& store, SessionContext& context, const CreateIndexStatement& stat
   index.clustered = statement.clustered;
   index.parts = indexParts(statement.columns, *table, statement.name);
   TableInfo next = *table;
-  addTo(next, makeKey(change, *table, index));
+  makeKey(change, next, index);
   change.put(std::move(next));
   change.finish();
 }
@@ -135,7 +132,9 @@ void run(Store& store, SessionContext& context, const CreateViewStatement& state
          const std::vector<ViewColumn>& columns) {
   Change change(store, context, databaseOf(statement.name, context));
   const auto id = writeObject(change, statement.name, "V", statement.alter, 0, statement.text, 0);
-  writeViewColumns(change.db, change.alias, id, columns, statement.alter);
+  if (statement.alter)
+    change.run(atAlias("DELETE FROM @.zb_columns WHERE table_id=", change.alias) + std::to_string(id));
+  change.rows.addViewColumns(id, columns);
   if (statement.alter)
     change.reload(id, statement.name.object);
   else

@@ -190,7 +190,10 @@ IndexInfo keyFrom(const TableConstraint& constraint, const TableInfo& table) {
   return index;
 }
 
-IndexInfo makeKey(Change& change, const TableInfo& table, const IndexInfo& index) {
+namespace {
+
+// Writes the key's rows and adds it to the table.
+const IndexInfo& writeKey(Change& change, TableInfo& table, const IndexInfo& index) {
   if (index.primaryKey) {
     for (const auto& other : table.indexes)
       if (other.primaryKey)
@@ -204,15 +207,17 @@ IndexInfo makeKey(Change& change, const TableInfo& table, const IndexInfo& index
     throw Error(1902, "Cannot create more than one clustered index on table '" + table.name +
                           "'. Drop the existing clustered index '" + other->name +
                           "' before creating another.");
-  IndexInfo made = addIndex(change.db, change.alias, table, index);
-  createIndex(change, table, made, made.id);
-  return made;
+  IndexInfo made = change.rows.addIndex(table, index);
+  const auto behind = std::find_if(table.indexes.begin(), table.indexes.end(),
+                                   [&](const IndexInfo& other) { return other.id > made.id; });
+  return *table.indexes.insert(behind, std::move(made));
 }
 
-void addTo(TableInfo& table, IndexInfo index) {
-  const auto behind = std::find_if(table.indexes.begin(), table.indexes.end(),
-                                   [&](const IndexInfo& other) { return other.id > index.id; });
-  table.indexes.insert(behind, std::move(index));
+}  // namespace
+
+void makeKey(Change& change, TableInfo& table, const IndexInfo& index) {
+  const IndexInfo& made = writeKey(change, table, index);
+  createIndex(change, table, made, made.id);
 }
 
 void createIndex(Change& change, const TableInfo& table, const IndexInfo& index, int number) {
@@ -309,23 +314,34 @@ bool hasRows(const Change& change, const TableInfo& table) {
   return any.step();
 }
 
-TableInfo createTable(Change& change, const std::string& name, std::vector<ColumnInfo> columns) {
+namespace {
+
+// The table's rows; what SQLite knows of it comes last (makeTable), see ObjectWriter.
+TableInfo writeTable(Change& change, const std::string& name, std::vector<ColumnInfo> columns) {
   checkObjectName(name);
   checkColumns(columns, name);
   TableInfo table;
   table.name = name;
   const int nextColumn = static_cast<int>(columns.size()) + 1;
-  table.id = addObject(change.db, change.alias, name, "U", 0, {}, 0, nextColumn);
+  table.id = change.rows.addObject(name, "U", 0, {}, 0, nextColumn);
   forgetIdentity(change.store, change.database, table.id);
-  addColumns(change.db, change.alias, table, columns, 1);
-  std::string definitions;
-  for (const auto& column : columns) {
-    definitions += (definitions.empty() ? "" : ", ") + columnSql(column);
-  }
-  change.run("CREATE TABLE " + change.at(name) + "(" + definitions + ")");
+  change.rows.addColumns(table, columns, 1);
   table.columns = std::move(columns);
   return table;
 }
+
+void makeTable(Change& change, TableInfo table) {
+  std::string definitions;
+  for (const auto& column : table.columns) {
+    definitions += (definitions.empty() ? "" : ", ") + columnSql(column);
+  }
+  change.run("CREATE TABLE " + change.at(table.name) + "(" + definitions + ")");
+  for (const auto& index : table.indexes) createIndex(change, table, index, index.id);
+  createIdentityIndex(change, table);
+  change.put(std::move(table));
+}
+
+}  // namespace
 
 void run(Store& store, SessionContext& context, const CreateTableStatement& statement) {
   Change change(store, context, databaseOf(statement.name, context));
@@ -348,10 +364,9 @@ void run(Store& store, SessionContext& context, const CreateTableStatement& stat
   // An explicitly clustered key decides before a primary key takes the place by default.
   std::stable_sort(keys.begin(), keys.end(),
                    [](const auto& a, const auto& b) { return a.clustered && !b.clustered; });
-  TableInfo table = createTable(change, name, std::move(columns));
-  for (const auto& key : keys) addTo(table, makeKey(change, table, keyFrom(key, table)));
-  createIdentityIndex(change, table);
-  change.put(std::move(table));
+  TableInfo table = writeTable(change, name, std::move(columns));
+  for (const auto& key : keys) writeKey(change, table, keyFrom(key, table));
+  makeTable(change, std::move(table));
   change.finish();
 }
 
@@ -367,9 +382,7 @@ void createTableFrom(Store& store, const std::string& database, const std::strin
     column.defaultName.clear();
     if (column.identity) column.nullable = false;
   }
-  TableInfo table = ddl::createTable(change, name, std::move(plain));
-  ddl::createIdentityIndex(change, table);
-  change.put(std::move(table));
+  ddl::makeTable(change, ddl::writeTable(change, name, std::move(plain)));
   change.finish();
 }
 

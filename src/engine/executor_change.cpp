@@ -150,7 +150,7 @@ void Executor::finishChange(CompiledChange& plan, const ChangeShape& shape, Bind
   const Source& target = shape.scope.sources[shape.target];
   plan.tableDatabase = target.tableDatabase;
   plan.catalog = store_.catalog(target.tableDatabase);
-  plan.table = plan.catalog->tables.at(foldName(target.table->name));
+  plan.table = plan.catalog->tables.find(foldName(target.table->name));
   const bool fires =
       std::any_of(plan.table->triggers.begin(), plan.table->triggers.end(),
                   [&](const auto& t) { return event == TriggerEvent::Update ? t->onUpdate : t->onDelete; });

@@ -273,7 +273,7 @@ std::vector<ViewColumn> Executor::viewColumns(const CreateViewStatement& stateme
   BindContext context = bindContext();
   if (!statement.name.database.empty()) context.database = statement.name.database;
   Binder binder(context);
-  const BoundSelect bound = binder.bindViewQuery(*statement.select);
+  const BoundSelect bound = binder.bindViewQuery(*statement.select, statement.alter);
   if (!statement.columns.empty() && statement.columns.size() != bound.columns.size())
     throw Error(8158, "'" + statement.name.object +
                           "' has more or fewer columns than were specified in the column list.");

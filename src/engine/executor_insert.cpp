@@ -161,7 +161,7 @@ std::unique_ptr<CompiledInsert> Executor::compileInsert(const InsertStatement& i
   std::string sql = "INSERT INTO " + shape.sqlTable + "(" + names + ")" + rows;
 
   made->catalog = store_.catalog(shape.database);
-  made->table = made->catalog->tables.at(foldName(shape.table->name));
+  made->table = made->catalog->tables.find(foldName(shape.table->name));
   made->tableDatabase = shape.database;
   made->makesIdentity = shape.identity >= 0 && !shape.explicitIdentity;
   if (shape.explicitIdentity) made->identityInput = shape.identity;

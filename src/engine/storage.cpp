@@ -429,13 +429,17 @@ void Store::useDatabase(std::string_view name) {
 std::shared_ptr<const DatabaseCatalog> Store::catalog(std::string_view database) {
   Attached& one = impl_->find(database);
   if (one.catalog) return one.catalog;
-  if (!one.changed) one.catalog = impl_->instance->sharedCatalog(one.cacheKey, impl_->versionOf(one));
+  // A change under way has raised the version, but has not written anything yet.
+  const std::int64_t version = one.raised != 0 ? one.raised - 1 : impl_->versionOf(one);
+  if (!one.changed) one.catalog = impl_->instance->sharedCatalog(one.cacheKey, version);
   if (one.catalog) return one.catalog;
   // One read transaction, so that version and rows belong together.
   const bool alone = sqlite3_get_autocommit(impl_->db) != 0;
   if (alone) lite::exec(impl_->db, "BEGIN");
   try {
-    one.catalog = loadCatalog(impl_->db, one.alias, one.entry.name);
+    auto loaded = loadCatalog(impl_->db, one.alias, one.entry.name);
+    if (one.raised != 0) loaded->version = version;
+    one.catalog = std::move(loaded);
   } catch (...) {
     if (alone) sqlite3_exec(impl_->db, "ROLLBACK", nullptr, nullptr, nullptr);
     throw;
@@ -479,6 +483,7 @@ void Store::commit() {
 void Store::rollback() {
   Impl& self = *impl_;
   if (self.depth == 0) return;
+  for (auto& [name, one] : self.attached) one->raised = 0;
   --self.depth;
   // A full disk or a write error may have ended SQLite's transaction by itself.
   if (!sqlite3_get_autocommit(self.db)) {
@@ -507,25 +512,25 @@ void Store::writeLock(std::string_view database) {
 }
 
 void Store::lockDefinitions(std::string_view database) {
-  writeLock(database);
   Attached& one = impl_->find(database);
-  if (one.changed || !one.catalog || impl_->versionOf(one) == one.catalog->version) return;
+  if (!one.raise)
+    one.raise = std::make_unique<lite::Stmt>(
+        impl_->db,
+        atAlias("UPDATE @.zb_meta SET value=value+1 WHERE key='version' RETURNING value", one.alias), true);
+  one.raised = one.raise->step() ? one.raise->integer(0) : 0;
+  one.raise->run();
+  if (one.changed || !one.catalog || one.catalog->version == one.raised - 1) return;
   one.catalog.reset();
   ++impl_->stamp;
 }
 
 void Store::markChanged(std::string_view database, std::shared_ptr<DatabaseCatalog> now) {
   Attached& one = impl_->find(database);
-  if (!one.raise)
-    one.raise = std::make_unique<lite::Stmt>(
-        impl_->db,
-        atAlias("UPDATE @.zb_meta SET value=value+1 WHERE key='version' RETURNING value", one.alias), true);
-  const std::int64_t version = one.raise->step() ? one.raise->integer(0) : 0;
-  one.raise->run();
   one.changed = true;
   impl_->anyChanged = true;
   ++impl_->stamp;
-  if (now) now->version = version;
+  if (now) now->version = one.raised;
+  one.raised = 0;
   one.catalog = std::move(now);
 }
 

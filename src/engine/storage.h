@@ -80,12 +80,12 @@ class Store {
   bool inTransaction() const;
   void writeLock(std::string_view database);
 
-  // The write lock, and a catalog that nobody has changed since.
+  // For the definition statements, inside begin() .. commit(): takes the write lock by giving the database
+  // its next version, and makes sure of a catalog that nobody has changed since. Then markChanged() says
+  // that the definitions (or, in master, the list of databases) are written. The new catalog gets that
+  // version, replaces the cached one for this session at once and for others after the commit; nobody
+  // changes it any more.
   void lockDefinitions(std::string_view database);
-  // For the definition statements and the login functions: inside begin() .. commit(), says that the
-  // definitions (or, in master, the list of databases) change. The new catalog gets its version,
-  // replaces the cached one for this session at once and for others after the commit; nobody changes it
-  // any more.
   void markChanged(std::string_view database, std::shared_ptr<DatabaseCatalog> now = nullptr);
   // Closes the database's file in this handle; 3702 when a statement still reads it.
   void detach(std::string_view database);

@@ -301,16 +301,11 @@ TEST_F(BadInput, ViewsAndTriggersThatRunInCircles) {
   });
   EXPECT_EQ(run("SELECT COUNT(*) FROM X SELECT COUNT(*) FROM Y"), "0\n0\n");
   EXPECT_EQ(run("INSERT INTO Z VALUES (1) SELECT A FROM Z"), "1\n2\n") << message;
-  // One view over the other, until the server refuses to look deeper.
-  for (int i = 3; i < 45; ++i) {
-    const std::string name = "W" + std::to_string(i);
-    const std::string made =
-        run("CREATE VIEW " + name + " AS SELECT A FROM " + (i == 3 ? "T" : "W" + std::to_string(i - 1)));
-    if (made.empty()) continue;
-    EXPECT_EQ(made, "!4429\n") << message;
-    break;
-  }
-  EXPECT_EQ(run("SELECT COUNT(*) FROM W12 SELECT COUNT(*) FROM W40"), "2\n!208\n");
+  // One view over the other: the server refuses to look too deep.
+  for (int i = 3; i < 45; ++i)
+    good("CREATE VIEW W" + std::to_string(i) + " AS SELECT A FROM " +
+         (i == 3 ? "T" : "W" + std::to_string(i - 1)));
+  EXPECT_EQ(run("SELECT COUNT(*) FROM W12 SELECT COUNT(*) FROM W40"), "2\n!4429\n");
 }
 
 TEST_F(BadInput, CancelEndsWhatHasNoEnd) {

@@ -92,6 +92,29 @@ TEST_F(StoreTest, AnotherProcessHoldsADatabaseToo) {
   EXPECT_EQ(status, 0);
 }
 
+// The version of a change that failed is given again, to another catalog.
+TEST_F(StoreTest, AFailedDefinitionLeavesNoCatalogBehind) {
+  Storing(*server).define("CREATE DATABASE A");
+  const auto inAnotherProcess = [&](const std::string& statement) {
+    const pid_t child = fork();
+    if (child == 0) {
+      auto own = Server::open(server->folder());
+      Storing(*own, "A").define(statement);
+      _exit(0);
+    }
+    int status = 1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0) << statement;
+  };
+  inAnotherProcess("CREATE TABLE T (a INT)");
+  Storing one(*server, "A");
+  EXPECT_EQ(one.errorOf("CREATE TABLE T (a INT)"), 2714);
+  inAnotherProcess("CREATE TABLE U (a INT)");
+  Storing two(*server, "A");
+  EXPECT_EQ(two.table("U").columns.size(), 1U);
+  EXPECT_EQ(one.table("U").columns.size(), 1U);
+}
+
 TEST_F(StoreTest, CatalogChangesReachOtherSessionsAtTheirNextStatement) {
   Storing one(*server), two(*server);
   one.define("CREATE DATABASE A");

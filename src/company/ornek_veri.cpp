@@ -71,6 +71,7 @@ OrnekVeriSonucu Ornek_Veri_Yaz(session::Oturum& oturum, const std::string& firma
   if (!sonuc.hata.empty()) return sonuc;
   Baglam baglam(oturum, donem, secenekler, dinleyici);
   try {
+    baglam.ekleriOku();
     std::int64_t done = 0;
     for (const auto step : steps) {
       step(baglam);

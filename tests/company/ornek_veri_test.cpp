@@ -98,7 +98,7 @@ TEST_F(OrnekVeri, SameSeedGivesSameRowsWhateverTheStage) {
         "FATURAHAREKET", "STOKHAREKETKART", "STOKHAREKET", "AMBTRS",      "KASAHAREKET",    "BANKAHAREKET",
         "POSHAREKET",    "CARIHAREKET",     "ACILIS",      "BORDRO",      "CEKKART",        "CEK",
         "CEKDURUM",      "SENETKART",       "SENET",       "SIPARISKART", "SIPARISHAREKET", "SIPARISBAGLANTI",
-        "MUHFISKART",    "MUHFISHAR"}) {
+        "MUHFISKART",    "MUHFISHAR",       "ODEMEHAREKET"}) {
     std::string kolonlar;
     for (const auto& kolon : company::schema::table(tablo)->columns)
       if (kolon.stage == company::schema::Stage::Base && !kolon.dropped)
@@ -110,6 +110,29 @@ TEST_F(OrnekVeri, SameSeedGivesSameRowsWhateverTheStage) {
     EXPECT_NE(baz, "") << tablo;
     EXPECT_TRUE(baz == sirket().rows(sql)) << tablo;
   }
+}
+
+TEST_F(OrnekVeri, ColumnsOfTheUpgradeAreWrittenWhereTheyExist) {
+  sirket().guncelDoldur();
+  sirket().bagla(Sirket::guncel);
+  int dolu = 0;
+  for (const std::string& ad : company::schema::tableOrder(company::schema::Stage::Base)) {
+    std::string bosmu;
+    for (const auto& kolon : company::schema::table(ad)->columns)
+      if (kolon.stage == company::schema::Stage::Upgrade && kolon.hasFill && !kolon.dropped)
+        bosmu += (bosmu.empty() ? "" : " OR ") + kolon.name + " IS NULL";
+    if (bosmu.empty()) continue;
+    EXPECT_EQ(sirket().rows("SELECT COUNT(*) FROM " + ad + " WHERE " + bosmu), "0") << ad;
+    dolu += sirket().rows("SELECT COUNT(*) FROM " + ad) != "0" ? 1 : 0;
+  }
+  EXPECT_GT(dolu, 20);
+  for (const char* sql :
+       {"SELECT COUNT(*) FROM POSHAREKET WHERE ATutar<>Tutar OR BTutar<>0",
+        "SELECT COUNT(*) FROM STOKHAREKET WHERE ABS(KDVSizNet_Tutar-(Tutar-ISK_Tutar))>0.001 OR "
+        "TpISK_Tutar<>ISK_Tutar OR ABS(TpISK*Tutar/100-ISK_Tutar)>0.02",
+        "SELECT COUNT(*) FROM FATURAKART k WHERE ABS(k.Net_Tutar-(SELECT SUM(h.KDVLiNet_Tutar) FROM "
+        "FATURAHAREKET h WHERE h.Fatura_ID=k.Fatura_ID))>0.001"})
+    EXPECT_EQ(sirket().rows(sql), "0") << sql;
 }
 
 TEST_F(OrnekVeri, HoldsWhatItPromisesWithinThePeriodAndNumbersIt) {

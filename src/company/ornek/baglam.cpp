@@ -1,9 +1,12 @@
 #include "company/ornek/baglam.h"
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 
 #include "company/ornek/kelimeler.h"
+#include "company/schema/schema.h"
 #include "session/metin.h"
 
 namespace company::ornek {
@@ -161,6 +164,39 @@ std::string Baglam::fisNo(const std::string& anahtar) {
   const auto [at, yeni] = sayaclar_.try_emplace(anahtar, 0);
   if (yeni) at->second = y.numara("SELECT IP FROM IP_" + anahtar, 0);
   return sirali("%010lld", ++at->second);
+}
+
+namespace {
+
+// Columns of the upgrade that the generator itself writes, each in every row of its table.
+constexpr std::array yazilanlar = {"POSHAREKET.ATutar", "POSHAREKET.BTutar"};
+constexpr std::array satirdaYazilanlar = {"TpISK", "TpISK_Tutar", "KDVSizNet_Tutar", "KDVLiNet_Tutar"};
+
+bool yazilir(const std::string& tablo, const std::string& kolon) {
+  return std::ranges::find(yazilanlar, tablo + "." + kolon) != yazilanlar.end() ||
+         std::ranges::find(satirdaYazilanlar, kolon) != satirdaYazilanlar.end();
+}
+
+}  // namespace
+
+void Baglam::ekleriOku() {
+  const auto rows = y.baglanti().query(
+      "SELECT o.name,c.name FROM sysobjects o,syscolumns c WHERE c.id=o.id AND o.type='U'");
+  for (std::int64_t i = 0; rows && i < rows->count(); ++i) {
+    const schema::TableDef* tablo = schema::table(rows->value(i, 0).trimmed());
+    const schema::ColumnDef* kolon = tablo ? tablo->column(rows->value(i, 1).trimmed()) : nullptr;
+    if (!kolon || kolon->stage != schema::Stage::Upgrade) continue;
+    TabloEki& ek = ekler_[tablo->name];
+    ek.kolonlar.insert(kolon->name);
+    if (!kolon->hasFill || yazilir(tablo->name, kolon->name)) continue;
+    ek.dolguKolonlari += "," + kolon->name;
+    ek.dolgular += "," + (kolon->type.starts_with("CHAR") ? db::literal(kolon->fill) : kolon->fill);
+  }
+}
+
+Kayit Baglam::kayit(std::string_view tablo) const {
+  const auto ek = ekler_.find(tablo);
+  return Kayit(tablo, ek == ekler_.end() ? nullptr : &ek->second);
 }
 
 void Baglam::adim(const std::string& ad) {

@@ -103,6 +103,10 @@ class Baglam {
   std::string fisNo(const std::string& anahtar);
   const std::map<std::string, std::int64_t>& sayaclar() const { return sayaclar_; }
 
+  // Looks which columns the upgrade has added; without it rows are those of a base company.
+  void ekleriOku();
+  Kayit kayit(std::string_view tablo) const;
+
   void bildir(OrnekHareketi::Tur tur, std::int64_t id, std::int64_t deger, int ambar = 0) const {
     if (dinleyici_) dinleyici_({tur, id, deger, ambar});
   }
@@ -115,6 +119,7 @@ class Baglam {
   std::uint64_t tohum_;
   const OrnekDinleyici& dinleyici_;
   std::map<std::string, std::int64_t> sayaclar_;
+  std::map<std::string, TabloEki, std::less<>> ekler_;
 };
 
 // Blocks of columns that most tables have.

@@ -125,7 +125,7 @@ const Cari& etkilenen(const Evrak& e, Karsi karsi) {
 
 // The slip; its number stays in @R.
 std::string bordroSql(Baglam& b, const Evrak& e, const Hareket& h, const An& an) {
-  Kayit kayit("BORDRO");
+  Kayit kayit = b.kayit("BORDRO");
   kayit.metin("Bordro_No", b.fisNo("BORNO")).metin("Islem_Tipi", turAdi(e.aile, h)).zaman("Tarih", an.tarih);
   karsiAlanlari(kayit, e, h.karsi).sayi("Kayit_Sayisi", 1).para("Toplam_Tutar", e.tutar);
   kayit.zaman("Ortalama_Vade", e.vade)
@@ -138,7 +138,7 @@ std::string bordroSql(Baglam& b, const Evrak& e, const Hareket& h, const An& an)
 }
 
 std::string kartSql(const Baglam& b, const Evrak& e, const Hareket& ilk, const Hareket& son, const An& an) {
-  Kayit kayit(e.aile.kart);
+  Kayit kayit = b.kayit(e.aile.kart);
   cariAlanlari(kayit, e.sahibi).sayi("Hesap_ID", e.bizim || son.karsi == Karsi::Banka ? e.banka.id : 0);
   evrakAlanlari(kayit, b, e, turAdi(e.aile, ilk), durumAdi(e.aile, son), an).sayi("Dovizli_Tutar", 0);
   kayit.para("Borc", e.bizim ? e.tutar : 0).para("Alacak", e.bizim ? 0 : e.tutar);
@@ -147,15 +147,15 @@ std::string kartSql(const Baglam& b, const Evrak& e, const Hareket& ilk, const H
 
 std::string hareketSql(const Baglam& b, const Evrak& e, const Hareket& h, const An& an) {
   const bool borc = h.cari > 0 || h.para > 0;
-  Kayit kayit(e.aile.hareket);
+  Kayit kayit = b.kayit(e.aile.hareket);
   kayit.ham(e.aile.id, "@E");
   evrakAlanlari(karsiAlanlari(kayit, e, h.karsi), b, e, turAdi(e.aile, h), durumAdi(e.aile, h), an);
   kayit.para("Borc", borc ? e.tutar : 0).para("Alacak", !borc && (h.cari != 0 || h.para != 0) ? e.tutar : 0);
   return kayit.sql();
 }
 
-std::string durumSql(const Evrak& e, const Hareket& h, const An& an) {
-  Kayit kayit(e.aile.durum);
+std::string durumSql(const Baglam& b, const Evrak& e, const Hareket& h, const An& an) {
+  Kayit kayit = b.kayit(e.aile.durum);
   kayit.ham("Bordro_ID", "@R")
       .ham(e.aile.id, "@E")
       .metin("Durum", durumAdi(e.aile, h))
@@ -176,7 +176,7 @@ std::string kasaSql(Baglam& b, const Evrak& e, const Hareket& h, const An& an, s
   std::string sql = kasaKaydi(b, kasa, odeme, h.para * tutar).ham(e.aile.id, "@E").sql();
   ++adet;
   if (!parca) return sql;
-  Kayit kayit(e.aile.parcali);
+  Kayit kayit = b.kayit(e.aile.parcali);
   kayit.ham(e.aile.id, "@E").ham("Kasa_Hareket_ID", "SCOPE_IDENTITY()").zaman("Tahsil_Tarih", an.tarih);
   kayit.para("Tahsil_Tutar", tutar).metin("Fis_No", fisNo).sayi("Dovizli_Tutar", 0);
   ++adet;
@@ -205,7 +205,7 @@ void birEvrak(Baglam& b, const Aile& aile, const Yol& yol, std::int64_t i, std::
     const An an = b.donem.an(std::min<std::int64_t>(gun + 7LL * n, b.donem.gunler - 1), 10 * 3600 + 600 * n);
     sql += bordroSql(b, e, h, an);
     if (n == 0) sql += kartSql(b, e, h, son, an);
-    sql += hareketSql(b, e, h, an) + durumSql(e, h, an);
+    sql += hareketSql(b, e, h, an) + durumSql(b, e, h, an);
     satir += 3;
     if (h.karsi == Karsi::Kasa) sql += kasaSql(b, e, h, an, satir);
     if (h.karsi == Karsi::Banka && h.para != 0) b.bildir(Tur::Banka, e.banka.id, h.para * e.tutar);

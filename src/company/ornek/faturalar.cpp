@@ -84,7 +84,7 @@ std::vector<Satir> faturaSatirlari(Baglam& b, const FaturaTuru& tur) {
 }
 
 Kayit faturaKarti(const Baglam& b, const Belge& belge, const Toplam& toplam) {
-  Kayit kart("FATURAKART");
+  Kayit kart = b.kayit("FATURAKART");
   toplamAlanlari(belgeAlanlari(kart, b, belge), toplam).metin("Fatura_No", belge.belgeNo);
   const bool pesin = !belge.cari;
   kart.para("Toplam_KDV", toplam.kdv).sayi("Vade", belge.vade).sayi("Y_Sayisi", 0).sayi("Birlesik", 0);
@@ -93,7 +93,7 @@ Kayit faturaKarti(const Baglam& b, const Belge& belge, const Toplam& toplam) {
 }
 
 Kayit faturaSatiri(const Baglam& b, const Belge& belge, const Satir& satir, int sira) {
-  Kayit kayit("FATURAHAREKET");
+  Kayit kayit = b.kayit("FATURAHAREKET");
   kayit.ham("Fatura_ID", "@F").ham("Stok_HareketKart_ID", "@S");
   satirAlanlari(belgeAlanlari(kayit, b, belge), satir, sira).para("Toplam_KDV", satir.kdvTutari());
   kayit.sayi("Giris", belge.giris ? satir.miktar : 0).sayi("Cikis", belge.giris ? 0 : satir.miktar);
@@ -102,7 +102,7 @@ Kayit faturaSatiri(const Baglam& b, const Belge& belge, const Satir& satir, int 
 
 // The payment plan of an invoice on account; payments get theirs from the triggers.
 Kayit odemePlani(const Baglam& b, const Belge& belge, std::int64_t net) {
-  Kayit kayit("ODEMEHAREKET");
+  Kayit kayit = b.kayit("ODEMEHAREKET");
   kayit.ham("Islem_ID", "@F").metin("Islem_Tipi", belge.tip).sayi("Isyeri_ID", belge.isyeri).sayi("Ozel", 0);
   kayit.sayi("Cari_ID", belge.cari->id).sayi("Sablon_ID", 0).zaman("Tarih", belge.an.tarih);
   kayit.metin("TAciklama", belge.vade == 0 ? "Peşin" : "Vadeli").sayi("Gun", belge.vade).sayi("Yuzde", 100);
@@ -179,7 +179,7 @@ void birTransfer(Baglam& b, const An& an) {
     belge.ambar = giris ? hedef : b.t.ambarlar[0];
     std::vector<Kayit> kayitlar;
     for (const Satir& satir : satirlar) {
-      Kayit kayit("AMBTRS");
+      Kayit kayit = b.kayit("AMBTRS");
       kayit.ham("Stok_HareketKart_ID", "@S").sayi("Karsi_Ambar_No", giris ? b.t.ambarlar[0] : hedef);
       satirAlanlari(belgeAlanlari(kayit, b, belge), satir, static_cast<int>(kayitlar.size()) + 1);
       kayit.sayi("Giris", giris ? satir.miktar : 0).sayi("Cikis", giris ? 0 : satir.miktar);

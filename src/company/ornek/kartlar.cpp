@@ -22,7 +22,7 @@ std::int64_t ilkNumara(Baglam& b, const std::string& tablo, const std::string& k
 }
 
 void stokKarti(Baglam& b, const Stok& stok, const An& an) {
-  Kayit kayit("STOKKART");
+  Kayit kayit = b.kayit("STOKKART");
   kayit.metin("Stok_Kod", stok.kod).metin("Stok_Ad", stok.ad).metin("Uretici_Firma", stok.marka);
   kayit.metin("Grup_Kod", stok.grup).sayi("KDV", stok.kdv).metin("Ana_Birim", stok.birim);
   kayit.metin("Ana_Birim_Barkod", stok.barkod).sayi("Ana_Birim_Barkod_Tipi", 1);
@@ -38,7 +38,7 @@ void stokKarti(Baglam& b, const Stok& stok, const An& an) {
 
 void stokFiyatlari(Baglam& b, const Stok& stok, const An& an) {
   for (int sira = 1; sira <= 2; ++sira) {
-    Kayit kayit("STOKFIYAT");
+    Kayit kayit = b.kayit("STOKFIYAT");
     kayit.sayi("Stok_ID", stok.id)
         .sayi("Fiyat_Sira_No", sira)
         .metin("Fiyat_Aciklama", "Fiyat " + std::to_string(sira));
@@ -53,7 +53,7 @@ void cariKarti(Baglam& b, const Cari& cari, const An& an) {
   const Sehir& sehir = sehirler()[secim % sehirler().size()];
   const std::string alan = "(0" + std::string(sehir.alanKodu) + ") 555 ";
   const std::string son = std::to_string(1000 + secim % 9000);
-  Kayit kayit("CARIKART");
+  Kayit kayit = b.kayit("CARIKART");
   kayit.metin("Cari_Kod", cari.kod).metin("Unvan", cari.unvan);
   kayit.metin("Adres1",
               std::string(sokaklar()[secim % sokaklar().size()]) + " No:" + std::to_string(1 + secim % 180));
@@ -73,7 +73,7 @@ void cariKarti(Baglam& b, const Cari& cari, const An& an) {
 // One slip per warehouse; the first one holds most.
 void stokAcilisi(Baglam& b, int ambar, bool merkez, const An& an) {
   const std::string fisNo = "000" + std::to_string(ambar);
-  Kayit kart("STOKHAREKETKART");
+  Kayit kart = b.kayit("STOKHAREKETKART");
   kart.zaman("Tarih", an.tarih)
       .metin("Fis_No", fisNo)
       .metin("Islem_Tipi", "Açılış Fişi")
@@ -85,7 +85,7 @@ void stokAcilisi(Baglam& b, int ambar, bool merkez, const An& an) {
   for (std::int64_t i = 0; i < b.stokSayisi(); ++i) {
     const Stok stok = b.stok(i);
     const std::int64_t miktar = merkez ? b.r.arasi(200, 900) : b.r.arasi(90, 250);
-    Kayit satir("STOKHAREKET");
+    Kayit satir = b.kayit("STOKHAREKET");
     satir.sayi("Stok_HareketKart_ID", id)
         .zaman("Tarih", an.tarih)
         .metin("Fis_No", fisNo)
@@ -101,6 +101,10 @@ void stokAcilisi(Baglam& b, int ambar, bool merkez, const An& an) {
         .sayi("KDV", 0)
         .metin("ISK", "0");
     satir.sayi("ISK_Tutar", 0).sayi("KDV_Tutar", 0).para("Tutar", miktar * stok.alis).sayi("Carpan", 1);
+    satir.varsaSayi("TpISK", 0)
+        .varsaSayi("TpISK_Tutar", 0)
+        .varsaPara("KDVSizNet_Tutar", miktar * stok.alis)
+        .varsaPara("KDVLiNet_Tutar", miktar * stok.alis);
     satir.sayi("Giris", miktar).sayi("Cikis", 0).para("Maliyet", stok.alis).sayi("Fatura_ID", 0);
     gunAlanlari(genelAlanlar(satir, b, b.t.saticilar[0]), an);
     b.y.biriktir(izAlanlari(satir.sayi("Dovizli_Tutar", 0), an));
@@ -114,7 +118,7 @@ void stokAcilisi(Baglam& b, int ambar, bool merkez, const An& an) {
 }
 
 void cariAcilislari(Baglam& b, const An& an) {
-  Kayit fis("CARIHAREKET");
+  Kayit fis = b.kayit("CARIHAREKET");
   fis.zaman("Tarih", an.tarih)
       .metin("Fis_No", "1")
       .metin("Islem_Tipi", "Açılış Fişi")
@@ -127,7 +131,7 @@ void cariAcilislari(Baglam& b, const An& an) {
     const Cari cari = b.cari(i);
     const std::int64_t tutar = b.r.arasi(5'000, 900'000);
     const bool borclu = !Baglam::saticiMi(i);
-    Kayit kayit("ACILIS");
+    Kayit kayit = b.kayit("ACILIS");
     kayit.zaman("Tarih", an.tarih).metin("Fis_No", std::to_string(++no)).metin("Islem_Tipi", "Açılış Fişi");
     cariAlanlari(kayit, cari).sayi("Vade", b.r.arasi(0, 60));
     kayit.para("ATutar", borclu ? 0 : tutar)
@@ -145,7 +149,7 @@ void kasaBankaAcilislari(Baglam& b, const An& an) {
   int no = 0;
   for (const Kasa& kasa : b.t.kasalar) {
     const std::int64_t tutar = b.r.arasi(500'000, 2'500'000);
-    Kayit kayit("KASAHAREKET");
+    Kayit kayit = b.kayit("KASAHAREKET");
     kayit.zaman("Tarih", an.tarih).metin("Fis_No", std::to_string(++no)).metin("Cari_Unvan", kasa.ad);
     kayit.metin("Islem_Tipi", "Kasa Açılış Fişi").sayi("Kasa_ID", kasa.id).metin("Kasa_Kod", kasa.kod);
     kayit.metin("Kasa_Ad", kasa.ad).para("BTutar", tutar).sayi("ATutar", 0).sayi("Dovizli_Tutar", 0);
@@ -156,7 +160,7 @@ void kasaBankaAcilislari(Baglam& b, const An& an) {
   no = 0;
   for (const Banka& banka : b.t.bankalar) {
     const std::int64_t tutar = b.r.arasi(2'000'000, 9'000'000);
-    Kayit kayit("BANKAHAREKET");
+    Kayit kayit = b.kayit("BANKAHAREKET");
     kayit.zaman("Tarih", an.tarih)
         .metin("Fis_No", std::to_string(++no))
         .metin("Islem_Tipi", "Banka Açılış Fişi");

@@ -91,7 +91,7 @@ void bankaVirman(Baglam& b, const char* tip, const An& an) {
 
 // A note on an account: `kurus` debited, credited when negative.
 Kayit cariKaydi(const Baglam& b, const Odeme& o, std::int64_t kurus) {
-  Kayit kayit("CARIHAREKET");
+  Kayit kayit = b.kayit("CARIHAREKET");
   kayit.zaman("Tarih", o.an.tarih)
       .metin("Fis_No", o.fisNo)
       .metin("Islem_Tipi", o.tip)

@@ -70,7 +70,7 @@ void hesaplariHazirla(Baglam& b) {
         std::string("SELECT MHesap_ID FROM MUHKART WHERE MHesap_Kod='") + hesap.kod + "'";
     std::int64_t id = b.y.numara(sorgu, 0);
     if (id == 0) {
-      Kayit kayit("MUHKART");
+      Kayit kayit = b.kayit("MUHKART");
       kayit.metin("MHesap_Kod", hesap.kod).metin("MHesap_Ad", hesap.ad).metin("Ana_Hesap_Kod", hesap.kod);
       kayit.sayi("HesapSeviyesi", 1).sayi("Doviz_ID", b.t.dovizId).sayi("Kullanici_ID", 1);
       kayit.zaman("Ekleme_Tarihi", an.tarih).zaman("Ekleme_Saati", an.saat);
@@ -127,7 +127,7 @@ struct Fis {
 std::int64_t fisKarti(Baglam& b, const Fis& fis) {
   std::int64_t toplam = 0;
   for (const FisSatiri& satir : fis.satirlar) toplam += satir.borc;
-  Kayit kayit("MUHFISKART");
+  Kayit kayit = b.kayit("MUHFISKART");
   kayit.zaman("Tarih", fis.an.tarih)
       .metin("Fis_No", fis.no)
       .metin("Islem_Tipi", fis.tip)
@@ -146,7 +146,7 @@ std::int64_t fisKarti(Baglam& b, const Fis& fis) {
 
 Kayit fisSatiri(const Baglam& b, const Fis& fis, std::int64_t fisId, int sira, const FisSatiri& satir) {
   const std::int64_t hesapId = b.t.hesaplar.at(satir.hesap);
-  Kayit kayit("MUHFISHAR");
+  Kayit kayit = b.kayit("MUHFISHAR");
   kayit.sayi("FisSat_No", sira)
       .sayi("Fis_ID", fisId)
       .zaman("Tarih", fis.an.tarih)

@@ -79,11 +79,15 @@ Kayit& satirAlanlari(Kayit& kayit, const Satir& satir, int sira) {
       .para("ISK_Tutar", satir.iskontoTutari())
       .para("KDV_Tutar", satir.kdvTutari())
       .para("Tutar", satir.tutar())
-      .sayi("Carpan", 1);
+      .sayi("Carpan", 1)
+      .varsaSayi("TpISK", satir.iskonto)
+      .varsaPara("TpISK_Tutar", satir.iskontoTutari())
+      .varsaPara("KDVSizNet_Tutar", satir.tutar() - satir.iskontoTutari())
+      .varsaPara("KDVLiNet_Tutar", satir.tutar() - satir.iskontoTutari() + satir.kdvTutari());
 }
 
 Kayit stokFisKarti(const Baglam& b, const Belge& belge, const Toplam& toplam, const std::string& faturaId) {
-  Kayit kart("STOKHAREKETKART");
+  Kayit kart = b.kayit("STOKHAREKETKART");
   toplamAlanlari(belgeAlanlari(kart, b, belge), toplam);
   const bool carili = belge.cari.has_value();
   kart.para("Toplam_KDV", toplam.kdv).sayi("Vade", belge.vade).ham("Fatura_ID", faturaId);
@@ -93,7 +97,7 @@ Kayit stokFisKarti(const Baglam& b, const Belge& belge, const Toplam& toplam, co
 
 Kayit stokSatiri(Baglam& b, const Belge& belge, const Satir& satir, int sira, const std::string& faturaId,
                  const std::string& siparisId) {
-  Kayit kayit("STOKHAREKET");
+  Kayit kayit = b.kayit("STOKHAREKET");
   kayit.ham("Stok_HareketKart_ID", "@S");
   satirAlanlari(belgeAlanlari(kayit, b, belge), satir, sira);
   kayit.sayi("Giris", belge.giris ? satir.miktar : 0).sayi("Cikis", belge.giris ? 0 : satir.miktar);
@@ -136,7 +140,7 @@ Kayit& tutarlar(Kayit& kayit, const Baglam& b, std::int64_t kurus) {
 }  // namespace
 
 Kayit kasaKaydi(const Baglam& b, const Kasa& kasa, const Odeme& odeme, std::int64_t kurus) {
-  Kayit kayit("KASAHAREKET");
+  Kayit kayit = b.kayit("KASAHAREKET");
   kayit.zaman("Tarih", odeme.an.tarih)
       .sayi("Kasa_ID", kasa.id)
       .metin("Kasa_Kod", kasa.kod)
@@ -148,7 +152,7 @@ Kayit kasaKaydi(const Baglam& b, const Kasa& kasa, const Odeme& odeme, std::int6
 }
 
 Kayit bankaKaydi(const Baglam& b, const Banka& banka, const Odeme& odeme, std::int64_t kurus) {
-  Kayit kayit("BANKAHAREKET");
+  Kayit kayit = b.kayit("BANKAHAREKET");
   kayit.zaman("Tarih", odeme.an.tarih).sayi("Hesap_ID", banka.id).metin("Hesap_No", banka.no);
   kayit.metin("Hesap_Ad", banka.ad).metin("Banka_Ad", banka.banka).sayi("Islem_No", 1);
   tutarlar(odemeAlanlari(kayit, b, odeme), b, kurus);
@@ -163,7 +167,7 @@ Kayit posKaydi(const Baglam& b, const Banka& banka, const Anlasma& anlasma, cons
                std::int64_t kurus, std::int64_t kesinti, const std::string& satisId) {
   const db::DateTime aktarim = gunSonra(odeme.an.tarih, anlasma.gun);
   const bool aktarildi = aktarim <= b.donem.bit();
-  Kayit kayit("POSHAREKET");
+  Kayit kayit = b.kayit("POSHAREKET");
   kayit.sayi("Hesap_ID", banka.id).sayi("Anlasma_ID", anlasma.id).ham("Satis_ID", satisId);
   kayit.zaman("Islem_Tarih", odeme.an.tarih).zaman("Hesaba_Aktarim_Tarih", aktarim);
   odemeAlanlari(kayit, b, odeme).para("Tutar", kurus).metin("Kesinti_Orani", paraMetni(anlasma.binde * 10));
@@ -172,6 +176,7 @@ Kayit posKaydi(const Baglam& b, const Banka& banka, const Anlasma& anlasma, cons
       .metin("AY_IndexPOS", ayMetni(aktarim))
       .metin("AyPOS", ayAdi(aktarim))
       .sayi("HaftaPOS", haftaNo(aktarim));
+  kayit.varsaPara("ATutar", kurus).varsaPara("BTutar", 0);
   return kayit.sayi("Hesaba_Aktarildi", aktarildi ? 1 : 0).sayi("Kasa_ID", 0);
 }
 

@@ -26,7 +26,7 @@ std::int64_t sevkEdilen(Teslim teslim, const Satir& satir) {
 }
 
 Kayit siparisKarti(const Baglam& b, const Belge& belge, const Toplam& toplam, Teslim teslim) {
-  Kayit kart("SIPARISKART");
+  Kayit kart = b.kayit("SIPARISKART");
   toplamAlanlari(belgeAlanlari(kart, b, belge), toplam).zaman("Sevk_Tarih", gunSonra(belge.an.tarih, 7));
   kart.sayi("Vade", belge.vade).metin("Durum", teslim == Teslim::Tam ? "KAPALI" : "AÇIK");
   kart.para("ATutar", belge.giris ? toplam.net() : 0).para("BTutar", belge.giris ? 0 : toplam.net());
@@ -35,7 +35,7 @@ Kayit siparisKarti(const Baglam& b, const Belge& belge, const Toplam& toplam, Te
 
 Kayit siparisSatiri(const Baglam& b, const Belge& belge, const Satir& satir, int sira, Teslim teslim) {
   const std::int64_t sevk = sevkEdilen(teslim, satir);
-  Kayit kayit("SIPARISHAREKET");
+  Kayit kayit = b.kayit("SIPARISHAREKET");
   kayit.ham("Siparis_ID", "@O").zaman("Sevk_Tarih", gunSonra(belge.an.tarih, 7));
   satirAlanlari(belgeAlanlari(kayit, b, belge), satir, sira);
   kayit.sayi("Giris", belge.giris ? satir.miktar : 0).sayi("Cikis", belge.giris ? 0 : satir.miktar);
@@ -64,7 +64,7 @@ std::string teslimSql(Baglam& b, const SiparisTuru& tur, const Belge& siparis,
   }
   if (giden.empty()) return "";
   const Toplam toplam = topla(giden);
-  Kayit bag("SIPARISBAGLANTI");
+  Kayit bag = b.kayit("SIPARISBAGLANTI");
   bag.ham("Siparis_ID", "@O")
       .ham("Islem_ID", "@S")
       .zaman("Tarih", belge.an.tarih)

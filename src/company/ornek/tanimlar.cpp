@@ -24,7 +24,7 @@ void ambarlar(Baglam& b, const An& an) {
   constexpr std::array<std::string_view, 3> adlari = {"Merkez", "Şube", "Depo"};
   for (int no = 1; b.t.ambarlar.size() < adlari.size(); ++no) {
     if (std::find(b.t.ambarlar.begin(), b.t.ambarlar.end(), no) != b.t.ambarlar.end()) continue;
-    Kayit kayit("AMBAR");
+    Kayit kayit = b.kayit("AMBAR");
     kayit.sayi("Ambar_No", no)
         .metin("Ambar_Ad", adlari[b.t.ambarlar.size()])
         .sayi("Merkez_Ambar", b.t.ambarlar.empty() ? 1 : 0)
@@ -36,7 +36,7 @@ void ambarlar(Baglam& b, const An& an) {
 }
 
 void isyerleri(Baglam& b, const An& an) {
-  Kayit kayit("ISYERITANIM");
+  Kayit kayit = b.kayit("ISYERITANIM");
   kayit.metin("Isyeri_Kodu", "ŞUBE").metin("Isyeri_Adi", "ÇARŞI ŞUBESİ").sayi("Ambar_No", b.t.ambarlar[1]);
   kayit.sayi("Durum", 1).sayi("Kullanici_ID", 1);
   const auto var = b.y.baglanti().query("SELECT Isyeri_ID FROM ISYERITANIM WHERE Isyeri_Kodu='ŞUBE'");
@@ -47,7 +47,7 @@ void isyerleri(Baglam& b, const An& an) {
 void saticilar(Baglam& b, const An& an) {
   constexpr int adet = 5;
   for (std::size_t i = 0; i < adet; ++i) {
-    Kayit kayit("SATICI");
+    Kayit kayit = b.kayit("SATICI");
     kayit.metin("Satici_Kodu", "S0" + std::to_string(i + 1))
         .metin("Satici_Adi", std::string(adlar()[i * 3]) + " " + std::string(soyadlar()[i * 2]))
         .sayi("Ambar_No", b.t.ambarlar[0])
@@ -62,7 +62,7 @@ void saticilar(Baglam& b, const An& an) {
 void kdvGruplari(Baglam& b, const An& an) {
   int no = 1;
   for (const auto& [ad, oran] : {std::pair{"GIDA", 8}, std::pair{"TEMEL GIDA", 1}}) {
-    Kayit kayit("KDVGRUPLARI");
+    Kayit kayit = b.kayit("KDVGRUPLARI");
     kayit.sayi("Departman_No", ++no).metin("Departman_Adi", ad).metin("KDV", std::to_string(oran));
     b.y.biriktir(izAlanlari(kayit.sayi("Kullanici_ID", 1), an));
   }
@@ -88,7 +88,7 @@ void kasalar(Baglam& b, const An& an) {
                                                                          {"MASRAF", "MASRAF KASASI"}}};
   for (std::size_t i = 0; i < liste.size(); ++i) {
     Kasa kasa{0, std::string("KS.") + liste[i].first, liste[i].second};
-    Kayit kayit("KASAKART");
+    Kayit kayit = b.kayit("KASAKART");
     kayit.metin("Kasa_Kod", kasa.kod).metin("Kasa_Ad", kasa.ad).sayi("Kullanici_ID", 1);
     kayit.sayi("Isyeri_ID", b.t.isyerleri[i == 1 ? b.t.isyerleri.size() - 1 : 0]).metin("MHesap_Kod", "100");
     kasa.id = ekleVeNumara(b, izAlanlari(kayit, an));
@@ -104,7 +104,7 @@ void anlasmalar(Baglam& b, Banka& banka, const An& an) {
     int binde, gun;
   };
   for (const Sart& sart : {Sart{"1", "Tek Çekim", 18, 1}, Sart{"6", "Altı Taksit", 52, 30}}) {
-    Kayit kayit("POSANLASMA");
+    Kayit kayit = b.kayit("POSANLASMA");
     kayit.sayi("Hesap_ID", banka.id)
         .metin("Kesinti_Orani", paraMetni(sart.binde * 10))
         .sayi("Opsiyon_Gun", sart.gun);
@@ -121,7 +121,7 @@ void bankalar(Baglam& b, const An& an) {
     banka.ad = "TİCARİ MEVDUAT " + std::to_string(i + 1);
     banka.banka = adlari[i];
     banka.sube = bankaSubeleri()[i];
-    Kayit kayit("HESAPKART");
+    Kayit kayit = b.kayit("HESAPKART");
     kayit.metin("Hesap_No", banka.no).metin("Hesap_Ad", banka.ad).metin("Banka_Ad", banka.banka);
     kayit.metin("Sube", banka.sube).metin("Ilgili", std::string(adlar()[i + 4]) + " Hanım");
     kayit.metin("Tel", "(0212) 555 0" + std::to_string(100 + i)).sayi("POS", 1).metin("MHesap_Kod", "102");
@@ -140,7 +140,7 @@ struct TanimSatiri {
 void tanimListesi(Baglam& b, const An& an, std::string_view tablo, std::span<const TanimSatiri> satirlar,
                   std::vector<Tanim>& liste) {
   for (const TanimSatiri& satir : satirlar) {
-    Kayit kayit(tablo);
+    Kayit kayit = b.kayit(tablo);
     kayit.metin("Kod", satir.kod)
         .metin("Ad", satir.ad)
         .sayi("KDV", 18)

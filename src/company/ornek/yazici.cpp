@@ -44,14 +44,22 @@ Kayit& Kayit::zaman(std::string_view kolon, const db::DateTime& deger) {
   return ham(kolon, db::literal(deger));
 }
 
+Kayit& Kayit::varsaPara(std::string_view kolon, std::int64_t kurus) {
+  return var(kolon) ? para(kolon, kurus) : *this;
+}
+
+Kayit& Kayit::varsaSayi(std::string_view kolon, std::int64_t deger) {
+  return var(kolon) ? sayi(kolon, deger) : *this;
+}
+
 // The longest row has some fifty columns.
-Kayit::Kayit(std::string_view tablo) : tablo_(tablo) {
+Kayit::Kayit(std::string_view tablo, const TabloEki* ek) : tablo_(tablo), ek_(ek) {
   kolonlar_.reserve(700);
   degerler_.reserve(900);
 }
 
 std::string Kayit::sql() const {
-  return "INSERT INTO " + tablo_ + " (" + kolonlar_ + ") VALUES (" + degerler_ + ")\n";
+  return "INSERT INTO " + tablo_ + " (" + kolonlar() + ") VALUES (" + degerler() + ")\n";
 }
 
 std::string topluSql(const std::vector<Kayit>& kayitlar) {

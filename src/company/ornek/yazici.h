@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,25 +12,38 @@
 
 namespace company::ornek {
 
+// What the upgrade has added to a table: its columns and, of those that it fills in the rows it finds, the
+// values for a new row, as SQL with a comma before each.
+struct TabloEki {
+  std::set<std::string, std::less<>> kolonlar;
+  std::string dolguKolonlari, dolgular;
+};
+
 // One row of a table. Amounts are written as text literals: the server's plan for the statement then does not
 // depend on how many digits they have.
 class Kayit {
  public:
-  explicit Kayit(std::string_view tablo);
+  explicit Kayit(std::string_view tablo, const TabloEki* ek = nullptr);
   Kayit& metin(std::string_view kolon, std::string_view deger);
   Kayit& sayi(std::string_view kolon, std::int64_t deger);
   Kayit& para(std::string_view kolon, std::int64_t kurus);
   Kayit& zaman(std::string_view kolon, const db::DateTime& deger);
+  // Where the company has the column already.
+  Kayit& varsaPara(std::string_view kolon, std::int64_t kurus);
+  Kayit& varsaSayi(std::string_view kolon, std::int64_t deger);
   // An expression or a variable; also several columns and their values at once, commas between.
   Kayit& ham(std::string_view kolon, std::string_view sql);
 
   const std::string& tablo() const { return tablo_; }
-  const std::string& kolonlar() const { return kolonlar_; }
-  const std::string& degerler() const { return degerler_; }
+  std::string kolonlar() const { return ek_ ? kolonlar_ + ek_->dolguKolonlari : kolonlar_; }
+  std::string degerler() const { return ek_ ? degerler_ + ek_->dolgular : degerler_; }
   std::string sql() const;
 
  private:
+  bool var(std::string_view kolon) const { return ek_ && ek_->kolonlar.contains(kolon); }
+
   std::string tablo_, kolonlar_, degerler_;
+  const TabloEki* ek_;
 };
 
 std::string paraMetni(std::int64_t kurus);  // "1234.50"

@@ -23,6 +23,12 @@ double seconds(Work&& work) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
+inline std::string joined(std::initializer_list<std::string_view> parts) {
+  std::string text;
+  for (const std::string_view part : parts) text += part;
+  return text;
+}
+
 // Of all threads: what is left of a time when others keep the machine busy.
 inline double processorSeconds() {
   timespec time{};

@@ -62,7 +62,8 @@ std::vector<std::string> statementsOf(const fs::path& file) {
     all.push_back(definitions.front());
     std::string values = "SELECT 'INSERT INTO \"" + table + "\" VALUES('";
     for (const auto& column : source.texts("SELECT name FROM pragma_table_info('" + table + "')")) {
-      values += (values.ends_with("VALUES('") ? "||quote(\"" : "||','||quote(\"") + column + "\")";
+      values += values.ends_with("VALUES('") ? "||quote(\"" : "||','||quote(\"";
+      values += column + "\")";
     }
     for (auto& insert : source.texts(values + "||')' FROM \"" + table + "\"")) all.push_back(insert);
     all.insert(all.end(), definitions.begin() + 1, definitions.end());
@@ -111,8 +112,8 @@ std::vector<std::string> viewsAndTriggersOf(const fs::path& file) {
   for (const Names& view : objectsOf(source, "V")) all.push_back(viewFor(view.text));
   for (const Names& trigger : objectsOf(source, "TR")) {
     std::string sql = "CREATE TRIGGER \"";
-    sql += trigger.name + "\" AFTER INSERT ON \"" + trigger.table + "\" BEGIN SELECT ";
-    all.push_back(sql + literal(trigger.text) + "; END");
+    sql.append(trigger.name).append("\" AFTER INSERT ON \"").append(trigger.table);
+    all.push_back(sql.append("\" BEGIN SELECT ").append(literal(trigger.text)).append("; END"));
   }
   return all;
 }

@@ -4,70 +4,26 @@
 //   insert  one-row INSERTs with differing literals through Connection::execute, against a prepared INSERT
 //           into a table and indexes of the same definition
 //   read    100,000 rows of 20 columns through a Recordset, against sqlite3_step with column reads
-#include <sqlite3.h>
-#include <unistd.h>
-
-#include <chrono>
 #include <cstdio>
-#include <cstring>
-#include <filesystem>
-#include <functional>
-#include <stdexcept>
-#include <string>
-#include <vector>
 
+#include "bench/bare.h"
 #include "db/drivers.h"
 #include "db/recordset.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using bench::seconds;
+using bench::Sqlite;
 
 constexpr int insertedRows = 20000;
 constexpr int readRows = 100000;
 constexpr int readColumns = 20;
 
-double seconds(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 void report(const char* name, int rows, double ours, double bare) {
   std::printf("%-8s %10.0f rows/s   sqlite %10.0f rows/s   ratio of rates %.2f\n", name, rows / ours,
               rows / bare, bare / ours);
 }
-
-class Sqlite {
- public:
-  explicit Sqlite(const fs::path& file) {
-    if (sqlite3_open(file.c_str(), &handle_) != SQLITE_OK) throw std::runtime_error(sqlite3_errmsg(handle_));
-    // The engine's tables name its collation; a scan never calls it.
-    const auto byBytes = [](void*, int n, const void* a, int m, const void* b) {
-      const int order = std::memcmp(a, b, static_cast<std::size_t>(n < m ? n : m));
-      return order != 0 ? order : n - m;
-    };
-    sqlite3_create_collation(handle_, "TRCI", SQLITE_UTF8, nullptr, byBytes);
-    run("PRAGMA journal_mode=WAL");
-    run("PRAGMA synchronous=NORMAL");
-  }
-  ~Sqlite() { sqlite3_close(handle_); }
-  void run(const char* sql) {
-    if (sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
-      throw std::runtime_error(sqlite3_errmsg(handle_));
-    }
-  }
-  sqlite3_stmt* prepare(const char* sql) {
-    sqlite3_stmt* statement = nullptr;
-    if (sqlite3_prepare_v2(handle_, sql, -1, &statement, nullptr) != SQLITE_OK) {
-      throw std::runtime_error(sqlite3_errmsg(handle_));
-    }
-    return statement;
-  }
-
- private:
-  sqlite3* handle_ = nullptr;
-};
 
 std::string code(int i) {
   return "ST" + std::to_string(1000000 + i);
@@ -80,15 +36,16 @@ double insertOurs(db::Connection& connection) {
   return seconds([&] {
     for (int i = 0; i < insertedRows; ++i) {
       const std::string n = std::to_string(i);
-      connection.execute("INSERT INTO HAREKET (Stok_Kod,Stok_Ad,Miktar,Tutar,Aktif,Sira,Aciklama) VALUES ('" +
-                         code(i) + "','Kalem " + n + "'," + n + ".5,12.75,1," + n + ",'Açıklama " + n + "')");
+      connection.execute(
+          bench::joined({"INSERT INTO HAREKET (Stok_Kod,Stok_Ad,Miktar,Tutar,Aktif,Sira,Aciklama) VALUES ('",
+                         code(i), "','Kalem ", n, "',", n, ".5,12.75,1,", n, ",'Açıklama ", n, "')"}));
     }
   });
 }
 
 // `definitions`: the statements that made the server's table and its indexes.
 double insertBare(Sqlite& sqlite, const std::vector<std::string>& definitions) {
-  for (const auto& sql : definitions) sqlite.run(sql.c_str());
+  for (const auto& sql : definitions) sqlite.run(sql);
   sqlite3_stmt* statement = sqlite.prepare(
       "INSERT INTO HAREKET (Stok_Kod,Stok_Ad,Miktar,Tutar,Aktif,Sira,Aciklama,ID) VALUES (?,?,?,?,?,?,?,?)");
   const double time = seconds([&] {
@@ -103,8 +60,7 @@ double insertBare(Sqlite& sqlite, const std::vector<std::string>& definitions) {
       sqlite3_bind_int(statement, 6, i);
       sqlite3_bind_text(statement, 7, not_.c_str(), -1, SQLITE_STATIC);
       sqlite3_bind_int(statement, 8, i + 1);
-      if (sqlite3_step(statement) != SQLITE_DONE) throw std::runtime_error("the bare INSERT failed");
-      sqlite3_reset(statement);
+      sqlite.once(statement);
     }
   });
   sqlite3_finalize(statement);
@@ -158,22 +114,10 @@ double readBare(Sqlite& sqlite, std::int64_t& sum) {
   return time;
 }
 
-std::vector<std::string> definitionsOf(Sqlite& sqlite, const char* table) {
-  std::vector<std::string> out;
-  sqlite3_stmt* statement =
-      sqlite.prepare("SELECT sql FROM sqlite_master WHERE tbl_name=? COLLATE NOCASE AND sql IS NOT NULL");
-  sqlite3_bind_text(statement, 1, table, -1, SQLITE_STATIC);
-  while (sqlite3_step(statement) == SQLITE_ROW) {
-    out.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(statement, 0)));
-  }
-  sqlite3_finalize(statement);
-  return out;
-}
-
 void measureInsert(db::Connection& connection, const fs::path& dataFile, const fs::path& bareFile) {
   const double ours = insertOurs(connection);
   Sqlite same(dataFile), bare(bareFile);
-  report("insert", insertedRows, ours, insertBare(bare, definitionsOf(same, "HAREKET")));
+  report("insert", insertedRows, ours, insertBare(bare, bench::definitionsOf(same, "HAREKET")));
   if (const auto counters = connection.planCounters()) {
     std::printf("         plan cache: %lld hits, %lld misses\n", static_cast<long long>(counters->hits),
                 static_cast<long long>(counters->misses));
@@ -195,22 +139,21 @@ void measureRead(db::Connection& connection, const fs::path& dataFile) {
 
 int main(int argc, char** argv) {
   const std::string only = argc > 1 ? argv[1] : "";
-  const fs::path folder = fs::temp_directory_path() / ("db_bench_" + std::to_string(::getpid()));
-  fs::create_directories(folder);
   try {
-    const auto factory = db::makeConnectionFactory(folder);
+    const bench::Folder folder;
+    const auto factory = db::makeConnectionFactory(folder.path);
     factory->local("(yerel)")->create("sa", "parola");
     const auto connection = factory->make("(yerel)");
     connection->open({"(yerel)", "sa", "parola", "master", false});
     connection->execute("CREATE DATABASE OLCUM");
     connection->execute("USE OLCUM");
 
-    const fs::path data = folder / "veri" / "OLCUM.mdf";
-    if (only != "read") measureInsert(*connection, data, folder / "bare.db");
+    const fs::path data = folder.path / "veri" / "OLCUM.mdf";
+    if (only != "read") measureInsert(*connection, data, folder.path / "bare.db");
     if (only != "insert") measureRead(*connection, data);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
+    return 1;
   }
-  fs::remove_all(folder);
   return 0;
 }

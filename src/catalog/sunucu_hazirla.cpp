@@ -132,7 +132,7 @@ std::string katalogDoldur(Oturum& oturum, const YoneticiSatiri& yonetici, const 
   {
     Sessiz sessiz(oturum);
     Katalog_Olustur(oturum);
-    if (const std::string hata = sessiz.unexpected(refusedSupervisorRow); !hata.empty()) {
+    if (std::string hata = sessiz.unexpected(refusedSupervisorRow); !hata.empty()) {
       return hata;
     }
   }

@@ -242,7 +242,7 @@ class Karsilastirma {
 }  // namespace
 
 std::string tipMetni(std::string_view tip, std::int64_t boy, std::int64_t hane, std::int64_t ondalik) {
-  const std::string ad = buyuk(tip);
+  std::string ad = buyuk(tip);
   if (ad == "DECIMAL" || ad == "NUMERIC")
     return ad + "(" + std::to_string(hane) + "," + std::to_string(ondalik) + ")";
   if (!ad.ends_with("CHAR") && !ad.ends_with("BINARY")) return ad;

@@ -19,7 +19,8 @@ struct Decimal {
 // Calendar date and time of day without zone; milliseconds as the server rounds them (0, 3, 7).
 struct DateTime {
   int year = 1900, month = 1, day = 1, hour = 0, minute = 0, second = 0, millisecond = 0;
-  friend auto operator<=>(const DateTime&, const DateTime&) = default;
+  // The check sees the zero that the compiler compares with.
+  friend auto operator<=>(const DateTime&, const DateTime&) = default;  // NOLINT(modernize-use-nullptr)
 };
 
 struct Bytes {

@@ -99,7 +99,7 @@ BoundExpr Binder::foldChain(BoundExpr value, const std::vector<const Expr*>& ste
       sql += ',' + operand.sql;
       program += ' ' + std::to_string(static_cast<int>(op)) + ' ' + std::to_string(packType(operand.type));
     }
-    value.sql = sql + ",'" + program + "')";
+    value.sql = sql.append(",'").append(program).append("')");
   }
   value.parameter = -1;
   value.column = false;

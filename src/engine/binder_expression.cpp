@@ -220,7 +220,7 @@ BoundExpr Binder::bindUnary(const Expr& expr, Scope* scope) {
   if (expr.unary == UnaryOp::Minus && operand.kind == Expr::Kind::Literal &&
       isNumeric(literalType(operand.literal).id))
     return bindLiteral(operand.literal, true);
-  const BoundExpr inner = bindValue(operand, scope);
+  BoundExpr inner = bindValue(operand, scope);
   if (expr.unary == UnaryOp::Plus && inner.parameter >= 0) return inner;
   BoundExpr bound;
   bound.type = unaryType(expr.unary, inner.type);
@@ -330,7 +330,7 @@ BoundExpr Binder::assignTo(const BoundExpr& expr, const ColumnInfo& column) {
 BoundExpr Binder::bindDefault(const Expr& expr, const ColumnInfo& column) {
   const bool outside = context_.fixedLiterals;
   context_.fixedLiterals = true;
-  const BoundExpr bound = assignTo(bindValue(expr, nullptr), column);
+  BoundExpr bound = assignTo(bindValue(expr, nullptr), column);
   context_.fixedLiterals = outside;
   return bound;
 }

@@ -117,7 +117,8 @@ void Binder::sortBeforeAssigning(const SelectStatement& select, BoundCore& out) 
   for (Source& source : out.scope.sources)
     for (SourceColumn& column : source.columns) {
       const std::string name = "k" + std::to_string(count++);
-      columns += (columns.empty() ? "" : ", ") + column.sql + " AS " + name;
+      if (!columns.empty()) columns += ", ";
+      columns.append(column.sql).append(" AS ").append(name);
       column.sql = handle + "." + name;
     }
   if (columns.empty()) return;

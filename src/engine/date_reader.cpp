@@ -86,17 +86,19 @@ class DateReader {
     return text_.substr(start, at_ - start);
   }
 
+  // A comma, or a dash beside the month's name: 5-Jan-2012.
+  bool isMark() const {
+    if (peek() == ',') return count_ > 0;
+    return peek() == '-' && ((isLetter(peek(1)) && count_ > 0) || (isDigit(peek(1)) && month_ > 0));
+  }
+
   bool scan() {
     for (skipBlanks(); at_ < text_.size(); skipBlanks()) {
-      if (peek() == ',' && count_ > 0) {
-        ++at_;
-      } else if (isDigit(peek())) {
+      if (isDigit(peek())) {
         if (!scanNumber()) return false;
       } else if (isLetter(peek())) {
         if (!scanWord()) return false;
-      } else if (peek() == '-' && isLetter(peek(1)) && count_ > 0) {
-        ++at_;  // 5-Jan-2012
-      } else if (peek() == '-' && isDigit(peek(1)) && month_ > 0) {
+      } else if (isMark()) {
         ++at_;
       } else {
         return false;

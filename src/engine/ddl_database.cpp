@@ -31,7 +31,7 @@ bool isSystem(const std::string& name) {
 }
 
 void checkDatabaseName(const std::string& name) {
-  const bool bad = name.empty() || name.size() > 123 * 4 || name.front() == '.' ||
+  const bool bad = name.empty() || name.size() > std::size_t{123} * 4 || name.front() == '.' ||
                    name.find_first_of(std::string_view("/\\\0\n", 4)) != std::string::npos;
   if (bad) throw Error(15004, "The database name '" + name + "' is not a valid name.");
 }

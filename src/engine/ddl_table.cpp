@@ -225,12 +225,12 @@ void createIndex(Change& change, const TableInfo& table, const IndexInfo& index,
   for (const auto& part : index.parts) {
     const ColumnInfo& column = table.columns[static_cast<std::size_t>(part.column)];
     const std::string name = lite::quoted(column.name);
-    const std::string comma = keys.empty() ? "" : ", ";
-    keys += comma + name + (part.descending ? " DESC" : "");
+    const char* const comma = keys.empty() ? "" : ", ";
+    keys.append(comma).append(name).append(part.descending ? " DESC" : "");
     const std::string kind = storageClass(column.type);
     // A value that no column of the class can hold stands for NULL.
-    nullKeys += comma + "ifnull(" + name + ", " + (kind == "BLOB" ? "0" : "x''") + ")" +
-                (isCharacter(column.type.id) ? " COLLATE TRCI" : "");
+    nullKeys.append(comma).append("ifnull(").append(name).append(kind == "BLOB" ? ", 0)" : ", x'')");
+    if (isCharacter(column.type.id)) nullKeys += " COLLATE TRCI";
     if (column.nullable) anyNull += (anyNull.empty() ? "" : " OR ") + name + " IS NULL";
   }
   makeIndex(change, table, index, indexName(table, number), keys, "");

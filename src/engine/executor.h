@@ -132,7 +132,7 @@ class Executor {
   TriggerTables triggerTables(std::shared_ptr<const TableInfo> table, const std::string& database);
   void clearTriggerTables(const TriggerTables& tables);
   void copyInserted(const TriggerTables& tables, const std::vector<std::int64_t>& rows);
-  void fire(TriggerTables tables, TriggerEvent event, const std::vector<int>* updated);
+  void fire(const TriggerTables& tables, TriggerEvent event, const std::vector<int>* updated);
   void runTrigger(const TriggerInfo& trigger, const TriggerTables& tables, const std::vector<int>* updated);
   Prepared& internal(const std::string& sql);
 

@@ -284,7 +284,7 @@ void Executor::runChange(CompiledChange& plan, TriggerEvent event) {
                    " WHERE rowid IN (SELECT zb_rid FROM " + tables.deleted + ")");
       runPrepared(copy, *plan.catalog, "UPDATE");
     }
-    fire(std::move(tables), event, event == TriggerEvent::Update ? &plan.updated : nullptr);
+    fire(tables, event, event == TriggerEvent::Update ? &plan.updated : nullptr);
     rowCount_ = count;
     transaction.commit();
   }

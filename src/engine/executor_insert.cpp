@@ -23,6 +23,7 @@ namespace {
 
 std::vector<const ColumnInfo*> targetColumns(const TableInfo& table, const std::vector<int>& ordinals) {
   std::vector<const ColumnInfo*> targets;
+  targets.reserve(ordinals.size());
   for (const int ordinal : ordinals) targets.push_back(&table.columns[static_cast<std::size_t>(ordinal)]);
   return targets;
 }
@@ -245,7 +246,7 @@ void Executor::runInsert(const InsertStatement& insert) {
     if (tables) {
       const std::int64_t count = rowCount_;
       copyInserted(*tables, rows);
-      fire(std::move(*tables), TriggerEvent::Insert, nullptr);
+      fire(*tables, TriggerEvent::Insert, nullptr);
       rowCount_ = count;
     }
     transaction.commit();

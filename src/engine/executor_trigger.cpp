@@ -102,7 +102,7 @@ void Executor::copyInserted(const TriggerTables& tables, const std::vector<std::
   }
 }
 
-void Executor::fire(TriggerTables tables, TriggerEvent event, const std::vector<int>* updated) {
+void Executor::fire(const TriggerTables& tables, TriggerEvent event, const std::vector<int>* updated) {
   for (const auto& trigger : triggersFor(*tables.table, tables.database, event))
     runTrigger(*trigger, tables, updated);
   clearTriggerTables(tables);

@@ -42,7 +42,7 @@ SqlParser::SqlParser(std::string_view text, const std::vector<Token>& tokens)
     const Token& t = tokens[i];
     ordinals_[i] = literals;
     if (t.kind == TokenKind::Literal) ++literals;
-    if (t.kind == TokenKind::Word) reserved_[i] = isReserved(t.source);
+    if (t.kind == TokenKind::Word) reserved_[i] = isReserved(t.source) ? 1 : 0;
     if (t.kind != TokenKind::Symbol) continue;
     if (t.source[0] == '(') open.push_back(i);
     if (t.source[0] == ')' && !open.empty()) {

@@ -6,8 +6,8 @@
 namespace engine {
 namespace {
 
-constexpr std::size_t firstChunk = 4 * 1024;
-constexpr std::size_t largestChunk = 1024 * 1024;
+constexpr std::size_t firstChunk = std::size_t{4} * 1024;
+constexpr std::size_t largestChunk = std::size_t{1024} * 1024;
 
 }  // namespace
 

@@ -11,7 +11,6 @@
 namespace {
 
 using catalog::catalogTables;
-using catalog::KurulumBilgisi;
 using catalog::KurulumSonucu;
 using catalog::Stage;
 using catalog::TableDef;

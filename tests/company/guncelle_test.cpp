@@ -8,7 +8,6 @@
 namespace {
 
 using namespace guncelle_testi;
-using company::upgrade::Yurutucu;
 
 const std::string kontrolNo = "ALTER TABLE MUHFISKART ADD FisKartKontrol_No  FLOAT NOT NULL DEFAULT 0";
 

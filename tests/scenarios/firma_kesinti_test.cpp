@@ -1,5 +1,6 @@
 // A company's creation that breaks off anywhere: when the cause is gone, the console deletes what stands and
 // the card makes the company again, whole, with its chart. Another company beside it stays as it was.
+#include <gtest/gtest.h>
 #include <signal.h>
 #include <unistd.h>
 

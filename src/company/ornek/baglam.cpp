@@ -156,7 +156,7 @@ std::int64_t Baglam::birKisi() {
 }
 
 An Baglam::an(std::int64_t i, std::int64_t adet) {
-  constexpr std::int64_t acilis = 8 * 3600 + 1800, kapanis = 19 * 3600;
+  constexpr std::int64_t acilis = 8 * birSaat + birSaat / 2, kapanis = 19 * birSaat;
   return donem.an(i * donem.gunler / adet, r.arasi(acilis, kapanis));
 }
 

@@ -24,6 +24,8 @@ struct An {
 // The day `gun` days after `tarih`.
 db::DateTime gunSonra(const db::DateTime& tarih, std::int64_t gun);
 
+constexpr std::int64_t birSaat = 3600;  // saniye
+
 struct Donem {
   db::DateTime bas;
   int gunler = 0;  // days in it

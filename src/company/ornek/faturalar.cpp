@@ -146,6 +146,7 @@ void birFatura(Baglam& b, const FaturaTuru& tur, const An& an) {
   std::string sql = "DECLARE @F INT DECLARE @S INT SET @S=0\n" + faturaKarti(b, belge, toplam).sql() +
                     "SET @F=SCOPE_IDENTITY()\n" + stokFisiSql(b, belge, satirlar, "@F", adet);
   std::vector<Kayit> kayitlar;
+  kayitlar.reserve(satirlar.size());
   for (const Satir& satir : satirlar)
     kayitlar.push_back(faturaSatiri(b, belge, satir, static_cast<int>(kayitlar.size()) + 1));
   sql += topluSql(kayitlar);

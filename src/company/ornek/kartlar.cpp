@@ -175,7 +175,7 @@ void kasaBankaAcilislari(Baglam& b, const An& an) {
 }  // namespace
 
 void kartlariYaz(Baglam& b) {
-  const An an = b.donem.an(0, 9 * 3600);
+  const An an = b.donem.an(0, 9 * birSaat);
   b.adim("Stok kartları yazılıyor");
   for (std::int64_t i = 0; i < b.stokSayisi(); ++i) {
     stokKarti(b, b.stok(i), an);
@@ -196,7 +196,7 @@ void kartlariYaz(Baglam& b) {
 
 void acilislariYaz(Baglam& b) {
   b.adim("Açılış fişleri yazılıyor");
-  const An an = b.donem.an(0, 9 * 3600);
+  const An an = b.donem.an(0, 9 * birSaat);
   for (std::size_t i = 0; i < 3; ++i) stokAcilisi(b, b.t.ambarlar[i], i == 0, an);
   cariAcilislari(b, an);
   kasaBankaAcilislari(b, an);

@@ -64,7 +64,7 @@ constexpr std::array fisTurleri = {
 };
 
 void hesaplariHazirla(Baglam& b) {
-  const An an = b.donem.an(0, 9 * 3600);
+  const An an = b.donem.an(0, 9 * birSaat);
   for (const Hesap& hesap : hesaplar) {
     const std::string sorgu =
         std::string("SELECT MHesap_ID FROM MUHKART WHERE MHesap_Kod='") + hesap.kod + "'";
@@ -174,7 +174,7 @@ void fisYaz(Baglam& b, SatirDeposu& depo, const Fis& fis) {
 }
 
 void acilisFisi(Baglam& b, SatirDeposu& depo) {
-  Fis fis{"Açılış Fişi", b.fisNo("MUHACILIS"), "Dönem açılışı", 1, b.donem.an(0, 9 * 3600), {}};
+  Fis fis{"Açılış Fişi", b.fisNo("MUHACILIS"), "Dönem açılışı", 1, b.donem.an(0, 9 * birSaat), {}};
   std::int64_t toplam = 0;
   for (const char* hesap : {"100", "102", "120", "153", "255"}) {
     const std::int64_t tutar = b.r.arasi(1'000'000, 9'000'000);

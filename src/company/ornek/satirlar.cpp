@@ -170,7 +170,9 @@ Kayit posKaydi(const Baglam& b, const Banka& banka, const Anlasma& anlasma, cons
   Kayit kayit = b.kayit("POSHAREKET");
   kayit.sayi("Hesap_ID", banka.id).sayi("Anlasma_ID", anlasma.id).ham("Satis_ID", satisId);
   kayit.zaman("Islem_Tarih", odeme.an.tarih).zaman("Hesaba_Aktarim_Tarih", aktarim);
-  odemeAlanlari(kayit, b, odeme).para("Tutar", kurus).metin("Kesinti_Orani", paraMetni(anlasma.binde * 10));
+  odemeAlanlari(kayit, b, odeme)
+      .para("Tutar", kurus)
+      .metin("Kesinti_Orani", paraMetni(std::int64_t{anlasma.binde} * 10));
   kayit.para("Kesinti_Tutar", kesinti).para("Hesaba_Gececek_Tutar", kurus - kesinti);
   kayit.metin("GunPOS", gunMetni(aktarim))
       .metin("AY_IndexPOS", ayMetni(aktarim))

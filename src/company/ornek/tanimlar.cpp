@@ -106,7 +106,7 @@ void anlasmalar(Baglam& b, Banka& banka, const An& an) {
   for (const Sart& sart : {Sart{"1", "Tek Çekim", 18, 1}, Sart{"6", "Altı Taksit", 52, 30}}) {
     Kayit kayit = b.kayit("POSANLASMA");
     kayit.sayi("Hesap_ID", banka.id)
-        .metin("Kesinti_Orani", paraMetni(sart.binde * 10))
+        .metin("Kesinti_Orani", paraMetni(std::int64_t{sart.binde} * 10))
         .sayi("Opsiyon_Gun", sart.gun);
     kayit.metin("Taksit_Sayisi", sart.taksit).metin("Aciklama", sart.aciklama).sayi("Aktif", 1);
     banka.anlasmalar.push_back({ekleVeNumara(b, izAlanlari(kayit, an)), sart.binde, sart.gun});
@@ -163,7 +163,7 @@ constexpr std::array indirimSatirlari = {TanimSatiri{"I.001", "SATIŞ İSKONTOSU
 
 void tanimlariYaz(Baglam& b) {
   b.adim("Tanımlar yazılıyor");
-  const An an = b.donem.an(0, 9 * 3600);
+  const An an = b.donem.an(0, 9 * birSaat);
   ambarlar(b, an);
   isyerleri(b, an);
   saticilar(b, an);

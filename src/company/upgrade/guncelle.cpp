@@ -98,6 +98,7 @@ void tablolariOlustur(Yurutucu& y, SemaGoruntusu& sema) {
 
 std::vector<const TableDef*> kolonSirasi() {
   std::vector<const TableDef*> out;
+  out.reserve(schema::tables().size());
   const auto in = [](const auto& names, const std::string& name) {
     return std::ranges::find(names, name) != names.end();
   };

@@ -169,8 +169,10 @@ void OdbcConnection::connect() {
   }
   link_ = OdbcHandle(SQL_HANDLE_DBC, environment_.get());
   if (link_.get() == SQL_NULL_HANDLE) throw dialect_->error(environment_.diagnostics(), true);
-  SQLSetConnectAttr(link_.get(), SQL_ATTR_LOGIN_TIMEOUT, reinterpret_cast<SQLPOINTER>(loginTimeoutSeconds),
-                    0);
+  // ODBC passes numbers in a pointer's place.
+  auto* const timeout =
+      reinterpret_cast<SQLPOINTER>(loginTimeoutSeconds);  // NOLINT(performance-no-int-to-ptr)
+  SQLSetConnectAttr(link_.get(), SQL_ATTR_LOGIN_TIMEOUT, timeout, 0);
   WideText text(dialect_->driverText(parts_));
   const SQLRETURN code = SQLDriverConnectW(link_.get(), nullptr, text.data(), text.size(), nullptr, 0,
                                            nullptr, SQL_DRIVER_NOPROMPT);

@@ -9,7 +9,7 @@
 namespace db {
 namespace {
 
-constexpr std::size_t pieceSize = 16 * 1024;  // of a long value, per call
+constexpr std::size_t pieceSize = std::size_t{16} * 1024;  // of a long value, per call
 
 std::string textAttribute(SQLHSTMT statement, SQLUSMALLINT column, SQLUSMALLINT attribute) {
   SQLWCHAR buffer[512] = {};

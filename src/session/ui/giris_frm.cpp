@@ -209,7 +209,7 @@ session::GirisSonucu GirisFrm::katalogsuz(const session::GirisSonucu& sonuc) {
     SunucuHazirlama dialog(oturum_, hazirla_, this);
     if (dialog.exec() == QDialog::Accepted) {
       kullanici_->setText(dialog.yonetici());
-      const session::GirisSonucu tekrar =
+      session::GirisSonucu tekrar =
           session::Giris_Tamam(oturum_, ui::utf8(dialog.yonetici()), ui::utf8(dialog.sifre()));
       if (tekrar.adim != session::GirisSonucu::Adim::KatalogYok) return tekrar;
       return session::Giris_Basarisiz(oturum_, tekrar.hataNo, tekrar.hataMetni);

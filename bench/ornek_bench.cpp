@@ -1,18 +1,16 @@
 // Example data: rows per second through the embedded server, triggers and all, against prepared SQLite
 // inserts of the same rows into the same tables without triggers. The argument is the scale (default 5).
-#include <sqlite3.h>
-#include <unistd.h>
+// Memory is the business of a process of its own: /usr/bin/time -v zembera-cli ornek-veri.
 
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "bench/bare.h"
 #include "catalog/sunucu_hazirla.h"
 #include "company/firma_karti.h"
 #include "company/ornek_veri.h"
@@ -38,10 +36,17 @@ struct Silent : session::Boxes, session::Progress {
   void pump() override {}
 };
 
-double seconds(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+// Of one piece of work, by the clock and by the processor.
+struct Time {
+  double wall = 0, processor = 0;
+};
+
+Time timeOf(const std::function<void()>& work) {
+  const double before = bench::processorSeconds();
+  Time time;
+  time.wall = bench::seconds(work);
+  time.processor = bench::processorSeconds() - before;
+  return time;
 }
 
 void createCompany(session::Oturum& oturum) {
@@ -57,7 +62,7 @@ void createCompany(session::Oturum& oturum) {
 }
 
 // Rows that the generator wrote and the time that it took.
-std::pair<std::int64_t, double> fill(const fs::path& folder, int scale) {
+std::pair<std::int64_t, Time> fill(const fs::path& folder, int scale) {
   engine::Server::create(folder / "veri", "sa", "gizli");
   const auto factory = db::makeConnectionFactory(folder);
   Silent silent;
@@ -75,55 +80,14 @@ std::pair<std::int64_t, double> fill(const fs::path& folder, int scale) {
   oturum.Tanim_DB_Versiyon = oturum.Firma_DB_Versiyon = "2012.002";
   createCompany(oturum);
   company::OrnekVeriSonucu sonuc;
-  const double time = seconds([&] { sonuc = company::Ornek_Veri_Yaz(oturum, firma, {scale, 1}); });
+  const Time time = timeOf([&] { sonuc = company::Ornek_Veri_Yaz(oturum, firma, {scale, 1}); });
   if (!sonuc.hata.empty()) throw std::runtime_error(sonuc.hata);
   oturum.Kayitlar.close();
   oturum.Baglanti.reset();
   return {sonuc.satir, time};
 }
 
-class Sqlite {
- public:
-  explicit Sqlite(const fs::path& file) {
-    if (sqlite3_open(file.c_str(), &handle_) != SQLITE_OK) throw std::runtime_error(sqlite3_errmsg(handle_));
-    const auto byBytes = [](void*, int n, const void* a, int m, const void* b) {
-      const int order = std::memcmp(a, b, static_cast<std::size_t>(n < m ? n : m));
-      return order != 0 ? order : n - m;
-    };
-    sqlite3_create_collation(handle_, "TRCI", SQLITE_UTF8, nullptr, byBytes);
-    run("PRAGMA journal_mode=WAL");
-    run("PRAGMA synchronous=NORMAL");
-  }
-  ~Sqlite() { sqlite3_close(handle_); }
-  void run(const std::string& sql) {
-    if (sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
-      throw std::runtime_error(sqlite3_errmsg(handle_));
-  }
-  sqlite3_stmt* prepare(const std::string& sql) {
-    sqlite3_stmt* statement = nullptr;
-    if (sqlite3_prepare_v2(handle_, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK)
-      throw std::runtime_error(sqlite3_errmsg(handle_) + (": " + sql));
-    return statement;
-  }
-  std::vector<std::vector<std::string>> rows(const std::string& sql) {
-    std::vector<std::vector<std::string>> out;
-    sqlite3_stmt* statement = prepare(sql);
-    while (sqlite3_step(statement) == SQLITE_ROW) {
-      std::vector<std::string>& row = out.emplace_back();
-      for (int i = 0; i < sqlite3_column_count(statement); ++i) {
-        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, i));
-        row.emplace_back(text == nullptr ? "" : text);
-      }
-    }
-    sqlite3_finalize(statement);
-    return out;
-  }
-
- private:
-  sqlite3* handle_ = nullptr;
-};
-
-std::int64_t copyTable(Sqlite& from, Sqlite* to, const std::string& table) {
+std::int64_t copyTable(bench::Sqlite& from, bench::Sqlite* to, const std::string& table) {
   sqlite3_stmt* source = from.prepare("SELECT * FROM \"" + table + "\"");
   const int columns = sqlite3_column_count(source);
   std::string marks = "?";
@@ -148,49 +112,47 @@ std::int64_t copyTable(Sqlite& from, Sqlite* to, const std::string& table) {
   return count;
 }
 
-// The same rows once more, bare; what reading them costs is taken off.
-std::pair<std::int64_t, double> copyBare(const fs::path& folder) {
-  Sqlite from(folder / "veri" / (std::string(firma) + ".mdf"));
-  Sqlite to(folder / "bare.db");
-  // Rows of these two come from the triggers.
-  const std::string which =
-      " FROM sqlite_master WHERE tbl_name NOT LIKE 'zb_%' AND tbl_name NOT LIKE 'sqlite_%' "
-      "AND tbl_name NOT IN ('ODEMEHAREKET','MUHBAKIYE') AND sql IS NOT NULL AND type IN ";
+// The same rows once more, bare, with the server's pragmas; what reading them costs is taken off.
+std::pair<std::int64_t, Time> copyBare(const fs::path& folder) {
+  bench::Sqlite from(folder / "veri" / (std::string(firma) + ".mdf"));
+  bench::Sqlite to(folder / "bare.db");
   std::vector<std::string> tables;
-  for (const auto& row : from.rows("SELECT name, sql" + which + "('table')")) {
-    tables.push_back(row[0]);
-    to.run(row[1]);
+  for (const std::string& table : bench::tablesOf(from)) {
+    if (table == "ODEMEHAREKET" || table == "MUHBAKIYE") continue;  // their rows come from the triggers
+    tables.push_back(table);
+    for (const std::string& definition : bench::definitionsOf(from, table)) to.run(definition);
   }
-  for (const auto& row : from.rows("SELECT sql" + which + "('index')")) to.run(row[0]);
   std::int64_t count = 0;
-  const double reading = seconds([&] {
+  const Time reading = timeOf([&] {
     for (const auto& table : tables) copyTable(from, nullptr, table);
   });
-  const double copying = seconds([&] {
+  const Time copying = timeOf([&] {
     for (const auto& table : tables) count += copyTable(from, &to, table);
   });
-  return {count, copying - reading};
+  return {count, {copying.wall - reading.wall, copying.processor - reading.processor}};
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   const int scale = argc > 1 ? std::atoi(argv[1]) : 5;
-  std::string name = (fs::temp_directory_path() / "zembera-ornek-XXXXXX").string();
-  const fs::path folder = ::mkdtemp(name.data());
+  const bench::Folder temporary;
+  const fs::path& folder = temporary.path;
   int code = 0;
   try {
     const auto [rows, time] = fill(folder, scale);
     const auto [bareRows, bareTime] = copyBare(folder);
-    const double ours = static_cast<double>(rows) / time, bare = static_cast<double>(bareRows) / bareTime;
-    std::printf(
-        "ornek-veri --olcek %d: %lld rows, %.0f rows/s   sqlite %lld rows, %.0f rows/s   ratio of rates "
-        "%.2f\n",
-        scale, static_cast<long long>(rows), ours, static_cast<long long>(bareRows), bare, ours / bare);
+    const double perRow = time.processor / static_cast<double>(rows),
+                 barePerRow = bareTime.processor / static_cast<double>(bareRows);
+    std::printf("ornek-veri --olcek %d: %lld rows, %.0f rows/s   sqlite %lld rows, %.0f rows/s\n", scale,
+                static_cast<long long>(rows), static_cast<double>(rows) / time.wall,
+                static_cast<long long>(bareRows), static_cast<double>(bareRows) / bareTime.wall);
+    std::printf("ratio of rates %.2f by the clock, %.2f by the processor (%.1f and %.1f us per row)\n",
+                bareTime.wall / static_cast<double>(bareRows) * static_cast<double>(rows) / time.wall,
+                barePerRow / perRow, perRow * 1e6, barePerRow * 1e6);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     code = 1;
   }
-  fs::remove_all(folder);
   return code;
 }

@@ -130,7 +130,7 @@ class Executor {
                                                               const std::string& database,
                                                               TriggerEvent event);
   TriggerTables triggerTables(std::shared_ptr<const TableInfo> table, const std::string& database);
-  void clearTriggerTables(const TriggerTables& tables);
+  void clearTriggerTables(const TriggerTables& tables, TriggerEvent event);
   void copyInserted(const TriggerTables& tables, const std::vector<std::int64_t>& rows);
   void fire(const TriggerTables& tables, TriggerEvent event, const std::vector<int>* updated);
   void runTrigger(const TriggerInfo& trigger, const TriggerTables& tables, const std::vector<int>* updated);

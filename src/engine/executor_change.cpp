@@ -272,7 +272,7 @@ void Executor::runChange(CompiledChange& plan, TriggerEvent event) {
     TriggerTables tables = triggerTables(plan.table, plan.tableDatabase);
     Transaction transaction(*this);
     store_.writeLock(plan.tableDatabase);
-    clearTriggerTables(tables);
+    clearTriggerTables(tables, event);
     bindParameters(plan.capture);
     runPrepared(plan.capture, *plan.catalog, "UPDATE");
     change();

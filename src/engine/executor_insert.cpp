@@ -166,9 +166,11 @@ std::unique_ptr<CompiledInsert> Executor::compileInsert(const InsertStatement& i
   made->tableDatabase = shape.database;
   made->makesIdentity = shape.identity >= 0 && !shape.explicitIdentity;
   if (shape.explicitIdentity) made->identityInput = shape.identity;
-  made->returnsRows = std::any_of(made->table->triggers.begin(), made->table->triggers.end(),
-                                  [](const auto& trigger) { return trigger->onInsert; });
-  if (made->returnsRows || shape.explicitIdentity) sql += " RETURNING rowid";
+  made->firesTriggers = std::any_of(made->table->triggers.begin(), made->table->triggers.end(),
+                                    [](const auto& trigger) { return trigger->onInsert; });
+  made->singleRow = shape.singleRow;
+  // One row is known by its number without RETURNING, which costs SQLite a temporary table.
+  if ((made->firesTriggers && !made->singleRow) || shape.explicitIdentity) sql += " RETURNING rowid";
   if (shape.explicitIdentity)
     sql += "," + quoteName(shape.table->columns[static_cast<std::size_t>(shape.identity)].name);
   made->insert = Prepared(store_.handle(), binder.finish(sql));
@@ -216,6 +218,8 @@ void Executor::insertRows(CompiledInsert& plan, std::vector<std::int64_t>* rows)
   }
   if (constraint) throw constraintError(*plan.catalog, sqlite3_errmsg(store_.handle()), "INSERT");
   rowCount_ = sqlite3_changes64(store_.handle());
+  if (rows && plan.singleRow && plan.identityInput < 0)
+    rows->push_back(sqlite3_last_insert_rowid(store_.handle()));
   if (furthest) noteIdentity(store_, plan.tableDatabase, *plan.table, *furthest);
   if (identityRun_.used && identityRun_.last != identityRun_.first)
     noteIdentity(store_, plan.tableDatabase, *plan.table, identityRun_.last);
@@ -232,12 +236,15 @@ void Executor::runInsert(const InsertStatement& insert) {
     frame_->plan->compiled.erase(&insert);
     return runInsert(insert);
   }
-  if (!plan.returnsRows && !plan.makesIdentity && plan.identityInput < 0) {
+  // Inside a transaction a single row needs no level of its own: should it be refused, its identity value
+  // is spent all the same.
+  const bool alone = plan.makesIdentity ? levels_ > 0 && plan.singleRow : plan.identityInput < 0;
+  if (!plan.firesTriggers && alone) {
     if (levels_ > 0) store_.writeLock(plan.tableDatabase);
     insertRows(plan, nullptr);
   } else {
     std::optional<TriggerTables> tables;
-    if (plan.returnsRows && !triggersFor(*plan.table, plan.tableDatabase, TriggerEvent::Insert).empty())
+    if (plan.firesTriggers && !triggersFor(*plan.table, plan.tableDatabase, TriggerEvent::Insert).empty())
       tables = triggerTables(plan.table, plan.tableDatabase);
     Transaction transaction(*this);
     store_.writeLock(plan.tableDatabase);

@@ -80,8 +80,11 @@ Prepared& Executor::internal(const std::string& sql) {
   return at->second;
 }
 
-void Executor::clearTriggerTables(const TriggerTables& tables) {
+// An INSERT leaves `deleted` empty, a DELETE `inserted`.
+void Executor::clearTriggerTables(const TriggerTables& tables, TriggerEvent event) {
   for (const std::string* name : {&tables.inserted, &tables.deleted}) {
+    if (event != TriggerEvent::Update && (name == &tables.deleted) == (event == TriggerEvent::Insert))
+      continue;
     Prepared& clear = internal("DELETE FROM " + *name);
     PreparedUse use(clear);
     clear.step();
@@ -89,7 +92,7 @@ void Executor::clearTriggerTables(const TriggerTables& tables) {
 }
 
 void Executor::copyInserted(const TriggerTables& tables, const std::vector<std::int64_t>& rows) {
-  clearTriggerTables(tables);
+  clearTriggerTables(tables, TriggerEvent::Insert);
   std::string columns;
   for (const ColumnInfo& column : tables.table->columns) columns += "," + quoteName(column.name);
   Prepared& copy =
@@ -105,7 +108,7 @@ void Executor::copyInserted(const TriggerTables& tables, const std::vector<std::
 void Executor::fire(const TriggerTables& tables, TriggerEvent event, const std::vector<int>* updated) {
   for (const auto& trigger : triggersFor(*tables.table, tables.database, event))
     runTrigger(*trigger, tables, updated);
-  clearTriggerTables(tables);
+  clearTriggerTables(tables, event);
 }
 
 void Executor::runTrigger(const TriggerInfo& trigger, const TriggerTables& tables,

@@ -43,23 +43,37 @@ lite::Stmt& statement(std::unique_ptr<lite::Stmt>& slot, sqlite3* db, const char
   return *slot;
 }
 
+// Moves the table's counter on by `by` and gives where it stands then; a new counter begins at `first`.
+// In simple statements: an upsert with RETURNING costs SQLite a temporary table each time.
+std::int64_t advance(sqlite3* db, Attached& one, std::int64_t table, std::int64_t first, std::int64_t by) {
+  lite::Stmt& take =
+      statement(one.takeIdentity, db, "UPDATE @.zb_identity SET last=last+?2 WHERE table_id=?1", one.alias);
+  take.bind(table).bind(by).run();
+  if (sqlite3_changes64(db) == 0) {
+    lite::Stmt& begin =
+        statement(one.beginIdentity, db, "INSERT INTO @.zb_identity VALUES(?1, ?2)", one.alias);
+    begin.bind(table).bind(first).run();
+    return first;
+  }
+  lite::Stmt& read =
+      statement(one.readIdentity, db, "SELECT last FROM @.zb_identity WHERE table_id=?1", one.alias);
+  read.bind(table);
+  const std::int64_t last = read.step() ? read.integer(0) : first;
+  read.reset();
+  return last;
+}
+
 }  // namespace
 
 std::int64_t nextIdentity(Store& store, std::string_view database, const TableInfo& table,
                           std::int64_t count) {
   const ColumnInfo& column = identityOf(table);
   Attached& one = store.impl().find(database);
-  lite::Stmt& take = statement(one.nextIdentity, store.handle(),
-                               "INSERT INTO @.zb_identity VALUES(?1, ?2) ON CONFLICT(table_id) DO UPDATE SET "
-                               "last=last+?3 RETURNING last",
-                               one.alias);
   std::int64_t first = 0, span = 0;
   if (__builtin_mul_overflow(column.step, count - 1, &span) ||
       __builtin_add_overflow(column.seed, span, &first))
     failOverflow(column.type);
-  take.bind(table.id).bind(first).bind(column.step * count);
-  std::int64_t last = take.step() ? take.integer(0) : first;
-  take.run();
+  std::int64_t last = advance(store.handle(), one, table.id, first, column.step * count);
   IdentityMarks& marks = store.impl().instance->identityMarks();
   std::int64_t mark = 0;
   const bool used = marks.isUsed(one.cacheKey, table.id, last - span, column.step, mark);

@@ -260,6 +260,7 @@ class Lexer {
 };
 
 std::string unquote(std::string_view body, char close) {
+  if (body.find(close) == body.npos) return std::string(body);
   std::string result;
   result.reserve(body.size());
   for (std::size_t i = 0; i < body.size(); ++i) {

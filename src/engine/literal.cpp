@@ -138,7 +138,6 @@ std::int64_t wholeNumber(std::string_view digits) {
 }  // namespace
 
 Datum literalDatum(const Literal& literal) {
-  const Type type = literalType(literal);
   switch (literal.kind) {
     case LiteralKind::Null:
       return {};
@@ -149,10 +148,10 @@ Datum literalDatum(const Literal& literal) {
     case LiteralKind::Binary:
       return Blob{literal.text};
     case LiteralKind::Integer:
-      if (type.id == TypeId::Int) return wholeNumber(literal.text);
+      if (fitsInt(literal.text)) return wholeNumber(literal.text);
       [[fallthrough]];
     default:
-      return convert(Datum(literal.text), {TypeId::VarChar, maxTextLength}, type);
+      return convert(Datum(literal.text), {TypeId::VarChar, maxTextLength}, literalType(literal));
   }
 }
 

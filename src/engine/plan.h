@@ -40,8 +40,9 @@ struct CompiledInsert : Compiled {
   std::shared_ptr<const TableInfo> table;
   std::string tableDatabase;
   bool makesIdentity = false;
-  int identityInput = -1;  // place of an explicit identity value among the columns
-  bool returnsRows = false;
+  int identityInput = -1;      // place of an explicit identity value among the columns
+  bool firesTriggers = false;  // so that the new rows are wanted
+  bool singleRow = false;
   Prepared insert;
 };
 

@@ -24,7 +24,7 @@ struct Attached {
   bool changed = false;                            // by the open transaction
   std::int64_t raised = 0;                         // the version that a change under way has taken
   bool tuned = false;                              // its pragmas are set
-  std::unique_ptr<lite::Stmt> version, lock, raise, nextIdentity, noteIdentity;
+  std::unique_ptr<lite::Stmt> version, lock, raise, takeIdentity, readIdentity, beginIdentity, noteIdentity;
 };
 
 struct Store::Impl {

@@ -1,10 +1,10 @@
 #include "catalog/sunucu_hazirla.h"
 
-#include <algorithm>
 #include <vector>
 
 #include "catalog/create_database.h"
 #include "catalog/katalog.h"
+#include "platform/code_page.h"
 #include "session/metin.h"
 #include "session/statements.h"
 
@@ -46,34 +46,14 @@ class Sessiz : public session::Boxes {
   std::vector<std::string> shown_;
 };
 
-std::size_t karakterSayisi(std::string_view text) {
-  return static_cast<std::size_t>(std::count_if(
-      text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-}
-
-// What goes into the supervisor's row; `hata` is set when it cannot be stored.
+// What goes into the supervisor's row.
 struct YoneticiSatiri {
-  std::string ad, sifreli, hata;
+  std::string ad, sifreli;
 };
 
 YoneticiSatiri yoneticiSatiri(const KurulumBilgisi& bilgi) {
-  YoneticiSatiri satir;
-  satir.ad = session::Buyuk_Harf(session::Trim(bilgi.yonetici));
-  const std::string sifre = session::Trim(bilgi.sifre);
-  if (satir.ad.empty()) {
-    satir.hata = "Yönetici adı boş olamaz.";
-  } else if (karakterSayisi(satir.ad) > yoneticiUzunlugu) {
-    satir.hata = "Yönetici adı en çok 15 karakter olabilir.";
-  } else if (sifre.empty()) {
-    satir.hata = "Yönetici şifresi boş olamaz.";
-  } else if (karakterSayisi(sifre) > yoneticiUzunlugu) {
-    satir.hata = "Yönetici şifresi en çok 15 karakter olabilir.";
-  } else if (const auto sifreli = session::Sifrele(sifre); sifreli) {
-    satir.sifreli = *sifreli;
-  } else {
-    satir.hata = "Lütfen şifrenizde Türkçe karakter kullanmayınız.";
-  }
-  return satir;
+  return {session::Buyuk_Harf(session::Trim(bilgi.yonetici)),
+          session::Sifrele(session::Trim(bilgi.sifre)).value_or("")};
 }
 
 bool katalogVar(Oturum& oturum) {
@@ -158,11 +138,35 @@ KurulumRaporu basarisiz(const std::string& hata) {
 
 }  // namespace
 
-KurulumRaporu Sunucu_Hazirla(Oturum& oturum, const KurulumBilgisi& bilgi) {
-  const YoneticiSatiri yonetici = yoneticiSatiri(bilgi);
-  if (!yonetici.hata.empty()) {
-    return {KurulumSonucu::Reddedildi, yonetici.hata};
+std::string yoneticiHatasi(const std::string& ad, const std::string& sifre) {
+  const auto sayfa = platform::encode1254Exactly(session::Buyuk_Harf(session::Trim(ad)));
+  const std::string kirpik = session::Trim(sifre);
+  if (!sayfa) {
+    return "Yönetici adında Türkçe kod sayfasında (1254) olmayan karakter var.";
   }
+  if (sayfa->empty()) {
+    return "Yönetici adı boş olamaz.";
+  }
+  if (sayfa->size() > yoneticiUzunlugu) {
+    return "Yönetici adı en çok 15 karakter olabilir.";
+  }
+  if (kirpik.empty()) {
+    return "Yönetici şifresi boş olamaz.";
+  }
+  if (platform::toUtf32(kirpik).size() > yoneticiUzunlugu) {
+    return "Yönetici şifresi en çok 15 karakter olabilir.";
+  }
+  if (!session::Sifrele(kirpik)) {
+    return "Yönetici şifresinde Türkçe harf ya da bu şifrelemeye sığmayan karakter olamaz.";
+  }
+  return "";
+}
+
+KurulumRaporu Sunucu_Hazirla(Oturum& oturum, const KurulumBilgisi& bilgi) {
+  if (const std::string hata = yoneticiHatasi(bilgi.yonetici, bilgi.sifre); !hata.empty()) {
+    return {KurulumSonucu::Reddedildi, hata};
+  }
+  const YoneticiSatiri yonetici = yoneticiSatiri(bilgi);
   bool yaratildi = false;
   std::string hata;
   try {

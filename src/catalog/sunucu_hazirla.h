@@ -26,6 +26,9 @@ struct KurulumRaporu {
   std::string metin;  // Turkish, for a box or the terminal; never holds a password
 };
 
+// Why the supervisor's name or password cannot be stored, in Turkish; empty when they can.
+std::string yoneticiHatasi(const std::string& ad, const std::string& sifre);
+
 // Works with Server_Adi, SQL_Login and SQL_Sifre of the session; shows no box.
 KurulumRaporu Sunucu_Hazirla(session::Oturum& oturum, const KurulumBilgisi& bilgi);
 

@@ -1,7 +1,6 @@
 #include "catalog/sunucu_hazirla.h"
 #include "cli/komut.h"
 #include "cli/oturum_ac.h"
-#include "platform/code_page.h"
 #include "platform/files.h"
 #include "session/giris.h"
 #include "session/metin.h"
@@ -23,21 +22,6 @@ constexpr std::array<Secenek, 4> options = {{
 constexpr std::string_view more =
     "Şifreler terminalde gösterilmeden sorulur; terminal yoksa standart girdiden, her satırda bir şifre:\n"
     "önce SQL şifresi, sonra yönetici şifresi. Var olan katalog değiştirilmez. sys.inf yazılır.";
-
-constexpr std::size_t nameWidth = 15, passwordWidth = 15;  // columns of the catalog
-
-std::string supervisorFault(const std::string& name, const std::string& password) {
-  const auto page = platform::encode1254Exactly(session::Buyuk_Harf(session::Trim(name)));
-  if (!page || page->empty() || page->size() > nameWidth)
-    return "Yönetici adı 1 ile 15 karakter arasında olmalıdır.";
-  const std::string trimmed = session::Trim(password);
-  if (trimmed.empty()) return "Yönetici şifresi boş olamaz.";
-  if (platform::toUtf32(trimmed).size() > passwordWidth)
-    return "Yönetici şifresi en çok 15 karakter olabilir.";
-  if (!session::Sifrele(trimmed))
-    return "Yönetici şifresinde Türkçe harf ya da bu şifrelemeye sığmayan karakter olamaz.";
-  return {};
-}
 
 // Puts sys.inf back as it was unless kept.
 class ParameterFile {
@@ -130,7 +114,7 @@ class Kurulum {
       refuse("Yönetici şifresi okunamadı.");
       return false;
     }
-    const std::string fault = supervisorFault(name_, *password);
+    const std::string fault = catalog::yoneticiHatasi(name_, *password);
     if (!fault.empty()) refuse(fault);
     password_ = *password;
     return fault.empty();

@@ -39,10 +39,7 @@ KomutOturumu::KomutOturumu(Ortam& o)
 bool KomutOturumu::sunucuyuOku() {
   session::sysInfYukle(oturum);
   if (!oturum.Server_Adi.empty()) return true;
-  const bool present = session::sysInfVar(ortam.dizin);
-  ortam.err << session::sysInfYolu(ortam.dizin).string()
-            << (present ? " okunamadı ya da sunucu adı yok." : " bulunamadı.")
-            << " Önce 'zembera-cli kur' komutunu çalıştırın.\n";
+  ortam.err << session::sysInfEksigi(ortam.dizin) << " Önce 'zembera-cli kur' komutunu çalıştırın.\n";
   return false;
 }
 

@@ -42,6 +42,9 @@ GirisSonucu checkUser(Oturum& oturum) {
 }
 
 GirisSonucu connectionFailed(Oturum& oturum, const db::SqlError& error) {
+  // The driver would only say that it found no server, not that none was named.
+  if (Trim(oturum.Server_Adi).empty())
+    return Giris_Basarisiz(oturum, error.number(), sysInfEksigi(oturum.platform->programFolder()));
   if (!katalogEksik(oturum)) return Giris_Basarisiz(oturum, error.number(), error.what());
   GirisSonucu sonuc;
   sonuc.adim = GirisSonucu::Adim::KatalogYok;

@@ -37,9 +37,11 @@ std::filesystem::path sysInfYolu(const std::filesystem::path& programFolder) {
   return programFolder / "sys.inf";
 }
 
-bool sysInfVar(const std::filesystem::path& programFolder) {
+std::string sysInfEksigi(const std::filesystem::path& programFolder) {
+  const std::filesystem::path file = sysInfYolu(programFolder);
   std::error_code error;
-  return std::filesystem::exists(sysInfYolu(programFolder), error);
+  return file.string() +
+         (std::filesystem::exists(file, error) ? " okunamadı ya da sunucu adı yok." : " bulunamadı.");
 }
 
 std::string Sys_Inf_Oku(const std::filesystem::path& programFolder) {

@@ -16,7 +16,8 @@ struct SysInf {
 };
 
 std::filesystem::path sysInfYolu(const std::filesystem::path& programFolder);
-bool sysInfVar(const std::filesystem::path& programFolder);
+// Why there is no server name: the file is missing, or cannot be read, or names none. In Turkish.
+std::string sysInfEksigi(const std::filesystem::path& programFolder);
 
 // The first line without its line end; empty when the file is missing. A failing read gives what was read.
 std::string Sys_Inf_Oku(const std::filesystem::path& programFolder);

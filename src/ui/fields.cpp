@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStyle>
 #include <QTimer>
 #include <QVariant>
@@ -69,6 +70,14 @@ bool Alan_Gecis_Tus(QWidget& form, int key, QWidget* control, bool inText) {
   if (!target) return false;
   controls[static_cast<qsizetype>(*target)]->setFocus(Qt::TabFocusReason);
   return true;
+}
+
+void pressByEnter(QAbstractButton* button) {
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+    auto* shortcut = new QShortcut(QKeySequence(key), button);
+    shortcut->setContext(Qt::WidgetShortcut);
+    QObject::connect(shortcut, &QShortcut::activated, button, &QAbstractButton::click);
+  }
 }
 
 FieldKeys::FieldKeys(QWidget* form, const FocusColours& colours, bool enterMoves)

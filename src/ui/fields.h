@@ -32,6 +32,9 @@ bool Alan_Gecis_Tus(QWidget& form, int key, QWidget* control, bool inText);
 // The Windows code of a Qt key that the map knows; 0 for any other.
 int windowsKey(int qtKey);
 
+// Enter presses the button as the blank does.
+void pressByEnter(QAbstractButton* button);
+
 // Gives the fields of one form their colours, selection and keys. Owned by the form.
 class FieldKeys : public QObject {
   Q_OBJECT

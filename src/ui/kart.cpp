@@ -1,5 +1,6 @@
 #include "ui/kart.h"
 
+#include <QApplication>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -13,7 +14,7 @@
 
 namespace ui {
 
-constexpr int headingIcon = 36;
+constexpr int headingIcon = 36, buttonIcon = 16;
 constexpr int bodyWidth = 980;
 
 Kart::Kart(const QString& iconName, const QString& caption, QWidget* parent)
@@ -45,6 +46,9 @@ Kart::Kart(const QString& iconName, const QString& caption, QWidget* parent)
   scroll->setWidgetResizable(true);
   scroll->setFocusPolicy(Qt::NoFocus);
   scroll->setWidget(inner);
+  connect(qApp, &QApplication::focusChanged, this, [scroll, inner](QWidget*, QWidget* now) {
+    if (now && inner->isAncestorOf(now)) scroll->ensureWidgetVisible(now);
+  });
 
   foot_ = new QHBoxLayout;
   foot_->setSpacing(gap);
@@ -79,7 +83,8 @@ QGroupBox* Kart::frame(const char* name, const QString& caption) {
 }
 
 QPushButton* Kart::button(const char* name, const QString& caption, const QString& iconName, bool main) {
-  auto* result = new QPushButton(icon(iconName), caption, this);
+  auto* result = new QPushButton(captionIcon(main ? iconName + "_ana" : iconName), caption, this);
+  result->setIconSize(captionIconSize(buttonIcon));
   result->setObjectName(name);
   if (main) result->setProperty("rol", "ana");
   foot_->addWidget(result);

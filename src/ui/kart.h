@@ -34,6 +34,7 @@ class Kart : public QWidget {
   // Adds "caption  field" as one row; returns the field.
   static void row(QGridLayout* grid, int line, const QString& caption, QLineEdit* field);
   QGroupBox* frame(const char* name, const QString& caption);
+  // A main button is filled; its icon is the light form NAME_ana.
   QPushButton* button(const char* name, const QString& caption, const QString& iconName, bool main = false);
 
   // A key that presses a button wherever the focus is.

@@ -38,7 +38,7 @@ ProgressPanel::ProgressPanel(QWidget* parent)
   message_->setObjectName("MesajLbl");
   message_->setProperty("rol", "altbaslik");
   message_->setTextFormat(Qt::PlainText);
-  const int percentWidth = fontMetrics().horizontalAdvance("%100  ");
+  const int percentWidth = fontMetrics().horizontalAdvance("100%  ");
   for (QLabel* label : {stepPercent_, wholePercent_}) {
     label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     label->setFixedWidth(percentWidth);
@@ -76,7 +76,8 @@ void ProgressPanel::show(QProgressBar* bar, QLabel* percent, std::int64_t value,
   const double share =
       maximum > 0 ? std::clamp(static_cast<double>(value) / static_cast<double>(maximum), 0., 1.) : 0.;
   bar->setValue(static_cast<int>(share * barSteps));
-  percent->setText(QString("%%1").arg(static_cast<int>(share * 100)));
+  const int whole = qRound(share * 100);
+  percent->setText((whole == 0 ? QString() : QString::number(whole)) + "%");
 }
 
 void ProgressPanel::step(std::int64_t value, std::int64_t maximum) {

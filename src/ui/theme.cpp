@@ -3,7 +3,9 @@
 #include <QApplication>
 #include <QFile>
 #include <QFontDatabase>
+#include <QIconEngine>
 #include <QLocale>
+#include <QPainter>
 #include <QPalette>
 #include <QStyleFactory>
 #include <QTranslator>
@@ -64,6 +66,27 @@ class QtTurkish : public QTranslator {
   }
 };
 
+// Styles put a button's caption close behind its picture; this leaves what is wider than high empty.
+class CaptionIcon : public QIconEngine {
+ public:
+  explicit CaptionIcon(QIcon icon) : icon_(std::move(icon)) {}
+  QIconEngine* clone() const override { return new CaptionIcon(*this); }
+  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
+    const int side = std::min(rect.width(), rect.height());
+    icon_.paint(painter, QRect(rect.topLeft(), QSize(side, side)), Qt::AlignCenter, mode, state);
+  }
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+    QPixmap result(size);
+    result.fill(Qt::transparent);
+    QPainter painter(&result);
+    paint(&painter, QRect(QPoint(), size), mode, state);
+    return result;
+  }
+
+ private:
+  QIcon icon_;
+};
+
 }  // namespace
 
 void applyTheme(QApplication& application) {
@@ -85,6 +108,10 @@ void applyTheme(QApplication& application) {
 
 QIcon icon(const QString& name) {
   return QIcon(":/icons/" + name + ".svg");
+}
+
+QIcon captionIcon(const QString& name) {
+  return QIcon(new CaptionIcon(icon(name)));
 }
 
 }  // namespace ui

@@ -3,6 +3,7 @@
 
 #include <QColor>
 #include <QIcon>
+#include <QSize>
 #include <QString>
 #include <string>
 #include <string_view>
@@ -27,6 +28,13 @@ void applyTheme(QApplication& application);
 
 // The icon src/ui/icons/NAME.svg, sharp at every scale, greyed when disabled.
 QIcon icon(const QString& name);
+
+// The same with room on its right, for a button that has its caption beside the picture. A button's icon
+// size is then captionIconSize() of the picture's height.
+QIcon captionIcon(const QString& name);
+inline QSize captionIconSize(int height) {
+  return {height + gapSmall, height};
+}
 
 inline QString text(std::string_view utf8) {
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));

@@ -115,6 +115,7 @@ TEST_P(RefusedInput, ChangesNothing) {
 INSTANTIATE_TEST_SUITE_P(SunucuHazirla, RefusedInput,
                          testing::Values(RefusedCase{"NoName", "  ", "Gizli"},
                                          RefusedCase{"LongName", "ABCDEFGHIJKLMNOP", "Gizli"},
+                                         RefusedCase{"ForeignName", "ΩMEGA", "Gizli"},
                                          RefusedCase{"NoPassword", "KORVENA", " "},
                                          RefusedCase{"LongPassword", "KORVENA", "Gizli12345678901"},
                                          RefusedCase{"TurkishPassword", "KORVENA", "Gizliş"}),

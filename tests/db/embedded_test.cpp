@@ -63,6 +63,11 @@ TEST_F(EmbeddedTest, TellsWhyAConnectionFailed) {
   EXPECT_EQ(failure({"(yerel)", "sa", "gizli", "Defination_DB", false}),
             std::pair(ErrorKind::LinkBroken, 4060));
   EXPECT_EQ(failure({"(yerel)", "sa", "gizli", "master", true}), std::pair(ErrorKind::LoginRefused, 18452));
+  // What kept the SQL login out is told by the attempt behind it too, but not to a wrong password.
+  EXPECT_EQ(failure({"(yerel)", "sa", "gizli", "Defination_DB", true}),
+            std::pair(ErrorKind::LinkBroken, 4060));
+  EXPECT_EQ(failure({"(yerel)", "sa", "yanlış", "Defination_DB", true}),
+            std::pair(ErrorKind::LoginRefused, 18452));
   EXPECT_EQ(failure({"(yerel):yok", "sa", "gizli", "master", false}).first, ErrorKind::LinkBroken);
   EXPECT_FALSE(fs::exists(folder / "yok")) << "asking for a server makes none";
 }

@@ -85,6 +85,28 @@ TEST_F(TdsTest, TellsARefusedLoginFromAMissingDatabase) {
   }
 }
 
+// Both attempts of a wrong password must end as a refused login, though this machine has no ticket to try
+// the second with; a server that is not there is told by its name.
+TEST_F(TdsTest, TellsAnUntrustedLoginFromAServerThatIsNotThere) {
+  try {
+    connection->open({server.address(), "sa", "x", "D", true});
+    FAIL() << "no error";
+  } catch (const SqlError& error) {
+    EXPECT_EQ(error.kind(), ErrorKind::LoginRefused);
+    EXPECT_EQ(error.serverNumber(), 18452);
+  }
+  for (const bool integrated : {false, true}) {
+    try {
+      connection->open({"127.0.0.1,1", "sa", "x", "D", integrated});
+      FAIL() << "no error";
+    } catch (const SqlError& error) {
+      EXPECT_EQ(error.kind(), ErrorKind::LinkBroken);
+      EXPECT_TRUE(std::string(error.what()).starts_with("Sunucuya ulaşılamıyor (127.0.0.1,1): "))
+          << error.what();
+    }
+  }
+}
+
 TEST_F(TdsTest, ReadsEveryTypeAndItsNull) {
   const std::string longText(100000, 'x');
   TdsAnswer a;

@@ -173,6 +173,19 @@ TEST_F(GirisTest, UnreachableServerShowsItsOwnText) {
   EXPECT_EQ(boxes.last(), "sunucu yok");
 }
 
+TEST_F(GirisTest, WithoutAServerNameTheParameterFileIsTold) {
+  const std::pair<const char*, const char*> cases[] = {{"", " bulunamadı."},
+                                                       {";sa;x", " okunamadı ya da sunucu adı yok."}};
+  for (const auto& [file, text] : cases) {
+    fs::remove(sysInfYolu(platform.folder));
+    if (*file) writeInf(file);
+    sysInfYukle(oturum);
+    for (int i = 0; i < 2; ++i) server.failOpening(db::SqlError(db::ErrorKind::LinkBroken, 0, "no server"));
+    EXPECT_EQ(Giris_Tamam(oturum, "KORVENA", "Gizli1").adim, Adim::KonsolEksik);
+    EXPECT_EQ(boxes.last(), sysInfYolu(platform.folder).string() + text);
+  }
+}
+
 TEST_F(GirisTest, MissingCatalogIsToldWithoutABox) {
   server.failOpening(db::SqlError(db::ErrorKind::LinkBroken, 4060, "Cannot open database"));
   server.failOpening(db::SqlError(db::ErrorKind::LoginRefused, 18452, "no integrated login"));

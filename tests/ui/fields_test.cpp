@@ -1,7 +1,9 @@
 #include "ui/fields.h"
 
+#include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -175,6 +177,35 @@ TEST(Boxes, QuestionsStopOnNo) {
     for (QAbstractButton* button : box.buttons())
       if (button->text() == "Evet") QTest::mouseClick(button, Qt::LeftButton);
   }));
+}
+
+TEST(Boxes, ALongStatementScrollsAndAShortTextShowsWhole) {
+  const std::pair<std::string, bool> cases[] = {{"Şifreniz Geçerli Değil!", false},
+                                                {std::string(9000, 'x') + " son", true},
+                                                {std::string(200, '\n'), true}};
+  for (const auto& [text, scrolls] : cases) {
+    QTimer::singleShot(0, [scrolls = scrolls] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(box, nullptr);
+      EXPECT_LT(box->height(), 500);
+      EXPECT_EQ(box->findChild<QPlainTextEdit*>("UzunMetin") != nullptr, scrolls);
+      const auto* label = box->findChild<QLabel*>("qt_msgbox_label");
+      EXPECT_TRUE(scrolls || label->width() >= label->sizeHint().width());
+      QTest::keyClick(box, Qt::Key_Return);
+    });
+    ui::DesktopBoxes().message(text);
+  }
+}
+
+TEST(Progress, PercentagesAreWrittenBehindTheNumber) {
+  ui::ProgressPanel panel;
+  const std::pair<int, const char*> cases[] = {{0, "%"}, {1, "33%"}, {2, "67%"}, {3, "100%"}};
+  for (const auto& [value, text] : cases) {
+    panel.step(value, 3);
+    const auto labels = panel.findChildren<QLabel*>();
+    EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [t = text](QLabel* l) { return l->text() == t; }))
+        << text;
+  }
 }
 
 TEST(Progress, ScopeLeadsToThePanelAndBack) {

@@ -1,6 +1,7 @@
 #include <QAction>
 #include <QLabel>
 #include <QMenu>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -183,6 +184,31 @@ TEST_F(KonsolEkrani, AnOpenCardIsNotCoveredByAnotherScreen) {
   key(Qt::Key_Escape);
   for (const QToolButton* button : konsol.findChildren<QToolButton*>("Menu_Buton"))
     EXPECT_TRUE(button->isEnabled());
+}
+
+// A notebook's screen at one and a half times the usual size has about this much room.
+TEST_F(KonsolEkrani, NothingIsOutOfReachInASmallWindow) {
+  oturum.Veri_Klasoru = "/" + std::string(120, 'x');
+  session_ui::ZemberaMenu konsol(oturum);
+  konsol.resize(910, 480);
+  screen::show(konsol);
+  EXPECT_EQ(konsol.size(), QSize(910, 480));
+  select(*find<QTreeWidget>(konsol, "AlanTreeList"), "MAGAZA");
+  EXPECT_EQ(konsol.size(), QSize(910, 480)) << "a long path must not widen the window";
+  auto* last = find<QToolButton>(konsol, "Command1");
+  last->setFocus(Qt::TabFocusReason);
+  konsol.Durum_Yaz({});
+  key(Qt::Key_Return);
+  EXPECT_TRUE(status(konsol).startsWith("Rapor Evrak Tasarımları"));
+
+  find<QTreeWidget>(konsol, "AlanTreeList")->setFocus();
+  key(Qt::Key_Insert);
+  for (int i = 0; i < 13; ++i) {
+    EXPECT_FALSE(QApplication::focusWidget()->visibleRegion().isEmpty()) << focusName();
+    key(Qt::Key_Down);
+  }
+  EXPECT_EQ(focusName(), "StandartHesapPlani");
+  EXPECT_FALSE(find<QPushButton>(konsol, "KaydetBtn")->visibleRegion().isEmpty());
 }
 
 TEST_F(KonsolEkrani, SupervisorIsGuarded) {

@@ -22,6 +22,8 @@
 namespace company_ui {
 namespace {
 
+constexpr int yanYana = 760;  // width from which two frames stand side by side
+
 enum class Grup { Firma, Adres, Mali };
 
 struct Alan {
@@ -81,7 +83,7 @@ FirmaTanim::FirmaTanim(session::Oturum& oturum, ui::ConsolePort& konsol)
   ilerleme_ = new ui::ProgressPanel;
   body()->addStretch(1);
   body()->addWidget(ilerleme_);
-  kaydetBtn_ = button("KaydetBtn", "Kaydet", "kaydet");
+  kaydetBtn_ = button("KaydetBtn", "Kaydet", "kaydet", true);
   cikisBtn_ = button("CikisBtn", "Çıkış", "cikis");
   tuslar();
   connect(kaydetBtn_, &QPushButton::clicked, this, &FirmaTanim::kaydet);
@@ -118,17 +120,23 @@ void FirmaTanim::cerceveler() {
   auto* mali = static_cast<QGridLayout*>(frame4_->layout());
   hesapPlani_ = new QCheckBox("Standart Hesap Planını Oluştur");
   hesapPlani_->setObjectName("StandartHesapPlani");
-  mali->addWidget(hesapPlani_, mali->rowCount(), 0, 1, 2, Qt::AlignRight);
+  mali->addWidget(hesapPlani_, mali->rowCount(), 1);
   for (QGroupBox* box : boxes) {
     auto* grid = static_cast<QGridLayout*>(box->layout());
     grid->setRowStretch(grid->rowCount(), 1);
   }
-  auto* lower = new QHBoxLayout;
-  lower->setSpacing(ui::gap);
-  lower->addWidget(frame3_, 1);
-  lower->addWidget(frame4_, 1);
+  altCerceveler_ = new QHBoxLayout;
+  altCerceveler_->setSpacing(ui::gap);
+  altCerceveler_->addWidget(frame3_, 1);
+  altCerceveler_->addWidget(frame4_, 1);
   body()->addWidget(frame1_);
-  body()->addLayout(lower);
+  body()->addLayout(altCerceveler_);
+}
+
+// The two frames stand side by side where there is room for both.
+void FirmaTanim::resizeEvent(QResizeEvent* event) {
+  Kart::resizeEvent(event);
+  altCerceveler_->setDirection(width() < yanYana ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
 }
 
 // The frame of warehouses carries no logic and no rows.

@@ -6,6 +6,7 @@
 #include "session/oturum.h"
 #include "ui/kart.h"
 
+class QBoxLayout;
 class QCheckBox;
 class QGroupBox;
 
@@ -26,6 +27,9 @@ class FirmaTanim : public ui::Kart {
   FirmaTanim(session::Oturum& oturum, ui::ConsolePort& konsol);
   void ac() override;
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
   void cerceveler();
   void ambarCercevesi();
@@ -40,6 +44,7 @@ class FirmaTanim : public ui::Kart {
   std::vector<QLineEdit*> alanlar_;  // in the order of the field table
   QCheckBox* hesapPlani_ = nullptr;
   QGroupBox *frame1_ = nullptr, *frame2_ = nullptr, *frame3_ = nullptr, *frame4_ = nullptr;
+  QBoxLayout* altCerceveler_ = nullptr;  // Frame3 and Frame4
   QPushButton *kaydetBtn_ = nullptr, *cikisBtn_ = nullptr;
   ui::ProgressPanel* ilerleme_ = nullptr;
   bool kaydediyor_ = false;

@@ -1,5 +1,8 @@
 #include "db/embedded/embedded_connection.h"
 
+#include <algorithm>
+#include <array>
+
 #include "db/embedded/embedded_rows.h"
 #include "db/table_name.h"
 
@@ -19,6 +22,36 @@ class SinkAdapter : public engine::ResultSink {
   BatchSink& sink_;
 };
 
+// There is no integrated login here. It comes behind a failed SQL login, though, and its failure is the one
+// that people are told: where name and password were right, that is what stood in the first one's way.
+[[noreturn]] void refuseIntegrated(const std::shared_ptr<engine::Server>& server,
+                                   const ConnectionParts& parts) {
+  constexpr int loginFailed = 18456;
+  // A stopped service answers nobody, whatever the form of the login.
+  if (server->serviceState() == engine::ServiceState::Stopped) {
+    throw engine::Error(17142,
+                        "SQL Server service has been stopped or paused. No new connections will be allowed.");
+  }
+  try {
+    const engine::Session probe(server, parts.login, parts.password, parts.database);
+  } catch (const engine::Error& error) {
+    if (error.number() != loginFailed) throw;
+  }
+  throw engine::Error(18452, "Login failed for user '" + parts.login +
+                                 "'. Reason: Not associated with a trusted SQL Server connection.");
+}
+
+// What SQL Server says at a login stays as it is; a file that cannot be read is this server's own affair.
+SqlError openingError(const engine::Error& error, const std::string& database) {
+  static constexpr std::array serversWords = {4060, 17142, 18452, 18456};
+  SqlError failure = fromEngine(error, true);
+  if (std::find(serversWords.begin(), serversWords.end(), error.number()) != serversWords.end()) {
+    return failure;
+  }
+  return {failure.kind(), failure.serverNumber(),
+          "Veritabanı açılamadı (" + database + "): " + failure.what()};
+}
+
 }  // namespace
 
 void EmbeddedConnection::open(const ConnectionParts& parts) {
@@ -26,18 +59,10 @@ void EmbeddedConnection::open(const ConnectionParts& parts) {
   parts_ = parts;
   const auto server = servers_->at(servers_->folderOf(parts.server));
   try {
-    if (parts.integrated) {
-      // A stopped service answers nobody, whatever the form of the login.
-      if (server->serviceState() == engine::ServiceState::Stopped) {
-        throw engine::Error(
-            17142, "SQL Server service has been stopped or paused. No new connections will be allowed.");
-      }
-      throw engine::Error(18452, "Login failed for user '" + parts.login +
-                                     "'. Reason: Not associated with a trusted SQL Server connection.");
-    }
+    if (parts.integrated) refuseIntegrated(server, parts);
     session_ = std::make_unique<engine::Session>(server, parts.login, parts.password, parts.database);
   } catch (const engine::Error& error) {
-    throw fromEngine(error, true);
+    throw openingError(error, parts.database);
   }
 }
 

@@ -176,7 +176,7 @@ void OdbcConnection::connect() {
   WideText text(dialect_->driverText(parts_));
   const SQLRETURN code = SQLDriverConnectW(link_.get(), nullptr, text.data(), text.size(), nullptr, 0,
                                            nullptr, SQL_DRIVER_NOPROMPT);
-  if (!succeeded(code)) throw dialect_->error(link_.diagnostics(), true);
+  if (!succeeded(code)) throw dialect_->openingError(link_.diagnostics(), parts_);
   connected_ = true;
   if (const std::string settings = dialect_->sessionSettings(); !settings.empty()) {
     NoResults sink;

@@ -21,6 +21,10 @@ class OdbcDialect {
   // The failure that diagnostics tell. Here by SQLSTATE alone: 28000 is a refused login; class 08, a
   // timeout and everything while `opening` a broken link; the rest a refused statement.
   virtual SqlError error(const std::vector<Diagnostic>& diagnostics, bool opening) const;
+  // The failure of connecting. Here the diagnostics' own.
+  virtual SqlError openingError(const std::vector<Diagnostic>& diagnostics, const ConnectionParts&) const {
+    return error(diagnostics, true);
+  }
   // True for a message meant for whoever ran the batch (PRINT).
   virtual bool isMessage(const Diagnostic&) const { return false; }
   // The type of a column by the server's name for it and the ODBC type. Here by the latter alone.

@@ -9,7 +9,9 @@
 namespace db {
 namespace {
 
-constexpr int cannotOpenDatabase = 4060;
+constexpr int cannotOpenDatabase = 4060, notTrusted = 18452;
+// FreeTDS's own number that says no more than that there is no connection.
+constexpr int connectionFailed = 20002;
 
 // Login failures: unknown name or password, no trusted connection, disabled, locked or expired.
 bool isLoginNumber(int number) {
@@ -141,6 +143,27 @@ SqlError SqlServerDialect::error(const std::vector<Diagnostic>& diagnostics, boo
   }
   const bool lost = find([](const Diagnostic& d) { return isLostLink(d.native); }) != diagnostics.end();
   return OdbcDialect::error(diagnostics, opening || lost);
+}
+
+SqlError SqlServerDialect::openingError(const std::vector<Diagnostic>& diagnostics,
+                                        const ConnectionParts& parts) const {
+  SqlError failure = error(diagnostics, true);
+  if (failure.kind() != ErrorKind::LinkBroken || failure.serverNumber() == cannotOpenDatabase) {
+    return failure;
+  }
+  const auto reason = std::find_if(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& d) {
+    return d.native != 0 && d.native != connectionFailed;
+  });
+  if (reason != diagnostics.end()) {
+    failure = {ErrorKind::LinkBroken, reason->native, withoutDriverNames(reason->text)};
+  } else if (parts.integrated && !diagnostics.empty() && diagnostics.back().native == connectionFailed) {
+    // Without a ticket for the server FreeTDS gives up on an integrated login before it sends anything.
+    return {ErrorKind::LoginRefused, notTrusted,
+            "Login failed for user '" + parts.login +
+                "'. Reason: Not associated with a trusted SQL Server connection."};
+  }
+  return {ErrorKind::LinkBroken, failure.serverNumber(),
+          "Sunucuya ulaşılamıyor (" + parts.server + "): " + failure.what()};
 }
 
 bool SqlServerDialect::isMessage(const Diagnostic& diagnostic) const {

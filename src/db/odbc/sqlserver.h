@@ -18,6 +18,9 @@ class SqlServerDialect : public OdbcDialect {
   std::string driverText(const ConnectionParts& parts) const override;
   std::string sessionSettings() const override;
   SqlError error(const std::vector<Diagnostic>& diagnostics, bool opening) const override;
+  // Names the server that was not reached.
+  SqlError openingError(const std::vector<Diagnostic>& diagnostics,
+                        const ConnectionParts& parts) const override;
   bool isMessage(const Diagnostic& diagnostic) const override;
   FieldType fieldType(const std::string& typeName, int odbcType) const override;
 

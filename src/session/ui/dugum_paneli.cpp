@@ -5,10 +5,13 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
+#include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 #include "session/konsol.h"
+#include "ui/fields.h"
 #include "ui/theme.h"
 
 namespace session_ui {
@@ -24,6 +27,26 @@ QLabel* label(const char* role, bool wrap = false) {
   return result;
 }
 
+// Names and paths have no place to break: they are cut with dots where the window is narrow, and the whole
+// text is in the tip.
+class KisaYazi : public QLabel {
+ public:
+  explicit KisaYazi(const char* role) {
+    setProperty("rol", role);
+    setTextFormat(Qt::PlainText);
+  }
+  QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
+    setToolTip(shown == text() ? QString() : text());
+    style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
+                          foregroundRole());
+  }
+};
+
 constexpr const char* supervisorHint =
     "Enter veya çift tıklama: değiştir\nInsert: yeni kayıt\nDelete: sil\nSağ tuş: bütün işlemler";
 constexpr const char* userHint = "Sağ tuş: bütün işlemler";
@@ -33,8 +56,8 @@ constexpr const char* userHint = "Sağ tuş: bütün işlemler";
 DugumPaneli::DugumPaneli(const session::Oturum& oturum, const std::vector<QAction*>& komutlar)
     : oturum_(oturum),
       resim_(new QLabel),
-      baslik_(label("baslik")),
-      altbaslik_(label("altbaslik")),
+      baslik_(new KisaYazi("baslik")),
+      altbaslik_(label("altbaslik", true)),
       ipucu_(label("ipucu", true)),
       komutlar_(new QWidget) {
   setProperty("rol", "kart");
@@ -53,7 +76,7 @@ DugumPaneli::DugumPaneli(const session::Oturum& oturum, const std::vector<QActio
   grid->setVerticalSpacing(ui::gapSmall);
   grid->setColumnStretch(1, 1);
   for (int i = 0; i < rowCount; ++i) {
-    satirlar_.emplace_back(label("alan"), label("deger"));
+    satirlar_.emplace_back(label("alan"), new KisaYazi("deger"));
     grid->addWidget(satirlar_.back().first, i, 0);
     grid->addWidget(satirlar_.back().second, i, 1);
   }
@@ -67,10 +90,11 @@ DugumPaneli::DugumPaneli(const session::Oturum& oturum, const std::vector<QActio
     auto* button = new QToolButton;
     button->setProperty("rol", "komut");
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    button->setIconSize(QSize(buttonIcon, buttonIcon));
+    button->setIconSize(ui::captionIconSize(buttonIcon));
     button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     button->setFocusPolicy(Qt::TabFocus);
     button->setDefaultAction(komut);
+    ui::pressByEnter(button);
     buttons->addWidget(button, place / perRow, place % perRow);
     ++place;
   }

@@ -8,21 +8,23 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "session/metin.h"
 #include "ui/fields.h"
 #include "ui/theme.h"
 
 namespace session_ui {
 namespace {
 
-constexpr int nameWidth = 15;  // width of sysuslng.sysus_nm and sysuslng.sysus
+constexpr int nameWidth = 15;  // width of sysuslng.sysus_nm
 constexpr int textWidth = 400, headingIcon = 40;
 
 QLineEdit* entry(QGridLayout* grid, int line, const char* name, const QString& caption, bool password) {
   auto* edit = new QLineEdit;
   edit->setObjectName(name);
-  edit->setMaxLength(nameWidth);
-  if (password) edit->setEchoMode(QLineEdit::Password);
+  // A password cut short in silence would never be typed again as it is kept: its length is checked.
+  if (password)
+    edit->setEchoMode(QLineEdit::Password);
+  else
+    edit->setMaxLength(nameWidth);
   auto* label = new QLabel(caption);
   label->setProperty("rol", "alan");
   label->setBuddy(edit);
@@ -96,19 +98,13 @@ QString SunucuHazirlama::sifre() const {
   return sifre_->text();
 }
 
-QString SunucuHazirlama::denetle(const QString& yonetici, const QString& sifre, const QString& tekrar) {
-  if (yonetici.trimmed().isEmpty()) return "Yönetici adını boş geçemezsiniz.";
-  if (sifre.trimmed().isEmpty()) return "Şifreyi boş geçemezsiniz.";
-  if (sifre != tekrar) return "İki şifre birbirinden farklı.";
-  // The login trims what is typed, and the scrambler holds one byte per letter.
-  if (sifre != sifre.trimmed()) return "Şifre boşlukla başlayamaz ve boşlukla bitemez.";
-  if (!session::Sifrele(ui::utf8(sifre))) return "Şifrede Türkçe karakter kullanılamaz (Ş,Ç,Ö,Ü,İ,ı,Ğ).";
-  return {};
-}
-
 void SunucuHazirlama::hazirla() {
-  QString hata = denetle(yonetici_->text(), sifre_->text(), tekrar_->text());
-  if (hata.isEmpty()) {
+  QString hata;
+  if (sifre_->text() != tekrar_->text()) {
+    hata = "İki şifre birbirinden farklı.";
+    tekrar_->setFocus(Qt::OtherFocusReason);
+    tekrar_->selectAll();
+  } else {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     hata = ui::text(hazirlayici_(oturum_, ui::utf8(yonetici_->text().trimmed()), ui::utf8(sifre_->text())));
     QApplication::restoreOverrideCursor();

@@ -16,9 +16,6 @@ class SunucuHazirlama : public QDialog {
   QString yonetici() const;
   QString sifre() const;
 
-  // What is wrong with the entries; empty when nothing is.
-  static QString denetle(const QString& yonetici, const QString& sifre, const QString& tekrar);
-
  private:
   void hazirla();
   session::Oturum& oturum_;

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
+#include <QScreen>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -18,7 +19,8 @@
 namespace session_ui {
 namespace {
 
-constexpr QSize smallestWindow(1000, 640), usualWindow(1120, 720);
+// The smallest fits a notebook's screen at one and a half times the usual size of letters.
+constexpr QSize smallestWindow(910, 480), usualWindow(1120, 720);
 
 enum DugumRolu { KindRole = Qt::UserRole, IdRole, KodRole };
 
@@ -67,7 +69,7 @@ ZemberaMenu::ZemberaMenu(session::Oturum& oturum) : oturum_(oturum) {
   setCentralWidget(all);
   durumCubugu();
   setMinimumSize(smallestWindow);
-  resize(usualWindow);
+  yerlestir();
 
   if (oturum_.Giris_Hatali == 0) {
     Alan_Listesi_Doldur();
@@ -76,6 +78,13 @@ ZemberaMenu::ZemberaMenu(session::Oturum& oturum) : oturum_(oturum) {
     kenarAc(true);
     dugumDegisti();
   }
+}
+
+// In the middle of the screen, and never larger than it.
+void ZemberaMenu::yerlestir() {
+  const QRect room = screen()->availableGeometry();
+  resize(usualWindow.boundedTo(room.size()).expandedTo(smallestWindow));
+  move(room.center() - rect().center());
 }
 
 void ZemberaMenu::ekranTanit(const std::string& ad, EkranYapici yapici) {

@@ -52,6 +52,7 @@ class ZemberaMenu : public QMainWindow, public ui::ConsolePort {
   QWidget* kenarCubugu();
   QWidget* anaPanel();
   void durumCubugu();
+  void yerlestir();
 
   session::Dugum dugum(const QTreeWidgetItem* oge) const;
   void dugumDegisti();

@@ -1,9 +1,11 @@
 // The console's widgets, built once.
 #include <QAction>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -19,7 +21,8 @@
 namespace session_ui {
 namespace {
 
-constexpr int sideWidth = 248, treeWidth = 360, menuIcon = 24, treeIcon = 20, codeColumn = 80;
+constexpr int sideWidth = 256, treeWidth = 360, smallestTree = 240, menuIcon = 24, treeIcon = 20,
+              codeColumn = 72;
 
 struct ButonGorunusu {
   const char* yazi;
@@ -78,11 +81,12 @@ QToolButton* kenarButonu(const char* ad, const QString& yazi, const QString& res
   button->setObjectName(ad);
   button->setProperty("rol", "menu");
   button->setText(yazi);
-  button->setIcon(ui::icon(resim));
-  button->setIconSize(QSize(menuIcon, menuIcon));
+  button->setIcon(ui::captionIcon(resim));
+  button->setIconSize(ui::captionIconSize(menuIcon));
   button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   button->setFocusPolicy(Qt::TabFocus);
+  ui::pressByEnter(button);
   return button;
 }
 
@@ -108,7 +112,7 @@ void ZemberaMenu::menuleriKur() {
 }
 
 QAction* ZemberaMenu::komutEkle(const char* ad, const QString& yazi, const QString& resim, Islem islem) {
-  auto* action = new QAction(ui::icon(resim), yazi, this);
+  auto* action = new QAction(ui::captionIcon(resim), yazi, this);
   action->setObjectName(ad);
   connect(action, &QAction::triggered, this,
           [this, islem] { calistir(islem(oturum_, dugum(agac_->currentItem()))); });
@@ -140,12 +144,14 @@ void ZemberaMenu::popupKur() {
   vazgec->setObjectName("MNVazgec");
 }
 
+// On a low screen the buttons scroll; the way out stays in sight.
 QWidget* ZemberaMenu::kenarCubugu() {
   auto* side = new QWidget;
   side->setProperty("rol", "kenar");
   side->setAttribute(Qt::WA_StyledBackground);
   side->setFixedWidth(sideWidth);
-  auto* layout = new QVBoxLayout(side);
+  auto* buttons = new QWidget;
+  auto* layout = new QVBoxLayout(buttons);
   layout->setContentsMargins(ui::gapSmall, ui::gap, ui::gapSmall, ui::gap);
   layout->setSpacing(2);
   const auto tablo = session::menuButonlari();
@@ -164,9 +170,22 @@ QWidget* ZemberaMenu::kenarCubugu() {
           [this] { menuButonu(session::raporEvrakButonu, command1_->text()); });
   layout->addWidget(command1_);
   layout->addStretch(1);
+  auto* scroll = new QScrollArea;
+  scroll->setWidgetResizable(true);
+  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroll->setFocusPolicy(Qt::NoFocus);
+  scroll->setWidget(buttons);
+
   QToolButton* tus = kenarButonu("Tus", "Çıkış", "cikis");
   connect(tus, &QToolButton::clicked, this, &ZemberaMenu::cikis);
-  layout->addWidget(tus);
+  auto* last = new QHBoxLayout;
+  last->setContentsMargins(ui::gapSmall, ui::gapSmall, ui::gapSmall, ui::gap);
+  last->addWidget(tus);
+  auto* all = new QVBoxLayout(side);
+  all->setContentsMargins(0, 0, 0, 0);
+  all->setSpacing(0);
+  all->addWidget(scroll, 1);
+  all->addLayout(last);
   return side;
 }
 
@@ -193,6 +212,7 @@ QWidget* ZemberaMenu::anaPanel() {
   auto* splitter = new QSplitter;
   splitter->setChildrenCollapsible(false);
   splitter->setHandleWidth(ui::gap);
+  agac_->setMinimumWidth(smallestTree);
   splitter->addWidget(agac_);
   splitter->addWidget(ayrinti_);
   splitter->setSizes({treeWidth, treeWidth + 100});

@@ -71,8 +71,12 @@ Type decimalResult(BinaryOp op, const Type& left, const Type& right) {
     }
     case BinaryOp::Modulo:
       return decimalType(std::min(p1 - s1, p2 - s2) + scale, scale);
-    default:
-      return decimalType(std::max(p1 - s1, p2 - s2) + scale + 1, scale);
+    default: {
+      // A 39th digit is the carry's: it takes no decimal, as long as the whole digits of both sides fit.
+      const int whole = std::max(p1 - s1, p2 - s2);
+      const int precision = std::min(maxPrecision, whole + scale + 1);
+      return decimalType(precision, std::min(scale, precision - whole));
+    }
   }
 }
 

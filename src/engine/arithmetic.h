@@ -26,6 +26,8 @@ Type unaryType(UnaryOp op, const Type& type);
 Datum unary(UnaryOp op, const Datum& value, const Type& type);
 std::string unarySql(UnaryOp op, const std::string& operand, const Type& type);
 
+// Throws 402 where one side is TEXT or NTEXT.
+void requireComparable(BinaryOp op, const Type& left, const Type& right);
 // Equal .. GreaterEqual: the operands brought to their common type; text under the server's collation,
 // where a plain column stays bare, so that its index serves. The result is 1, 0 or NULL.
 std::string comparisonSql(BinaryOp op, const std::string& left, const Type& leftType,

@@ -170,13 +170,21 @@ std::string unarySql(UnaryOp op, const std::string& operand, const Type& type) {
   return type.id == TypeId::Decimal ? call("z_neg", operand) : call(checker(result.id), negated);
 }
 
+void requireComparable(BinaryOp op, const Type& left, const Type& right) {
+  if (!isLongText(left.id) && !isLongText(right.id)) return;
+  const char* name = op == BinaryOp::Equal       ? "equal to"
+                     : op == BinaryOp::NotEqual  ? "not equal to"
+                     : op == BinaryOp::Less      ? "less than"
+                     : op == BinaryOp::LessEqual ? "less than or equal to"
+                     : op == BinaryOp::Greater   ? "greater than"
+                                                 : "greater than or equal to";
+  throw Error(402, std::string("The data types ") + messageName(left.id) + " and " + messageName(right.id) +
+                       " are incompatible in the " + name + " operator.");
+}
+
 std::string comparisonSql(BinaryOp op, const std::string& left, const Type& leftType,
                           const std::string& right, const Type& rightType) {
-  if (isLongText(leftType.id) || isLongText(rightType.id))
-    throw Error(
-        306,
-        "The text, ntext, and image data types cannot be compared or sorted, except when using IS NULL "
-        "or LIKE operator.");
+  requireComparable(op, leftType, rightType);
   const bool leftText = isCharacter(leftType.id), rightText = isCharacter(rightType.id);
   if (leftText && rightText)
     return '(' + left + ' ' + symbol(op) + " (" + right + ") COLLATE " + sqliteCollation + ')';

@@ -325,9 +325,7 @@ struct BlockStatement {
 };
 struct BreakStatement {};
 struct ContinueStatement {};
-struct ReturnStatement {
-  ExprPtr value;
-};
+struct ReturnStatement {};
 struct PrintStatement {
   ExprPtr value;
 };

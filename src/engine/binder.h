@@ -72,7 +72,9 @@ class Binder {
     stepwiseSlots_ = std::move(slots);
   }
   // The query as the source of an INSERT: its columns converted to `targets`.
-  BoundSelect bindSource(const SelectStatement& select, const std::vector<const ColumnInfo*>& targets);
+  // `named`: the INSERT has a column list.
+  BoundSelect bindSource(const SelectStatement& select, const std::vector<const ColumnInfo*>& targets,
+                         bool named);
 
  private:
   struct CoreShape {  // what the surroundings ask of a SELECT core
@@ -80,6 +82,7 @@ class Binder {
     const std::vector<std::string>* starNames = nullptr;      // fixed column names of a view
     int columnCount = -1;                                     // fixed column count of a view
     const std::vector<const ColumnInfo*>* targets = nullptr;  // columns that an INSERT fills
+    bool named = false;                                       // and whether it names them
   };
 
   // binder_expression.cpp
@@ -92,6 +95,7 @@ class Binder {
   BoundExpr bindUnary(const Expr& expr, Scope* scope);
   BoundExpr bindBinary(const Expr& expr, Scope* scope);
   BoundExpr bindCase(const Expr& expr, Scope* scope);
+  std::string caseTests(const Expr& expr, Scope* scope, std::vector<std::string>& tests);
   BoundExpr bindConversion(const Expr& expr, Scope* scope);
   BoundExpr bindCollate(const Expr& expr, Scope* scope);
   ParameterSource& parameter(int index) { return parameters_[static_cast<std::size_t>(index)]; }
@@ -169,6 +173,13 @@ std::string quoteName(std::string_view name);
 // True when the trees mean the same in `scope` (columns by what they resolve to is left to the caller).
 bool sameExpr(const Expr& left, const Expr& right);
 bool containsAggregate(const Expr& expr);
+bool containsSubquery(const Expr& expr);
+// Ends a statement whose SQLite text has multiplied beyond reason.
+void requireReasonable(const std::string& sql);
 bool isAggregateName(std::string_view foldedName);
+// 8120 and its kin: a column that is neither grouped by nor aggregated.
+Error ungroupedColumn(const Scope& scope, const Source& source, const SourceColumn& column);
+// 8158, 8159: a list of column names has more or fewer names than the query `name` has columns.
+Error columnListError(const std::string& name, bool more);
 
 }  // namespace engine

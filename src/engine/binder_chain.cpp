@@ -81,7 +81,8 @@ BoundExpr Binder::operate(BinaryOp op, BoundExpr left, BoundExpr right) {
     if (right.parameter >= 0) right = convert(right, bound.type);
   }
   bound.sql = arithmeticSql(op, left.sql, left.type, right.sql, right.type);
-  bound.nullable = left.nullable || right.nullable;
+  // An arithmetic result may overflow, so the server takes it for one that can be NULL.
+  bound.nullable = left.nullable || right.nullable || isNumeric(bound.type.id);
   return bound;
 }
 

@@ -18,16 +18,15 @@ bool isMeant(const Source& source, const Expr& expr) {
 }
 
 // Columns outside of aggregates must be built of what the query groups by.
-void checkGrouping(const Scope& scope, const SourceColumn& column, const Expr& expr) {
+void checkGrouping(const Scope& scope, const Source& source, const SourceColumn& column) {
   if (!scope.grouped || scope.inAggregate > 0) return;
   for (const auto& [group, bound] : scope.groups)
     if (bound.column && bound.sql == column.sql) return;
-  throw Error(8120, "Column '" + written(expr) +
-                        "' is invalid in the select list because it is not contained in either an aggregate "
-                        "function or the GROUP BY clause.");
+  throw ungroupedColumn(scope, source, column);
 }
 
 struct Found {
+  const Source* source = nullptr;
   const SourceColumn* column = nullptr;
   bool sourceSeen = false;
 };
@@ -43,6 +42,7 @@ Found findColumn(const Scope& scope, const Expr& expr, const std::string& key) {
     for (const SourceColumn& column : source.columns) {
       if (column.key != key) continue;
       if (found.column) throw Error(209, "Ambiguous column name '" + expr.name + "'.");
+      found.source = &source;
       found.column = &column;
     }
   }
@@ -50,6 +50,22 @@ Found findColumn(const Scope& scope, const Expr& expr, const std::string& key) {
 }
 
 }  // namespace
+
+Error ungroupedColumn(const Scope& scope, const Source& source, const SourceColumn& column) {
+  struct Place {
+    int number;
+    const char *quote, *clause;
+  };
+  static constexpr Place places[] = {
+      {8120, "'", "select list"}, {8121, "'", "HAVING clause"}, {8127, "\"", "ORDER BY clause"}};
+  const Place& place = places[static_cast<std::size_t>(scope.clause)];
+  const std::string name = source.title.empty() ? column.info.name : source.title + "." + column.info.name;
+  return Error(place.number,
+               std::string("Column ") + place.quote + name + place.quote + " is invalid in the " +
+                   place.clause +
+                   " because it is not contained in either an aggregate function or the GROUP BY "
+                   "clause.");
+}
 
 int VariableTable::find(std::string_view name) const {
   const std::string key = foldName(name);
@@ -66,7 +82,7 @@ BoundExpr Binder::bindColumn(const Expr& expr, Scope* scope) {
       if (found.sourceSeen) break;
       continue;
     }
-    checkGrouping(*at, *found.column, expr);
+    checkGrouping(*at, *found.source, *found.column);
     BoundExpr bound;
     bound.sql = found.column->sql;
     bound.type = found.column->info.type;

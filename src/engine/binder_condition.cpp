@@ -49,6 +49,7 @@ BoundExpr Binder::bindInList(const Expr& expr, Scope* scope) {
   Type type = value.type;
   for (const ExprPtr& arg : expr.args) {
     items.push_back(bindValue(*arg, scope));
+    requireComparable(BinaryOp::Equal, value.type, items.back().type);
     type = commonType(type, items.back().type);
   }
   std::string sql =
@@ -77,6 +78,7 @@ BoundSelect Binder::bindOneColumn(const Expr& expr, Scope* scope) {
 BoundExpr Binder::bindInSelect(const Expr& expr, Scope* scope) {
   const BoundExpr value = bindValue(*expr.left, scope);
   const BoundSelect select = bindOneColumn(expr, scope);
+  requireComparable(BinaryOp::Equal, value.type, select.columns[0].type);
   const Type type = commonType(value.type, select.columns[0].type);
   const bool texts = isCharacter(value.type.id) && isCharacter(select.columns[0].type.id);
   std::string sql = "(" + (texts ? value : convert(value, type)).sql;

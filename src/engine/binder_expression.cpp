@@ -80,6 +80,24 @@ bool containsAggregate(const Expr& expr) {
                      [&](const WhenClause& w) { return inside(w.when) || inside(w.then); });
 }
 
+bool containsSubquery(const Expr& expr) {
+  if (expr.select) return true;
+  const auto inside = [](const ExprPtr& e) { return e && containsSubquery(*e); };
+  if (inside(expr.left) || inside(expr.right)) return true;
+  if (std::any_of(expr.args.begin(), expr.args.end(), inside)) return true;
+  return std::any_of(expr.whens.begin(), expr.whens.end(),
+                     [&](const WhenClause& w) { return inside(w.when) || inside(w.then); });
+}
+
+void requireReasonable(const std::string& sql) {
+  constexpr std::size_t longest = 4'000'000;
+  if (sql.size() > longest)
+    throw Error(
+        8623,
+        "The query processor ran out of internal resources and could not produce a query plan. Simplify "
+        "the query.");
+}
+
 Binder::Binder(const BindContext& context) : context_(context) {}
 
 BoundExpr Binder::addParameter(ParameterSource source) {
@@ -272,21 +290,44 @@ Type Binder::unify(const std::vector<BoundExpr>& exprs) {
   return type.id == TypeId::Null ? intType : type;
 }
 
+// The operand of a simple CASE stands once where SQLite's own form can compare it as it is, so that nested
+// ones do not multiply; else in each test.
+std::string Binder::caseTests(const Expr& expr, Scope* scope, std::vector<std::string>& tests) {
+  if (!expr.left) {
+    for (const WhenClause& clause : expr.whens) tests.push_back(bindCondition(*clause.when, scope).sql);
+    return {};
+  }
+  const BoundExpr operand = bindValue(*expr.left, scope);
+  std::vector<BoundExpr> values;
+  for (const WhenClause& clause : expr.whens) values.push_back(bindValue(*clause.when, scope));
+  const bool once = operand.type.id != TypeId::Null && !isLongText(operand.type.id) &&
+                    std::all_of(values.begin(), values.end(), [&](const BoundExpr& value) {
+                      return isCharacter(operand.type.id)
+                                 ? isCharacter(value.type.id) && !isLongText(value.type.id)
+                                 : commonType(operand.type, value.type) == operand.type;
+                    });
+  for (const BoundExpr& value : values) {
+    if (!once)
+      tests.push_back(compare(BinaryOp::Equal, operand, value).sql);
+    else if (isCharacter(operand.type.id))
+      tests.push_back("(" + value.sql + ") COLLATE " + sqliteCollation);
+    else
+      tests.push_back(convert(value, operand.type).sql);
+  }
+  return once ? " " + finite(operand).sql : std::string();
+}
+
 BoundExpr Binder::bindCase(const Expr& expr, Scope* scope) {
   ++lazy_;
   std::vector<std::string> tests;
   std::vector<BoundExpr> results;
-  for (const WhenClause& clause : expr.whens) {
-    tests.push_back(
-        expr.left ? compare(BinaryOp::Equal, bindValue(*expr.left, scope), bindValue(*clause.when, scope)).sql
-                  : bindCondition(*clause.when, scope).sql);
-    results.push_back(bindValue(*clause.then, scope));
-  }
+  const std::string operand = caseTests(expr, scope, tests);
+  for (const WhenClause& clause : expr.whens) results.push_back(bindValue(*clause.then, scope));
   if (expr.right) results.push_back(bindValue(*expr.right, scope));
   BoundExpr bound;
   bound.type = unify(results);
   bound.nullable = !expr.right;
-  bound.sql = "(CASE";
+  bound.sql = "(CASE" + operand;
   for (std::size_t i = 0; i < results.size(); ++i) {
     const bool otherwise = i >= tests.size();
     bound.sql += otherwise ? std::string(" ELSE ") : " WHEN " + tests[i] + " THEN ";
@@ -294,6 +335,7 @@ BoundExpr Binder::bindCase(const Expr& expr, Scope* scope) {
     bound.nullable = bound.nullable || results[i].nullable;
   }
   bound.sql += " END)";
+  requireReasonable(bound.sql);
   --lazy_;
   return bound;
 }

@@ -59,13 +59,22 @@ void allowNull(Scope& scope, std::size_t from, std::size_t to) {
 
 void checkDuplicate(const Scope& scope, const Source& added) {
   for (const Source& source : scope.sources)
-    if (source.alias == added.alias && source.aliased == added.aliased && source.database == added.database)
-      throw Error(1013, "The objects \"" + added.alias + "\" and \"" + source.alias +
+    if (source.alias == added.alias && source.aliased && added.aliased)
+      throw Error(1011,
+                  "The correlation name '" + added.shown + "' is specified multiple times in a FROM clause.");
+    else if (source.alias == added.alias && source.aliased == added.aliased &&
+             source.database == added.database)
+      throw Error(1013, "The objects \"" + source.shown + "\" and \"" + added.shown +
                             "\" in the FROM clause have the same exposed names. Use correlation names to "
                             "distinguish them.");
 }
 
 }  // namespace
+
+Error columnListError(const std::string& name, bool more) {
+  return Error(more ? 8158 : 8159, "'" + name + "' has " + (more ? "more" : "fewer") +
+                                       " columns than were specified in the column list.");
+}
 
 std::string Binder::resolveDatabase(const ObjectName& name) {
   if (name.database.empty()) return context_.database;
@@ -88,6 +97,7 @@ const TableInfo* Binder::pseudoTable(const ObjectName& name, std::string& sql) c
 
 Source& Binder::bindTarget(const ObjectName& name, Scope& scope) {
   const std::string database = resolveDatabase(name);
+  if (!isKnownOwner(name.owner)) throw invalidObject(name);
   catalogs_.push_back(context_.store->catalog(database));
   const TableInfo* table = catalogs_.back()->table(name.object);
   if (!table) {
@@ -98,6 +108,7 @@ Source& Binder::bindTarget(const ObjectName& name, Scope& scope) {
   }
   Source source;
   source.alias = foldName(name.object);
+  source.shown = source.title = written(name);
   source.database = foldName(database);
   source.handle = newHandle();
   source.table = table;
@@ -161,6 +172,8 @@ Binder::FromPiece Binder::bindNamed(const TableSource& at, Scope& scope) {
   Source source;
   source.aliased = !at.alias.empty();
   source.alias = foldName(source.aliased ? at.alias : at.name.object);
+  source.title = written(at.name);
+  source.shown = source.aliased ? at.alias : source.title;
   source.handle = newHandle();
   FromPiece piece;
   if (const TableInfo* pseudo = pseudoTable(at.name, piece.sql)) {
@@ -172,6 +185,7 @@ Binder::FromPiece Binder::bindNamed(const TableSource& at, Scope& scope) {
     }
   } else {
     const std::string database = resolveDatabase(at.name);
+    if (!isKnownOwner(at.name.owner)) throw invalidObject(at.name);
     if (!source.aliased) source.database = foldName(database);
     catalogs_.push_back(context_.store->catalog(database));
     const auto catalog = catalogs_.back();
@@ -200,13 +214,14 @@ Binder::FromPiece Binder::bindDerived(const TableSource& at, Scope& scope) {
   source.aliased = true;
   source.handle = newHandle();
   source.alias = at.alias.empty() ? source.handle : foldName(at.alias);
+  source.shown = source.title = at.alias;
   if (!at.columnAliases.empty() && at.columnAliases.size() != select.columns.size())
-    throw Error(8158, "'" + at.alias + "' has more or fewer columns than were specified in the column list.");
+    throw columnListError(at.alias, select.columns.size() > at.columnAliases.size());
   for (std::size_t i = 0; i < select.columns.size(); ++i) {
     const std::string& name = at.columnAliases.empty() ? select.columns[i].name : at.columnAliases[i];
     if (name.empty() && !at.alias.empty())
-      throw Error(8155,
-                  "No column was specified for column " + std::to_string(i + 1) + " of '" + at.alias + "'.");
+      throw Error(8155, "No column name was specified for column " + std::to_string(i + 1) + " of '" +
+                            at.alias + "'.");
     const auto same = std::count_if(source.columns.begin(), source.columns.end(), [&](const SourceColumn& c) {
       return !name.empty() && c.key == foldName(name);
     });

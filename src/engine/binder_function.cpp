@@ -43,6 +43,11 @@ const std::array systemFunctions = {
     SystemFunction{"current_timestamp", nullptr, {TypeId::DateTime}, 0, 0, SystemValue::Now, true},
 };
 
+Error nestedAggregate() {
+  return Error(
+      130, "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.");
+}
+
 Error argumentCount(const std::string& name, int count) {
   return Error(174, "The " + name + " function requires " + std::to_string(count) + " argument(s).", 15);
 }
@@ -105,6 +110,7 @@ BoundExpr Binder::bindFunction(const Expr& expr, Scope* scope) {
     }
     const BoundExpr bound = bindValue(written, scope);
     argument.type = bound.type;
+    argument.nullable = bound.nullable;
     if (written.kind == Expr::Kind::Literal && (info->structural >> i & 1)) {
       argument.constant = literalDatum(written.literal);
       if (context_.structural && written.literal.ordinal >= 0 && !context_.fixedLiterals)
@@ -118,8 +124,9 @@ BoundExpr Binder::bindFunction(const Expr& expr, Scope* scope) {
   const BoundFunction function = engine::bindFunction(*info, arguments);
   BoundExpr result;
   result.type = function.result;
-  result.nullable = function.nullable && nullable;
+  result.nullable = function.nullable && (nullable || branches);
   result.sql = functionSql(function, sqls);
+  requireReasonable(result.sql);
   return result;
 }
 
@@ -128,13 +135,12 @@ BoundExpr Binder::bindAggregate(const Expr& expr, Scope* scope) {
     throw Error(147,
                 "An aggregate may not appear in the WHERE clause unless it is in a subquery contained in a "
                 "HAVING clause or a select list, and the column being aggregated is an outer reference.");
-  if (scope->inAggregate > 0)
-    throw Error(
-        130, "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.");
+  if (scope->inAggregate > 0) throw nestedAggregate();
   std::vector<FunctionArgument> arguments;
   std::vector<std::string> sqls;
   ++scope->inAggregate;
   for (const ExprPtr& arg : expr.args) {
+    if (containsSubquery(*arg)) throw nestedAggregate();
     const BoundExpr bound = bindValue(*arg, scope);
     arguments.push_back({bound.type, std::nullopt, {}});
     sqls.push_back(bound.sql);

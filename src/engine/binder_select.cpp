@@ -31,6 +31,22 @@ bool isAggregated(const SelectCore& core) {
                      [](const SelectItem& item) { return item.expr && containsAggregate(*item.expr); });
 }
 
+Error notSortable() {
+  return Error(
+      306,
+      "The text, ntext, and image data types cannot be compared or sorted, except when using IS NULL or "
+      "LIKE operator.");
+}
+
+bool containsColumn(const Expr& expr) {
+  if (expr.kind == Expr::Kind::Column || expr.select) return true;
+  const auto inside = [](const ExprPtr& e) { return e && containsColumn(*e); };
+  if (inside(expr.left) || inside(expr.right)) return true;
+  if (std::any_of(expr.args.begin(), expr.args.end(), inside)) return true;
+  return std::any_of(expr.whens.begin(), expr.whens.end(),
+                     [&](const WhenClause& w) { return inside(w.when) || inside(w.then); });
+}
+
 bool isStarOf(const Source& source, const Expr& star) {
   return star.table.empty() || source.alias == foldName(star.table);
 }
@@ -59,8 +75,10 @@ BoundSelect Binder::bindViewQuery(const SelectStatement& select, bool throughVie
 
 // Where the rows decide over nothing but themselves (no DISTINCT, no UNION), each expression is
 // converted at its place, so that constants are converted once and ahead.
-BoundSelect Binder::bindSource(const SelectStatement& select, const std::vector<const ColumnInfo*>& targets) {
+BoundSelect Binder::bindSource(const SelectStatement& select, const std::vector<const ColumnInfo*>& targets,
+                               bool named) {
   CoreShape shape;
+  shape.named = named;
   const bool direct = select.cores.size() == 1 && !select.cores[0].distinct && select.orderBy.empty();
   if (direct) shape.targets = &targets;
   BoundSelect bound = bindSelect(select, nullptr, shape);
@@ -90,7 +108,11 @@ void Binder::bindCore(const SelectStatement& select, std::size_t index, Scope* p
   if (!core.from.empty()) out.from = " FROM " + bindFrom(core.from, out.scope);
   if (core.where) out.where = " WHERE " + bindCondition(*core.where, &out.scope).sql;
   for (const ExprPtr& group : core.groupBy) {
+    if (!containsColumn(*group))
+      throw Error(
+          164, "Each GROUP BY expression must contain at least one column that is not an outer reference.");
     BoundExpr bound = bindValue(*group, &out.scope);
+    if (isLongText(bound.type.id)) throw notSortable();
     out.groupBy += (out.groupBy.empty() ? " GROUP BY " : ", ") + withCollation(bound);
     out.scope.groups.emplace_back(group.get(), std::move(bound));
   }
@@ -101,7 +123,14 @@ void Binder::bindCore(const SelectStatement& select, std::size_t index, Scope* p
   if (stepwise_ && !parent && !shape.subquery && !out.scope.grouped && !select.orderBy.empty())
     sortBeforeAssigning(select, out);
   bindItems(core, shape, out);
-  if (core.having) out.having = " HAVING " + bindCondition(*core.having, &out.scope).sql;
+  const bool counted = std::any_of(core.items.begin(), core.items.end(),
+                                   [](const SelectItem& item) { return containsAggregate(*item.expr); });
+  // SQLite takes a HAVING without GROUP BY only beside an aggregate.
+  if (out.aggregated && !counted) out.items[0].sql = "iif(count(*)>=0," + out.items[0].sql + ",NULL)";
+  if (core.having) {
+    out.scope.clause = Scope::Clause::Having;
+    out.having = " HAVING " + bindCondition(*core.having, &out.scope).sql;
+  }
 }
 
 // SQLite computes a select list before it sorts. Where the list assigns variables that it reads, the rows
@@ -145,6 +174,10 @@ void Binder::bindItems(const SelectCore& core, const CoreShape& shape, BoundCore
     out.names.push_back(!item.alias.empty() ? item.alias : bound.column ? item.expr->name : std::string());
     if (!item.variable.empty()) out.variables.push_back(item.variable);
   }
+  for (const BoundExpr& item : out.items)
+    if (core.distinct && isLongText(item.type.id))
+      throw Error(421, std::string("The ") + typeName(item.type.id) +
+                           " data type cannot be selected as DISTINCT because it is not comparable.");
   if (!out.variables.empty() && out.variables.size() != out.items.size())
     throw Error(141,
                 "A SELECT statement that assigns a value to a variable must not be combined with "
@@ -179,9 +212,7 @@ void Binder::expandStar(const Expr& star, const CoreShape& shape, int surplus, B
       bound.origin = column.info;
       if (out.scope.grouped && std::none_of(out.scope.groups.begin(), out.scope.groups.end(),
                                             [&](const auto& group) { return group.second.sql == bound.sql; }))
-        throw Error(8120, "Column '" + column.info.name +
-                              "' is invalid in the select list because it is not contained in either an "
-                              "aggregate function or the GROUP BY clause.");
+        throw ungroupedColumn(out.scope, source, column);
       out.items.push_back(std::move(bound));
       out.names.push_back(column.info.name);
     }
@@ -205,6 +236,9 @@ std::string Binder::orderTerm(const OrderItem& item, BoundCore& core, bool outpu
   const auto position = [](std::size_t index) { return std::to_string(index + 1); };
   if (expr.kind == Expr::Kind::Literal && expr.literal.kind == LiteralKind::Integer) {
     const long number = std::strtol(expr.literal.text.c_str(), nullptr, 10);
+    if (number >= 1 && number <= static_cast<long>(core.items.size()) &&
+        isLongText(core.items[static_cast<std::size_t>(number - 1)].type.id))
+      throw notSortable();
     if (number < 1 || number > static_cast<long>(core.items.size()))
       throw Error(108, "The ORDER BY position number " + expr.literal.text +
                            " is out of range of the number of items in the select list.");
@@ -212,10 +246,15 @@ std::string Binder::orderTerm(const OrderItem& item, BoundCore& core, bool outpu
   }
   if (expr.kind == Expr::Kind::Column && expr.table.empty())
     for (std::size_t i = 0; i < core.names.size(); ++i)
-      if (foldName(core.names[i]) == foldName(expr.name)) return position(i);
+      if (foldName(core.names[i]) == foldName(expr.name)) {
+        if (isLongText(core.items[i].type.id)) throw notSortable();
+        return position(i);
+      }
   if (outputOnly && core.scope.sources.empty() && expr.kind == Expr::Kind::Column)
     throw Error(207, "Invalid column name '" + expr.name + "'.");
+  core.scope.clause = Scope::Clause::OrderBy;
   const BoundExpr bound = bindValue(expr, &core.scope);
+  if (isLongText(bound.type.id)) throw notSortable();
   for (std::size_t i = 0; i < core.items.size(); ++i)
     if (core.items[i].sql == bound.sql) return position(i);
   if (outputOnly)
@@ -294,6 +333,8 @@ std::vector<Binder::BoundCore> Binder::bindCores(const SelectStatement& select, 
                 "The ORDER BY clause is invalid in views, inline functions, derived tables, subqueries, and "
                 "common table expressions, unless TOP or FOR XML is also specified.");
   if (shape.targets && shape.targets->size() != cores[0].items.size()) {
+    if (!shape.named)
+      throw Error(213, "Column name or number of supplied values does not match table definition.");
     const bool fewer = cores[0].items.size() < shape.targets->size();
     throw Error(fewer ? 120 : 121, std::string("The select list for the INSERT statement contains ") +
                                        (fewer ? "fewer" : "more") +
@@ -309,6 +350,14 @@ BoundSelect Binder::bindSelect(const SelectStatement& select, Scope* parent, con
   const bool single = cores.size() == 1;
   BoundSelect bound;
   const std::vector<Type> types = outputColumns(cores, bound);
+  const bool distinct =
+      std::find(select.setOps.begin(), select.setOps.end(), SetOp::Union) != select.setOps.end();
+  for (const Type& type : types)
+    if (distinct && isLongText(type.id))
+      throw Error(5335,
+                  std::string("The data type ") + typeName(type.id) +
+                      " cannot be used as an operand to the UNION, INTERSECT or EXCEPT operators because it "
+                      "is not comparable.");
   const std::string order = orderBy(select, first, !single || first.distinct);
   for (std::size_t i = 0; i < cores.size(); ++i) {
     const std::string sql = coreSql(cores[i], types, shape);

@@ -71,6 +71,8 @@ struct SourceColumn {
 // One entry of FROM.
 struct Source {
   std::string alias;     // folded exposed name; for a table without alias its own
+  std::string shown;     // exposed name as written
+  std::string title;     // what messages call it: the table's name as written, else the alias
   std::string database;  // folded, of an unaliased table
   bool aliased = false;
   std::string handle;                // t1, t2 ...: its name in the SQLite text
@@ -86,6 +88,7 @@ struct Scope {
   // Set while the select list, HAVING or ORDER BY of a grouped query is bound.
   bool grouped = false;
   bool hasGroupBy = false;
+  enum class Clause : std::uint8_t { SelectList, Having, OrderBy } clause = Clause::SelectList;
   int inAggregate = 0;
   bool aggregatesAllowed = false;
   std::vector<std::pair<const Expr*, BoundExpr>> groups;

@@ -31,6 +31,10 @@ int TableInfo::identityColumn() const {
   return -1;
 }
 
+bool isKnownOwner(std::string_view owner) {
+  return owner.empty() || foldName(owner) == "dbo";
+}
+
 const TableInfo* DatabaseCatalog::table(std::string_view wanted) const {
   return tables.find(foldName(wanted)).get();
 }

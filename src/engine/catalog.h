@@ -145,6 +145,9 @@ class ObjectMap {
   std::array<std::shared_ptr<const Shard>, shardCount> shards_;
 };
 
+// Everything belongs to dbo; a name may say so or leave it out.
+bool isKnownOwner(std::string_view owner);
+
 struct DatabaseCatalog {
   std::string name;
   std::int64_t version = 0;

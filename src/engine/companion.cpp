@@ -141,9 +141,9 @@ void checkDataFile(const fs::path& data) {
   const auto size = fs::file_size(data, error);
   std::ifstream in(data, std::ios::binary);
   if (error || !in)
-    throw Error(5120, "Unable to open the physical file \"" + data.string() +
-                          "\". Operating system error 2: \"" +
-                          (error ? error.message() : std::string("cannot be read")) + "\".");
+    throw Error(5120, "Unable to open the physical file \"" + data.string() + "\". Operating system error " +
+                          (error ? "2: \"2(The system cannot find the file specified.)\"."
+                                 : "5: \"5(Access is denied.)\"."));
   std::array<char, 100> header{};
   in.read(header.data(), header.size());
   static constexpr char expected[] = "SQLite format 3";

@@ -324,6 +324,12 @@ bool isNumericText(std::string_view text) {
       return false;
     }
   };
+  const auto exponent = digits.find_first_of("dD");  // Fortran's way of writing an exponent counts too
+  if (exponent != digits.npos && digits.find_first_of("eE") == digits.npos) {
+    std::string other(digits);
+    other[exponent] = 'e';
+    return isNumericText(other);
+  }
   return converts({TypeId::Float}) || converts({TypeId::Money});
 }
 

@@ -8,6 +8,12 @@ std::string databaseOf(const ObjectName& name, const SessionContext& context) {
   return name.database.empty() ? context.database : name.database;
 }
 
+void requireOwner(const ObjectName& name) {
+  if (isKnownOwner(name.owner)) return;
+  throw Error(2760, "The specified schema name \"" + name.owner +
+                        "\" either does not exist or you do not have permission to use it.");
+}
+
 Change::Change(Store& changed, const SessionContext& session, const std::string& name)
     : store(changed),
       context(session),
@@ -35,7 +41,8 @@ Change::~Change() {
 }
 
 std::shared_ptr<const TableInfo> Change::table(const ObjectName& name) const {
-  if (auto found = catalog_->tables.find(foldName(name.object))) return found;
+  if (auto found = catalog_->tables.find(foldName(name.object)); found && isKnownOwner(name.owner))
+    return found;
   throw Error(4902, "Cannot find the object \"" + name.object +
                         "\" because it does not exist or you do not have permissions.");
 }

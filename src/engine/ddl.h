@@ -45,6 +45,7 @@ class Change {
 };
 
 std::string databaseOf(const ObjectName& name, const SessionContext& context);
+void requireOwner(const ObjectName& name);  // throws 2760
 
 // ---- columns and keys ----
 

@@ -156,6 +156,7 @@ Datum defaultValue(const Change& change, const ColumnInfo& column) {
 std::string datumSql(const Datum& value) {
   if (value.isInteger()) return std::to_string(value.integer());
   if (value.isText()) return lite::literal(value.text());
+  if (value.isNull()) return "NULL";
   char buffer[40];
   if (value.isReal()) {
     std::snprintf(buffer, sizeof buffer, "%.17g", value.real());
@@ -173,7 +174,10 @@ std::string datumSql(const Datum& value) {
   throw Error(
       4901,
       "ALTER TABLE only allows columns to be added that can contain nulls, or have a DEFAULT definition "
-      "specified, or the column being added is an identity or timestamp column. Column '" +
+      "specified, or the column being added is an identity or timestamp column, or "
+      "alternatively if none of the previous conditions are satisfied the table must be empty to allow "
+      "addition "
+      "of this column. Column '" +
           column + "' cannot be added to non-empty table '" + table +
           "' because it does not satisfy these conditions.");
 }
@@ -223,9 +227,15 @@ void addOneColumn(Change& change, const TableInfo& table, const ColumnDefinition
     fill = " DEFAULT " + datumSql(value);
   }
   change.run("ALTER TABLE " + change.at(table.name) + " ADD COLUMN " + columnSql(column) + fill);
+  if (!column.nullable || !definition.withValues || column.defaultText.empty()) return;
+  change.run("UPDATE " + change.at(table.name) + " SET " + lite::quoted(column.name) + "=" +
+             datumSql(defaultValue(change, column)));
 }
 
 void addDefault(Change& change, const TableInfo& table, const TableConstraint& constraint) {
+  if (table.columnIndex(constraint.forColumn) < 0)
+    throw Error(1752, "Column '" + constraint.forColumn + "' in table '" + table.name +
+                          "' is invalid for creating a default constraint.");
   const ColumnInfo& column = columnOf(table, constraint.forColumn, "ADD CONSTRAINT");
   if (!column.defaultText.empty()) throw Error(1781, "Column already has a DEFAULT bound to it.");
   if (column.identity)
@@ -296,7 +306,7 @@ void dropConstraint(Change& change, const TableInfo& table, const std::string& n
   const ObjectRow object = findObject(change.db, change.alias, name);
   const bool key = object.type == "PK" || object.type == "UQ";
   if (object.id == 0 || object.parent != table.id || !(key || object.type == "D"))
-    throw Error(3728, "'" + name + "' is not a constraint.\nCould not drop constraint. See previous errors.");
+    throw Error(3728, "'" + name + "' is not a constraint.");
   for (const auto& index : table.indexes) {
     if (!key || foldName(index.name) != foldName(name)) continue;
     dropIndex(change, table, index.id);

@@ -65,7 +65,7 @@ void checkPlace(const fs::path& file) {
   if (!fs::is_directory(file.parent_path(), error))
     throw Error(
         5133, "Directory lookup for the file \"" + file.string() +
-                  "\" failed with the operating system error 2(The system cannot find the path specified.).");
+                  "\" failed with the operating system error 3(The system cannot find the path specified.).");
   if (fs::exists(file, error))
     throw Error(5170, "Cannot create file '" + file.string() +
                           "' because it already exists. Change the file path or the file name, and retry the "

@@ -21,6 +21,11 @@ constexpr DropKind dropKinds[] = {
     {ObjectKind::Trigger, "trigger", "TR"},
 };
 
+std::string upper(std::string word) {
+  for (char& c : word) c = static_cast<char>(c - 'a' + 'A');
+  return word;
+}
+
 [[noreturn]] void failDrop(const std::string& word, const std::string& name) {
   throw Error(
       3701,
@@ -28,10 +33,20 @@ constexpr DropKind dropKinds[] = {
       11);
 }
 
+[[noreturn]] void failKind(const DropKind& wanted, const ObjectRow& object) {
+  for (const DropKind& kind : dropKinds)
+    if (object.type == kind.type)
+      throw Error(3705, std::string("Cannot use DROP ") + upper(wanted.word) + " with '" + object.name +
+                            "' because '" + object.name + "' is a " + kind.word + ". Use DROP " +
+                            upper(kind.word) + ".");
+  failDrop(wanted.word, object.name);
+}
+
 // The table or view goes with everything that hangs on it; a trigger leaves its table.
 void dropObject(Change& change, const DropKind& kind, const std::string& name) {
   const ObjectRow object = findObject(change.db, change.alias, name);
-  if (object.id == 0 || object.type != kind.type) failDrop(kind.word, name);
+  if (object.id == 0) failDrop(kind.word, name);
+  if (object.type != kind.type) failKind(kind, object);
   if (kind.kind == ObjectKind::Table) change.run("DROP TABLE " + change.at(object.name));
   removeObject(change.db, change.alias, object.id);
   if (kind.kind == ObjectKind::Trigger) {
@@ -42,6 +57,12 @@ void dropObject(Change& change, const DropKind& kind, const std::string& name) {
       }
   }
   change.reload(object.id, object.name);
+}
+
+std::string wordOf(ObjectKind kind) {
+  for (const DropKind& known : dropKinds)
+    if (known.kind == kind) return known.word;
+  return "database";
 }
 
 void dropIndexByName(Change& change, const ObjectName& name) {
@@ -63,12 +84,12 @@ void dropIndexByName(Change& change, const ObjectName& name) {
       return;
     }
   }
-  throw Error(
-      3703, "Cannot drop the index '" + full + "', because it does not exist or you do not have permission.",
-      11);
+  failDrop("index", full);
 }
 
 void dropOne(Store& store, const SessionContext& context, ObjectKind kind, const ObjectName& name) {
+  if (kind != ObjectKind::Index && !isKnownOwner(name.owner))
+    failDrop(wordOf(kind), name.owner + "." + name.object);
   if (kind == ObjectKind::Database) {
     dropDatabase(store, context, name.object);
     return;
@@ -130,6 +151,7 @@ void run(Store& store, SessionContext& context, const CreateIndexStatement& stat
 
 void run(Store& store, SessionContext& context, const CreateViewStatement& statement,
          const std::vector<ViewColumn>& columns) {
+  requireOwner(statement.name);
   Change change(store, context, databaseOf(statement.name, context));
   const auto id = writeObject(change, statement.name, "V", statement.alter, 0, statement.text, 0);
   if (statement.alter)
@@ -313,7 +335,10 @@ void renameItem(Store& store, const std::string& database, const std::string& it
   if (type != "index" && table->columnIndex(parts.back()) >= 0)
     renameColumn(change, TableInfo(*table), parts.back(), newName);
   else if (type == "column" || !renameIndex(change, TableInfo(*table), parts.back(), newName))
-    failItem(item, database, givenType);
+    throw Error(15248,
+                "Either the parameter @objname is ambiguous or the claimed @objtype (" +
+                    std::string(givenType.empty() ? "(null)" : givenType) + ") is wrong.",
+                11);
   change.finish();
 }
 

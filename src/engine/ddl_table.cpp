@@ -51,9 +51,11 @@ void checkColumns(const std::vector<ColumnInfo>& columns, const std::string& tab
   int identities = 0;
   for (const auto& column : columns) {
     if (column.name.empty())
-      throw Error(1038,
-                  "An object or column name is missing or empty. For SELECT INTO statements, verify each "
-                  "column has a name.");
+      throw Error(
+          1038,
+          "An object or column name is missing or empty. For SELECT INTO statements, verify each "
+          "column has a name. For other statements, look for empty alias names. Aliases defined as \"\" "
+          "or [] are not allowed. Change the alias to a valid name.");
     if (!seen.insert(foldName(column.name)).second)
       throw Error(2705, "Column names in each table must be unique. Column name '" + column.name +
                             "' in table '" + table + "' is specified more than once.");
@@ -196,7 +198,9 @@ namespace {
 const IndexInfo& writeKey(Change& change, TableInfo& table, const IndexInfo& index) {
   if (index.primaryKey) {
     for (const auto& other : table.indexes)
-      if (other.primaryKey)
+      if (other.primaryKey && change.catalog().table(table.name))
+        throw Error(1779, "Table '" + table.name + "' already has a primary key defined on it.");
+      else if (other.primaryKey)
         throw Error(8110, "Cannot add multiple PRIMARY KEY constraints to table '" + table.name + "'.");
     for (const auto& part : index.parts)
       if (table.columns[static_cast<std::size_t>(part.column)].nullable)
@@ -346,6 +350,7 @@ void makeTable(Change& change, TableInfo table) {
 void run(Store& store, SessionContext& context, const CreateTableStatement& statement) {
   Change change(store, context, databaseOf(statement.name, context));
   const std::string& name = statement.name.object;
+  requireOwner(statement.name);
   std::vector<ColumnInfo> columns;
   for (const auto& definition : statement.columns) columns.push_back(columnFrom(definition, name));
   std::vector<TableConstraint> keys = columnKeys(statement.columns);

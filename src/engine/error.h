@@ -28,6 +28,8 @@ class Error : public std::runtime_error {
 // false for those after which SQL Server goes on with the batch's next statement
 // (515, 547, 2601, 2627, 220, 8115, 8134, 8152, 544 ...).
 bool endsBatch(int number);
+// Undoes the open transaction as well: texts that are no number or date.
+bool endsTransaction(int number);
 
 // Errors that cross SQLite (raised inside a SQL function) travel as text of this form.
 std::string encodeError(const Error& error);

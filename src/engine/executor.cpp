@@ -214,6 +214,7 @@ void Executor::failed(const Error& error, const Statement& statement) {
   Error located(error);
   if (located.line() == 0) located.setLine(statement.line);
   if (nesting_ > 0 || dynamic_cast<const BatchError*>(&error)) throw BatchError(located);
+  if (endsTransaction(error.number())) rollbackAll();
   if (abortOnError_ || endsBatch(error.number())) throw located;
   if (!firstError_) firstError_ = std::make_unique<Error>(located);
 }

@@ -23,15 +23,6 @@ struct Executor::ChangeShape {
 
 namespace {
 
-bool hasSubquery(const Expr& expr) {
-  if (expr.select) return true;
-  const auto inside = [](const ExprPtr& e) { return e && hasSubquery(*e); };
-  if (inside(expr.left) || inside(expr.right)) return true;
-  if (std::any_of(expr.args.begin(), expr.args.end(), inside)) return true;
-  return std::any_of(expr.whens.begin(), expr.whens.end(),
-                     [&](const WhenClause& w) { return inside(w.when) || inside(w.then); });
-}
-
 bool readsVariables(const Expr& expr) {
   if (expr.kind == Expr::Kind::Variable) return true;
   const auto inside = [](const ExprPtr& e) { return e && readsVariables(*e); };
@@ -99,14 +90,15 @@ void Executor::bindChangeTarget(const ObjectName& target,
 
 void Executor::bindAssignments(const UpdateStatement& update, ChangeShape& shape, Binder& binder) {
   const TableInfo& table = *shape.scope.sources[shape.target].table;
-  std::vector<std::string> loose;  // SET @v = expr: evaluated beside the first column
+  std::vector<std::string> before, loose;  // SET @v = expr: evaluated beside the first column
   for (const Assignment& assignment : update.set) {
     std::string variable;
     if (!assignment.variable.empty())
       variable = "z_set(" + std::to_string(variableSlot(assignment.variable)) + ",";
     if (assignment.column.empty()) {
       const BoundExpr value = binder.bindValue(*assignment.value, &shape.scope);
-      loose.push_back(variable + std::to_string(packType(value.type)) + "," + value.sql + ")");
+      (shape.names.empty() ? before : loose)
+          .push_back(variable + std::to_string(packType(value.type)) + "," + value.sql + ")");
       continue;
     }
     const int ordinal = table.columnIndex(assignment.column);
@@ -130,18 +122,20 @@ void Executor::bindAssignments(const UpdateStatement& update, ChangeShape& shape
       const ExprPtr written = parseExpression(column.defaultText);
       value = binder.bindDefault(*written, column);
     }
-    shape.viaRows = shape.viaRows || hasSubquery(*assignment.value);
+    shape.viaRows = shape.viaRows || containsSubquery(*assignment.value);
     if (!variable.empty())
       value.sql = variable + std::to_string(packType(column.type)) + "," + value.sql + ")";
     shape.names.push_back(name);
     shape.values.push_back(value.sql);
   }
-  if (loose.empty()) return;
+  if (loose.empty() && before.empty()) return;
   if (shape.names.empty()) {
     shape.names.push_back(quoteName(table.columns[0].name));
     shape.values.push_back(shape.handle + "." + shape.names[0]);
   }
-  shape.values[0] = "z_pick(" + shape.values[0] + "," + joined(loose) + ")";
+  if (!loose.empty()) shape.values[0] = "z_pick(" + shape.values[0] + "," + joined(loose) + ")";
+  if (!before.empty())
+    shape.values[0] = "(CASE z_pick(1," + joined(before) + ") WHEN 1 THEN " + shape.values[0] + " END)";
 }
 
 // The statements around the change itself, which all name the same rows.

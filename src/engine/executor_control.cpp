@@ -93,6 +93,21 @@ std::string formatMessage(const std::string& pattern, const std::vector<std::pai
   return text;
 }
 
+// There are no messages of the user's own.
+[[noreturn]] void failUnknownMessage(int id, int severity, int state) {
+  constexpr int first = 13000, adHoc = 50000;
+  if (id < first || id == adHoc)
+    throw Error(2732,
+                "Error number " + std::to_string(id) +
+                    " is invalid. The number must be from 13000 through 2147483647 and it cannot be 50000.");
+  throw Error(18054,
+              "Error " + std::to_string(id) + ", severity " + std::to_string(severity) + ", state " +
+                  std::to_string(state) +
+                  " was raised, but no message with that error number was found in sys.messages. If error "
+                  "is larger than 50000, make sure the user-defined message is added using "
+                  "sp_addmessage.");
+}
+
 }  // namespace
 
 void Executor::runDeclare(const DeclareStatement& statement) {
@@ -172,11 +187,15 @@ void Executor::runRaiserror(const RaiserrorStatement& statement) {
                                                             : otherwise;
   };
   const int severity = number(1, 16), state = number(2, 1);
-  const int id = values[0].first.isInteger() ? number(0, 50000) : 50000;
-  std::string pattern = id == 50000
-                            ? displayText(values[0].first, values[0].second)
-                            : "Error " + std::to_string(id) + ", severity " + std::to_string(severity) +
-                                  ", state " + std::to_string(state) + " was raised.";
+  constexpr int id = 50000;
+  if (values[0].first.isInteger()) failUnknownMessage(number(0, id), severity, state);
+  constexpr int highest = 18;
+  if (severity > highest)
+    throw Error(
+        2754,
+        "Error severity levels greater than 18 can only be specified by members of the sysadmin role, "
+        "using the WITH LOG option.");
+  const std::string pattern = displayText(values[0].first, values[0].second);
   const std::vector<std::pair<Datum, Type>> arguments(
       values.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(3, values.size())), values.end());
   const std::string text = formatMessage(pattern, arguments);
@@ -275,8 +294,7 @@ std::vector<ViewColumn> Executor::viewColumns(const CreateViewStatement& stateme
   Binder binder(context);
   const BoundSelect bound = binder.bindViewQuery(*statement.select, statement.alter);
   if (!statement.columns.empty() && statement.columns.size() != bound.columns.size())
-    throw Error(8158, "'" + statement.name.object +
-                          "' has more or fewer columns than were specified in the column list.");
+    throw columnListError(statement.name.object, bound.columns.size() > statement.columns.size());
   std::vector<ViewColumn> columns;
   std::set<std::string> seen;
   for (std::size_t i = 0; i < bound.columns.size(); ++i) {

@@ -124,7 +124,8 @@ std::string Executor::insertValues(const InsertStatement& insert, InsertShape& s
 }
 
 std::string Executor::insertSelect(const InsertStatement& insert, InsertShape& shape, Binder& binder) {
-  const BoundSelect source = binder.bindSource(*insert.select, targetColumns(*shape.table, shape.given));
+  const BoundSelect source =
+      binder.bindSource(*insert.select, targetColumns(*shape.table, shape.given), shape.named);
   if (source.columns.size() != shape.given.size()) {
     if (!shape.named) throw valueCount(false, shape.given.size(), source.columns.size());
     const bool fewer = source.columns.size() < shape.given.size();

@@ -1,6 +1,7 @@
 #include "engine/functions.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <unordered_map>
 
 #include "engine/error.h"
@@ -67,11 +68,13 @@ std::string functionSql(const BoundFunction& bound, std::span<const std::string>
       sql += bound.sql[at];
       continue;
     }
-    const char which = bound.sql[++at];
-    if (which == 'D')
+    if (bound.sql[++at] == 'D') {
       sql += distinct ? "DISTINCT " : "";
-    else
-      sql += arguments[static_cast<std::size_t>(which - '1')];
+      continue;
+    }
+    const std::size_t number = std::strtoul(bound.sql.c_str() + at, nullptr, 10);
+    sql += arguments[number - 1];
+    while (at + 1 < bound.sql.size() && bound.sql[at + 1] >= '0' && bound.sql[at + 1] <= '9') ++at;
   }
   return sql;
 }

@@ -57,7 +57,7 @@ struct BoundFunction {
   bool nullable = true;
   bool aggregate = false;
   bool deterministic = true;
-  std::string sql;  // template: $1 .. $9 are the arguments, $D the place of DISTINCT
+  std::string sql;  // template: $1, $2 .. are the arguments, $D the place of DISTINCT
 };
 
 BoundFunction bindFunction(const FunctionInfo& info, std::span<const FunctionArgument> arguments);

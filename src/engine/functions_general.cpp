@@ -12,7 +12,8 @@ namespace {
 
 constexpr Type integer{TypeId::Int};
 constexpr Type bigInteger{TypeId::BigInt};
-constexpr int manyArguments = 9;
+constexpr int manyArguments = 4096;
+constexpr std::size_t callWidth = 100;  // SQLite takes 127 arguments in one call
 
 BoundFunction bindIsNull(const FunctionInfo&, Arguments arguments) {
   const Type type = arguments[0].type.id == TypeId::Null ? arguments[1].type : arguments[0].type;
@@ -22,18 +23,22 @@ BoundFunction bindIsNull(const FunctionInfo&, Arguments arguments) {
 
 BoundFunction bindCoalesce(const FunctionInfo&, Arguments arguments) {
   Type type;
-  bool nullable = true;
+  bool nullable = false;  // by its first argument alone it might be: it is a CASE
   for (const FunctionArgument& argument : arguments) {
     type = commonType(type, argument.type);
-    nullable = nullable && argument.nullable;
+    nullable = nullable || argument.nullable;
   }
   if (type.id == TypeId::Null)
     throw Error(
         4127,
         "At least one of the arguments to COALESCE must be an expression that is not the NULL constant.");
-  std::string sql = "coalesce(";
-  for (std::size_t i = 0; i < arguments.size(); ++i) sql += (i ? "," : "") + argumentAs(arguments, i, type);
-  return bound(type, sql + ')', nullable);
+  std::string sql = "coalesce(", end = ")";
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const bool full = i > 0 && i % callWidth == 0 && i + 1 < arguments.size();
+    sql += std::string(i ? "," : "") + (full ? "coalesce(" : "") + argumentAs(arguments, i, type);
+    if (full) end += ')';
+  }
+  return bound(type, sql + end, nullable);
 }
 
 BoundFunction bindNullIf(const FunctionInfo&, Arguments arguments) {
@@ -42,6 +47,11 @@ BoundFunction bindNullIf(const FunctionInfo&, Arguments arguments) {
     throw Error(4151,
                 "The type of the first argument to NULLIF cannot be the NULL constant because the type of "
                 "the first argument has to be known.");
+  // SQLite's own function looks at its first argument once, so that nested ones do not multiply.
+  if (isCharacter(first.id) && isCharacter(second.id) && !isLongText(first.id) && !isLongText(second.id))
+    return bound(first, std::string("nullif($1,($2) COLLATE ") + sqliteCollation + ')');
+  if (commonType(first, second) == first)
+    return bound(first, "nullif($1," + argumentAs(arguments, 1, first) + ')');
   const std::string equal = comparisonSql(BinaryOp::Equal, "$1", first, "$2", second);
   return bound(first, "CASE WHEN " + equal + " THEN NULL ELSE $1 END");
 }

@@ -53,9 +53,10 @@ BoundFunction bindLeft(const FunctionInfo& info, Arguments arguments) {
                             {textArgument(arguments, 0), argumentAs(arguments, 1, integer)}));
 }
 
-BoundFunction bindSubstring(const FunctionInfo&, Arguments arguments) {
+BoundFunction bindSubstring(const FunctionInfo& info, Arguments arguments) {
   const Type& type = arguments[0].type;
   const bool binary = isBinary(type.id);
+  if (!binary && !isCharacter(type.id)) throwArgument(info, arguments, 0);
   const Type text = binary ? type : textArgumentType(type);
   const auto length =
       std::clamp<std::int64_t>(constantInteger(arguments, 2, text.length), 1, std::max<int>(1, text.length));
@@ -121,7 +122,8 @@ BoundFunction bindStuff(const FunctionInfo& info, Arguments arguments) {
   const Type result =
       varyingText(isUnicode(text.id) || isUnicode(inserted.id), text.length + inserted.length);
   return bound(result, call("z_stuff", {textArgument(arguments, 0), argumentAs(arguments, 1, integer),
-                                        argumentAs(arguments, 2, integer), textArgument(arguments, 3)}));
+                                        argumentAs(arguments, 2, integer),
+                                        "coalesce(" + textArgument(arguments, 3) + ",'')"}));
 }
 
 BoundFunction bindStr(const FunctionInfo&, Arguments arguments) {

@@ -315,8 +315,9 @@ std::vector<DatabaseSummary> summarizeDatabases(Store& store, const std::string&
   for (const auto& entry : store.databases())
     if (name.empty() || foldName(name) == foldName(entry.name)) all.push_back(summaryOf(entry));
   if (all.empty())
-    throw Error(15010,
-                "The database '" + name + "' does not exist. Use sp_helpdb to show available databases.");
+    throw Error(15010, "The database '" + name +
+                           "' does not exist. Supply a valid database name. To see available "
+                           "databases, use sys.databases.");
   return all;
 }
 

@@ -63,14 +63,13 @@ StatementPtr SqlParser::continueStatement() {
 
 StatementPtr SqlParser::returnStatement() {
   int atLine = line();
-  ReturnStatement result;
   expect("RETURN");
   bool value = isKind(TokenKind::Literal) || isKind(TokenKind::Variable) ||
                isKind(TokenKind::GlobalVariable) || isSymbol('-') || isSymbol('+') ||
                (isSymbol('(') && !opensQuery()) || isAnyWord({"NULL", "CASE", "CONVERT"}) ||
                (isName() && isSymbol('(', 1));
-  if (value) result.value = expression();
-  return wrap(std::move(result), atLine);
+  if (value) fail(178, "A RETURN statement with a return value cannot be used in this context.");
+  return wrap(ReturnStatement{}, atLine);
 }
 
 StatementPtr SqlParser::printStatement() {

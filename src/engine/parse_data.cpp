@@ -5,6 +5,7 @@ namespace engine {
 
 StatementPtr SqlParser::selectNode() {
   int atLine = line();
+  mayStore_ = true;
   return wrap(selectStatement(), atLine);
 }
 

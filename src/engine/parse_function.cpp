@@ -27,6 +27,7 @@ ExprPtr SqlParser::wordOperand() {
 ExprPtr SqlParser::caseExpr() {
   Nesting nesting(*this, Light);
   ExprPtr expr = make(Expr::Kind::Case);
+  if (++cases_ > mostCases) fail(125, "Case expressions may only be nested to level 10.");
   expect("CASE");
   if (!isWord("WHEN")) expr->left = operators(Additive);
   do {
@@ -38,6 +39,7 @@ ExprPtr SqlParser::caseExpr() {
   } while (isWord("WHEN"));
   if (accept("ELSE")) expr->right = operators(Additive);
   expect("END");
+  --cases_;
   return finish(std::move(expr));
 }
 

@@ -83,12 +83,14 @@ void SqlParser::unions(SelectStatement& select) {
 SelectCore SqlParser::core() {
   SelectCore core;
   std::size_t first = pos_;
+  const bool mayStore = std::exchange(mayStore_, false);
   expect("SELECT");
   if (!accept("ALL")) core.distinct = accept("DISTINCT");
   if (isWord("TOP")) core.top = topClause(&core.topPercent);
   if (isWord("WITH") && isWord("TIES", 1)) unsupported("WITH TIES");
   do core.items.push_back(selectItem());
   while (acceptSymbol(','));
+  if (isWord("INTO") && !mayStore) syntaxError();
   if (accept("INTO")) core.into = objectName();
   coreClauses(core, first);
   return core;

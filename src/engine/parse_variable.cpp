@@ -14,7 +14,10 @@ StatementPtr SqlParser::declareStatement() {
     declaration.name = variable();
     accept("AS");
     Declared declared{{}, declare.variables.size()};
-    declaration.type = type(&declared);
+    std::string word;
+    declaration.type = type(&declared, &word);
+    if (equalsKeyword(word, "TEXT") || equalsKeyword(word, "NTEXT"))
+      fail(2739, "The text, ntext, and image data types are invalid for local variables.");
     if (acceptSymbol('=')) declaration.value = expression();
   } while (acceptSymbol(','));
   return wrap(std::move(declare), atLine);

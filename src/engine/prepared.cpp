@@ -1,14 +1,37 @@
 #include "engine/prepared.h"
 
+#include <array>
+#include <string_view>
 #include <utility>
 
+#include "engine/nesting.h"
 #include "engine/sqlite_util.h"
 
 namespace engine {
+namespace {
+
+// Brackets that one text may keep open, tried in turn: how much SQLite's parser takes depends on what
+// stands in them.
+constexpr std::array depths = {20, 12, 8, 5, 3};
+
+int prepare(sqlite3* connection, const std::string& sql, sqlite3_stmt** statement) {
+  return sqlite3_prepare_v3(connection, sql.c_str(), static_cast<int>(sql.size()) + 1,
+                            SQLITE_PREPARE_PERSISTENT, statement, nullptr);
+}
+
+bool isTooDeep(sqlite3* connection, int code) {
+  return code == SQLITE_ERROR &&
+         std::string_view(sqlite3_errmsg(connection)).find("parser stack overflow") != std::string_view::npos;
+}
+
+}  // namespace
 
 Prepared::Prepared(sqlite3* connection, BoundStatement bound) : parameters_(std::move(bound.parameters)) {
-  const int code = sqlite3_prepare_v3(connection, bound.sql.c_str(), static_cast<int>(bound.sql.size()) + 1,
-                                      SQLITE_PREPARE_PERSISTENT, &statement_, nullptr);
+  int code = prepare(connection, bound.sql, &statement_);
+  for (const int depth : depths) {
+    if (!isTooDeep(connection, code)) break;
+    code = prepare(connection, withShallowNesting(bound.sql, depth), &statement_);
+  }
   if (code != SQLITE_OK) lite::fail(connection, code);
 }
 

@@ -138,7 +138,7 @@ void ProcedureCall::gather(const Procedure& procedure) {
   }
   for (std::size_t i = 0; i < given.size(); ++i)
     if (procedure.parameters[i].name && procedure.parameters[i].required && !given[i])
-      throw Error(201, std::string("Procedure '") + procedure.name + "' expects parameter '" +
+      throw Error(201, std::string("Procedure or function '") + procedure.name + "' expects parameter '" +
                            procedure.parameters[i].name + "', which was not supplied.");
 }
 

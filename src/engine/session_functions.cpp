@@ -182,7 +182,9 @@ struct SessionFunctions {
   }
 
   static Datum top(Executor&, const Arguments& arguments) {
-    if (!arguments[0].isInteger() || arguments[0].integer() < 0)
+    if (arguments[0].isInteger() && arguments[0].integer() < 0)
+      throw Error(127, "A TOP N value may not be negative.");
+    if (!arguments[0].isInteger())
       throw Error(1060, "The number of rows in the TOP clause must be an integer.");
     return arguments[0];
   }

@@ -31,6 +31,7 @@ class SqlParser {
   };
 
   // How many levels one construct takes of maxDepth.
+  static constexpr int mostCases = 10;
   enum Cost : int { Light = 1, Heavy = 10 };
   class Nesting {
    public:
@@ -246,8 +247,10 @@ class SqlParser {
   std::vector<int> structural_;  // ordinals
   std::size_t pos_ = 0;
   int depth_ = 0;
-  int loops_ = 0;    // WHILE around the statement being parsed
-  int tallest_ = 0;  // height of the tallest expression of the select being parsed
+  bool mayStore_ = false;  // the SELECT that comes is a statement of its own and may have INTO
+  int cases_ = 0;          // CASE around the expression being parsed
+  int loops_ = 0;          // WHILE around the statement being parsed
+  int tallest_ = 0;        // height of the tallest expression of the select being parsed
 };
 
 }  // namespace engine

@@ -28,20 +28,20 @@ void len(sqlite3_context* context, int, Values values) {
   sqlite3_result_int64(context, characterCount(text));
 }
 
-[[noreturn]] void throwLength(const char* function) {
-  throw Error(536, std::string("Invalid length parameter passed to the ") + function + " function.");
+[[noreturn]] void throwLength(int number, const char* function) {
+  throw Error(number, std::string("Invalid length parameter passed to the ") + function + " function.");
 }
 
 void left(sqlite3_context* context, int, Values values) {
   const std::int64_t count = sqlite3_value_int64(values[1]);
-  if (count < 0) throwLength("left");
+  if (count < 0) throwLength(537, "LEFT or SUBSTRING");
   setText(context, characters(textOf(values[0]), 0, count));
 }
 
 void right(sqlite3_context* context, int, Values values) {
   const std::string_view text = textOf(values[0]);
   const std::int64_t count = sqlite3_value_int64(values[1]);
-  if (count < 0) throwLength("right");
+  if (count < 0) throwLength(536, "right");
   setText(context, text.substr(characterOffset(text, characterCount(text) - count)));
 }
 

@@ -174,7 +174,7 @@ TEST_F(Arithmetic, Compares) {
           << shown(c.left.value, c.left.type);
   }
   EXPECT_TRUE(evaluate(comparisonSql(Equal, "?1", varChar(1), "NULL", {}), {text("a")}).isNull());
-  EXPECT_EQ(errorOf([] { comparisonSql(Equal, "a", {TypeId::Text}, "b", varChar(1)); }), 306);
+  EXPECT_EQ(errorOf([] { comparisonSql(Equal, "a", {TypeId::Text}, "b", varChar(1)); }), 402);
 }
 
 TEST_F(Arithmetic, ComparisonKeepsIndexesUsable) {

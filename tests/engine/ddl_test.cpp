@@ -70,10 +70,10 @@ TEST_F(DdlTest, RefusedDefinitionsLeaveNothing) {
       {"CREATE INDEX J ON Var (b, b)", 1909},
       {"CREATE INDEX J ON Var (z)", 1911},
       {"CREATE INDEX J ON Yok (z)", 1088},
-      {"DROP INDEX Var.J", 3703},
+      {"DROP INDEX Var.J", 3701},
       {"DROP TABLE Yok", 3701},
       {"DROP TABLE Var, Yok", 3701},
-      {"DROP VIEW Var", 3701},
+      {"DROP VIEW Var", 3705},
       {"DROP TRIGGER Yok", 3701},
       {"ALTER TABLE Yok ADD x INT", 4902},
       {"ALTER TABLE Var ADD A INT", 2705},
@@ -245,7 +245,7 @@ TEST_F(DdlTest, Renaming) {
   EXPECT_EQ(rename("yeni", "YENI", "OBJECT"), 0);
   EXPECT_EQ(rename("Yeni.c", "A", "COLUMN"), 15335);
   EXPECT_EQ(rename("Yok", "x", ""), 15225);
-  EXPECT_EQ(rename("Yeni.z", "x", "COLUMN"), 15225);
+  EXPECT_EQ(rename("Yeni.z", "x", "COLUMN"), 15248);
   EXPECT_EQ(rename("Yeni", "x", "TABLO"), 15249);
   EXPECT_EQ(rename("Yeni", "Q", "OBJECT"), 15335);
   EXPECT_EQ(s.table("YENI").name, "YENI");

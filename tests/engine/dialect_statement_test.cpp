@@ -149,6 +149,7 @@ TEST_F(StatementTest, RowCounts) {
       {"UPDATE T SET N=N PRINT 'a' SELECT @@ROWCOUNT", "# a\n0\n"},
       {"UPDATE T SET N=N DECLARE @x INT SELECT @@ROWCOUNT", "3\n"},
       {"UPDATE T SET N=N SET NOCOUNT OFF SELECT @@ROWCOUNT", "0\n"},
+      {"DECLARE @s INT SET @s=0 UPDATE T SET @s=@s+N,N=@s SELECT N FROM T", "1\n3\n6\n"},
       {"DELETE TOP (1) FROM T SELECT @@ROWCOUNT UPDATE TOP (1) T SET N=9 SELECT @@ROWCOUNT", "1\n1\n"},
       {"SELECT TOP 1 N FROM T UNION SELECT 50 ORDER BY 1 DESC", "50\n9\n"},
   });
@@ -194,6 +195,39 @@ TEST_F(StatementTest, OverflowsAreNotStored) {
       {"SELECT SUM(I) FROM T", "!8115\n"},
       {"SELECT AVG(I) FROM T", "!8115\n"},
       {"SELECT COUNT(*) FROM T WHERE F=1e308", "2\n"},
+  });
+}
+
+TEST_F(StatementTest, LongTextIsNotCompared) {
+  follow({
+      {"CREATE TABLE T (ID INT,A TEXT,N NTEXT) INSERT INTO T VALUES(1,'uzun','ü') SELECT A FROM T UNION ALL "
+       "SELECT "
+       "'x' SELECT ID FROM T WHERE A LIKE 'uz%' AND N IS NOT NULL",
+       "uzun\nx\n1\n"},
+      {"SELECT ID FROM T WHERE A='uzun'", "!402\n"},
+      {"SELECT ID FROM T WHERE A IN ('uzun')", "!402\n"},
+      {"SELECT A FROM T ORDER BY A", "!306\n"},
+      {"SELECT A FROM T ORDER BY 1", "!306\n"},
+      {"SELECT COUNT(*) FROM T GROUP BY N", "!306\n"},
+      {"SELECT DISTINCT A FROM T", "!421\n"},
+      {"SELECT ID,A FROM T UNION SELECT ID,A FROM T", "!5335\n"},
+      {"DECLARE @t TEXT", "!2739\n"},
+  });
+}
+
+// A text that is no number or date takes the whole transaction with it; other failures only the statement.
+TEST_F(StatementTest, ErrorsInTransactions) {
+  follow({
+      {"CREATE TABLE T (N INT NOT NULL)", ""},
+      {"BEGIN TRAN INSERT INTO T VALUES(1) SELECT CONVERT(INT,'x') INSERT INTO T VALUES(2)", "!245\n"},
+      {"SELECT @@TRANCOUNT,COUNT(*) FROM T", "0\t0\n"},
+      {"BEGIN TRAN INSERT INTO T VALUES(1) INSERT INTO T VALUES(NULL) INSERT INTO T VALUES(1/0) INSERT INTO "
+       "T "
+       "VALUES(2) COMMIT",
+       "!515\n"},
+      {"SELECT @@TRANCOUNT,COUNT(*) FROM T", "0\t2\n"},
+      {"BEGIN TRAN INSERT INTO T VALUES(3) INSERT INTO YOK VALUES(1)", "!208\n"},
+      {"SELECT @@TRANCOUNT ROLLBACK SELECT COUNT(*) FROM T", "1\n2\n"},
   });
 }
 
@@ -244,6 +278,10 @@ TEST_F(StatementTest, SelectForms) {
        "ID>9) SELECT @n",
        "5\nNULL\n"},
       {"SELECT ID FROM A WHERE Ad IN(SELECT Ad FROM A GROUP BY Ad HAVING COUNT(*)>1) ORDER BY ID", "1\n3\n"},
+      {"SELECT 1 FROM A HAVING 1=1 SELECT 2 HAVING 1=0", "1\n"},
+      {"SELECT ISNULL(Ad,'') AS X,ID+1 AS Y,'a' AS Z INTO C FROM A SELECT isnullable FROM syscolumns WHERE "
+       "id=OBJECT_ID('C') ORDER BY colid",
+       "0\n1\n0\n"},
       {"SELECT A.* FROM A,B WHERE A.ID=B.ID AND B.N IS NULL", "2\ty\tNULL\n"},
   });
 }
@@ -257,6 +295,10 @@ TEST_F(StatementTest, TablesChange) {
        "SELECT ID,A,B,C FROM T",
        "1\tNULL\t1\tNULL\n2\tNULL\t1\tNULL\n"},
       {"ALTER TABLE T ADD Z INT NOT NULL", "!4901\n"},
+      {"CREATE TABLE TV (A INT) INSERT INTO TV VALUES(1) ALTER TABLE TV ADD V INT DEFAULT 4 WITH VALUES "
+       "SELECT V "
+       "FROM TV",
+       "4\n"},
       {"ALTER TABLE T ALTER COLUMN Ad VARCHAR(10) NOT NULL SELECT '['+Ad+']' FROM T ORDER BY ID",
        "[bir  ]\n[12   ]\n"},
       {"ALTER TABLE T ALTER COLUMN Ad INT", "!245\n"},
@@ -276,7 +318,7 @@ TEST_F(StatementTest, TablesChange) {
       {"DELETE T WHERE Ad=7 ALTER TABLE T ADD CONSTRAINT U1 UNIQUE (Ad) INSERT INTO T(Ad) VALUES(3)",
        "!2627\n"},
       {"ALTER TABLE T ADD CONSTRAINT DF_B2 DEFAULT 0 FOR B", "!1781\n"},
-      {"CREATE UNIQUE CLUSTERED INDEX IX ON T(Ad) DROP INDEX T.IX DROP INDEX T.IX", "!3703\n"},
+      {"CREATE UNIQUE CLUSTERED INDEX IX ON T(Ad) DROP INDEX T.IX DROP INDEX T.IX", "!3701\n"},
       {"CREATE TABLE T (A INT)", "!2714\n"},
       {"CREATE TABLE X (A INT,a INT)", "!2705\n"},
       {"DROP TABLE YOK", "!3701\n"},
@@ -414,9 +456,47 @@ TEST_F(StatementTest, ErrorsSayWhatTheServerSays) {
       {"EXEC sp_yok", 2812, "Could not find stored procedure 'sp_yok'."},
       {"SELECT YOK(1)", 195, "'YOK' is not a recognized built-in function name."},
       {"SELECT ID,COUNT(*) FROM T", 8120,
-       "Column 'ID' is invalid in the select list because it is not contained in either an aggregate "
+       "Column 'T.ID' is invalid in the select list because it is not contained in either an aggregate "
        "function "
        "or the GROUP BY clause."},
+      {"SELECT ID FROM T X GROUP BY ID HAVING K>1", 8121,
+       "Column 'T.K' is invalid in the HAVING clause because it is not contained in either an aggregate "
+       "function "
+       "or the GROUP BY clause."},
+      {"SELECT ID FROM T GROUP BY ID ORDER BY K", 8127,
+       "Column \"T.K\" is invalid in the ORDER BY clause because it is not contained in either an aggregate "
+       "function or the GROUP BY clause."},
+      {"SELECT COUNT(*) FROM T GROUP BY 'a'", 164,
+       "Each GROUP BY expression must contain at least one column that is not an outer reference."},
+      {"SELECT SUM((SELECT 1)) FROM T", 130,
+       "Cannot perform an aggregate function on an expression containing an aggregate or a subquery."},
+      {"SELECT TOP (-1) ID FROM T", 127, "A TOP N value may not be negative."},
+      {"SELECT A.ID FROM T A,I A", 1011,
+       "The correlation name 'A' is specified multiple times in a FROM clause."},
+      {"SELECT * FROM (SELECT 1) X", 8155, "No column name was specified for column 1 of 'X'."},
+      {"SELECT * FROM (SELECT 1) X(a,b)", 8159,
+       "'X' has fewer columns than were specified in the column list."},
+      {"SELECT * FROM baska.T", 208, "Invalid object name 'baska.T'."},
+      {"CREATE TABLE baska.X (A INT)", 2760,
+       "The specified schema name \"baska\" either does not exist or you do not have permission to use it."},
+      {"CREATE VIEW X AS SELECT 1 AS A INTO Y", 156, "Incorrect syntax near the keyword 'INTO'."},
+      {"ALTER TABLE T ADD DEFAULT 1 FOR Yok", 1752,
+       "Column 'Yok' in table 'T' is invalid for creating a default constraint."},
+      {"INSERT INTO I SELECT 1,2", 213,
+       "Column name or number of supplied values does not match table definition."},
+      {"ALTER TABLE T ADD PRIMARY KEY (K)", 1779, "Table 'T' already has a primary key defined on it."},
+      {"DROP VIEW T", 3705, "Cannot use DROP VIEW with 'T' because 'T' is a table. Use DROP TABLE."},
+      {"RETURN 5", 178, "A RETURN statement with a return value cannot be used in this context."},
+      {"RAISERROR('a',19,1)", 2754,
+       "Error severity levels greater than 18 can only be specified by members of the sysadmin role, using "
+       "the "
+       "WITH LOG option."},
+      {"RAISERROR(50001,16,1)", 18054,
+       "Error 50001, severity 16, state 1 was raised, but no message with that error number was found in "
+       "sys.messages. If error is larger than 50000, make sure the user-defined message is added using "
+       "sp_addmessage."},
+      {"SELECT SUBSTRING(12345,1,2)", 8116,
+       "Argument data type int is invalid for argument 1 of substring function."},
       {"SELECT DISTINCT ID FROM T ORDER BY K", 145,
        "ORDER BY items must appear in the select list if SELECT DISTINCT is specified."},
       {"SELECT ID FROM T UNION SELECT 1 ORDER BY ID+1", 104,

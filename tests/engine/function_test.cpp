@@ -60,7 +60,7 @@ TEST_F(Functions, OfText) {
       {"DATALENGTH", {as(decimal(20, 2), "5")}, "INT", "13"},
       {"LEFT", {text("şubat"), number(2)}, "VARCHAR(2)", "şu"},
       {"LEFT", {fixed(5, "ab"), number(4)}, "VARCHAR(4)", "ab  "},
-      {"LEFT", {text("abc"), number(-1)}, "VARCHAR(1)", "536"},
+      {"LEFT", {text("abc"), number(-1)}, "VARCHAR(1)", "537"},
       {"RIGHT", {text("şubat"), number(9)}, "VARCHAR(5)", "şubat"},
       {"RIGHT", {fixed(5, "abcd"), number(2)}, "VARCHAR(2)", "d "},
       {"RIGHT", {number(1234), number(2)}, "VARCHAR(2)", "34"},

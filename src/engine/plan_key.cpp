@@ -89,7 +89,8 @@ std::size_t digits(std::string_view integer) {
 }
 
 // A mark begins with an apostrophe, as no other token of a key does.
-void appendMark(std::string& key, const Literal& literal, bool withLength, bool withDigits) {
+void appendMark(std::string& key, const Literal& literal, const Context& context, const Token& before,
+                const Token& after) {
   static constexpr char marks[] = {'0', 'i', 'd', 'f', 'm', 't', 'n', 'b'};
   key += '\'';
   key += marks[static_cast<std::size_t>(literal.kind)];
@@ -97,13 +98,14 @@ void appendMark(std::string& key, const Literal& literal, bool withLength, bool 
     case LiteralKind::Decimal:
       return appendDigits(key, literal.text);
     case LiteralKind::Integer:
-      if (withDigits) append(key, digits(literal.text));
+      if (isOperand(before, after)) append(key, digits(literal.text));
       return;
     case LiteralKind::Binary:
       return append(key, literal.text.size());
     case LiteralKind::Text:
     case LiteralKind::NText:
-      if (withLength || literal.text.size() > longText / 2) append(key, characters(literal.text));
+      if (context.lengthMatters(before, after) || literal.text.size() > longText / 2)
+        append(key, characters(literal.text));
       return;
     default:
       return;
@@ -131,7 +133,7 @@ std::string planKey(const std::vector<Token>& tokens, std::vector<Literal>& lite
     const Literal& literal = literals.emplace_back(Literal{token.literal, token.value(), ordinal});
     const Token& before = i > 0 ? tokens[i - 1] : nothing;
     const Token& after = tokens[i + 1];
-    appendMark(key, literal, context.lengthMatters(before, after), isOperand(before, after));
+    appendMark(key, literal, context, before, after);
   }
   return key;
 }

@@ -1,5 +1,7 @@
 // Ledger slips, and the accounts that they need.
+#include <algorithm>
 #include <array>
+#include <span>
 
 #include "company/ornek/satirlar.h"
 
@@ -87,27 +89,33 @@ std::string saatMetni(const db::DateTime& t) {
 }
 
 // Lines wait until enough of their account are there: the balance trigger reads all lines of the one account
-// that a statement touched, so the statements are kept few and never mix accounts.
+// that a statement touched, so the statements never mix accounts, and are the fewer the more lines there are.
 class SatirDeposu {
  public:
-  explicit SatirDeposu(Baglam& b) : b_(b) {}
+  explicit SatirDeposu(Baglam& b) : boy_(enAz * static_cast<std::size_t>(std::min(b.olcek, 10))), b_(b) {}
   void ekle(const std::string& hesap, Kayit kayit) {
     std::vector<Kayit>& liste = bekleyen_[hesap];
     liste.push_back(std::move(kayit));
-    if (liste.size() < boy) return;
-    b_.y.calistir(topluSql(liste), static_cast<std::int64_t>(liste.size()));
+    if (liste.size() < boy_) return;
+    yaz(liste);
     liste.clear();
   }
-  // The rest goes row by row: statements of every other length would each have to be prepared.
   void bosalt() {
-    for (const auto& [hesap, liste] : bekleyen_)
-      for (const Kayit& kayit : liste) b_.y.calistir(kayit.sql(), 1);
+    for (const auto& [hesap, liste] : bekleyen_) yaz(liste);
     bekleyen_.clear();
   }
 
  private:
-  static constexpr std::size_t boy = 40;
+  static constexpr std::size_t enAz = 40;
 
+  // In a few lengths only: each has to be prepared.
+  void yaz(std::span<const Kayit> kayitlar) {
+    for (const std::size_t boy : {boy_, enAz, std::size_t{10}, std::size_t{1}})
+      for (; kayitlar.size() >= boy; kayitlar = kayitlar.subspan(boy))
+        b_.y.calistir(topluSql(kayitlar.first(boy)), static_cast<std::int64_t>(boy));
+  }
+
+  std::size_t boy_;
   Baglam& b_;
   std::map<std::string, std::vector<Kayit>> bekleyen_;
 };

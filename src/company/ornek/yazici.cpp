@@ -62,7 +62,7 @@ std::string Kayit::sql() const {
   return "INSERT INTO " + tablo_ + " (" + kolonlar() + ") VALUES (" + degerler() + ")\n";
 }
 
-std::string topluSql(const std::vector<Kayit>& kayitlar) {
+std::string topluSql(std::span<const Kayit> kayitlar) {
   if (kayitlar.empty()) return "";
   std::string out =
       "INSERT INTO " + kayitlar.front().tablo() + " (" + kayitlar.front().kolonlar() + ") VALUES ";

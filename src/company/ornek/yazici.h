@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,7 +50,7 @@ class Kayit {
 std::string paraMetni(std::int64_t kurus);  // "1234.50"
 
 // Rows of one table in one statement; none for no row.
-std::string topluSql(const std::vector<Kayit>& kayitlar);
+std::string topluSql(std::span<const Kayit> kayitlar);
 
 // Sends statements in transactions of some thousand rows.
 class Yazici {

@@ -1,12 +1,8 @@
 // A company database on the embedded server against bare SQLite in one run; prints times and ratios.
-// With an argument only the part named:
-//
-//   create    all objects of a new company, against the same objects made in a bare file, each statement a
-//             transaction of its own on both sides: once the tables, indexes and first rows alone, once with
-//             the views and triggers. The bare file gets the text of a view as it stands, with the names of
-//             functions that SQLite's grammar keeps for itself replaced; a trigger, whose language SQLite
-//             does not know, as one with its text in a literal.
-//   sample N  sample data at scale N (default 1), against prepared INSERTs of the same rows without triggers
+// All objects of a new company, against the same objects made in a bare file, each statement a transaction of
+// its own on both sides: once the tables, indexes and first rows alone, once with the views and triggers. The
+// bare file gets the text of a view as it stands, with the names of functions that SQLite's grammar keeps for
+// itself replaced; a trigger, whose language SQLite does not know, as one with its text in a literal.
 #include <cstdio>
 #include <map>
 
@@ -14,7 +10,6 @@
 #include "catalog/sunucu_hazirla.h"
 #include "company/base_schema.h"
 #include "company/firma_karti.h"
-#include "company/ornek_veri.h"
 #include "company/schema/schema.h"
 #include "db/drivers.h"
 #include "engine/server.h"
@@ -178,97 +173,11 @@ void measureCreate() {
   std::printf(", of processor times %.2f\n", bench::median(processor));
 }
 
-// ---- sample data ----
-
-struct TableCopy {
-  std::string name;
-  std::vector<std::string> definitions;
-  int columns = 0;
-  std::vector<sqlite3_value*> cells;  // row by row
-};
-
-TableCopy copyOf(bench::Sqlite& source, const std::string& table) {
-  TableCopy copy{table, bench::definitionsOf(source, table), 0, {}};
-  sqlite3_stmt* rows = source.prepare("SELECT * FROM \"" + table + "\"");
-  copy.columns = sqlite3_column_count(rows);
-  while (sqlite3_step(rows) == SQLITE_ROW) {
-    for (int i = 0; i < copy.columns; ++i)
-      copy.cells.push_back(sqlite3_value_dup(sqlite3_column_value(rows, i)));
-  }
-  sqlite3_finalize(rows);
-  return copy;
-}
-
-std::int64_t insertCopy(bench::Sqlite& target, const TableCopy& copy) {
-  std::string marks;
-  for (int i = 0; i < copy.columns; ++i) marks += i ? ",?" : "?";
-  sqlite3_stmt* insert = target.prepare("INSERT INTO \"" + copy.name + "\" VALUES(" + marks + ")");
-  std::int64_t rows = 0;
-  for (std::size_t at = 0; at < copy.cells.size(); at += static_cast<std::size_t>(copy.columns), ++rows) {
-    for (int i = 0; i < copy.columns; ++i) {
-      sqlite3_bind_value(insert, i + 1, copy.cells[at + static_cast<std::size_t>(i)]);
-    }
-    target.once(insert);
-  }
-  sqlite3_finalize(insert);
-  return rows;
-}
-
-// Rows a second of prepared INSERTs of everything that `file` holds.
-double bareRate(const fs::path& file, const fs::path& target) {
-  std::vector<TableCopy> copies;
-  {
-    bench::Sqlite source(file);
-    for (const auto& table : bench::tablesOf(source)) copies.push_back(copyOf(source, table));
-  }
-  bench::Sqlite bare(target);
-  for (const auto& copy : copies) {
-    for (const auto& sql : copy.definitions) bare.run(sql);
-  }
-  std::int64_t rows = 0;
-  const double time = seconds([&] {
-    bare.run("BEGIN");
-    for (const auto& copy : copies) rows += insertCopy(bare, copy);
-    bare.run("COMMIT");
-  });
-  for (const auto& copy : copies) {
-    for (sqlite3_value* cell : copy.cells) sqlite3_value_free(cell);
-  }
-  return static_cast<double>(rows) / time;
-}
-
-void measureSample(int scale) {
-  Surroundings here;
-  session::Oturum& oturum = here.s.oturum;
-  oturum.Yeni_Kayit = true;
-  company::FirmaKarti kart;
-  kart.Firma_Adi = "ORNEK2012";
-  kart.Firma_Kodu = "00001";
-  kart.Firma_Unvani = "Örnek";
-  kart.Bas_Tar = "01/01/2012";
-  kart.Bit_Tar = "31/12/2012";
-  oturum.Veri_Klasoru = oturum.Baglanti->query("SELECT sysdtyl FROM sysDTYL")->value(0, 0).trimmed();
-  company::Kaydet(oturum, kart);
-  here.failOnBoxes();
-  const long before = bench::statusKilobytes("VmRSS");
-  company::OrnekVeriSonucu result;
-  const double time = seconds([&] { result = company::Ornek_Veri_Yaz(oturum, kart.Firma_Adi, {scale, 1}); });
-  if (!result.hata.empty()) throw std::runtime_error(result.hata);
-  const long after = bench::statusKilobytes("VmRSS");
-  const double ours = static_cast<double>(result.satir) / time;
-  const double bare = bareRate(here.file(kart.Firma_Adi), here.folder.path / "bare.db");
-  std::printf("sample   scale %d: %lld rows, %8.0f rows/s   sqlite %8.0f rows/s   ratio of rates %.2f\n",
-              scale, static_cast<long long>(result.satir), ours, bare, ours / bare);
-  std::printf("         memory before %ld kB, after %ld kB\n", before, after);
-}
-
 }  // namespace
 
-int main(int argc, char** argv) {
-  const std::string only = argc > 1 ? argv[1] : "";
+int main() {
   try {
-    if (only != "sample") measureCreate();
-    if (only != "create") measureSample(argc > 2 ? std::stoi(argv[2]) : 1);
+    measureCreate();
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return 1;

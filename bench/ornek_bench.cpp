@@ -80,8 +80,10 @@ std::pair<std::int64_t, Time> fill(const fs::path& folder, int scale) {
   oturum.Tanim_DB_Versiyon = oturum.Firma_DB_Versiyon = "2012.002";
   createCompany(oturum);
   company::OrnekVeriSonucu sonuc;
+  const long before = bench::statusKilobytes("VmRSS");
   const Time time = timeOf([&] { sonuc = company::Ornek_Veri_Yaz(oturum, firma, {scale, 1}); });
   if (!sonuc.hata.empty()) throw std::runtime_error(sonuc.hata);
+  std::printf("memory before %ld kB, after %ld kB\n", before, bench::statusKilobytes("VmRSS"));
   oturum.Kayitlar.close();
   oturum.Baglanti.reset();
   return {sonuc.satir, time};

@@ -8,6 +8,7 @@ namespace engine {
 struct Binder::BoundCore {
   Scope scope;
   std::vector<BoundExpr> items;
+  std::vector<const Expr*> written;  // the items as they stand in the text; null for those of *
   std::vector<std::string> names;
   std::vector<std::string> variables;
   std::string from, where, groupBy, having, limit;
@@ -170,6 +171,8 @@ void Binder::bindItems(const SelectCore& core, const CoreShape& shape, BoundCore
       continue;
     }
     out.items.push_back(bindValue(*item.expr, &out.scope));
+    out.written.resize(out.items.size());
+    out.written.back() = item.expr.get();
     const BoundExpr& bound = out.items.back();
     out.names.push_back(!item.alias.empty() ? item.alias : bound.column ? item.expr->name : std::string());
     if (!item.variable.empty()) out.variables.push_back(item.variable);
@@ -252,6 +255,11 @@ std::string Binder::orderTerm(const OrderItem& item, BoundCore& core, bool outpu
       }
   if (outputOnly && core.scope.sources.empty() && expr.kind == Expr::Kind::Column)
     throw Error(207, "Invalid column name '" + expr.name + "'.");
+  // Literals of a DISTINCT list and of ORDER BY belong to the statement's shape, so that they may be
+  // compared.
+  for (std::size_t i = 0; core.distinct && i < core.written.size(); ++i)
+    if (core.written[i] && expr.kind != Expr::Kind::Column && sameExpr(*core.written[i], expr))
+      return position(i);
   core.scope.clause = Scope::Clause::OrderBy;
   const BoundExpr bound = bindValue(expr, &core.scope);
   if (isLongText(bound.type.id)) throw notSortable();

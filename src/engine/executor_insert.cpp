@@ -85,7 +85,8 @@ void Executor::insertColumns(const InsertStatement& insert, InsertShape& shape) 
   for (int i = 0; i < static_cast<int>(table.columns.size()); ++i) {
     if (std::find(shape.given.begin(), shape.given.end(), i) != shape.given.end()) continue;
     const ColumnInfo& column = table.columns[static_cast<std::size_t>(i)];
-    if (i == shape.identity || !column.defaultText.empty()) shape.filled.push_back(i);
+    // A NOT NULL column that came with a default, later dropped, still has it in SQLite's eyes.
+    if (i == shape.identity || !column.defaultText.empty() || !column.nullable) shape.filled.push_back(i);
   }
 }
 

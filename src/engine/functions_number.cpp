@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 
+#include "engine/decimal.h"
 #include "engine/function_binding.h"
 
 namespace engine {
@@ -38,9 +39,13 @@ Type workingType(const FunctionInfo& info, Arguments arguments) {
   }
 }
 
-// function(value, packed type): same type out as in.
-BoundFunction bindSameNumber(const FunctionInfo& info, Arguments arguments, const char* function) {
-  const Type type = workingType(info, arguments);
+// function(value, packed type): same type out as in. A DECIMAL has room for `whole` digits before the point.
+BoundFunction bindSameNumber(const FunctionInfo& info, Arguments arguments, const char* function,
+                             int whole = 0) {
+  Type type = workingType(info, arguments);
+  if (type.id == TypeId::Decimal)
+    type.precision =
+        static_cast<std::uint8_t>(std::clamp<int>(type.scale + whole, type.precision, maxPrecision));
   return bound(type, std::string(function) + '(' + argumentAs(arguments, 0, type) + ',' +
                          std::to_string(packType(type)) + ')');
 }
@@ -49,15 +54,17 @@ BoundFunction bindAbs(const FunctionInfo& info, Arguments arguments) {
   return bindSameNumber(info, arguments, "z_abs");
 }
 BoundFunction bindSign(const FunctionInfo& info, Arguments arguments) {
-  return bindSameNumber(info, arguments, "z_sign");
+  return bindSameNumber(info, arguments, "z_sign", 1);
 }
 
 BoundFunction bindFloor(const FunctionInfo& info, Arguments arguments) {
   const bool up = info.name[0] == 'C';
-  BoundFunction function = bindSameNumber(info, arguments, up ? "z_ceiling" : "z_floor");
+  const Type& type = arguments[0].type;
+  const int whole = type.precision - type.scale + 1;  // 9.9 becomes 10
+  BoundFunction function = bindSameNumber(info, arguments, up ? "z_ceiling" : "z_floor", whole);
   if (isInteger(function.result.id)) function.sql = "$1";
   if (function.result.id == TypeId::Decimal) {
-    const Type cut{TypeId::Decimal, 0, function.result.precision, 0};
+    const Type cut{TypeId::Decimal, 0, type.precision, 0};
     function.sql = convertSql(function.sql, function.result, cut);
     function.result = cut;
   }

@@ -37,7 +37,8 @@ class SessionImpl {
   void open(const std::string& wanted) {
     const std::string database = wanted.empty() ? "master" : wanted;
     const auto refuse = [&] {
-      return Error(4060, "Cannot open database requested in login '" + database + "'. Login fails.", 11);
+      return Error(4060,
+                   "Cannot open database \"" + database + "\" requested by the login. The login failed.", 11);
     };
     if (!store_.databaseExists(database) || !hasAccess(store_, database, context_.login)) throw refuse();
     context_.database = store_.database(database).name;

@@ -418,8 +418,9 @@ void Store::useDatabase(std::string_view name) {
   const std::int64_t id = self.find(name).entry.id;
   if (id == self.currentId) return;
   if (!self.locks.tryShared(LockFile::databaseLock(id)))
-    throw Error(4060, "Cannot open database requested in login '" + std::string(name) + "'. Login fails.",
-                11);
+    throw Error(
+        4060, "Cannot open database \"" + std::string(name) + "\" requested by the login. The login failed.",
+        11);
   lite::Stmt stands(self.db,
                     atAlias("SELECT 1 FROM @.zb_databases WHERE id=? AND state=0", attach(masterName)));
   if (!stands.bind(id).step()) {

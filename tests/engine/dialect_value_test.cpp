@@ -138,6 +138,7 @@ TEST_F(DialectTest, NumberFunctions) {
   values({
       {"ABS(-5),ABS(-2.5),SIGN(-3),SIGN(0)", "5\t2.5\t-1\t0"},
       {"ROUND(2.345,2),ROUND(1250,-2),ROUND(2.567,1,1),ROUND(-2.5,0)", "2.350\t1300\t2.500\t-3.0"},
+      {"CEILING(9.9),FLOOR(-9.99),CEILING(.5),FLOOR(-0.5),SIGN(-0.5)", "10\t-10\t1\t-1\t-1.0"},
       {"FLOOR(2.7),FLOOR(-2.1),CEILING(2.1),CEILING(-2.9)", "2\t-3\t3\t-2"},
       {"POWER(2,10),POWER(2.0,3),SQRT(16)", "1024\t8.0\t4"},
       {"ISNUMERIC('12'),ISNUMERIC('1e5'),ISNUMERIC('x'),ISNUMERIC(''),ISNUMERIC('-'),ISNUMERIC('1,5')",

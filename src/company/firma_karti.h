@@ -34,8 +34,8 @@ KartDurumu Firma_Karti_Ac(session::Oturum& oturum, FirmaKarti& kart);
 // Copies the open row of Kayitlar into the card. Throws db::SqlError when there is none.
 void Yerlestir(session::Oturum& oturum, FirmaKarti& kart);
 
-// Leaves the first fault in Hata_Metni. Behind the card's own tests each text is measured against its
-// column.
+// Leaves the first fault in Hata_Metni. Behind the card's own tests the name is held against what the
+// server takes, and each text against its column.
 void Kayit_Kontrol(FirmaKarti& kart);
 
 // Makes the database and its catalog rows (Yeni_Kayit), or writes the card of the company Secili_ID.

@@ -1,9 +1,11 @@
 // The card's tests, in their order.
+#include <algorithm>
 #include <array>
 
 #include "catalog/katalog.h"
 #include "company/firma_karti.h"
 #include "company/kart_alanlari.h"
+#include "platform/code_page.h"
 #include "session/metin.h"
 #include "session/tarih.h"
 
@@ -68,12 +70,17 @@ constexpr Sinama sinamalar[] = {
      "Database Adı Numara ile Başlayamaz"},
 };
 
-std::size_t karakterSayisi(std::string_view text) {
-  std::size_t count = 0;
-  for (const char c : text) {
-    count += (static_cast<unsigned char>(c) & 0xC0) != 0x80 ? 1 : 0;
-  }
-  return count;
+// The signs above are those with a text of their own. Any other that a name cannot hold would end in a
+// refused CREATE DATABASE, and the company would stand in the list without one.
+std::string adHatasi(const FirmaKarti& kart) {
+  const auto olur = [](char c) {
+    const bool harf =
+        (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || static_cast<unsigned char>(c) >= 0x80;
+    return harf || (c >= '0' && c <= '9') || c == '_' || c == '@';
+  };
+  const bool uygun =
+      kart.Firma_Adi[0] != '@' && std::all_of(kart.Firma_Adi.begin(), kart.Firma_Adi.end(), olur);
+  return uygun ? "" : "Database Adı içinde Kullanılamayan Karakter Var." + std::string(yasakAciklamasi);
 }
 
 // Width of a CHAR column of sysfrmlng; 0 for any other type.
@@ -90,10 +97,15 @@ std::size_t genislik(std::string_view column) {
   return type.starts_with("CHAR(") ? std::stoul(type.substr(5)) : 0;
 }
 
-std::string uzunAlan(const FirmaKarti& kart) {
+// Why a text cannot be stored as it is: the columns hold one byte of code page 1254 per letter.
+std::string sigmayanAlan(const FirmaKarti& kart) {
   for (const KartAlani& alan : kartAlanlari()) {
     const std::size_t limit = genislik(alan.column);
-    if (limit != 0 && karakterSayisi(session::Trim(kart.*alan.text)) > limit) {
+    const auto sayfa = platform::encode1254Exactly(session::Trim(kart.*alan.text));
+    if (!sayfa) {
+      return std::string(alan.caption) + " içinde Türkçe kod sayfasında (1254) olmayan karakter var.";
+    }
+    if (limit != 0 && sayfa->size() > limit) {
       return std::string(alan.caption) + " en çok " + std::to_string(limit) + " karakter olabilir.";
     }
   }
@@ -116,7 +128,10 @@ void Kayit_Kontrol(FirmaKarti& kart) {
       return;
     }
   }
-  kart.Hata_Metni = uzunAlan(kart);
+  kart.Hata_Metni = adHatasi(kart);
+  if (kart.Hata_Metni.empty()) {
+    kart.Hata_Metni = sigmayanAlan(kart);
+  }
 }
 
 }  // namespace company

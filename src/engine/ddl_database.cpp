@@ -72,6 +72,34 @@ void checkPlace(const fs::path& file) {
                           "operation.");
 }
 
+// Bytes of a size as CREATE DATABASE names it, in MB without a unit; 0 where there is none.
+std::uintmax_t bytesOf(std::string_view size) {
+  static constexpr std::string_view units = "KMGT";
+  std::uintmax_t bytes = 0;
+  while (!size.empty() && size.front() >= '0' && size.front() <= '9') {
+    bytes = bytes * 10 + static_cast<std::uintmax_t>(size.front() - '0');
+    size.remove_prefix(1);
+  }
+  const char unit = size.empty() ? 'M' : static_cast<char>(size.front() & ~0x20);
+  const auto power = units.find(unit);
+  return power == std::string_view::npos ? 0 : bytes << (10 * (power + 1));
+}
+
+// The files grow only as they are filled. Without the room that is asked for, a disk would become full in
+// the middle of what follows and lock everybody out of the databases that are there already.
+void checkRoom(const CreateDatabaseStatement& statement, const Files& files) {
+  std::uintmax_t wanted = 0;
+  for (const auto* list : {&statement.data, &statement.log})
+    for (const DatabaseFile& file : *list) wanted += bytesOf(file.size);
+  std::error_code error;
+  const fs::space_info room = fs::space(files.data.parent_path(), error);
+  if (!error && room.available < wanted)
+    throw Error(5123,
+                "CREATE FILE encountered operating system error 112(There is not enough space on the disk.) "
+                "while attempting to open or create the physical file '" +
+                    files.data.string() + "'.");
+}
+
 std::string relativeTo(const fs::path& folder, const fs::path& file) {
   return file.parent_path() == folder ? file.filename().string() : file.string();
 }
@@ -244,8 +272,10 @@ void run(Store& store, SessionContext&, const CreateDatabaseStatement& statement
   const Files files = filesOf(statement, store.instance().folder());
   if (statement.forAttach)
     attachFiles(store, statement.name, files);
-  else
+  else {
+    checkRoom(statement, files);
     makeDatabase(store, statement.name, files);
+  }
 }
 
 void dropDatabase(Store& store, const SessionContext& context, const std::string& name) {

@@ -55,6 +55,9 @@ void failAtBound(const std::string& text) {
     case SQLITE_FULL:
       throw Error(1105, "Could not allocate space because the disk is full.", 17);
     case SQLITE_IOERR:
+      // The companion file of the log could not be made for want of room.
+      if (code == SQLITE_IOERR_SHMSIZE)
+        throw Error(1105, "Could not allocate space because the disk is full.", 17);
       throw Error(823, "I/O error (" + text + ") detected" + about(file) + ".", 24);
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:

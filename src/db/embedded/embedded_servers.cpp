@@ -78,7 +78,9 @@ std::shared_ptr<engine::Server> EmbeddedServers::at(const std::filesystem::path&
   try {
     if (!server) server = engine::Server::open(folder);
   } catch (const engine::Error& error) {
-    throw fromEngine(error, true);
+    const SqlError failure = fromEngine(error, true);
+    throw SqlError(failure.kind(), failure.serverNumber(),
+                   "Yerel sunucu açılamadı (" + folder.string() + "): " + failure.what());
   }
   return server;
 }

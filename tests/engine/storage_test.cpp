@@ -31,6 +31,13 @@ TEST_F(StoreTest, DatabasesAreFilesWithACompanion) {
   EXPECT_EQ(session.errorOf("CREATE DATABASE B"), 5170);
   EXPECT_EQ(readAll(file("B.mdf")), "x");
   EXPECT_EQ(session.errorOf("CREATE DATABASE C ON (NAME=C, FILENAME='/yok/dir\\C.mdf')"), 5133);
+  const std::string place =
+      "CREATE DATABASE D ON (NAME=D, FILENAME='" + file("D.mdf").string() + "', SIZE=1MB)";
+  EXPECT_EQ(
+      session.errorOf(place + " LOG ON (NAME=L, FILENAME='" + file("D.ldf").string() + "', SIZE=900000TB)"),
+      5123);
+  EXPECT_FALSE(fs::exists(file("D.mdf")));
+  EXPECT_FALSE(session.store.databaseExists("D"));
   EXPECT_EQ(session.errorOf("CREATE DATABASE [a/b]"), 15004);
   EXPECT_EQ(session.errorOf("DROP DATABASE master"), 3708);
   EXPECT_EQ(session.errorOf("DROP DATABASE yok"), 3701);

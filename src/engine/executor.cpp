@@ -51,6 +51,7 @@ void Executor::refuseLostTransaction() const {
 void Executor::forgetLostTransaction() {
   if (!hasLostTransaction()) return;
   levels_ = userTransactions_ = 0;
+  savepoints_.clear();
   temporaryTables_.clear();
 }
 
@@ -66,10 +67,12 @@ Executor::Transaction::Transaction(Executor& executor) : executor_(executor), le
 }
 
 void Executor::Transaction::commit() {
-  if (executor_.levels_ > level_) {  // else a ROLLBACK inside a trigger has ended it
+  while (executor_.levels_ >
+         level_) {  // none: a ROLLBACK inside a trigger has ended it; more: savepoints in it
     executor_.store_.commit();
     --executor_.levels_;
   }
+  executor_.forgetSavepoints();
   done_ = true;
 }
 
@@ -83,6 +86,7 @@ Executor::Transaction::~Transaction() {
       // SQLite has undone the transaction by itself (full disk, broken file).
     }
   }
+  executor_.forgetSavepoints();
   executor_.temporaryTables_.clear();
 }
 
@@ -99,6 +103,7 @@ void Executor::rollbackAll() noexcept {
     levels_ = 0;
   }
   userTransactions_ = 0;
+  savepoints_.clear();
   if (open) temporaryTables_.clear();
 }
 

@@ -70,6 +70,10 @@ class Executor {
   void runPrint(const PrintStatement& statement);
   void runRaiserror(const RaiserrorStatement& statement);
   void beginTransaction();
+  void commitTransaction();
+  void saveTransaction(const std::string& name);
+  void rollbackTo(const std::string& name);
+  void forgetSavepoints();
   void runTransaction(const TransactionStatement& statement);
   void runUse(const UseStatement& statement);
   void runExec(const ExecStatement& statement);
@@ -163,6 +167,13 @@ class Executor {
 
   int userTransactions_ = 0;  // @@TRANCOUNT as BEGIN TRAN counts it
   int levels_ = 0;            // open Store::begin()
+  struct Savepoint {
+    std::string name;  // folded
+    int level;         // levels_ before it
+    int nesting;       // of triggers
+  };
+  std::vector<Savepoint> savepoints_;
+  std::string transactionName_;  // of the outermost BEGIN TRAN, folded
   int nesting_ = 0;
   int execDepth_ = 0;
   struct CachedTrigger {

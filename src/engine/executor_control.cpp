@@ -221,30 +221,67 @@ void Executor::beginTransaction() {
   }
 }
 
+void Executor::commitTransaction() {
+  try {
+    for (; levels_ > 0; --levels_) store_.commit();
+  } catch (const Error&) {
+    rollbackAll();
+    throw;
+  }
+  savepoints_.clear();
+}
+
+void Executor::forgetSavepoints() {
+  std::erase_if(savepoints_, [this](const Savepoint& point) { return point.level >= levels_; });
+}
+
+void Executor::saveTransaction(const std::string& name) {
+  if (levels_ == 0) throw Error(628, "Cannot issue SAVE TRANSACTION when there is no active transaction.");
+  constexpr std::size_t most = 1000;
+  if (savepoints_.size() >= most) throw Error(50000, "A transaction cannot hold more than 1000 savepoints.");
+  store_.begin();
+  savepoints_.push_back({name, levels_++, nesting_});
+}
+
+// The savepoint stands on and may be gone back to again. @@TRANCOUNT stays as it is.
+void Executor::rollbackTo(const std::string& name) {
+  const auto point = std::find_if(savepoints_.rbegin(), savepoints_.rend(),
+                                  [&](const Savepoint& each) { return !name.empty() && each.name == name; });
+  if (point == savepoints_.rend()) {
+    if (!name.empty() && name != transactionName_)
+      throw Error(6401, "Cannot roll back " + name + ". No transaction or savepoint of that name was found.");
+    return rollbackAll();
+  }
+  if (point->nesting != nesting_)
+    throw Error(
+        50000,
+        "ROLLBACK to a savepoint from outside of the trigger is not supported by the embedded server.");
+  const int level = point->level;
+  for (; levels_ > level; --levels_) store_.rollback();
+  savepoints_.erase(point.base(), savepoints_.end());
+  temporaryTables_.clear();
+  store_.begin();
+  ++levels_;
+}
+
 void Executor::runTransaction(const TransactionStatement& statement) {
   switch (statement.action) {
     case TransactionAction::Begin:
       if (userTransactions_++ > 0 || levels_ > 0) return;
+      transactionName_ = foldName(statement.name);
       beginTransaction();
       return;
     case TransactionAction::Commit:
       if (userTransactions_ == 0)
         throw Error(3902, "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
       if (--userTransactions_ > 0 || nesting_ > 0 || levels_ == 0) return;
-      try {
-        store_.commit();
-      } catch (const Error&) {
-        rollbackAll();
-        throw;
-      }
-      --levels_;
-      return;
+      return commitTransaction();
     case TransactionAction::Rollback:
       if (userTransactions_ == 0 && nesting_ == 0)
         throw Error(3903, "The ROLLBACK TRANSACTION request has no corresponding BEGIN TRANSACTION.");
-      return rollbackAll();
+      return rollbackTo(foldName(statement.name));
     case TransactionAction::Save:
-      throw Error(50000, "SAVE TRANSACTION is not supported by the embedded server.");
+      return saveTransaction(foldName(statement.name));
   }
 }
 

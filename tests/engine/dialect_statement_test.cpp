@@ -231,6 +231,28 @@ TEST_F(StatementTest, ErrorsInTransactions) {
   });
 }
 
+TEST_F(StatementTest, Savepoints) {
+  follow({
+      {"CREATE TABLE T (N INT) CREATE TABLE L (N INT)", ""},
+      {"CREATE TRIGGER TT ON T FOR INSERT AS SAVE TRAN s INSERT INTO L SELECT N FROM inserted IF "
+       "EXISTS(SELECT * FROM "
+       "inserted WHERE N>5) ROLLBACK TRAN s",
+       ""},
+      {"BEGIN TRAN INSERT INTO T VALUES(1) SAVE TRAN a INSERT INTO T VALUES(2) SAVE TRAN b INSERT INTO T "
+       "VALUES(9) "
+       "ROLLBACK TRAN a SELECT @@TRANCOUNT,COUNT(*) FROM T INSERT INTO T VALUES(8) COMMIT SELECT N FROM T "
+       "SELECT N "
+       "FROM L",
+       "1\t1\n1\n8\n1\n"},
+      {"BEGIN TRAN dis INSERT INTO T VALUES(3) SAVE TRAN a ROLLBACK TRAN yok", "!6401\n"},
+      {"ROLLBACK TRAN dis SELECT @@TRANCOUNT,COUNT(*) FROM T", "0\t2\n"},
+      {"BEGIN TRAN SAVE TRAN a CREATE TABLE U (N INT) ROLLBACK TRAN a ROLLBACK TRAN a COMMIT SELECT "
+       "OBJECT_ID('U')",
+       "NULL\n"},
+      {"SAVE TRAN a", "!628\n"},
+  });
+}
+
 TEST_F(StatementTest, PatternsOfFixedWidth) {
   follow({
       {"CREATE TABLE T (ID INT,Ad VARCHAR(10),C CHAR(5)) INSERT INTO T VALUES(1,'A ','A') INSERT INTO T "

@@ -7,11 +7,16 @@
 #include <QLocale>
 #include <QPainter>
 #include <QPalette>
-#include <QStyleFactory>
+#include <QProxyStyle>
+#include <QStyleOption>
 #include <QTranslator>
+#include <QtPlugin>
 
-static void loadIcons() {
+Q_IMPORT_PLUGIN(PictureIconPlugin)
+
+static void loadResources() {
   Q_INIT_RESOURCE(ui);
+  Q_INIT_RESOURCE(icons);
 }
 
 namespace ui {
@@ -31,6 +36,8 @@ constexpr PaletteEntry paletteEntries[] = {
     {QPalette::ToolTipBase, 0xFF1F2D3D, 0xFF1F2D3D}, {QPalette::ToolTipText, 0xFFFFFFFF, 0xFFFFFFFF},
     {QPalette::Link, 0xFF1F5F99, 0xFF8592A0},
 };
+
+constexpr int branchSize = 16;
 
 constexpr const char* preferredFonts[] = {"Segoe UI",  "Inter",     "Noto Sans",
                                           "Open Sans", "Cantarell", "DejaVu Sans"};
@@ -87,13 +94,37 @@ class CaptionIcon : public QIconEngine {
   QIcon icon_;
 };
 
+// Shows pictures in place of the style's own bitmaps and of images in the style sheet: to read an image, or
+// only to look for its size, the toolkit loads the readers of all formats that are installed.
+class ProgramStyle : public QProxyStyle {
+ public:
+  ProgramStyle() : QProxyStyle("Fusion") {}
+
+  // Every menu bar asks for the picture of its overflow.
+  QIcon standardIcon(StandardPixmap picture, const QStyleOption* option,
+                     const QWidget* widget) const override {
+    return picture == SP_ToolBarHorizontalExtensionButton
+               ? icon("devam")
+               : QProxyStyle::standardIcon(picture, option, widget);
+  }
+
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    if (element != PE_IndicatorBranch) return QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (!(option->state & State_Children)) return;
+    QRect place(0, 0, branchSize, branchSize);
+    place.moveCenter(option->rect.center());
+    icon(option->state & State_Open ? "acik" : "kapali").paint(painter, place);
+  }
+};
+
 }  // namespace
 
 void applyTheme(QApplication& application) {
-  loadIcons();
+  loadResources();
   QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
   QCoreApplication::installTranslator(new QtTurkish(&application));
-  application.setStyle(QStyleFactory::create("Fusion"));
+  application.setStyle(new ProgramStyle);
   QPalette palette;
   for (const PaletteEntry& entry : paletteEntries) {
     palette.setColor(entry.role, QColor(entry.active));
@@ -107,7 +138,7 @@ void applyTheme(QApplication& application) {
 }
 
 QIcon icon(const QString& name) {
-  return QIcon(":/icons/" + name + ".svg");
+  return QIcon(":/icons/" + name + ".pic");
 }
 
 QIcon captionIcon(const QString& name) {

@@ -9,8 +9,7 @@
 #include "platform/folders.h"
 #include "session/giris.h"
 #include "session/oturum.h"
-#include "session/ui/giris_frm.h"
-#include "session/ui/zembera_menu.h"
+#include "session/ui/pencereler.h"
 #include "session/yerel_ortam.h"
 #include "ui/boxes.h"
 #include "ui/progress.h"
@@ -62,20 +61,9 @@ int calistir(QApplication& uygulama, const std::filesystem::path& klasor) {
   session::Oturum& oturum = masaustu.oturum;
   if (session::Giris_Yukle(oturum) == session::BolgeselSonuc::ProgramBitsin) return 0;
 
-  // The console comes up while the login closes; only Çıkış and closing the console end the program.
-  auto giris = std::make_unique<session_ui::GirisFrm>(oturum, sunucuHazirla);
-  std::unique_ptr<session_ui::ZemberaMenu> konsol;
-  QObject::connect(giris.get(), &session_ui::GirisFrm::cikis, &uygulama, &QApplication::quit);
-  QObject::connect(giris.get(), &session_ui::GirisFrm::konsolAc, &uygulama, [&] {
-    konsol = std::make_unique<session_ui::ZemberaMenu>(oturum);
-    QObject::connect(konsol.get(), &session_ui::ZemberaMenu::cikis, &uygulama, &QApplication::quit);
-    konsol->show();
-    giris->close();
-  });
-  giris->show();
-  const int sonuc = QApplication::exec();
-  konsol.reset();
-  return sonuc;
+  session_ui::Pencereler pencereler(oturum, sunucuHazirla);
+  QObject::connect(&pencereler, &session_ui::Pencereler::cikis, &uygulama, &QApplication::quit);
+  return QApplication::exec();
 }
 
 void turkceKonus(CLI::App& secenekler) {

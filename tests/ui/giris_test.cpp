@@ -1,11 +1,12 @@
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTimer>
 
 #include "screen.h"
 #include "session/metin.h"
-#include "session/ui/giris_frm.h"
+#include "session/ui/pencereler.h"
 #include "session/ui/sunucu_hazirlama.h"
 
 namespace {
@@ -63,6 +64,18 @@ TEST_F(GirisEkrani, WrongPasswordUnknownNameThenRight) {
   EXPECT_EQ(konsol.count(), 1);
   EXPECT_EQ(oturum.Giris_Hatali, 0);
   EXPECT_EQ(boxes.shown.size(), 2U);
+}
+
+TEST_F(GirisEkrani, GoesWhenTheConsoleComes) {
+  const session_ui::Pencereler pencereler(oturum, {});
+  QPointer<QWidget> giris;
+  for (QWidget* pencere : QApplication::topLevelWidgets())
+    if (pencere->objectName() == "Giris_Frm") giris = pencere;
+  ASSERT_TRUE(giris);
+  type(find<QLineEdit>(*giris, "Sifre"), "Gizli1");
+  find<QPushButton>(*giris, "TamamBtn")->click();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_FALSE(giris);
 }
 
 TEST_F(GirisEkrani, UnreachableServerBringsTheReducedConsole) {

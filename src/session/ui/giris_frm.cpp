@@ -41,7 +41,6 @@ class Zemin : public QWidget {
     painter.setPen(Qt::white);
     QFont big = font();
     big.setPointSize(21);
-    big.setWeight(QFont::DemiBold);
     painter.setFont(big);
     painter.drawText(QRect(26, 92, width() - 40, 40), Qt::AlignLeft | Qt::AlignVCenter, "Zembera");
     painter.setPen(QColor(0xCF, 0xDF, 0xEE));

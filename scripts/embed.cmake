@@ -6,11 +6,18 @@ string(REGEX REPLACE "::[^:]+$" "" namespace "${NAME}")
 string(REGEX REPLACE "^.*::" "" function "${NAME}")
 
 set(body "// Made at build time from the text files named below.\n#include \"${HEADER}\"\n\nnamespace ${namespace} {\n")
-string(APPEND body "namespace {\nconst catalog::EmbeddedText texts[] = {\n")
+# Arrays of their own, not literals: the linker strews literals among those of the whole program, and then
+# these texts come into memory with messages and statements long before anybody reads them.
+string(APPEND body "namespace {\n")
+set(table "")
+set(number 0)
 foreach(file IN LISTS FILES)
   file(READ "${ROOT}/${file}" content)
-  string(APPEND body "{\"${file}\", R\"embedded(${content})embedded\"},\n")
+  string(APPEND body "constexpr char text_${number}[] = R\"embedded(${content})embedded\";\n")
+  string(APPEND table "{\"${file}\", {text_${number}, sizeof text_${number} - 1}},\n")
+  math(EXPR number "${number} + 1")
 endforeach()
+string(APPEND body "const catalog::EmbeddedText texts[] = {\n${table}")
 string(APPEND body "};\n}  // namespace\n")
 string(APPEND body "std::span<const catalog::EmbeddedText> ${function}() { return texts; }\n}  // namespace ${namespace}\n")
 

@@ -1,6 +1,6 @@
 # Sourced by run and test: installs the Debian packages that are missing.
 packages=(
-  build-essential cmake ninja-build ccache mold pkg-config
+  build-essential cmake ninja-build ccache lld pkg-config
   libsqlite3-dev libicu-dev libsodium-dev unixodbc-dev tdsodbc libsqliteodbc libcli11-dev
   qt6-base-dev qt6-svg-dev libqt6opengl6-dev libgl-dev libegl-dev fonts-dejavu-core
   libgtest-dev libbenchmark-dev

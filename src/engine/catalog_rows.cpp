@@ -150,6 +150,7 @@ class Loader {
       else if (const auto view = views.find(id); view != views.end())
         view->second->columns.push_back({column.name, column.type, column.nullable});
     }
+    for (const auto& [id, table] : tables) table->columns.shrink_to_fit();
   }
 
   void indexes() {

@@ -9,10 +9,11 @@
 #include <chrono>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "bench/status.h"
 
 namespace bench {
 
@@ -107,15 +108,6 @@ class Sqlite {
   }
   sqlite3* handle_ = nullptr;
 };
-
-// A line of /proc/self/status in kB ("VmRSS", "RssAnon"); 0 where there is none.
-inline long statusKilobytes(const std::string& name) {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);) {
-    if (line.starts_with(name + ":")) return std::stol(line.substr(name.size() + 1));
-  }
-  return 0;
-}
 
 // The user's tables and their indexes as CREATE statements, each table before its indexes.
 inline std::vector<std::string> definitionsOf(Sqlite& file, const std::string& table) {

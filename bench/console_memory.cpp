@@ -1,76 +1,92 @@
-// Resident memory of the desktop program with the console open, on the embedded server, against an empty
-// window of the same toolkit; each in a process of its own. Prints both and their ratio. The platform
-// plugin is the one of the environment (QT_QPA_PLATFORM), offscreen without one.
+// Resident memory of the desktop program after the login, with the console open on a list of companies of the
+// embedded server, against an empty window of the same size that has nothing but the toolkit in its process.
+// Prints VmRSS, which counts also what processes share (programs, libraries, fonts), and how much of it is
+// the process's own (RssAnon); of some runs each, since an address chosen otherwise brings in other pages of
+// a library. The platform plugin is the one of the environment (QT_QPA_PLATFORM), offscreen without one.
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QDir>
+#include <QLineEdit>
 #include <QProcess>
-#include <QWidget>
+#include <QPushButton>
 #include <cstdio>
 
 #include "bench/bare.h"
+#include "bench/memory.h"
 #include "catalog/sunucu_hazirla.h"
 #include "db/drivers.h"
 #include "engine/server.h"
 #include "session/statements.h"
-#include "session/ui/zembera_menu.h"
+#include "session/ui/pencereler.h"
 #include "support/fakes.h"
 #include "ui/theme.h"
 
 namespace {
 
-void settle() {
-  for (int i = 0; i < 20; ++i) QApplication::processEvents(QEventLoop::AllEvents, 20);
-}
+constexpr int rounds = 5, companies = 20;
+constexpr const char *supervisor = "Olcum", *password = "olcum";
 
-void tell() {
-  settle();
-  std::printf("%ld %ld\n", bench::statusKilobytes("VmRSS"), bench::statusKilobytes("RssAnon"));
-}
+struct Session {
+  explicit Session(const char* folder) : factory(db::makeConnectionFactory(folder)) {
+    surroundings.oturum.surucu = factory.get();
+    surroundings.oturum.Server_Adi = "(yerel)";
+    surroundings.oturum.SQL_Login = "sa";
+    surroundings.oturum.SQL_Sifre = "gizli";
+  }
+  std::unique_ptr<db::ConnectionFactory> factory;
+  support::FakeSurroundings surroundings;
+};
 
-int emptyWindow(int argc, char** argv) {
-  QApplication application(argc, argv);
-  QWidget window;
-  window.resize(1024, 700);
-  window.show();
-  tell();
-  return 0;
+template <class Widget>
+Widget& control(const char* name) {
+  for (QWidget* window : QApplication::topLevelWidgets())
+    if (auto* found = window->findChild<Widget*>(name)) return *found;
+  throw std::runtime_error(std::string("no ") + name);
 }
 
 // The server was prepared by another process: making it is no part of opening the console.
 int console(int argc, char** argv) {
   QApplication application(argc, argv);
   ui::applyTheme(application);
-  const auto factory = db::makeConnectionFactory(argv[2]);
-  support::FakeSurroundings s;
-  s.oturum.surucu = factory.get();
-  s.oturum.Server_Adi = "(yerel)";
-  s.oturum.SQL_Login = "sa";
-  s.oturum.SQL_Sifre = "gizli";
-  s.oturum.Supervisor = true;
-  session::Katalog_Bagla(s.oturum, "Defination_DB");
-  session_ui::ZemberaMenu menu(s.oturum);
-  menu.show();
-  tell();
+  Session session(argv[2]);
+  const session_ui::Pencereler windows(session.surroundings.oturum, nullptr);
+  bench::settle();
+  control<QLineEdit>("Kullanici").setText(supervisor);
+  control<QLineEdit>("Sifre").setText(password);
+  control<QPushButton>("TamamBtn").click();
+  const auto& tree = control<QAbstractItemView>("AlanTreeList");
+  if (tree.model()->rowCount(tree.model()->index(0, 0)) != companies)
+    throw std::runtime_error("no companies");
+  bench::tellMemory();
   return 0;
 }
 
 int prepare(char** argv) {
   engine::Server::create(std::filesystem::path(argv[2]) / "veri", "sa", "gizli");
-  const auto factory = db::makeConnectionFactory(argv[2]);
-  support::FakeSurroundings s;
-  s.oturum.surucu = factory.get();
-  s.oturum.Server_Adi = "(yerel)";
-  catalog::Sunucu_Hazirla(s.oturum, {"Olcum", "olcum", ""});
+  Session session(argv[2]);
+  session::Oturum& oturum = session.surroundings.oturum;
+  catalog::Sunucu_Hazirla(oturum, {supervisor, password, ""});
+  session::Katalog_Bagla(oturum, "Defination_DB");
+  for (int i = 1; i <= companies; ++i) {
+    const std::string number = std::to_string(i);
+    oturum.Baglanti->execute("INSERT INTO sysfrmlng (sysfrm_nm,sysfrm_dbnm,sysfrm_kd) VALUES ('Firma " +
+                             number + "','FIRMA" + number + "','" + number + "')");
+  }
   return 0;
 }
 
-// Kilobytes as the child tells them: resident, of its own.
-std::pair<long, long> measured(const QString& program, const QStringList& arguments) {
+struct Memory {
+  std::vector<double> resident, own;  // kilobytes
+};
+
+void measure(Memory& memory, const QString& program, const QStringList& arguments) {
   QProcess child;
   child.start(program, arguments);
   child.waitForFinished(120000);
   const auto numbers = child.readAllStandardOutput().split(' ');
   if (numbers.size() != 2) throw std::runtime_error(child.readAllStandardError().toStdString());
-  return {numbers[0].toLong(), numbers[1].trimmed().toLong()};
+  memory.resident.push_back(numbers[0].toDouble());
+  memory.own.push_back(numbers[1].trimmed().toDouble());
 }
 
 }  // namespace
@@ -78,18 +94,20 @@ std::pair<long, long> measured(const QString& program, const QStringList& argume
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   const std::string part = argc > 1 ? argv[1] : "";
-  if (part == "empty") return emptyWindow(argc, argv);
-  if (part == "console") return console(argc, argv);
-  if (part == "prepare") return prepare(argv);
   try {
+    if (part == "console") return console(argc, argv);
+    if (part == "prepare") return prepare(argv);
     const bench::Folder folder;
     const QString self = QString::fromLocal8Bit(argv[0]), path = QString::fromStdString(folder.path.string());
     QProcess::execute(self, {"prepare", path});
-    const auto bare = measured(self, {"empty"});
-    const auto ours = measured(self, {"console", path});
-    std::printf("console  %ld kB (%ld of its own)   empty window %ld kB (%ld of its own)   ratio %.2f\n",
-                ours.first, ours.second, bare.first, bare.second,
-                static_cast<double>(ours.first) / static_cast<double>(bare.first));
+    Memory ours, bare;
+    for (int i = 0; i < rounds; ++i) {
+      measure(bare, QFileInfo(self).dir().filePath("empty_window"), {});
+      measure(ours, self, {"console", path});
+    }
+    const double console = bench::median(ours.resident), window = bench::median(bare.resident);
+    std::printf("console  %.0f kB (%.0f of its own)   empty window %.0f kB (%.0f of its own)   ratio %.2f\n",
+                console, bench::median(ours.own), window, bench::median(bare.own), console / window);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return 1;

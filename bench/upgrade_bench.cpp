@@ -6,6 +6,7 @@
 //   rows
 //            it steps over, and the peak of memory, against one UPDATE of every row
 #include <cstdio>
+#include <fstream>
 #include <functional>
 
 #include "bench/bare.h"

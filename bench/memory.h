@@ -1,0 +1,25 @@
+// What a process takes with its window open, told in one line to the process that started it.
+#pragma once
+
+#include <QEventLoop>
+#include <QTimer>
+#include <cstdio>
+
+#include "bench/status.h"
+
+namespace bench {
+
+// A window is there when the window system has asked for its picture and has got it.
+inline void settle() {
+  QEventLoop loop;
+  QTimer::singleShot(1500, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
+inline void tellMemory() {
+  settle();
+  std::printf("%ld %ld\n", statusKilobytes("VmRSS"), statusKilobytes("RssAnon"));
+  std::fflush(stdout);
+}
+
+}  // namespace bench

@@ -1,4 +1,6 @@
 #include <array>
+#include <cmath>
+#include <cstdlib>
 
 #include "engine/error.h"
 #include "engine/parser.h"
@@ -219,9 +221,19 @@ class Lexer {
     if (std::size_t end = endOfExponent(i); end != i) {
       kind = LiteralKind::Float;
       i = end;
+      checkFloat(std::string(text_.substr(pos_, i - pos_)));
     }
     if (kind == LiteralKind::Integer && !fitsInt(text_.substr(pos_, i - pos_))) kind = LiteralKind::Decimal;
     add(TokenKind::Literal, i, kind);
+  }
+
+  void checkFloat(const std::string& digits) const {
+    constexpr std::size_t shown = 128;
+    if (std::isinf(std::strtod(digits.c_str(), nullptr)))
+      fail(168,
+           "The floating point value '" + digits.substr(0, shown) +
+               "' is out of the range of computer representation (8 bytes).",
+           line_);
   }
 
   // `1e3`, `1e+3`, and `1e`, which is 1e0; 1 before a word such as `else` is no exponent.

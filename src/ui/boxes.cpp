@@ -46,7 +46,7 @@ void layOut(QMessageBox& box) {
   auto* grid = qobject_cast<QGridLayout*>(box.layout());
   if (!label || !grid) return;
   grid->addItem(new QSpacerItem(narrowest, 0), grid->rowCount(), 0, 1, grid->columnCount());
-  label->setMinimumHeight(iconSize);
+  grid->setRowMinimumHeight(0, iconSize);
   label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   scrollLongText(box, label);
 }
@@ -63,6 +63,13 @@ void prepare(QMessageBox& box, const std::string& text, session::Icon icon, std:
 }
 
 }  // namespace
+
+WaitCursor::WaitCursor() {
+  QApplication::setOverrideCursor(Qt::WaitCursor);
+}
+WaitCursor::~WaitCursor() {
+  QApplication::restoreOverrideCursor();
+}
 
 void DesktopBoxes::message(const std::string& text, session::Icon icon, std::string_view title) {
   QMessageBox box(QApplication::activeWindow());

@@ -97,11 +97,9 @@ void QuietProgress::pump() {
 ProgressScope::ProgressScope(session::Oturum& oturum, ProgressPanel& panel)
     : oturum_(oturum), before_(oturum.ilerleme), panel_(panel) {
   oturum_.ilerleme = &panel_;
-  QApplication::setOverrideCursor(Qt::WaitCursor);
 }
 
 ProgressScope::~ProgressScope() {
-  QApplication::restoreOverrideCursor();
   oturum_.ilerleme = before_;
   panel_.reset();
 }

@@ -5,6 +5,7 @@
 
 #include "session/oturum.h"
 #include "session/ports.h"
+#include "ui/boxes.h"
 
 class QLabel;
 class QProgressBar;
@@ -50,6 +51,7 @@ class ProgressScope {
   session::Oturum& oturum_;
   session::Progress* before_;
   ProgressPanel& panel_;
+  WaitCursor wait_;
 };
 
 }  // namespace ui

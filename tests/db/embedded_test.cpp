@@ -62,7 +62,7 @@ TEST_F(EmbeddedTest, TellsWhyAConnectionFailed) {
   EXPECT_EQ(failure({"(yerel)", "yok", "gizli", "master", false}), std::pair(ErrorKind::LoginRefused, 18456));
   EXPECT_EQ(failure({"(yerel)", "sa", "gizli", "Defination_DB", false}),
             std::pair(ErrorKind::LinkBroken, 4060));
-  EXPECT_EQ(failure({"(yerel)", "sa", "gizli", "master", true}), std::pair(ErrorKind::LoginRefused, 18452));
+  EXPECT_EQ(failure({"(yerel)", "sa", "yanlış", "master", true}), std::pair(ErrorKind::LoginRefused, 18452));
   // What kept the SQL login out is told by the attempt behind it too, but not to a wrong password.
   EXPECT_EQ(failure({"(yerel)", "sa", "gizli", "Defination_DB", true}),
             std::pair(ErrorKind::LinkBroken, 4060));

@@ -181,6 +181,7 @@ TEST(Boxes, QuestionsStopOnNo) {
 
 TEST(Boxes, ALongStatementScrollsAndAShortTextShowsWhole) {
   const std::pair<std::string, bool> cases[] = {{"Şifreniz Geçerli Değil!", false},
+                                                {"bir\niki\nüç\ndört", false},
                                                 {std::string(9000, 'x') + " son", true},
                                                 {std::string(200, '\n'), true}};
   for (const auto& [text, scrolls] : cases) {
@@ -191,6 +192,7 @@ TEST(Boxes, ALongStatementScrollsAndAShortTextShowsWhole) {
       EXPECT_EQ(box->findChild<QPlainTextEdit*>("UzunMetin") != nullptr, scrolls);
       const auto* label = box->findChild<QLabel*>("qt_msgbox_label");
       EXPECT_TRUE(scrolls || label->width() >= label->sizeHint().width());
+      EXPECT_TRUE(scrolls || label->height() >= label->sizeHint().height());
       QTest::keyClick(box, Qt::Key_Return);
     });
     ui::DesktopBoxes().message(text);

@@ -22,28 +22,11 @@ class SinkAdapter : public engine::ResultSink {
   BatchSink& sink_;
 };
 
-// There is no integrated login here. It comes behind a failed SQL login, though, and its failure is the one
-// that people are told: where name and password were right, that is what stood in the first one's way.
-[[noreturn]] void refuseIntegrated(const std::shared_ptr<engine::Server>& server,
-                                   const ConnectionParts& parts) {
-  constexpr int loginFailed = 18456;
-  // A stopped service answers nobody, whatever the form of the login.
-  if (server->serviceState() == engine::ServiceState::Stopped) {
-    throw engine::Error(17142,
-                        "SQL Server service has been stopped or paused. No new connections will be allowed.");
-  }
-  try {
-    const engine::Session probe(server, parts.login, parts.password, parts.database);
-  } catch (const engine::Error& error) {
-    if (error.number() != loginFailed) throw;
-  }
-  throw engine::Error(18452, "Login failed for user '" + parts.login +
-                                 "'. Reason: Not associated with a trusted SQL Server connection.");
-}
+constexpr int loginFailed = 18456, notTrusted = 18452;
 
 // What SQL Server says at a login stays as it is; a file that cannot be read is this server's own affair.
 SqlError openingError(const engine::Error& error, const std::string& database) {
-  static constexpr std::array serversWords = {4060, 17142, 18452, 18456};
+  static constexpr std::array serversWords = {4060, 17142, notTrusted, loginFailed};
   SqlError failure = fromEngine(error, true);
   if (std::find(serversWords.begin(), serversWords.end(), error.number()) != serversWords.end()) {
     return failure;
@@ -59,9 +42,15 @@ void EmbeddedConnection::open(const ConnectionParts& parts) {
   parts_ = parts;
   const auto server = servers_->at(servers_->folderOf(parts.server));
   try {
-    if (parts.integrated) refuseIntegrated(server, parts);
     session_ = std::make_unique<engine::Session>(server, parts.login, parts.password, parts.database);
   } catch (const engine::Error& error) {
+    // There is no integrated login here. It comes behind a failed SQL login, and its failure is the one that
+    // people are told: it is judged by the same name and password, so that what else was in the way (a
+    // missing, damaged or locked database) is not told as a wrong password.
+    if (parts.integrated && error.number() == loginFailed)
+      throw SqlError(ErrorKind::LoginRefused, notTrusted,
+                     "Login failed for user '" + parts.login +
+                         "'. Reason: Not associated with a trusted SQL Server connection.");
     throw openingError(error, parts.database);
   }
 }

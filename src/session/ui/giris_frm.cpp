@@ -15,6 +15,7 @@
 #include "session/giris.h"
 #include "session/statements.h"
 #include "session/ui/sunucu_hazirlama.h"
+#include "ui/boxes.h"
 #include "ui/fields.h"
 #include "ui/theme.h"
 
@@ -196,9 +197,14 @@ void GirisFrm::showEvent(QShowEvent* event) {
   sifre_->setFocus(Qt::OtherFocusReason);
 }
 
+// A server that does not answer can hold this up for the better part of a minute.
+session::GirisSonucu GirisFrm::dene(const QString& kullanici, const QString& sifre) {
+  const ui::WaitCursor wait;
+  return session::Giris_Tamam(oturum_, ui::utf8(kullanici), ui::utf8(sifre));
+}
+
 void GirisFrm::tamam() {
-  session::GirisSonucu sonuc =
-      session::Giris_Tamam(oturum_, ui::utf8(kullanici_->text()), ui::utf8(sifre_->text()));
+  session::GirisSonucu sonuc = dene(kullanici_->text(), sifre_->text());
   if (sonuc.adim == session::GirisSonucu::Adim::KatalogYok) sonuc = katalogsuz(sonuc);
   uygula(sonuc);
 }
@@ -208,8 +214,7 @@ session::GirisSonucu GirisFrm::katalogsuz(const session::GirisSonucu& sonuc) {
     SunucuHazirlama dialog(oturum_, hazirla_, this);
     if (dialog.exec() == QDialog::Accepted) {
       kullanici_->setText(dialog.yonetici());
-      session::GirisSonucu tekrar =
-          session::Giris_Tamam(oturum_, ui::utf8(dialog.yonetici()), ui::utf8(dialog.sifre()));
+      session::GirisSonucu tekrar = dene(dialog.yonetici(), dialog.sifre());
       if (tekrar.adim != session::GirisSonucu::Adim::KatalogYok) return tekrar;
       return session::Giris_Basarisiz(oturum_, tekrar.hataNo, tekrar.hataMetni);
     }

@@ -40,6 +40,7 @@ class GirisFrm : public QWidget {
   QWidget* etkisizAlanlar();
   void tuslariBagla();
   void tamam();
+  session::GirisSonucu dene(const QString& kullanici, const QString& sifre);
   session::GirisSonucu katalogsuz(const session::GirisSonucu& sonuc);
   void uygula(const session::GirisSonucu& sonuc);
 

@@ -1,6 +1,5 @@
 #include "session/ui/sunucu_hazirlama.h"
 
-#include <QApplication>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -8,6 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ui/boxes.h"
 #include "ui/fields.h"
 #include "ui/theme.h"
 
@@ -105,9 +105,8 @@ void SunucuHazirlama::hazirla() {
     tekrar_->setFocus(Qt::OtherFocusReason);
     tekrar_->selectAll();
   } else {
-    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const ui::WaitCursor wait;
     hata = ui::text(hazirlayici_(oturum_, ui::utf8(yonetici_->text().trimmed()), ui::utf8(sifre_->text())));
-    QApplication::restoreOverrideCursor();
   }
   hata_->setText(hata);
   if (hata.isEmpty()) accept();

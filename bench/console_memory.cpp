@@ -57,7 +57,7 @@ int console(int argc, char** argv) {
   const auto& tree = control<QAbstractItemView>("AlanTreeList");
   if (tree.model()->rowCount(tree.model()->index(0, 0)) != companies)
     throw std::runtime_error("no companies");
-  bench::tellMemory();
+  bench::tellMemory(*tree.window());
   return 0;
 }
 
@@ -79,14 +79,17 @@ struct Memory {
   std::vector<double> resident, own;  // kilobytes
 };
 
-void measure(Memory& memory, const QString& program, const QStringList& arguments) {
+// Returns the size of the window that was measured, as arguments.
+QStringList measure(Memory& memory, const QString& program, const QStringList& arguments) {
   QProcess child;
   child.start(program, arguments);
   child.waitForFinished(120000);
-  const auto numbers = child.readAllStandardOutput().split(' ');
-  if (numbers.size() != 2) throw std::runtime_error(child.readAllStandardError().toStdString());
+  const QString told = QString::fromLatin1(child.readAllStandardOutput()).trimmed();
+  const QStringList numbers = told.split(' ');
+  if (numbers.size() != 4) throw std::runtime_error(child.readAllStandardError().toStdString());
   memory.resident.push_back(numbers[0].toDouble());
-  memory.own.push_back(numbers[1].trimmed().toDouble());
+  memory.own.push_back(numbers[1].toDouble());
+  return numbers.mid(2);
 }
 
 }  // namespace
@@ -101,9 +104,10 @@ int main(int argc, char** argv) {
     const QString self = QString::fromLocal8Bit(argv[0]), path = QString::fromStdString(folder.path.string());
     QProcess::execute(self, {"prepare", path});
     Memory ours, bare;
+    const QString emptyWindow = QFileInfo(self).dir().filePath("empty_window");
     for (int i = 0; i < rounds; ++i) {
-      measure(bare, QFileInfo(self).dir().filePath("empty_window"), {});
-      measure(ours, self, {"console", path});
+      const QStringList size = measure(ours, self, {"console", path});
+      measure(bare, emptyWindow, size);
     }
     const double console = bench::median(ours.resident), window = bench::median(bare.resident);
     std::printf("console  %.0f kB (%.0f of its own)   empty window %.0f kB (%.0f of its own)   ratio %.2f\n",

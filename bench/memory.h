@@ -3,6 +3,7 @@
 
 #include <QEventLoop>
 #include <QTimer>
+#include <QWidget>
 #include <cstdio>
 
 #include "bench/status.h"
@@ -16,9 +17,11 @@ inline void settle() {
   loop.exec();
 }
 
-inline void tellMemory() {
+// "resident own width height": kilobytes, and the window's size.
+inline void tellMemory(const QWidget& window) {
   settle();
-  std::printf("%ld %ld\n", statusKilobytes("VmRSS"), statusKilobytes("RssAnon"));
+  std::printf("%ld %ld %d %d\n", statusKilobytes("VmRSS"), statusKilobytes("RssAnon"), window.width(),
+              window.height());
   std::fflush(stdout);
 }
 

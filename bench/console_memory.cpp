@@ -54,6 +54,7 @@ int console(int argc, char** argv) {
   control<QLineEdit>("Kullanici").setText(supervisor);
   control<QLineEdit>("Sifre").setText(password);
   control<QPushButton>("TamamBtn").click();
+  bench::settle();
   const auto& tree = control<QAbstractItemView>("AlanTreeList");
   if (tree.model()->rowCount(tree.model()->index(0, 0)) != companies)
     throw std::runtime_error("no companies");

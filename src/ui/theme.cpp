@@ -134,7 +134,10 @@ void applyTheme(QApplication& application) {
   application.setFont(programFont());
   QFile sheet(":/theme.qss");
   if (sheet.open(QIODevice::ReadOnly)) application.setStyleSheet(QString::fromUtf8(sheet.readAll()));
-  application.setWindowIcon(icon("zembera"));
+  // Of a drawing a window system would be given 128 pixels too, which stay in memory for each window.
+  QIcon windowIcon;
+  for (const int edge : {16, 24, 32, 48, 64}) windowIcon.addPixmap(icon("zembera").pixmap(edge, edge));
+  application.setWindowIcon(windowIcon);
 }
 
 QIcon icon(const QString& name) {

@@ -74,8 +74,11 @@ TEST_F(GirisEkrani, GoesWhenTheConsoleComes) {
   ASSERT_TRUE(giris);
   type(find<QLineEdit>(*giris, "Sifre"), "Gizli1");
   find<QPushButton>(*giris, "TamamBtn")->click();
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  QCoreApplication::processEvents();
   EXPECT_FALSE(giris);
+  EXPECT_TRUE(std::ranges::any_of(QApplication::topLevelWidgets(), [](QWidget* pencere) {
+    return pencere->objectName() == "Zembera_Menu" && pencere->isVisible();
+  }));
 }
 
 TEST_F(GirisEkrani, UnreachableServerBringsTheReducedConsole) {

@@ -121,6 +121,7 @@ struct TriggerTables {
   std::shared_ptr<const TableInfo> table;
   std::string database;
   std::string inserted, deleted;  // quoted names in SQLite
+  std::string columns;            // the table's, quoted, a comma before each
 };
 
 }  // namespace engine

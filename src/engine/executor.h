@@ -84,6 +84,7 @@ class Executor {
   // executor_value.cpp
   Datum parameterValue(const ParameterSource& source);
   Datum systemValue(SystemValue value);
+  const std::string* plainText(const ParameterSource& source) const;
   void bindParameters(Prepared& prepared);
   Datum evaluate(const Expr& expr, Type& type);
   bool evaluateCondition(const Expr& expr);
@@ -133,6 +134,7 @@ class Executor {
   std::vector<std::shared_ptr<const TriggerInfo>> triggersFor(const TableInfo& table,
                                                               const std::string& database,
                                                               TriggerEvent event);
+  void makeTemporary(const std::string& name, const std::string& definition);
   TriggerTables triggerTables(std::shared_ptr<const TableInfo> table, const std::string& database);
   void clearTriggerTables(const TriggerTables& tables, TriggerEvent event);
   void copyInserted(const TriggerTables& tables, const std::vector<std::int64_t>& rows);
@@ -180,8 +182,13 @@ class Executor {
     std::string text;
     std::shared_ptr<Plan> plan;
   };
-  std::map<std::string, CachedTrigger> triggers_;        // by database, id and level
-  std::map<std::string, std::string> temporaryTables_;   // name to the definition it was made with
+  std::map<std::string, CachedTrigger> triggers_;  // by database, id and level
+  struct TemporaryTable {
+    std::shared_ptr<const TableInfo> table;  // looked at last; as long as it is the same, so is its shape
+    std::string definition;                  // that it was made with
+    std::string columns;                     // their names, a comma before each
+  };
+  std::map<std::string, TemporaryTable> temporaryTables_;
   std::unordered_map<std::string, Prepared> internals_;  // statements of the executor's own
   struct IdentityRun {                                   // of the running INSERT
     const TableInfo* table = nullptr;

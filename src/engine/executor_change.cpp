@@ -273,7 +273,7 @@ void Executor::runChange(CompiledChange& plan, TriggerEvent event) {
     const std::int64_t count = rowCount_;
     if (event == TriggerEvent::Update) {
       Prepared& copy =
-          internal("INSERT INTO " + tables.inserted + " SELECT rowid," + columnList(*plan.table) + " FROM " +
+          internal("INSERT INTO " + tables.inserted + " SELECT rowid" + tables.columns + " FROM " +
                    store_.attach(plan.tableDatabase) + "." + quoteName(plan.table->name) +
                    " WHERE rowid IN (SELECT zb_rid FROM " + tables.deleted + ")");
       runPrepared(copy, *plan.catalog, "UPDATE");

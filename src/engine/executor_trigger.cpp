@@ -45,31 +45,39 @@ std::vector<std::shared_ptr<const TriggerInfo>> Executor::triggersFor(const Tabl
   return found;
 }
 
+// `name` as an empty temporary table of that shape; one left behind by a rollback may have it already.
+void Executor::makeTemporary(const std::string& name, const std::string& definition) {
+  sqlite3* connection = store_.handle();
+  Prepared known(connection, {"SELECT sql FROM sqlite_temp_master WHERE name=?1", {}});
+  known.bindDatum(1, name);
+  if (known.step()) {
+    if (columnDatum(known.get(), 0).text().ends_with(definition)) return;
+    sqlite3_reset(known.get());
+    lite::exec(connection, "DROP TABLE temp." + quoteName(name));
+  }
+  lite::exec(connection, "CREATE TABLE temp." + quoteName(name) + definition);
+}
+
 // The temporary tables of the next level, made at their first use and when the table's shape changed.
 TriggerTables Executor::triggerTables(std::shared_ptr<const TableInfo> table, const std::string& database) {
   const std::string suffix =
       "_" + store_.attach(database) + "_" + std::to_string(table->id) + "_" + std::to_string(nesting_ + 1);
-  const std::string definition = columnDefinitions(*table);
+  TemporaryTable& made = temporaryTables_[suffix];
+  if (made.table != table) {
+    const std::string definition = columnDefinitions(*table);
+    if (made.definition != definition) {
+      for (const char* kind : {"zb_ins", "zb_del"}) makeTemporary(kind + suffix, definition);
+      made.definition = definition;
+    }
+    made.columns.clear();
+    for (const ColumnInfo& column : table->columns) made.columns += "," + quoteName(column.name);
+    made.table = table;
+  }
   TriggerTables tables;
   tables.database = database;
   tables.inserted = "temp." + quoteName("zb_ins" + suffix);
   tables.deleted = "temp." + quoteName("zb_del" + suffix);
-  std::string& made = temporaryTables_[suffix];
-  if (made != definition) {
-    for (const std::string* name : {&tables.inserted, &tables.deleted}) {
-      if (!made.empty()) lite::exec(store_.handle(), "DROP TABLE IF EXISTS " + *name);
-      Prepared known(store_.handle(), {"SELECT sql FROM sqlite_temp_master WHERE name=?1", {}});
-      known.bindDatum(1, "zb_" + std::string(name == &tables.inserted ? "ins" : "del") + suffix);
-      if (known.step()) {
-        const bool same = columnDatum(known.get(), 0).text().ends_with(definition);
-        if (same) continue;
-        sqlite3_reset(known.get());
-        lite::exec(store_.handle(), "DROP TABLE " + *name);
-      }
-      lite::exec(store_.handle(), "CREATE TABLE " + *name + definition);
-    }
-    made = definition;
-  }
+  tables.columns = made.columns;
   tables.table = std::move(table);
   return tables;
 }
@@ -93,10 +101,8 @@ void Executor::clearTriggerTables(const TriggerTables& tables, TriggerEvent even
 
 void Executor::copyInserted(const TriggerTables& tables, const std::vector<std::int64_t>& rows) {
   clearTriggerTables(tables, TriggerEvent::Insert);
-  std::string columns;
-  for (const ColumnInfo& column : tables.table->columns) columns += "," + quoteName(column.name);
   Prepared& copy =
-      internal("INSERT INTO " + tables.inserted + " SELECT rowid" + columns + " FROM " +
+      internal("INSERT INTO " + tables.inserted + " SELECT rowid" + tables.columns + " FROM " +
                store_.attach(tables.database) + "." + quoteName(tables.table->name) + " WHERE rowid=?1");
   for (const std::int64_t row : rows) {
     PreparedUse use(copy);

@@ -129,11 +129,27 @@ Datum Executor::parameterValue(const ParameterSource& source) {
   return convert(value, from, source.to, 0, source.assign, store_.functions());
 }
 
+// A text of the batch that its column takes just as it stands; null for any other parameter.
+const std::string* Executor::plainText(const ParameterSource& source) const {
+  if (source.kind != ParameterSource::Kind::Literal || source.fixed || source.index < 0 || !source.assign)
+    return nullptr;
+  const Literal& literal = (*frame_->literals)[static_cast<std::size_t>(source.index)];
+  const TypeId to = source.to.id;
+  if (literal.kind != LiteralKind::Text || (to != TypeId::Char && to != TypeId::VarChar)) return nullptr;
+  const std::string& text = literal.text;
+  const bool plain = !text.empty() && text.size() <= source.to.length && text.back() != ' ' && isAscii(text);
+  return plain ? &text : nullptr;
+}
+
 void Executor::bindParameters(Prepared& prepared) {
   const auto& sources = prepared.parameters();
   for (std::size_t i = 0; i < sources.size(); ++i) {
     if (sources[i].kind == ParameterSource::Kind::Literal && sources[i].fixed && prepared.fixedBound)
       continue;
+    if (const std::string* text = plainText(sources[i])) {
+      prepared.bindShared(static_cast<int>(i) + 1, *text);
+      continue;
+    }
     prepared.bindDatum(static_cast<int>(i) + 1, parameterValue(sources[i]));
   }
   prepared.fixedBound = true;

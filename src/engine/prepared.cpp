@@ -66,6 +66,10 @@ void Prepared::bindDatum(int index, const Datum& value) {
                       SQLITE_TRANSIENT);
 }
 
+void Prepared::bindShared(int index, const std::string& text) {
+  sqlite3_bind_text(statement_, index, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
+}
+
 bool Prepared::step(int* constraint) {
   const int code = sqlite3_step(statement_);
   if (code == SQLITE_ROW) return true;

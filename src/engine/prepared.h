@@ -29,6 +29,8 @@ class Prepared {
   sqlite3_stmt* get() const { return statement_; }
   const std::vector<ParameterSource>& parameters() const { return parameters_; }
   void bindDatum(int index, const Datum& value);
+  // `text` must stand until the statement has run.
+  void bindShared(int index, const std::string& text);
   // Steps; true while a row stands. Throws through `lite::fail` except for violated constraints, which
   // come back as the SQLite code of `constraint`.
   bool step(int* constraint = nullptr);

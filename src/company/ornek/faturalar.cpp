@@ -178,6 +178,7 @@ void birTransfer(Baglam& b, const An& an) {
     belge.giris = giris;
     belge.tip = giris ? "Ambar Fişi(G)" : "Ambar Fişi(Ç)";
     belge.ambar = giris ? hedef : b.t.ambarlar[0];
+    belge.degisti();
     std::vector<Kayit> kayitlar;
     for (const Satir& satir : satirlar) {
       Kayit kayit = b.kayit("AMBTRS");

@@ -92,7 +92,7 @@ std::string saatMetni(const db::DateTime& t) {
 // that a statement touched, so the statements never mix accounts, and are the fewer the more lines there are.
 class SatirDeposu {
  public:
-  explicit SatirDeposu(Baglam& b) : boy_(enAz * static_cast<std::size_t>(std::min(b.olcek, 10))), b_(b) {}
+  explicit SatirDeposu(Baglam& b) : boy_(enAz * static_cast<std::size_t>(std::min(b.olcek, 5))), b_(b) {}
   void ekle(const std::string& hesap, Kayit kayit) {
     std::vector<Kayit>& liste = bekleyen_[hesap];
     liste.push_back(std::move(kayit));

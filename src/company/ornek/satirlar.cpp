@@ -42,7 +42,9 @@ std::vector<Satir> malSatirlari(Baglam& b, int enAz, int enCok, bool alisFiyati)
   return out;
 }
 
-Kayit& belgeAlanlari(Kayit& kayit, const Baglam& b, const Belge& belge) {
+namespace {
+
+void ortakAlanlar(Kayit& kayit, const Baglam& b, const Belge& belge) {
   kayit.zaman("Tarih", belge.an.tarih).metin("Fis_No", belge.fisNo).metin("Belge_No", belge.belgeNo);
   kayit.metin("Islem_Tipi", belge.tip);
   if (belge.cari)
@@ -50,7 +52,19 @@ Kayit& belgeAlanlari(Kayit& kayit, const Baglam& b, const Belge& belge) {
   else
     kayit.sayi("Cari_ID", 0);
   kayit.sayi("Ambar_No", belge.ambar).sayi("Isyeri_ID", belge.isyeri);
-  return izAlanlari(gunAlanlari(genelAlanlar(kayit, b, belge.satici), belge.an), belge.an);
+  izAlanlari(gunAlanlari(genelAlanlar(kayit, b, belge.satici), belge.an), belge.an);
+}
+
+}  // namespace
+
+Kayit& belgeAlanlari(Kayit& kayit, const Baglam& b, const Belge& belge) {
+  if (belge.ortakKolonlar.empty()) {
+    Kayit ortak("");
+    ortakAlanlar(ortak, b, belge);
+    belge.ortakKolonlar = ortak.kolonlar();
+    belge.ortakDegerler = ortak.degerler();
+  }
+  return kayit.ham(belge.ortakKolonlar, belge.ortakDegerler);
 }
 
 Kayit& toplamAlanlari(Kayit& kayit, const Toplam& toplam) {

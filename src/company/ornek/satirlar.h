@@ -35,6 +35,10 @@ struct Belge {
   bool giris = false;  // goods come in
   std::int64_t satici = 0, isyeri = 1;
   int vade = 0;
+  // What belgeAlanlari() has written for the first row and gives to all; to be forgotten when a field
+  // changes.
+  mutable std::string ortakKolonlar, ortakDegerler;
+  void degisti() const { ortakKolonlar.clear(); }
 };
 
 // Lines of goods at buying or selling prices; no item twice.

@@ -52,6 +52,7 @@ std::string teslimSql(Baglam& b, const SiparisTuru& tur, const Belge& siparis,
   Belge belge = siparis;
   belge.tip = tur.irsaliye;
   belge.fisNo = b.fisNo(tur.irsaliyeSayaci);
+  belge.degisti();
   std::vector<Satir> giden;
   std::vector<Kayit> kayitlar;
   for (std::size_t i = 0; i < satirlar.size(); ++i) {

@@ -68,7 +68,6 @@ ZemberaMenu::ZemberaMenu(session::Oturum& oturum) : oturum_(oturum) {
   layout->addWidget(yigin_, 1);
   setCentralWidget(all);
   durumCubugu();
-  setMinimumSize(smallestWindow);
   yerlestir();
 
   if (oturum_.Giris_Hatali == 0) {
@@ -83,7 +82,8 @@ ZemberaMenu::ZemberaMenu(session::Oturum& oturum) : oturum_(oturum) {
 // In the middle of the screen, and never larger than it.
 void ZemberaMenu::yerlestir() {
   const QRect room = screen()->availableGeometry();
-  resize(usualWindow.boundedTo(room.size()).expandedTo(smallestWindow));
+  setMinimumSize(smallestWindow.boundedTo(room.size()));
+  resize(usualWindow.boundedTo(room.size()));
   move(room.center() - rect().center());
 }
 

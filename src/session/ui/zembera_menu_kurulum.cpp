@@ -21,7 +21,7 @@
 namespace session_ui {
 namespace {
 
-constexpr int sideWidth = 256, treeWidth = 360, smallestTree = 240, menuIcon = 24, treeIcon = 20,
+constexpr int sideWidth = 256, treeWidth = 360, smallestTree = 230, menuIcon = 24, treeIcon = 20,
               codeColumn = 72;
 
 struct ButonGorunusu {

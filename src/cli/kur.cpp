@@ -125,7 +125,7 @@ class Kurulum {
       session::Katalog_Bagla(o_, "master");
       return true;
     } catch (const db::SqlError& error) {
-      refuse("Sunucuya bağlanılamadı: " + hataSatiri(error));
+      refuse("Sunucuya bağlanılamadı: " + baglantiHatasi(error));
       return false;
     }
   }

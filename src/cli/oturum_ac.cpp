@@ -53,9 +53,14 @@ bool KomutOturumu::katalogaBagla() {
     if (session::katalogEksik(oturum))
       ortam.err << "Sunucuda Defination_DB yok. Önce 'zembera-cli kur' komutunu çalıştırın.\n";
     else
-      ortam.err << "Kataloğa bağlanılamadı: " << hataSatiri(error) << "\n";
+      ortam.err << "Kataloğa bağlanılamadı: " << baglantiHatasi(error) << "\n";
     return false;
   }
+}
+
+std::string baglantiHatasi(const db::SqlError& hata) {
+  if (hata.kind() != db::ErrorKind::LoginRefused) return hataSatiri(hata);
+  return std::string(session::girisReddi) + " (" + hataSatiri(hata) + ")";
 }
 
 std::string hataSatiri(const db::SqlError& hata) {

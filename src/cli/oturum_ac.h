@@ -30,5 +30,7 @@ class KomutOturumu {
 
 // How a failure is told to a person: the server's number, where it gave one, and its text, in one line.
 std::string hataSatiri(const db::SqlError& hata);
+// The same for a failed connection; a refused login is told in the login screen's words before it.
+std::string baglantiHatasi(const db::SqlError& hata);
 
 }  // namespace cli

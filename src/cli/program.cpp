@@ -103,9 +103,16 @@ std::string turkishText(const CLI::App& app, const CLI::ParseError& error) {
   return "Yanlış kullanım: " + what;
 }
 
+// What was written may still lie in the stream: a full disk shows only when it leaves.
+int written(Ortam& ortam, int code) {
+  if (ortam.out.flush()) return code;
+  ortam.err << "Çıktı yazılamadı.\n";
+  return reddedildi;
+}
+
 int runCommand(Ortam& ortam, const Komut& komut, const Degerler& values) {
   try {
-    return komut.calistir(ortam, values);
+    return written(ortam, komut.calistir(ortam, values));
   } catch (const db::SqlError& error) {
     ortam.err << "Sunucu hatası: " << error.what() << "\n";
   } catch (const std::exception& error) {

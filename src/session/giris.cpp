@@ -92,9 +92,7 @@ GirisSonucu Giris_Tamam(Oturum& oturum, const std::string& kullanici, const std:
 
 GirisSonucu Giris_Basarisiz(Oturum& oturum, std::int32_t hataNo, const std::string& hataMetni) {
   const bool refused = hataNo == static_cast<std::int32_t>(db::ErrorKind::LoginRefused);
-  oturum.kutular->message(
-      refused ? "SQL Admin Kullanıcı Adı ve/veya Şifresi Hatalıdır. Giriş İzni Alınamıyor." : hataMetni,
-      Icon::Information);
+  oturum.kutular->message(refused ? std::string(girisReddi) : hataMetni, Icon::Information);
   oturum.Giris_Hatali = -1;
   GirisSonucu sonuc;
   sonuc.adim = GirisSonucu::Adim::KonsolEksik;

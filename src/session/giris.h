@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "session/bolgesel.h"
 #include "session/oturum.h"
@@ -32,6 +33,10 @@ struct GirisSonucu {
 // The click on TamamBtn with the texts of both fields. On KatalogYok the caller offers to prepare the
 // server and calls it again, or calls Giris_Basarisiz.
 GirisSonucu Giris_Tamam(Oturum& oturum, const std::string& kullanici, const std::string& sifre);
+
+// Said when the server refuses the SQL login.
+inline constexpr std::string_view girisReddi =
+    "SQL Admin Kullanıcı Adı ve/veya Şifresi Hatalıdır. Giriş İzni Alınamıyor.";
 
 // The failure handler: shows the box, sets Giris_Hatali to -1; gives KonsolEksik.
 GirisSonucu Giris_Basarisiz(Oturum& oturum, std::int32_t hataNo, const std::string& hataMetni);

@@ -115,6 +115,13 @@ TEST_F(KomutTest, RefusedLoginTellsNumberAndNoPassword) {
   EXPECT_EQ(cli.err, "Msg 18456: Login failed\n");
 }
 
+TEST_F(KomutTest, LostOutputIsAFailure) {
+  rows("BIR", "x");
+  cli.doluDisk = true;
+  EXPECT_EQ(cli.calistir({"sql", "--db", "D", "SELECT BIR"}), 1);
+  EXPECT_NE(cli.err.find("Çıktı yazılamadı."), std::string::npos) << cli.err;
+}
+
 TEST_F(KomutTest, DizinNamesTheFolderOfSysInf) {
   const auto other = cli.dizin / "baska";
   std::filesystem::create_directories(other);
@@ -207,7 +214,10 @@ TEST_F(KomutTest, KurThatCannotConnectKeepsTheOldFile) {
   for (int i = 0; i < 2; ++i) server.failOpening(db::SqlError(db::ErrorKind::LoginRefused, 18456, "no"));
   EXPECT_EQ(cli.calistir({"kur", "--sunucu", "YENI"}, "kotu-sifre\nSifre1\n"), 1);
   EXPECT_EQ(session::Sys_Inf_Oku(cli.dizin), "SUNUCU;sa;gizli;0;");
-  EXPECT_EQ(cli.err.find("kotu-sifre"), std::string::npos);
+  EXPECT_EQ(
+      cli.err,
+      "Sunucuya bağlanılamadı: SQL Admin Kullanıcı Adı ve/veya Şifresi Hatalıdır. Giriş İzni Alınamıyor. "
+      "(Msg 18456: no)\n");
 }
 
 TEST_F(KomutTest, TwoDifferentPasswordsAreAskedForAgain) {

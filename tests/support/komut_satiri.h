@@ -27,6 +27,7 @@ class KomutSatiri {
     std::istringstream in(girdi);
     std::ostringstream outStream;
     std::ostringstream errStream;
+    if (doluDisk) outStream.setstate(std::ios::badbit);
     cli::Ortam ortam{in, outStream, errStream, terminal, false, dizin, surucuYap_};
     const int code = cli::calistir(ortam, argumanlar);
     out = outStream.str();
@@ -36,7 +37,8 @@ class KomutSatiri {
 
   std::filesystem::path dizin;
   bool terminal = false;
-  std::string out, err;  // of the last run
+  bool doluDisk = false;  // the standard output takes nothing
+  std::string out, err;   // of the last run
 
  private:
   SurucuYapici surucuYap_;

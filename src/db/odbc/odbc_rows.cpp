@@ -79,9 +79,9 @@ bool readText(SQLHSTMT statement, SQLUSMALLINT column, Value& out) {
   bool null = false;
   if (!readLong(statement, column, SQL_C_WCHAR, wide, null)) return false;
   if (null) return true;
-  std::vector<SQLWCHAR> units(wide.size() / sizeof(SQLWCHAR));
+  std::u16string units(wide.size() / sizeof(SQLWCHAR), u'\0');  // aligned, and never at null
   std::memcpy(units.data(), wide.data(), units.size() * sizeof(SQLWCHAR));
-  out = Value(fromWide(units.data(), units.size()));
+  out = Value(fromWide(reinterpret_cast<const SQLWCHAR*>(units.data()), units.size()));
   return true;
 }
 

@@ -58,7 +58,7 @@ std::vector<std::string> statementsOf(const fs::path& file) {
     std::string values = "SELECT 'INSERT INTO \"" + table + "\" VALUES('";
     for (const auto& column : source.texts("SELECT name FROM pragma_table_info('" + table + "')")) {
       values += values.ends_with("VALUES('") ? "||quote(\"" : "||','||quote(\"";
-      values += column + "\")";
+      values.append(column).append("\")");
     }
     for (auto& insert : source.texts(values + "||')' FROM \"" + table + "\"")) all.push_back(insert);
     all.insert(all.end(), definitions.begin() + 1, definitions.end());
@@ -169,7 +169,9 @@ void measureCreate() {
   std::printf("\n");
   printCreate("whole", ours.whole, bare.whole, tableStatements + otherStatements);
   std::vector<double> processor;
-  for (int i = 0; i < rounds; ++i) processor.push_back(ours.processor[i] / bare.processor[i]);
+  processor.reserve(rounds);
+  for (std::size_t i = 0; i < ours.processor.size(); ++i)
+    processor.push_back(ours.processor[i] / bare.processor[i]);
   std::printf(", of processor times %.2f\n", bench::median(processor));
 }
 

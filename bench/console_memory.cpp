@@ -70,8 +70,9 @@ int prepare(char** argv) {
   session::Katalog_Bagla(oturum, "Defination_DB");
   for (int i = 1; i <= companies; ++i) {
     const std::string number = std::to_string(i);
-    oturum.Baglanti->execute("INSERT INTO sysfrmlng (sysfrm_nm,sysfrm_dbnm,sysfrm_kd) VALUES ('Firma " +
-                             number + "','FIRMA" + number + "','" + number + "')");
+    oturum.Baglanti->execute(
+        bench::joined({"INSERT INTO sysfrmlng (sysfrm_nm,sysfrm_dbnm,sysfrm_kd) VALUES ('Firma ", number,
+                       "','FIRMA", number, "','", number, "')"}));
   }
   return 0;
 }

@@ -149,7 +149,8 @@ void Binder::sortBeforeAssigning(const SelectStatement& select, BoundCore& out) 
       const std::string name = "k" + std::to_string(count++);
       if (!columns.empty()) columns += ", ";
       columns.append(column.sql).append(" AS ").append(name);
-      column.sql = handle + "." + name;
+      column.sql = handle;
+      column.sql.append(".").append(name);
     }
   if (columns.empty()) return;
   const std::string limit = out.top ? topLimit(*out.top, out.topPercent, "SELECT 1" + out.from + out.where)

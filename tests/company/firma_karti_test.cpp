@@ -10,6 +10,7 @@
 #include "company/kart_alanlari.h"
 #include "company/schema/schema.h"
 #include "support/fakes.h"
+#include "support/temp_folder.h"
 
 namespace {
 
@@ -191,8 +192,8 @@ TEST(FirmaKarti, KnownNameIsLeftInSonHataAndClosesTheForm) {
 
 TEST(FirmaKarti, FileInTheDataFolderStopsTheCreation) {
   KartSunucusu s;
-  const auto folder = std::filesystem::path(testing::TempDir()) / "firma_karti_dosya";
-  std::filesystem::create_directories(folder);
+  const support::TempFolder temporary;
+  const auto& folder = temporary.path;
   std::ofstream(folder / "ORNEK2012.mdf") << "x";
   s.oturum.Veri_Klasoru = folder.string();
   FirmaKarti kart = gecerliKart();
@@ -204,7 +205,6 @@ TEST(FirmaKarti, FileInTheDataFolderStopsTheCreation) {
             0u)
       << s.oturum.Son_Hata;
   EXPECT_FALSE(s.sent("CREATE DATABASE"));
-  std::filesystem::remove_all(folder);
 }
 
 TEST(FirmaKarti, FaultKeepsTheCardOpenAndSendsNothing) {

@@ -7,6 +7,7 @@
 
 #include "company/plan_dosyasi.h"
 #include "support/fakes.h"
+#include "support/temp_folder.h"
 
 namespace {
 
@@ -94,8 +95,7 @@ TEST(ShippedFiles, AreWhole) {
 
 class StandartPlan : public testing::Test {
  protected:
-  StandartPlan() : folder(fs::path(testing::TempDir()) / "standart_plan") {
-    fs::remove_all(folder);
+  StandartPlan() {
     fs::create_directories(folder / "Muhasebe Parametre");
     s.platform.folder = folder;
     s.oturum.Baglanti = s.factory.make("");
@@ -108,8 +108,6 @@ class StandartPlan : public testing::Test {
     columns.push_back("Rapor_ID");
     s.server.rows("MUHASEBEMALITABLOHAREKET ", columns, {});
   }
-  ~StandartPlan() override { fs::remove_all(folder); }
-
   void write(const char* name, const char* text) {
     std::ofstream(folder / "Muhasebe Parametre" / name) << text;
   }
@@ -129,7 +127,8 @@ class StandartPlan : public testing::Test {
                                                 "Kullanici_ID",      "Ekleme_Tarihi",
                                                 "Degistirme_Tarihi", "Ekleme_Saati",
                                                 "Degistirme_Saati",  "Degistiren_Kullanici"};
-  fs::path folder;
+  const support::TempFolder temporary;
+  const fs::path& folder = temporary.path;
   support::FakeSurroundings s;
 };
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
@@ -14,29 +13,16 @@
 #include "engine/server.h"
 #include "engine/sqlite_util.h"
 #include "engine/storage.h"
+#include "support/temp_folder.h"
 
 namespace engine::test {
 
-class TempFolder {
- public:
-  TempFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "zembera-XXXXXX").string();
-    path = ::mkdtemp(name.data());
-  }
-  ~TempFolder() {
-    std::error_code error;
-    std::filesystem::remove_all(path, error);
-  }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-  std::filesystem::path path;
-};
+using support::TempFolder;
 
 // One session of the storage side: definitions through runDefinition, rows through SQLite.
 class Storing {
  public:
-  explicit Storing(Server& server, std::string database = "master")
-      : store(server.sharedInstance()) {
+  explicit Storing(Server& server, std::string database = "master") : store(server.sharedInstance()) {
     context.database = std::move(database);
     if (context.database != "master") use(context.database);
   }

@@ -106,27 +106,13 @@ TEST_F(ServiceTest, FilesCopiedOverWhileStoppedAreThere) {
 }
 
 TEST_F(ServiceTest, SessionsOfAnotherProcessCloseTheirFilesToo) {
-  int ready[2], leave[2];
-  ASSERT_EQ(pipe(ready), 0);
-  ASSERT_EQ(pipe(leave), 0);
-  const pid_t child = fork();
-  if (child == 0) {
-    auto own = Server::open(server->folder());
-    Storing session(*own, "A");
-    session.run("INSERT INTO @.T VALUES(7)");
-    char byte = 'x';
-    if (write(ready[1], &byte, 1) != 1 || read(leave[0], &byte, 1) != 1) _exit(2);
-    const int error = errorNumber([&] { session.table("T"); });
-    _exit(error == 17142 ? 0 : 3);
-  }
-  char byte = 0;
-  ASSERT_EQ(read(ready[0], &byte, 1), 1);
+  OtherProcess other(
+      *server, "A", [](Storing& session) { session.run("INSERT INTO @.T VALUES(7)"); },
+      [](Storing& session) { return errorNumber([&] { session.table("T"); }) == 17142; });
+  ASSERT_TRUE(other.ready());
   server->stop();
   EXPECT_FALSE(leftovers());
-  ASSERT_EQ(write(leave[1], &byte, 1), 1);
-  int status = 0;
-  waitpid(child, &status, 0);
-  EXPECT_EQ(status, 0);
+  EXPECT_EQ(other.end(), 0);
   server->start();
   EXPECT_EQ(rows(), "1|7");
 }

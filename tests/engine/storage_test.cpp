@@ -75,43 +75,21 @@ TEST_F(StoreTest, DropIsRefusedWhileAnotherSessionUsesIt) {
 TEST_F(StoreTest, AnotherProcessHoldsADatabaseToo) {
   Storing first(*server);
   first.define("CREATE DATABASE A");
-  int ready[2], leave[2];
-  ASSERT_EQ(pipe(ready), 0);
-  ASSERT_EQ(pipe(leave), 0);
-  const pid_t child = fork();
-  if (child == 0) {
-    auto own = Server::open(server->folder());
-    Storing session(*own, "A");
-    session.define("CREATE TABLE FromChild (a INT)");
-    char byte = 'x';
-    if (write(ready[1], &byte, 1) != 1) _exit(2);
-    if (read(leave[0], &byte, 1) != 1) _exit(3);
-    _exit(0);
-  }
-  char byte = 0;
-  ASSERT_EQ(read(ready[0], &byte, 1), 1);
+  OtherProcess other(*server, "A",
+                     [](Storing& session) { session.define("CREATE TABLE FromChild (a INT)"); });
+  ASSERT_TRUE(other.ready());
   EXPECT_EQ(first.errorOf("DROP DATABASE A"), 3702);
   Storing reader(*server, "A");
   EXPECT_EQ(reader.table("fromchild").columns.size(), 1U);
-  ASSERT_EQ(write(leave[1], &byte, 1), 1);
-  int status = 0;
-  waitpid(child, &status, 0);
-  EXPECT_EQ(status, 0);
+  EXPECT_EQ(other.end(), 0);
 }
 
 // The version of a change that failed is given again, to another catalog.
 TEST_F(StoreTest, AFailedDefinitionLeavesNoCatalogBehind) {
   Storing(*server).define("CREATE DATABASE A");
   const auto inAnotherProcess = [&](const std::string& statement) {
-    const pid_t child = fork();
-    if (child == 0) {
-      auto own = Server::open(server->folder());
-      Storing(*own, "A").define(statement);
-      _exit(0);
-    }
-    int status = 1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0) << statement;
+    OtherProcess other(*server, "A", [&](Storing& session) { session.define(statement); });
+    EXPECT_EQ(other.end(), 0) << statement;
   };
   inAnotherProcess("CREATE TABLE T (a INT)");
   Storing one(*server, "A");

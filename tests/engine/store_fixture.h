@@ -2,11 +2,15 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include "engine/parser.h"
@@ -83,6 +87,57 @@ class Storing {
   SessionContext context;
   std::shared_ptr<const DatabaseCatalog> catalog;
   std::string lastError;
+};
+
+// A session of another process on the same folder.
+class OtherProcess {
+ public:
+  // Returns when the process has done `first` in the database.
+  OtherProcess(const Server& server, const std::string& database, const std::function<void(Storing&)>& first,
+               const std::function<bool(Storing&)>& last = {}) {
+    int ready[2], leave[2];
+    if (::pipe(ready) != 0 || ::pipe(leave) != 0) throw std::runtime_error("no pipe");
+    child_ = ::fork();
+    if (child_ == 0) {
+      try {
+        char byte = 'x';
+        auto own = Server::open(server.folder());
+        Storing session(*own, database);
+        first(session);
+        if (::write(ready[1], &byte, 1) != 1 || ::read(leave[0], &byte, 1) != 1) ::_exit(2);
+        ::_exit(!last || last(session) ? 0 : 3);
+      } catch (const std::exception&) {
+        ::_exit(4);
+      }
+    }
+    ::close(ready[1]);
+    ::close(leave[0]);
+    leave_ = leave[1];
+    char byte = 0;
+    ready_ = ::read(ready[0], &byte, 1) == 1;
+    ::close(ready[0]);
+  }
+  OtherProcess(const OtherProcess&) = delete;
+  OtherProcess& operator=(const OtherProcess&) = delete;
+  ~OtherProcess() {
+    if (child_ > 0) end();
+  }
+
+  bool ready() const { return ready_; }
+  // Lets it go on to `last`, which ends it: 0 when that was true.
+  int end() {
+    const bool told = ::write(leave_, "x", 1) == 1;
+    ::close(leave_);
+    int status = 1;
+    ::waitpid(child_, &status, 0);
+    child_ = 0;
+    return told ? status : -1;
+  }
+
+ private:
+  pid_t child_ = 0;
+  int leave_ = -1;
+  bool ready_ = false;
 };
 
 class StoreTest : public ::testing::Test {

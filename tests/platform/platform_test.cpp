@@ -8,6 +8,7 @@
 #include "platform/files.h"
 #include "platform/folders.h"
 #include "platform/registry.h"
+#include "support/temp_folder.h"
 
 namespace {
 
@@ -16,13 +17,9 @@ namespace fs = std::filesystem;
 // A folder of its own as configuration home, removed afterwards.
 class PlatformTest : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string name = (fs::temp_directory_path() / "zembera-platform-XXXXXX").string();
-    folder = ::mkdtemp(name.data());
-    ::setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
-  }
-  void TearDown() override { fs::remove_all(folder); }
-  fs::path folder;
+  void SetUp() override { ::setenv("XDG_CONFIG_HOME", folder.c_str(), 1); }
+  const support::TempFolder temporary;
+  const fs::path& folder = temporary.path;
 };
 
 TEST(CodePage, EveryByteSurvivesARoundTrip) {

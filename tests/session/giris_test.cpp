@@ -10,6 +10,7 @@
 #include "session/metin.h"
 #include "session/sys_inf.h"
 #include "support/fakes.h"
+#include "support/temp_folder.h"
 
 namespace {
 
@@ -22,15 +23,14 @@ constexpr std::string_view regional = "Control Panel\\International";
 class GirisTest : public testing::Test, protected support::FakeSurroundings {
  protected:
   void SetUp() override {
-    std::string name = (fs::temp_directory_path() / "zembera-giris-XXXXXX").string();
-    platform.folder = ::mkdtemp(name.data());
+    platform.folder = temporary.path;
     server.rows("FROM sysDTYL", {"sysdtyl"}, {{"/srv/veri   "}});
     server.rows("FROM sysuslng", {"sysus_ID", "sysus_nm", "sysus"}, {});
     server.rows("sysus_nm='KORVENA'", {"sysus_ID", "sysus_nm", "sysus"},
                 {{1, "KORVENA        ", *Sifrele("Gizli1") + "         "}});
     server.rows("sysus_nm='İNCİ'", {"sysus_ID", "sysus_nm", "sysus"}, {{7, "İNCİ", *Sifrele("x")}});
   }
-  void TearDown() override { fs::remove_all(platform.folder); }
+  const support::TempFolder temporary;
 
   void writeInf(const std::string& text) { std::ofstream(sysInfYolu(platform.folder)) << text; }
 };

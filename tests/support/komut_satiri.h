@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cli/program.h"
+#include "support/temp_folder.h"
 
 namespace support {
 
@@ -15,11 +16,7 @@ class KomutSatiri {
  public:
   using SurucuYapici = decltype(cli::Ortam::surucuYap);
 
-  explicit KomutSatiri(SurucuYapici surucuYap) : surucuYap_(std::move(surucuYap)) {
-    std::string name = (std::filesystem::temp_directory_path() / "zembera-cli-XXXXXX").string();
-    dizin = ::mkdtemp(name.data());
-  }
-  ~KomutSatiri() { std::filesystem::remove_all(dizin); }
+  explicit KomutSatiri(SurucuYapici surucuYap) : surucuYap_(std::move(surucuYap)) {}
   KomutSatiri(const KomutSatiri&) = delete;
   KomutSatiri& operator=(const KomutSatiri&) = delete;
 
@@ -35,7 +32,8 @@ class KomutSatiri {
     return code;
   }
 
-  std::filesystem::path dizin;
+  const TempFolder temporary;
+  const std::filesystem::path& dizin = temporary.path;
   bool terminal = false;
   bool doluDisk = false;  // the standard output takes nothing
   std::string out, err;   // of the last run

@@ -7,6 +7,7 @@
 
 #include "db/connection.h"
 #include "db/recordset.h"
+#include "session/firma_parametreleri.h"
 #include "session/ports.h"
 
 namespace session {
@@ -26,6 +27,7 @@ struct Oturum {
   std::string Devir_Baglanti_Metni;
   // Number patterns of the company in work ("#,##0.00"); loaded with its parameters
   std::string AnaPara_Format, BirimFiyat_Format, Doviz_Format, DovizBirimFiyat_Format, Kur_Format;
+  FirmaParametreleri Parametre;
 
   // Numbers and flags
   int Kullanici_ID = 0;

@@ -171,4 +171,41 @@ TEST(ParseDecimal, KeepsEveryDigit) {
   }
 }
 
+// ---- a driver that goes on failing ----
+
+class StuckDialect : public db::OdbcDialect {
+ public:
+  std::string driverText(const db::ConnectionParts&) const override { return "DRIVER=" STUCK_DRIVER; }
+};
+
+TEST(StuckOdbcTest, AFailureThatBringsNothingNewEndsTheBatchAsABrokenLink) {
+  struct Case {
+    std::string calls;  // what the driver answers, call by call; the last one for ever (stuck_driver.cpp)
+    db::ErrorKind kind;
+    int number;
+  };
+  const Case cases[] = {
+      {"od", db::ErrorKind::LinkBroken, 0},
+      {"osd", db::ErrorKind::LinkBroken, 2627},
+      {"os", db::ErrorKind::LinkBroken, 2627},
+      {"od.", db::ErrorKind::StatementRefused, 0},
+      {"ododo.", db::ErrorKind::StatementRefused, 0},
+      {"osss.", db::ErrorKind::StatementRefused, 2627},
+      {"o" + std::string(900, 's') + "o.", db::ErrorKind::StatementRefused, 2627},
+      {"osdo.", db::ErrorKind::StatementRefused, 2627},
+  };
+  for (const Case& c : cases) {
+    db::OdbcConnection connection{std::make_unique<StuckDialect>()};
+    connection.open({});
+    try {
+      connection.execute(c.calls);
+      FAIL() << "no error: " << c.calls;
+    } catch (const SqlError& error) {
+      EXPECT_EQ(error.kind(), c.kind) << c.calls.substr(0, 9);
+      EXPECT_EQ(error.serverNumber(), c.number) << c.calls.substr(0, 9);
+    }
+    EXPECT_EQ(connection.execute("o."), 1) << "the connection serves on";
+  }
+}
+
 }  // namespace

@@ -225,4 +225,33 @@ TEST_F(TdsTest, ABrokenLinkIsToldAndTheNextBatchConnectsAnew) {
   EXPECT_EQ(server.logins().size(), 2u);
 }
 
+// A server that breaks off while it sends rows: FreeTDS answers each further call with HY000 for ever.
+TEST_F(TdsTest, AServerThatFailsAmongItsRowsIsABrokenLink) {
+  const auto rows = [] {
+    TdsAnswer begun;
+    begun.columns({{"a", Kind::Int}}).row().integer(1, 4).row().integer(2, 4);
+    return begun;
+  };
+  struct Case {
+    std::string answer;
+    int number;
+    const char* text;
+  };
+  const Case cases[] = {
+      {rows().error(8115, "Arithmetic overflow.").garbage().data(), 8115, "Arithmetic overflow."},
+      {rows().error(8115, "Arithmetic overflow.").done(-1, true, true).garbage().data(), 8115,
+       "Arithmetic overflow."},
+      {rows().garbage().data(), 20020, "Bad token from the server: Datastream processing out of sync"},
+  };
+  for (const Case& c : cases) {
+    open();
+    answer = c.answer;
+    EXPECT_EQ(failure("SELECT"), c.number);
+    EXPECT_EQ(kind, ErrorKind::LinkBroken) << text;
+    EXPECT_EQ(text, c.text);
+    answer = TdsAnswer().done(4).data();
+    EXPECT_EQ(connection->execute("UPDATE"), 4) << "connected anew";
+  }
+}
+
 }  // namespace

@@ -54,6 +54,7 @@ class TdsAnswer {
   TdsAnswer& decimal(std::uint64_t magnitude, bool negative);
   // End of one result; `count` below 0: none; `more` results follow.
   TdsAnswer& done(std::int64_t count = -1, bool more = false, bool failed = false);
+  TdsAnswer& garbage() { return number(0x33, 1).number(0x12345678, 4); }  // no token that there is
 
   const std::string& data() const { return data_; }
 

@@ -10,6 +10,9 @@ namespace db {
 namespace {
 
 constexpr std::intptr_t loginTimeoutSeconds = 15;
+// How often in a row a batch may fail with the very same words of the server: a loop of statements may,
+// a driver that keeps giving its last error for ever does.
+constexpr int sameFailures = 1000;
 
 // Diagnostics that are no failure: class 01 is a warning, 00 success.
 bool isWarning(const Diagnostic& d) {
@@ -26,6 +29,7 @@ class BatchRun {
   // that the server gets to the end of the batch.
   void all(SQLRETURN code) {
     while (code != SQL_NO_DATA || !started_) {
+      if (succeeded(code)) stuck_ = 0;
       if (!take(code)) break;
       started_ = true;
       code = SQLMoreResults(statement_.get());
@@ -67,16 +71,31 @@ class BatchRun {
     if (!failure_) passMessages();
     const SqlError error = dialect_.error(diagnostics, false);
     if (!failure_) failure_ = error;
+    const bool lost = error.kind() == ErrorKind::LinkBroken || isStuck(diagnostics);
+    if (lost) failure_ = SqlError(ErrorKind::LinkBroken, failure_->serverNumber(), failure_->what());
     // HY010: the driver has no statement running any more.
     const bool ended = std::any_of(diagnostics.begin(), diagnostics.end(),
                                    [](const Diagnostic& d) { return d.state == "HY010"; });
-    return error.kind() != ErrorKind::LinkBroken && !ended && !diagnostics.empty();
+    return !lost && !ended;
+  }
+
+  // A link that broke while rows came makes some drivers answer each further call with the same failure: it
+  // brings nothing new, and the batch would never end. What the driver says of itself is believed once.
+  bool isStuck(const std::vector<Diagnostic>& diagnostics) {
+    const bool same = stuck_ > 0 && diagnostics == lastFailure_;
+    const bool driversOwn = std::all_of(diagnostics.begin(), diagnostics.end(),
+                                        [](const Diagnostic& d) { return d.native == 0; });
+    stuck_ = same ? stuck_ + 1 : 1;
+    lastFailure_ = diagnostics;
+    return stuck_ > (driversOwn ? 1 : sameFailures);
   }
 
   const OdbcHandle& statement_;
   const OdbcDialect& dialect_;
   BatchSink& sink_;
   std::optional<SqlError> failure_;
+  std::vector<Diagnostic> lastFailure_;
+  int stuck_ = 0;  // failed calls in a row that brought the same
   bool started_ = false;
 };
 
@@ -110,7 +129,9 @@ SqlError OdbcDialect::error(const std::vector<Diagnostic>& diagnostics, bool ope
   if (first == diagnostics.end()) first = diagnostics.begin();
   if (first == diagnostics.end()) return {ErrorKind::LinkBroken, 0, "Unspecified error"};
   ErrorKind kind = ErrorKind::StatementRefused;
-  if (opening || isLinkState(first->state)) kind = ErrorKind::LinkBroken;
+  const bool lost = std::any_of(diagnostics.begin(), diagnostics.end(),
+                                [](const Diagnostic& d) { return isLinkState(d.state); });
+  if (opening || lost) kind = ErrorKind::LinkBroken;
   if (first->state == "28000") kind = ErrorKind::LoginRefused;
   return {kind, first->native, withoutDriverNames(first->text)};
 }

@@ -11,9 +11,10 @@ OdbcHandle::OdbcHandle(SQLSMALLINT type, SQLHANDLE parent) : type_(type) {
 }
 
 std::vector<Diagnostic> OdbcHandle::diagnostics() const {
+  constexpr SQLSMALLINT mostRecords = 1000;
   std::vector<Diagnostic> out;
   std::vector<SQLWCHAR> buffer(8192);
-  for (SQLSMALLINT record = 1;; ++record) {
+  for (SQLSMALLINT record = 1; record <= mostRecords; ++record) {
     SQLWCHAR state[6] = {};
     SQLINTEGER native = 0;
     SQLSMALLINT length = 0;
@@ -23,6 +24,7 @@ std::vector<Diagnostic> OdbcHandle::diagnostics() const {
     const auto kept = std::min(static_cast<std::size_t>(std::max<SQLSMALLINT>(length, 0)), buffer.size() - 1);
     out.push_back({fromWide(state, 5), native, fromWide(buffer.data(), kept)});
   }
+  return out;
 }
 
 WideText::WideText(std::string_view utf8) {

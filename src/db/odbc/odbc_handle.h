@@ -16,6 +16,8 @@ struct Diagnostic {
   std::string state;  // SQLSTATE, five characters
   int native = 0;     // the server's number
   std::string text;
+
+  friend bool operator==(const Diagnostic&, const Diagnostic&) = default;
 };
 
 class OdbcHandle {

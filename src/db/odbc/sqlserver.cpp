@@ -18,9 +18,10 @@ bool isLoginNumber(int number) {
   return number >= 18450 && number <= 18489;
 }
 
-// FreeTDS's own numbers for a link that timed out, broke or is dead; their SQLSTATE does not tell.
+// FreeTDS's own numbers for a link that timed out, broke, is dead or out of step; their SQLSTATE does not
+// tell.
 bool isLostLink(int number) {
-  static constexpr std::array numbers = {20002, 20003, 20004, 20006, 20009, 20017, 20047};
+  static constexpr std::array numbers = {20002, 20003, 20004, 20006, 20009, 20017, 20020, 20047};
   return std::find(numbers.begin(), numbers.end(), number) != numbers.end();
 }
 

@@ -9,6 +9,7 @@
 #include "company/firma_karti.h"
 #include "company/kart_alanlari.h"
 #include "platform/folders.h"
+#include "rights/varsayilan.h"
 #include "session/metin.h"
 #include "session/statements.h"
 
@@ -179,7 +180,8 @@ void yoneticiyeVer(Oturum& oturum, bool yeniSatir) {
   session::Sorgu_Ac_Mesajli(oturum, kayitlar, "SELECT * FROM sysuslng WHERE sysus_ID='1'");
   const std::string ad = kayitlar.field("sysus_nm").trimmed();
   const std::string sifre = kayitlar.field("sysus").trimmed();
-  session::Sorgu_Ac_Mesajli(oturum, kayitlar, yetkiSatiri(id, ad, sifre));
+  session::Sorgu_Ac_Mesajli(oturum, kayitlar,
+                            rights::varsayilanSatir(rights::VarsayilanTur::YeniFirma, id, "1", ad, sifre));
 }
 
 // A database that no list shows could be deleted by nobody.

@@ -90,28 +90,6 @@ const std::pair<std::string_view, db::Value> yeniFirma[] = {
     {"TaksitliSatisModu", false},
 };
 
-constexpr std::string_view yetkiBasi =
-    "INSERT INTO Kullanici "
-    "(Firma_ID,Kullanici_ID,Kullanici_Ad,Kullanici_Sifre,KASA,KHE,KHD,KHI,KHS,KK,KB,KR,CARI,CARHE,CARHD,"
-    "CARHI,CARHS,CARK,CARB,CARR,CAROS,STOK,STHE,STHD,"
-    "STHI,STHS,STK,STB,STR,STP,FATURA,FHE,FHD,FHI,FHS,FP,FR,BORDRO,BORHE,BORHD,BORHI,BORHS,CEKL,SENETL,BORR,"
-    "URETIMEMIR,"
-    "URETIMRECETE,URK,UEK,UR,DI,DT,DR,BANKA,BHE,BHD,BHI,BHS,BK,BB,BR,SIPARIS,SIPHE,SIPHD,SIPHI,SIPHS,SIPR,"
-    "SATR,FKG,KS_Degistirsin,CR_Degistirsin,Def_Isyeri_Kod,Kullanici_Fiyat)"
-    "Values"
-    "('";
-
-// Every right granted: each position of each text is 1.
-constexpr std::string_view yetkiSonu =
-    "','1','11111111111111','11111111111111','11111111111111','11111111111111','1111','1','1','1','11111','"
-    "11111','11111','11111',"
-    "'11111','1','1','1111','1','1111111111111111','1111111111111111','1111111111111111','1111111111111111','"
-    "1111','1','1','1111','1','1111111','1111111',"
-    "'1111111','1111111','111111','1','1','11111111111111111111111','11111111111111111111111','"
-    "11111111111111111111111','11111111111111111111111','1',"
-    "'1','1','1','1','1111','1111','1','1','1','1','1','111111','111111','111111','111111','1111','1','1','1'"
-    ",'11','11','11','11','1','1','1',1,1,'1',0)";
-
 }  // namespace
 
 std::span<const KartAlani> kartAlanlari() {
@@ -129,11 +107,6 @@ db::Value kartDegeri(const FirmaKarti& kart, const KartAlani& alan) {
 
 std::span<const std::pair<std::string_view, db::Value>> yeniFirmaDegerleri() {
   return yeniFirma;
-}
-
-std::string yetkiSatiri(const std::string& firmaId, const std::string& ad, const std::string& sifre) {
-  return std::string(yetkiBasi) + db::escape(firmaId) + "','1','" + db::escape(ad) + "','" +
-         db::escape(sifre) + std::string(yetkiSonu);
 }
 
 }  // namespace company

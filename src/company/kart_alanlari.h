@@ -28,7 +28,4 @@ db::Value kartDegeri(const FirmaKarti& kart, const KartAlani& alan);
 // The fixed values of the row of a new company, in the order in which they are written.
 std::span<const std::pair<std::string_view, db::Value>> yeniFirmaDegerleri();
 
-// The statement that gives user 1 every right in company `firmaId`.
-std::string yetkiSatiri(const std::string& firmaId, const std::string& ad, const std::string& sifre);
-
 }  // namespace company

@@ -95,14 +95,6 @@ TEST(KartKontrol, ForbiddenSignEndsWithBothHints) {
             "Karakterler Kulanılamaz.\nTürkçe Karakterler Kullanılamaz (Ş,Ç,Ö,Ü,İ,ı) ");
 }
 
-TEST(YetkiSatiri, HasAValueForEachColumn) {
-  const std::string sql = company::yetkiSatiri("7", "O'NEIL", "x");
-  const auto count = [](std::string_view text) { return std::count(text.begin(), text.end(), ','); };
-  const std::size_t values = sql.find("Values");
-  EXPECT_EQ(count(sql.substr(0, values)), count(sql.substr(values)));
-  EXPECT_NE(sql.find("('7','1','O''NEIL','x','1','11111111111111',"), std::string::npos);
-}
-
 // A server that knows no company yet; the new row's id is 7.
 struct KartSunucusu : support::FakeSurroundings {
   KartSunucusu() {

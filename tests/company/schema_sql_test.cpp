@@ -4,10 +4,10 @@
 #include "catalog/create_database.h"
 #include "catalog/katalog.h"
 #include "company/base_schema.h"
-#include "company/kart_alanlari.h"
 #include "company/schema/schema.h"
 #include "engine/error.h"
 #include "engine/parser.h"
+#include "rights/varsayilan.h"
 
 namespace {
 
@@ -44,7 +44,7 @@ TEST(SchemaSql, TablesOfTheCatalog) {
     parses(table);
   }
   parses(catalog::createDatabaseStatement("ORNEK", "C:\\VERI"), "CREATE DATABASE");
-  parses(company::yetkiSatiri("1", "KORVENA", "x"), "Kullanici");
+  parses(rights::varsayilanSatir(rights::VarsayilanTur::YeniFirma, "1", "1", "KORVENA", "x"), "Kullanici");
 }
 
 TEST(SchemaSql, ViewsAndTriggers) {

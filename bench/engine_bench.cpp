@@ -12,8 +12,8 @@
 #include "catalog/definition.h"
 #include "company/schema/schema.h"
 #include "db/drivers.h"
-#include "engine/binder.h"
-#include "engine/parser.h"
+#include "engine/plan/binder.h"
+#include "engine/language/parser.h"
 #include "engine/server.h"
 
 namespace {

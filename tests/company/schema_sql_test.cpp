@@ -5,8 +5,8 @@
 #include "catalog/katalog.h"
 #include "company/base_schema.h"
 #include "company/schema/schema.h"
-#include "engine/error.h"
-#include "engine/parser.h"
+#include "engine/language/parser.h"
+#include "engine/value/error.h"
 #include "rights/varsayilan.h"
 
 namespace {

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "engine/convert.h"
 #include "engine/server.h"
+#include "engine/value/convert.h"
 
 namespace engine::test {
 

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "engine/convert.h"
-#include "engine/error.h"
-#include "engine/functions.h"
+#include "engine/function/functions.h"
+#include "engine/value/convert.h"
+#include "engine/value/error.h"
 
 namespace engine::testing {
 

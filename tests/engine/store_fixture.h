@@ -13,10 +13,10 @@
 #include <stdexcept>
 #include <string>
 
-#include "engine/parser.h"
+#include "engine/catalog/sqlite_util.h"
+#include "engine/execute/definition.h"
+#include "engine/language/parser.h"
 #include "engine/server.h"
-#include "engine/sqlite_util.h"
-#include "engine/storage.h"
 #include "support/temp_folder.h"
 
 namespace engine::test {

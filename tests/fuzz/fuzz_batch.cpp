@@ -11,8 +11,8 @@
 #include <string>
 #include <string_view>
 
-#include "engine/error.h"
 #include "engine/server.h"
+#include "engine/value/error.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "engine/error.h"
-#include "engine/parser.h"
+#include "engine/language/parser.h"
+#include "engine/value/error.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);

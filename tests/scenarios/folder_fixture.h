@@ -12,7 +12,7 @@
 #include <memory>
 #include <string>
 
-#include "engine/functions.h"
+#include "engine/function/functions.h"
 #include "engine/session_fixture.h"
 
 namespace scenarios {

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "engine/convert.h"
+#include "engine/server.h"
 
 namespace db {
 namespace {

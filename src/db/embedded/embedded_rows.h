@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "db/connection.h"
-#include "engine/result.h"
+#include "engine/server.h"
 
 namespace db {
 

@@ -1,0 +1,28 @@
+// The system tables as statements see them: typed columns over the zb_ tables of a database file.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/catalog/catalog.h"
+#include "engine/value.h"
+
+namespace engine {
+
+struct SystemTable {
+  std::string name;         // "sysobjects"
+  bool masterOnly = false;  // 208 in any other database
+  std::vector<ViewColumn> columns;
+  std::string query;  // SELECT over "@." in the place of the alias, one expression per column
+};
+
+// By ASCII folding; null when there is none. They are read-only (error 259 on writing).
+const SystemTable* findSystemTable(std::string_view name);
+const std::vector<SystemTable>& systemTables();
+
+// The table's rows as an SQLite subquery, without brackets or alias: columns are named as in
+// `columns`. `databaseAlias` is what Store::attach returned for the table's database.
+std::string systemTableSql(const SystemTable& table, std::string_view databaseAlias);
+
+}  // namespace engine

@@ -1,0 +1,312 @@
+#include "engine/execute/executor.h"
+
+#include <algorithm>
+
+#include "engine/language.h"
+
+namespace engine {
+namespace {
+
+constexpr int nestingLimit = 32;
+
+}  // namespace
+
+Executor::Executor(Store& store, SessionContext& context, std::atomic<bool>& cancelled)
+    : store_(store), context_(context), cancelled_(cancelled) {
+  registerSessionFunctions();
+}
+
+Executor::~Executor() {
+  rollbackAll();
+}
+
+Executor::StatementScope::StatementScope(Executor& executor)
+    : executor_(executor), outermost_(!executor.inStatement_) {
+  if (!outermost_) return;
+  try {
+    executor_.store_.beginStatement();
+    executor_.refuseLostTransaction();
+  } catch (const Error&) {
+    executor_.store_.endStatement();
+    executor_.forgetLostTransaction();
+    throw;
+  }
+  executor_.inStatement_ = true;
+  executor_.store_.functions().statementTime = 0;
+}
+
+bool Executor::hasLostTransaction() const {
+  return levels_ > 0 && !store_.inTransaction();
+}
+
+// A stop of the service rolls back what is open between two statements. What follows must not run as if
+// the transaction still stood.
+void Executor::refuseLostTransaction() const {
+  if (hasLostTransaction())
+    throw BatchError(Error(3971,
+                           "The server failed to resume the transaction. It was rolled back when the service "
+                           "stopped."));
+}
+
+void Executor::forgetLostTransaction() {
+  if (!hasLostTransaction()) return;
+  levels_ = userTransactions_ = 0;
+  savepoints_.clear();
+  temporaryTables_.clear();
+}
+
+Executor::StatementScope::~StatementScope() {
+  if (!outermost_) return;
+  executor_.inStatement_ = false;
+  executor_.store_.endStatement();
+}
+
+Executor::Transaction::Transaction(Executor& executor) : executor_(executor), level_(executor.levels_) {
+  executor_.store_.begin();
+  ++executor_.levels_;
+}
+
+void Executor::Transaction::commit() {
+  while (executor_.levels_ >
+         level_) {  // none: a ROLLBACK inside a trigger has ended it; more: savepoints in it
+    executor_.store_.commit();
+    --executor_.levels_;
+  }
+  executor_.forgetSavepoints();
+  done_ = true;
+}
+
+Executor::Transaction::~Transaction() {
+  if (done_) return;
+  while (executor_.levels_ > level_) {
+    --executor_.levels_;
+    try {
+      executor_.store_.rollback();
+    } catch (const Error&) {
+      // SQLite has undone the transaction by itself (full disk, broken file).
+    }
+  }
+  executor_.forgetSavepoints();
+  executor_.temporaryTables_.clear();
+}
+
+void Executor::rollbackAll() noexcept {
+  const bool open = levels_ > 0;
+  try {
+    std::optional<StatementScope> scope;
+    if (open) scope.emplace(*this);
+    while (levels_ > 0) {
+      --levels_;
+      store_.rollback();
+    }
+  } catch (const Error&) {
+    levels_ = 0;
+  }
+  userTransactions_ = 0;
+  savepoints_.clear();
+  if (open) temporaryTables_.clear();
+}
+
+std::shared_ptr<Plan> Executor::makePlan(Batch batch) const {
+  auto plan = std::make_shared<Plan>();
+  plan->variables = collectVariables(batch.statements);
+  plan->structural = batch.structural;
+  plan->batch = std::move(batch);
+  return plan;
+}
+
+namespace {
+
+void collectArguments(const Statement& statement, std::vector<std::string>& names) {
+  if (const auto* exec = std::get_if<ExecStatement>(&statement.node)) {
+    for (const ExecArgument& argument : exec->args) names.push_back(foldName(argument.name));
+  } else if (const auto* block = std::get_if<BlockStatement>(&statement.node)) {
+    for (const StatementPtr& inner : block->body) collectArguments(*inner, names);
+  } else if (const auto* branch = std::get_if<IfStatement>(&statement.node)) {
+    collectArguments(*branch->then, names);
+    if (branch->otherwise) collectArguments(*branch->otherwise, names);
+  } else if (const auto* loop = std::get_if<WhileStatement>(&statement.node)) {
+    collectArguments(*loop->body, names);
+  }
+}
+
+// Every variable of the batch must be declared in it; names of procedure arguments are none.
+void checkVariables(const std::vector<Token>& tokens, const std::vector<StatementPtr>& statements,
+                    const VariableTable& variables) {
+  std::vector<std::string> arguments;
+  for (const StatementPtr& statement : statements) collectArguments(*statement, arguments);
+  for (const Token& token : tokens) {
+    if (token.kind != TokenKind::Variable || variables.find(token.source) >= 0) continue;
+    if (std::find(arguments.begin(), arguments.end(), foldName(token.source)) != arguments.end()) continue;
+    Error error(137, "Must declare the scalar variable \"" + std::string(token.source) + "\".", 15);
+    error.setLine(token.line);
+    throw error;
+  }
+}
+
+}  // namespace
+
+std::shared_ptr<Plan> Executor::planFor(std::string_view text, std::vector<Literal>& literals) {
+  const std::vector<Token> tokens = tokenize(text);
+  std::string key = planKey(tokens, literals) + '\n' + foldName(context_.database);
+  if (nesting_ > 0) key += '\n' + std::to_string(nesting_);
+  if (auto plan = plans_.find(key, literals)) return plan;
+  auto plan = makePlan(parseTokens(text, tokens));
+  plan->literals = literals;
+  const bool stored = !plan->batch.statements.empty() &&
+                      std::holds_alternative<CreateTriggerStatement>(plan->batch.statements[0]->node);
+  if (stored) {
+    const auto& trigger = std::get<CreateTriggerStatement>(plan->batch.statements[0]->node);
+    checkVariables(tokens, trigger.body, collectVariables(trigger.body));
+  } else {
+    checkVariables(tokens, plan->batch.statements, plan->variables);
+  }
+  plans_.add(key, plan);
+  return plan;
+}
+
+void Executor::run(std::string_view text, ResultSink& sink) {
+  if (++execDepth_ > nestingLimit) {
+    --execDepth_;
+    throw Error(217,
+                "Maximum stored procedure, function, trigger, or view nesting level exceeded (limit 32).");
+  }
+  struct Restore {
+    Executor& executor;
+    ResultSink* sink;
+    Frame* frame;
+    ~Restore() {
+      executor.sink_ = sink;
+      executor.frame_ = frame;
+      --executor.execDepth_;
+    }
+  } restore{*this, sink_, frame_};
+  const bool outermost = frame_ == nullptr;
+  if (outermost) firstError_.reset();
+
+  std::vector<Literal> literals;
+  Frame frame;
+  frame.plan = planFor(text, literals);
+  frame.literals = &literals;
+  frame.values.resize(frame.plan->variables.variables.size());
+  if (restore.frame) {
+    frame.triggerId = restore.frame->triggerId;
+    frame.triggerDatabase = restore.frame->triggerDatabase;
+  }
+  sink_ = &sink;
+  frame_ = &frame;
+  try {
+    for (const StatementPtr& statement : frame.plan->batch.statements)
+      if (runStatement(*statement) == Flow::Return) break;
+  } catch (const BatchError&) {
+    if (!outermost) throw;
+    rollbackAll();
+    if (!firstError_) throw;
+  } catch (const Error&) {
+    if (!outermost || !firstError_) throw;
+  }
+  if (outermost && firstError_) {
+    const Error error = *firstError_;
+    firstError_.reset();
+    throw error;
+  }
+}
+
+// Errors that end the batch travel on as exceptions; of the others the first is kept for its end.
+void Executor::failed(const Error& error, const Statement& statement) {
+  lastError_ = error.number();
+  rowCount_ = 0;
+  Error located(error);
+  if (located.line() == 0) located.setLine(statement.line);
+  if (nesting_ > 0 || dynamic_cast<const BatchError*>(&error)) throw BatchError(located);
+  if (endsTransaction(error.number())) rollbackAll();
+  if (abortOnError_ || endsBatch(error.number())) throw located;
+  if (!firstError_) firstError_ = std::make_unique<Error>(located);
+}
+
+Executor::Flow Executor::runStatement(const Statement& statement) {
+  if (cancelled_.load(std::memory_order_relaxed)) throw BatchError(Error(3617, "The query was cancelled."));
+  try {
+    return dispatch(statement);
+  } catch (const Error& error) {
+    if (abortOnError_ && nesting_ == 0) rollbackAll();
+    failed(error, statement);
+  }
+  return Flow::Next;
+}
+
+Executor::Flow Executor::runIf(const IfStatement& statement) {
+  bool holds = false;
+  {
+    StatementScope scope(*this);
+    holds = evaluateCondition(*statement.condition);
+  }
+  rowCount_ = 0;
+  lastError_ = 0;
+  if (holds) return runStatement(*statement.then);
+  return statement.otherwise ? runStatement(*statement.otherwise) : Flow::Next;
+}
+
+Executor::Flow Executor::runWhile(const WhileStatement& statement) {
+  while (true) {
+    if (cancelled_.load(std::memory_order_relaxed)) throw BatchError(Error(3617, "The query was cancelled."));
+    {
+      StatementScope scope(*this);
+      if (!evaluateCondition(*statement.condition)) return Flow::Next;
+    }
+    const Flow flow = runStatement(*statement.body);
+    if (flow == Flow::Break) return Flow::Next;
+    if (flow == Flow::Return) return flow;
+  }
+}
+
+Executor::Flow Executor::dispatch(const Statement& statement) {
+  const auto& node = statement.node;
+  if (const auto* branch = std::get_if<IfStatement>(&node)) return runIf(*branch);
+  if (const auto* loop = std::get_if<WhileStatement>(&node)) return runWhile(*loop);
+  if (const auto* block = std::get_if<BlockStatement>(&node)) {
+    for (const StatementPtr& inner : block->body)
+      if (const Flow flow = runStatement(*inner); flow != Flow::Next) return flow;
+    return Flow::Next;
+  }
+  if (std::holds_alternative<BreakStatement>(node)) return Flow::Break;
+  if (std::holds_alternative<ContinueStatement>(node)) return Flow::Continue;
+  if (std::holds_alternative<ReturnStatement>(node)) return Flow::Return;
+  if (const auto* exec = std::get_if<ExecStatement>(&node)) {
+    runExec(*exec);
+    lastError_ = 0;
+    return Flow::Next;
+  }
+
+  StatementScope scope(*this);
+  if (const auto* select = std::get_if<SelectPtr>(&node))
+    runSelect(**select);
+  else if (const auto* insert = std::get_if<InsertStatement>(&node))
+    runInsert(*insert);
+  else if (const auto* update = std::get_if<UpdateStatement>(&node))
+    runUpdate(*update);
+  else if (const auto* remove = std::get_if<DeleteStatement>(&node))
+    runDelete(*remove);
+  else if (const auto* declare = std::get_if<DeclareStatement>(&node))
+    return runDeclare(*declare), Flow::Next;
+  else if (const auto* set = std::get_if<SetVariableStatement>(&node))
+    setVariable(set->name, *set->value), rowCount_ = 1;
+  else if (const auto* option = std::get_if<SetOptionStatement>(&node))
+    runSetOption(*option), rowCount_ = 0;
+  else if (const auto* print = std::get_if<PrintStatement>(&node))
+    runPrint(*print), rowCount_ = 0;
+  else if (const auto* raise = std::get_if<RaiserrorStatement>(&node))
+    runRaiserror(*raise);
+  else if (const auto* transaction = std::get_if<TransactionStatement>(&node))
+    runTransaction(*transaction), rowCount_ = 0;
+  else if (const auto* use = std::get_if<UseStatement>(&node))
+    runUse(*use), rowCount_ = 0;
+  else if (const auto* truncate = std::get_if<TruncateStatement>(&node))
+    runTruncate(*truncate);
+  else
+    runDefinitionStatement(statement);
+  lastError_ = 0;
+  return Flow::Next;
+}
+
+}  // namespace engine

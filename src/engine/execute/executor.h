@@ -1,0 +1,238 @@
+// Runs the statements of one session.
+#pragma once
+
+#include <atomic>
+#include <map>
+
+#include "engine/execute/definition.h"
+#include "engine/function.h"
+#include "engine/plan.h"
+#include "engine/store.h"
+#include "engine/value.h"
+
+namespace engine {
+
+// An error that ends the batch whatever its number says (raised inside a trigger, or after a ROLLBACK
+// there).
+class BatchError : public Error {
+ public:
+  explicit BatchError(const Error& error) : Error(error) {}
+};
+
+enum class TriggerEvent : std::uint8_t { Insert, Update, Delete };
+
+// One running batch or trigger body.
+struct Frame {
+  std::shared_ptr<Plan> plan;
+  const std::vector<Literal>* literals = nullptr;
+  std::vector<Datum> values;  // by variable slot
+  const TriggerTables* trigger = nullptr;
+  std::int64_t triggerId = 0;
+  std::string triggerDatabase;
+  const std::vector<int>* updated = nullptr;  // columns set by the statement that fired; null: all
+  Datum scopeIdentity;
+};
+
+class Executor {
+ public:
+  Executor(Store& store, SessionContext& context, std::atomic<bool>& cancelled);
+  ~Executor();
+
+  void run(std::string_view text, ResultSink& sink);
+  const PlanStatistics& statistics() const { return plans_.statistics(); }
+  void rollbackAll() noexcept;
+  const std::string& database() const { return context_.database; }
+
+ private:
+  enum class Flow : std::uint8_t { Next, Break, Continue, Return };
+  class StatementScope;
+  class Transaction;
+
+  // executor.cpp
+  std::shared_ptr<Plan> planFor(std::string_view text, std::vector<Literal>& literals);
+  std::shared_ptr<Plan> makePlan(Batch batch) const;
+  Flow runStatement(const Statement& statement);
+  Flow dispatch(const Statement& statement);
+  Flow runIf(const IfStatement& statement);
+  Flow runWhile(const WhileStatement& statement);
+  void failed(const Error& error, const Statement& statement);
+  void keepError(const Error& error);
+  bool hasLostTransaction() const;
+  void refuseLostTransaction() const;
+  void forgetLostTransaction();
+  bool resultsWanted() const { return !firstError_; }
+
+  // executor_control.cpp
+  void runDeclare(const DeclareStatement& statement);
+  void setVariable(const std::string& name, const Expr& value);
+  void runSetOption(const SetOptionStatement& statement);
+  void runPrint(const PrintStatement& statement);
+  void runRaiserror(const RaiserrorStatement& statement);
+  void beginTransaction();
+  void commitTransaction();
+  void saveTransaction(const std::string& name);
+  void rollbackTo(const std::string& name);
+  void forgetSavepoints();
+  void runTransaction(const TransactionStatement& statement);
+  void runUse(const UseStatement& statement);
+  void runExec(const ExecStatement& statement);
+  void runDefinitionStatement(const Statement& statement);
+  std::vector<ViewColumn> viewColumns(const CreateViewStatement& statement);
+  void runTruncate(const TruncateStatement& statement);
+
+  // executor_value.cpp
+  Datum parameterValue(const ParameterSource& source);
+  Datum systemValue(SystemValue value);
+  const std::string* plainText(const ParameterSource& source) const;
+  void bindParameters(Prepared& prepared);
+  Datum evaluate(const Expr& expr, Type& type);
+  bool evaluateCondition(const Expr& expr);
+  CompiledValue& compiledValue(const Expr& expr, bool condition);
+  void assign(int slot, const Datum& value, const Type& type);
+  int variableSlot(const std::string& name) const;
+  BindContext bindContext();
+  void finishCompile(Compiled& compiled, const Binder& binder);
+  template <typename T, typename Make>
+  T& compiled(const void* node, Make make);
+
+  // executor_query.cpp
+  void runSelect(const SelectStatement& select);
+  std::unique_ptr<CompiledQuery> compileQuery(const SelectStatement& select);
+  void runAssignment(CompiledQuery& query);
+  void deliver(CompiledQuery& query);
+  void selectInto(const SelectStatement& select, const BoundSelect& bound, Binder& binder);
+  std::vector<ColumnInfo> columnsFor(const SelectStatement& select, const BoundSelect& bound);
+
+  // executor_insert.cpp
+  void runInsert(const InsertStatement& insert);
+  std::unique_ptr<CompiledInsert> compileInsert(const InsertStatement& insert);
+  void runPrepared(Prepared& prepared, const DatabaseCatalog& catalog, const char* verb);
+  void insertRows(CompiledInsert& plan, std::vector<std::int64_t>* rows);
+  struct InsertShape;
+  void insertColumns(const InsertStatement& insert, InsertShape& shape);
+  std::string insertSource(const InsertStatement& insert, InsertShape& shape, Binder& binder);
+  std::string insertValues(const InsertStatement& insert, InsertShape& shape, Binder& binder);
+  std::string insertSelect(const InsertStatement& insert, InsertShape& shape, Binder& binder);
+  std::string fillColumn(const InsertShape& shape, int column, Binder& binder);
+  bool identityInsertOn(const std::string& database, const TableInfo& table) const;
+
+  // executor_change.cpp
+  void runUpdate(const UpdateStatement& update);
+  void runDelete(const DeleteStatement& remove);
+  std::unique_ptr<CompiledChange> compileUpdate(const UpdateStatement& update);
+  std::unique_ptr<CompiledChange> compileDelete(const DeleteStatement& remove);
+  struct ChangeShape;
+  void bindChangeTarget(const ObjectName& target, const std::vector<std::unique_ptr<TableSource>>& from,
+                        const Expr* where, const Expr* top, ChangeShape& shape, Binder& binder);
+  void bindAssignments(const UpdateStatement& update, ChangeShape& shape, Binder& binder);
+  void finishChange(CompiledChange& plan, const ChangeShape& shape, Binder& binder, TriggerEvent event);
+  void runChange(CompiledChange& plan, TriggerEvent event);
+  void detour(CompiledChange& plan);
+
+  // executor_trigger.cpp
+  std::vector<std::shared_ptr<const TriggerInfo>> triggersFor(const TableInfo& table,
+                                                              const std::string& database,
+                                                              TriggerEvent event);
+  void makeTemporary(const std::string& name, const std::string& definition);
+  TriggerTables triggerTables(std::shared_ptr<const TableInfo> table, const std::string& database);
+  void clearTriggerTables(const TriggerTables& tables, TriggerEvent event);
+  void copyInserted(const TriggerTables& tables, const std::vector<std::int64_t>& rows);
+  void fire(const TriggerTables& tables, TriggerEvent event, const std::vector<int>* updated);
+  void runTrigger(const TriggerInfo& trigger, const TriggerTables& tables, const std::vector<int>* updated);
+  Prepared& internal(const std::string& sql);
+
+  // session_functions.cpp
+  void registerSessionFunctions();
+  friend struct SessionFunctions;
+
+  // procedures.cpp
+  friend class ProcedureCall;
+
+  Store& store_;
+  SessionContext& context_;
+  std::atomic<bool>& cancelled_;
+  PlanCache plans_;
+  ViewCache views_;
+  ResultSink* sink_ = nullptr;
+  Frame* frame_ = nullptr;
+  std::unique_ptr<Error> firstError_;
+  bool inStatement_ = false;
+
+  std::int64_t rowCount_ = 0;
+  int lastError_ = 0;
+  Datum identity_;
+  Datum topIdentity_;  // SCOPE_IDENTITY() outside of triggers
+  bool noCount_ = false;
+  bool abortOnError_ = false;
+  std::string identityInsert_;  // folded "db.table" under SET IDENTITY_INSERT, or empty
+
+  int userTransactions_ = 0;  // @@TRANCOUNT as BEGIN TRAN counts it
+  int levels_ = 0;            // open Store::begin()
+  struct Savepoint {
+    std::string name;  // folded
+    int level;         // levels_ before it
+    int nesting;       // of triggers
+  };
+  std::vector<Savepoint> savepoints_;
+  std::string transactionName_;  // of the outermost BEGIN TRAN, folded
+  int nesting_ = 0;
+  int execDepth_ = 0;
+  struct CachedTrigger {
+    std::string text;
+    std::shared_ptr<Plan> plan;
+  };
+  std::map<std::string, CachedTrigger> triggers_;  // by database, id and level
+  struct TemporaryTable {
+    std::shared_ptr<const TableInfo> table;  // looked at last; as long as it is the same, so is its shape
+    std::string definition;                  // that it was made with
+    std::string columns;                     // their names, a comma before each
+  };
+  std::map<std::string, TemporaryTable> temporaryTables_;
+  std::unordered_map<std::string, Prepared> internals_;  // statements of the executor's own
+  struct IdentityRun {                                   // of the running INSERT
+    const TableInfo* table = nullptr;
+    std::string database;
+    std::int64_t first = 0, last = 0, step = 1;
+    bool used = false;
+  };
+  IdentityRun identityRun_;
+};
+
+template <typename T, typename Make>
+T& Executor::compiled(const void* node, Make make) {
+  std::unique_ptr<Compiled>& slot = frame_->plan->compiled[node];
+  if (slot && (slot->stamp != store_.catalogStamp() || slot->database != context_.database)) slot.reset();
+  if (!slot) slot = make();
+  for (const std::string& database : slot->databases) store_.attach(database);
+  return static_cast<T&>(*slot);
+}
+
+// All levels of Store::begin() between construction and commit(); undone without commit().
+class Executor::Transaction {
+ public:
+  explicit Transaction(Executor& executor);
+  ~Transaction();
+  void commit();
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+
+ private:
+  Executor& executor_;
+  int level_;
+  bool done_ = false;
+};
+
+// beginStatement() .. endStatement() of the outermost statement.
+class Executor::StatementScope {
+ public:
+  explicit StatementScope(Executor& executor);
+  ~StatementScope();
+  StatementScope(const StatementScope&) = delete;
+  StatementScope& operator=(const StatementScope&) = delete;
+
+ private:
+  Executor& executor_;
+  bool outermost_;
+};
+
+}  // namespace engine

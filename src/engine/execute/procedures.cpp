@@ -1,0 +1,179 @@
+#include "engine/execute/procedures.h"
+
+#include <array>
+#include <optional>
+
+#include "engine/execute/logins.h"
+
+namespace engine {
+
+class ProcedureCall {
+ public:
+  ProcedureCall(Executor& executor, const ExecStatement& statement, std::string database)
+      : executor_(executor), statement_(statement), database_(std::move(database)) {}
+
+  using Body = void (ProcedureCall::*)();
+  struct Parameter {
+    const char* name;
+    bool required;
+  };
+  struct Procedure {
+    const char* name;
+    std::array<Parameter, 6> parameters;
+    Body body;
+  };
+
+  static const Procedure* find(const std::string& name);
+  void run(const Procedure& procedure) {
+    gather(procedure);
+    (this->*procedure.body)();
+  }
+
+  void addLogin() {
+    onlyAdministrators();
+    engine::addLogin(store(), text(0), text(1), values_[2] ? text(2) : "master");
+  }
+  void dropLogin() {
+    onlyAdministrators();
+    engine::dropLogin(store(), text(0));
+  }
+  // sp_password old, new, login: without a login one's own, where the old one is asked for.
+  void password() {
+    const bool own = !values_[2] || foldName(text(2)) == foldName(executor_.context_.login);
+    if (!own) onlyAdministrators();
+    const bool check = values_[0] || !isAdministrator();
+    engine::changePassword(store(), values_[2] ? text(2) : executor_.context_.login,
+                           check ? std::optional<std::string>(text(0)) : std::nullopt, text(1));
+  }
+  void addServerRole() {
+    onlyAdministrators();
+    setServerRole(store(), text(0), text(1), true);
+  }
+  void dropServerRole() {
+    onlyAdministrators();
+    setServerRole(store(), text(0), text(1), false);
+  }
+  void grantAccess() { addUser(store(), database_, text(0), values_[1] ? text(1) : text(0), text(2)); }
+  void dropUser() { engine::dropUser(store(), database_, text(0)); }
+  void addRole() { setRole(store(), database_, text(0), text(1), true); }
+  void dropRole() { setRole(store(), database_, text(0), text(1), false); }
+  void rename() { renameItem(store(), database_, text(0), text(1), text(2)); }
+  void helpDatabases();
+
+ private:
+  Store& store() { return executor_.store_; }
+  std::string text(int index) const { return values_[static_cast<std::size_t>(index)].value_or(""); }
+  bool isAdministrator() {
+    const std::string& login = executor_.context_.login;
+    return isServerRoleMember(store(), login, "sysadmin") ||
+           isServerRoleMember(store(), login, "securityadmin");
+  }
+  void onlyAdministrators() {
+    if (!isAdministrator()) throw Error(15247, "User does not have permission to perform this action.");
+  }
+  void gather(const Procedure& procedure);
+
+  Executor& executor_;
+  const ExecStatement& statement_;
+  std::string database_;
+  std::array<std::optional<std::string>, 6> values_;  // absent: not given or NULL
+};
+
+namespace {
+
+using P = ProcedureCall;
+const P::Procedure procedures[] = {
+    {"sp_addlogin",
+     {{{"@loginame", true},
+       {"@passwd", false},
+       {"@defdb", false},
+       {"@deflanguage", false},
+       {"@sid", false},
+       {"@encryptopt", false}}},
+     &P::addLogin},
+    {"sp_droplogin", {{{"@loginame", true}}}, &P::dropLogin},
+    {"sp_password", {{{"@old", false}, {"@new", true}, {"@loginame", false}}}, &P::password},
+    {"sp_addsrvrolemember", {{{"@loginame", true}, {"@rolename", true}}}, &P::addServerRole},
+    {"sp_dropsrvrolemember", {{{"@loginame", true}, {"@rolename", true}}}, &P::dropServerRole},
+    {"sp_grantdbaccess", {{{"@loginame", true}, {"@name_in_db", false}}}, &P::grantAccess},
+    {"sp_adduser", {{{"@loginame", true}, {"@name_in_db", false}, {"@grpname", false}}}, &P::grantAccess},
+    {"sp_revokedbaccess", {{{"@name_in_db", true}}}, &P::dropUser},
+    {"sp_dropuser", {{{"@name_in_db", true}}}, &P::dropUser},
+    {"sp_addrolemember", {{{"@rolename", true}, {"@membername", true}}}, &P::addRole},
+    {"sp_droprolemember", {{{"@rolename", true}, {"@membername", true}}}, &P::dropRole},
+    {"sp_helpdb", {{{"@dbname", false}}}, &P::helpDatabases},
+    {"sp_rename", {{{"@objname", true}, {"@newname", true}, {"@objtype", false}}}, &P::rename},
+};
+
+}  // namespace
+
+const ProcedureCall::Procedure* ProcedureCall::find(const std::string& name) {
+  for (const Procedure& procedure : procedures)
+    if (foldName(name) == procedure.name) return &procedure;
+  return nullptr;
+}
+
+void ProcedureCall::gather(const Procedure& procedure) {
+  std::array<bool, 6> given{};
+  std::size_t position = 0;
+  for (const ExecArgument& argument : statement_.args) {
+    std::size_t index = position++;
+    if (!argument.name.empty()) {
+      index = 0;
+      while (index < given.size() && procedure.parameters[index].name &&
+             foldName(argument.name) != procedure.parameters[index].name)
+        ++index;
+    }
+    if (index >= given.size() || !procedure.parameters[index].name) {
+      if (argument.name.empty())
+        throw Error(8144, std::string("Procedure or function ") + procedure.name +
+                              " has too many arguments specified.");
+      throw Error(8145, argument.name + " is not a parameter for procedure " + procedure.name + ".");
+    }
+    given[index] = true;
+    if (!argument.value) continue;
+    Type type;
+    const Datum value = executor_.evaluate(*argument.value, type);
+    if (!value.isNull()) values_[index] = displayText(value, type);
+  }
+  for (std::size_t i = 0; i < given.size(); ++i)
+    if (procedure.parameters[i].name && procedure.parameters[i].required && !given[i])
+      throw Error(201, std::string("Procedure or function '") + procedure.name + "' expects parameter '" +
+                           procedure.parameters[i].name + "', which was not supplied.");
+}
+
+void ProcedureCall::helpDatabases() {
+  const auto column = [](const char* name, Type type) {
+    ResultColumn made;
+    made.name = name;
+    made.type = type;
+    return made;
+  };
+  ResultSet set({column("name", {TypeId::NVarChar, 128}), column("db_size", {TypeId::NVarChar, 13}),
+                 column("owner", {TypeId::NVarChar, 128}), column("dbid", {TypeId::SmallInt}),
+                 column("created", {TypeId::NVarChar, 11}), column("status", {TypeId::NVarChar, 600}),
+                 column("compatibility_level", {TypeId::TinyInt})});
+  for (const DatabaseSummary& summary : summarizeDatabases(store(), text(0))) {
+    set.beginRow();
+    set.addText(summary.name);
+    set.addText(summary.size);
+    set.addText(summary.owner);
+    set.addInteger(summary.id);
+    set.addText(summary.created);
+    set.addText(summary.status);
+    set.addInteger(summary.compatibility);
+  }
+  if (executor_.resultsWanted()) executor_.sink_->onResultSet(std::move(set));
+}
+
+int runProcedure(Executor& executor, const ExecStatement& statement) {
+  const ProcedureCall::Procedure* procedure = ProcedureCall::find(statement.procedure.object);
+  if (!procedure) throw Error(2812, "Could not find stored procedure '" + statement.procedure.object + "'.");
+  ProcedureCall call(
+      executor, statement,
+      statement.procedure.database.empty() ? executor.database() : statement.procedure.database);
+  call.run(*procedure);
+  return 0;
+}
+
+}  // namespace engine

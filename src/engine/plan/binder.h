@@ -1,0 +1,185 @@
+// Gives names their meaning and expressions their static types, and writes SQLite text for them.
+//
+// Conversions, CHAR padding, the meaning of `+`, the collation and the checks of grouping are decided
+// here; what is left for run time are SQL functions (functions.h) and parameters.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+
+#include "engine/plan/bound.h"
+#include "engine/plan/prepared.h"
+#include "engine/store.h"
+
+namespace engine {
+
+// What a statement is bound against.
+struct BindContext {
+  Store* store;
+  std::string database;  // where names without a database are looked up
+  const VariableTable* variables = nullptr;
+  const TriggerTables* trigger = nullptr;
+  bool fixedLiterals = false;  // the statement is part of a stored trigger
+  // Receives the ordinals of literals whose values decided a type.
+  std::vector<int>* structural = nullptr;
+  ViewCache* views = nullptr;
+};
+
+class Binder {
+ public:
+  explicit Binder(const BindContext& context);
+
+  // A query that is a statement of its own or the source of INSERT.
+  BoundSelect bindQuery(const SelectStatement& select);
+  // The query of CREATE VIEW: no ORDER BY without TOP, no variables. Its result tells the columns and
+  // cannot be run: views in FROM have the columns that they were given at creation. ALTER VIEW binds them
+  // too (`throughViews`), for the view may have come to refer to itself.
+  BoundSelect bindViewQuery(const SelectStatement& select, bool throughViews);
+  // Expressions outside of any query (SET, IF, EXEC arguments).
+  BoundExpr bindValue(const Expr& expr, Scope* scope);
+  BoundExpr bindCondition(const Expr& expr, Scope* scope);
+  // Converts to `type`; `assign` refuses texts that are too long, else they are cut.
+  BoundExpr convert(const BoundExpr& expr, const Type& type, bool assign = false,
+                    const std::string& column = {});
+  // The conversion a column of a table asks for.
+  BoundExpr assignTo(const BoundExpr& expr, const ColumnInfo& column);
+
+  // The stored default of a column, whose literals are its own.
+  BoundExpr bindDefault(const Expr& expr, const ColumnInfo& column);
+
+  // FROM: entries go into `scope`; returns the text behind FROM.
+  std::string bindFrom(const std::vector<std::unique_ptr<TableSource>>& from, Scope& scope);
+  // Adds the base table `name` to the scope; throws 208. Views and system tables are refused by 4406.
+  Source& bindTarget(const ObjectName& name, Scope& scope);
+  // "alias"."table" of a base table for SQLite.
+  std::string sqlName(const TableInfo& table, const std::string& database);
+  // Database that a name without one belongs to.
+  std::string resolveDatabase(const ObjectName& name);
+  std::string topLimit(const Expr& top, bool percent, const std::string& countSql);
+
+  BoundExpr systemParameter(SystemValue value, const Type& type);
+  // The finished text with its parameters renumbered to those in use.
+  BoundStatement finish(const std::string& sql) const;
+
+  const std::set<std::string>& databases() const { return databases_; }
+  // True when a variable is read inside the statement (an assigning SELECT must then go step by step).
+  bool readsVariable(const std::vector<std::string>& names) const;
+  // From now on reads variables through z_var instead of parameters, and assigns those of the outermost
+  // select list to `slots` through z_set, row by row.
+  void setStepwiseVariables(std::vector<int> slots) {
+    stepwise_ = true;
+    stepwiseSlots_ = std::move(slots);
+  }
+  // The query as the source of an INSERT: its columns converted to `targets`.
+  // `named`: the INSERT has a column list.
+  BoundSelect bindSource(const SelectStatement& select, const std::vector<const ColumnInfo*>& targets,
+                         bool named);
+
+ private:
+  struct CoreShape {  // what the surroundings ask of a SELECT core
+    bool subquery = false;
+    const std::vector<std::string>* starNames = nullptr;      // fixed column names of a view
+    int columnCount = -1;                                     // fixed column count of a view
+    const std::vector<const ColumnInfo*>* targets = nullptr;  // columns that an INSERT fills
+    bool named = false;                                       // and whether it names them
+  };
+
+  // binder_expression.cpp
+  BoundExpr bind(const Expr& expr, Scope* scope);
+  static const BoundExpr* boundGroup(const Expr& expr, const Scope* scope);
+  BoundExpr bindLiteral(const Literal& literal, bool negate);
+  BoundExpr bindColumn(const Expr& expr, Scope* scope);
+  BoundExpr bindVariable(const Expr& expr);
+  BoundExpr bindGlobal(const Expr& expr);
+  BoundExpr bindUnary(const Expr& expr, Scope* scope);
+  BoundExpr bindBinary(const Expr& expr, Scope* scope);
+  BoundExpr bindCase(const Expr& expr, Scope* scope);
+  std::string caseTests(const Expr& expr, Scope* scope, std::vector<std::string>& tests);
+  BoundExpr bindConversion(const Expr& expr, Scope* scope);
+  BoundExpr bindCollate(const Expr& expr, Scope* scope);
+  ParameterSource& parameter(int index) { return parameters_[static_cast<std::size_t>(index)]; }
+  BoundExpr addParameter(ParameterSource source);
+  BoundExpr exactOperand(const BoundExpr& operand, const Type& other);
+  BoundExpr finite(const BoundExpr& expr);
+  Type unify(const std::vector<BoundExpr>& exprs);
+
+  // binder_chain.cpp
+  BoundExpr bindLogic(const Expr& expr, Scope* scope);
+  BoundExpr bindArithmetic(const Expr& expr, Scope* scope);
+  BoundExpr operate(BinaryOp op, BoundExpr left, BoundExpr right);
+  BoundExpr foldChain(BoundExpr value, const std::vector<const Expr*>& steps, Scope* scope);
+
+  // binder_condition.cpp
+  BoundExpr compare(BinaryOp op, const BoundExpr& left, const BoundExpr& right);
+  BoundExpr bindBetween(const Expr& expr, Scope* scope);
+  BoundExpr bindInList(const Expr& expr, Scope* scope);
+  BoundExpr bindInSelect(const Expr& expr, Scope* scope);
+  BoundExpr bindQuantified(const Expr& expr, Scope* scope);
+  BoundExpr bindExists(const Expr& expr, Scope* scope);
+  BoundExpr bindLike(const Expr& expr, Scope* scope);
+  BoundExpr bindScalar(const Expr& expr, Scope* scope);
+  BoundSelect bindOneColumn(const Expr& expr, Scope* scope);
+
+  // binder_function.cpp
+  BoundExpr bindFunction(const Expr& expr, Scope* scope);
+  BoundExpr bindAggregate(const Expr& expr, Scope* scope);
+  std::optional<BoundExpr> bindSystemFunction(const Expr& expr, const std::string& name, Scope* scope);
+
+  // binder_select.cpp
+  BoundSelect bindSelect(const SelectStatement& select, Scope* parent, const CoreShape& shape);
+  struct BoundCore;
+  void bindCore(const SelectStatement& select, std::size_t index, Scope* parent, const CoreShape& shape,
+                BoundCore& out);
+  void sortBeforeAssigning(const SelectStatement& select, BoundCore& out);
+  void bindItems(const SelectCore& core, const CoreShape& shape, BoundCore& out);
+  void expandStar(const Expr& star, const CoreShape& shape, int surplus, BoundCore& out);
+  std::string orderBy(const SelectStatement& select, BoundCore& core, bool outputOnly);
+  std::string orderTerm(const OrderItem& item, BoundCore& core, bool outputOnly);
+  std::vector<BoundCore> bindCores(const SelectStatement& select, Scope* parent, const CoreShape& shape);
+  std::vector<Type> outputColumns(const std::vector<BoundCore>& cores, BoundSelect& bound);
+  std::string coreSql(const BoundCore& core, const std::vector<Type>& types, const CoreShape& shape);
+
+  // binder_from.cpp
+  struct FromPiece {
+    std::string sql;
+    bool compound = false;  // has joins
+    bool outer = false;     // has RIGHT or FULL joins, so that it cannot be flattened into a list
+  };
+  FromPiece bindTableSource(const TableSource& source, Scope& scope);
+  FromPiece bindJoin(const TableSource& source, Scope& scope);
+  FromPiece bindNamed(const TableSource& source, Scope& scope);
+  FromPiece bindDerived(const TableSource& source, Scope& scope);
+  std::string bindView(const ViewInfo& view, const std::string& database, Source& source);
+  bool bindSystemTable(const std::string& database, const ObjectName& name, Source& source, std::string& sql);
+  const TableInfo* pseudoTable(const ObjectName& name, std::string& sql) const;
+  std::string newHandle() { return "t" + std::to_string(++handles_); }
+
+  BindContext context_;
+  std::vector<ParameterSource> parameters_;
+  std::set<std::string> databases_;
+  std::vector<std::shared_ptr<const DatabaseCatalog>> catalogs_;  // keeps TableInfo pointers alive
+  std::vector<std::unique_ptr<Expr>> owned_;
+  int handles_ = 0;
+  int viewDepth_ = 0;
+  bool throughViews_ = true;
+  int lazy_ = 0;  // > 0 inside a branch that may never run: conversions must not fail beforehand
+  bool stepwise_ = false;
+  std::vector<int> stepwiseSlots_;
+};
+
+// SQLite text of a name: "a""b".
+std::string quoteName(std::string_view name);
+// True when the trees mean the same in `scope` (columns by what they resolve to is left to the caller).
+bool sameExpr(const Expr& left, const Expr& right);
+bool containsAggregate(const Expr& expr);
+bool containsSubquery(const Expr& expr);
+// Ends a statement whose SQLite text has multiplied beyond reason.
+void requireReasonable(const std::string& sql);
+bool isAggregateName(std::string_view foldedName);
+// 8120 and its kin: a column that is neither grouped by nor aggregated.
+Error ungroupedColumn(const Scope& scope, const Source& source, const SourceColumn& column);
+// 8158, 8159: a list of column names has more or fewer names than the query `name` has columns.
+Error columnListError(const std::string& name, bool more);
+
+}  // namespace engine

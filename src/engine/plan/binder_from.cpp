@@ -1,0 +1,299 @@
+#include <algorithm>
+
+#include "engine/catalog.h"
+#include "engine/language.h"
+#include "engine/plan/binder.h"
+
+namespace engine {
+namespace {
+
+constexpr int maxViewDepth = 32;
+
+std::string written(const ObjectName& name) {
+  std::string text = name.database;
+  if (!name.database.empty()) text += '.';
+  if (!name.owner.empty() || !name.database.empty()) text += name.owner + '.';
+  return text + name.object;
+}
+
+Error invalidObject(const ObjectName& name) {
+  return Error(208, "Invalid object name '" + written(name) + "'.");
+}
+
+bool isKeyPart(const TableInfo& table, int column) {
+  for (const IndexInfo& index : table.indexes)
+    if (index.primaryKey)
+      return std::any_of(index.parts.begin(), index.parts.end(),
+                         [&](const IndexPart& part) { return part.column == column; });
+  return false;
+}
+
+void addTableColumns(const TableInfo& table, const std::string& database, Source& source) {
+  source.columns.reserve(table.columns.size());
+  for (std::size_t i = 0; i < table.columns.size(); ++i) {
+    const ColumnInfo& info = table.columns[i];
+    SourceColumn column;
+    column.key = foldName(info.name);
+    column.sql = source.handle + "." + quoteName(info.name);
+    column.info = {info.name, info.type,  info.nullable, info.identity, isKeyPart(table, static_cast<int>(i)),
+                   database,  table.name, info.name};
+    source.columns.push_back(std::move(column));
+  }
+}
+
+void addDerivedColumn(const ResultColumn& from, const std::string& name, std::size_t position,
+                      Source& source) {
+  SourceColumn column;
+  column.key = foldName(name);
+  column.sql = source.handle + ".c" + std::to_string(position);
+  column.info.name = name;
+  column.info.type = from.type;
+  column.info.nullable = from.nullable;
+  source.columns.push_back(std::move(column));
+}
+
+void allowNull(Scope& scope, std::size_t from, std::size_t to) {
+  for (std::size_t i = from; i < to; ++i)
+    for (SourceColumn& column : scope.sources[i].columns) column.info.nullable = true;
+}
+
+void checkDuplicate(const Scope& scope, const Source& added) {
+  for (const Source& source : scope.sources)
+    if (source.alias == added.alias && source.aliased && added.aliased)
+      throw Error(1011,
+                  "The correlation name '" + added.shown + "' is specified multiple times in a FROM clause.");
+    else if (source.alias == added.alias && source.aliased == added.aliased &&
+             source.database == added.database)
+      throw Error(1013, "The objects \"" + source.shown + "\" and \"" + added.shown +
+                            "\" in the FROM clause have the same exposed names. Use correlation names to "
+                            "distinguish them.");
+}
+
+}  // namespace
+
+Error columnListError(const std::string& name, bool more) {
+  return Error(more ? 8158 : 8159, "'" + name + "' has " + (more ? "more" : "fewer") +
+                                       " columns than were specified in the column list.");
+}
+
+std::string Binder::resolveDatabase(const ObjectName& name) {
+  if (name.database.empty()) return context_.database;
+  if (!context_.store->databaseExists(name.database)) throw invalidObject(name);
+  return name.database;
+}
+
+std::string Binder::sqlName(const TableInfo& table, const std::string& database) {
+  databases_.insert(foldName(database));
+  return context_.store->attach(database) + "." + quoteName(table.name);
+}
+
+const TableInfo* Binder::pseudoTable(const ObjectName& name, std::string& sql) const {
+  if (!context_.trigger || !name.database.empty() || !name.owner.empty()) return nullptr;
+  const std::string key = foldName(name.object);
+  if (key != "inserted" && key != "deleted") return nullptr;
+  sql = key == "inserted" ? context_.trigger->inserted : context_.trigger->deleted;
+  return context_.trigger->table.get();
+}
+
+Source& Binder::bindTarget(const ObjectName& name, Scope& scope) {
+  const std::string database = resolveDatabase(name);
+  if (!isKnownOwner(name.owner)) throw invalidObject(name);
+  catalogs_.push_back(context_.store->catalog(database));
+  const TableInfo* table = catalogs_.back()->table(name.object);
+  if (!table) {
+    if (catalogs_.back()->view(name.object))
+      throw Error(4406, "View '" + name.object + "' is not updatable: data is changed through its tables.");
+    if (findSystemTable(name.object)) throw Error(259, "Ad hoc updates to system catalogs are not allowed.");
+    throw invalidObject(name);
+  }
+  Source source;
+  source.alias = foldName(name.object);
+  source.shown = source.title = written(name);
+  source.database = foldName(database);
+  source.handle = newHandle();
+  source.table = table;
+  source.tableDatabase = database;
+  addTableColumns(*table, catalogs_.back()->name, source);
+  scope.sources.push_back(std::move(source));
+  return scope.sources.back();
+}
+
+std::string Binder::bindFrom(const std::vector<std::unique_ptr<TableSource>>& from, Scope& scope) {
+  std::string sql;
+  for (const auto& source : from) {
+    const FromPiece piece = bindTableSource(*source, scope);
+    // A × (B left join C) is (A × B) left join C, since an ON sees nothing of A; RIGHT and FULL are not.
+    const bool bracket = piece.outer && !sql.empty();
+    if (!sql.empty()) sql += ", ";
+    sql += bracket ? "(" + piece.sql + ")" : piece.sql;
+  }
+  return sql;
+}
+
+Binder::FromPiece Binder::bindTableSource(const TableSource& source, Scope& scope) {
+  switch (source.kind) {
+    case TableSource::Kind::Table:
+      return bindNamed(source, scope);
+    case TableSource::Kind::Derived:
+      return bindDerived(source, scope);
+    case TableSource::Kind::Join:
+      break;
+  }
+  return bindJoin(source, scope);
+}
+
+Binder::FromPiece Binder::bindJoin(const TableSource& source, Scope& scope) {
+  const std::size_t first = scope.sources.size();
+  const FromPiece left = bindTableSource(*source.left, scope);
+  const std::size_t middle = scope.sources.size();
+  const FromPiece right = bindTableSource(*source.right, scope);
+  const char* word = " JOIN ";
+  if (source.join == JoinKind::Left) word = " LEFT JOIN ";
+  if (source.join == JoinKind::Right) word = " RIGHT JOIN ";
+  if (source.join == JoinKind::Full) word = " FULL JOIN ";
+  FromPiece piece;
+  piece.compound = true;
+  piece.outer = left.outer || right.outer || source.join == JoinKind::Right || source.join == JoinKind::Full;
+  piece.sql = left.sql + word + (right.compound ? "(" + right.sql + ")" : right.sql);
+  if (source.on) {
+    const std::size_t outside = scope.visibleFrom;
+    scope.visibleFrom = first;
+    piece.sql += " ON " + bindCondition(*source.on, &scope).sql;
+    scope.visibleFrom = outside;
+  }
+  // The side that may find no partner gives NULLs.
+  if (source.join == JoinKind::Right || source.join == JoinKind::Full) allowNull(scope, first, middle);
+  if (source.join == JoinKind::Left || source.join == JoinKind::Full)
+    allowNull(scope, middle, scope.sources.size());
+  return piece;
+}
+
+Binder::FromPiece Binder::bindNamed(const TableSource& at, Scope& scope) {
+  Source source;
+  source.aliased = !at.alias.empty();
+  source.alias = foldName(source.aliased ? at.alias : at.name.object);
+  source.title = written(at.name);
+  source.shown = source.aliased ? at.alias : source.title;
+  source.handle = newHandle();
+  FromPiece piece;
+  if (const TableInfo* pseudo = pseudoTable(at.name, piece.sql)) {
+    addTableColumns(*pseudo, context_.trigger->database, source);
+    for (SourceColumn& column : source.columns) {
+      column.info.baseDatabase.clear();
+      column.info.baseTable.clear();
+      column.info.baseColumn.clear();
+    }
+  } else {
+    const std::string database = resolveDatabase(at.name);
+    if (!isKnownOwner(at.name.owner)) throw invalidObject(at.name);
+    if (!source.aliased) source.database = foldName(database);
+    catalogs_.push_back(context_.store->catalog(database));
+    const auto catalog = catalogs_.back();
+    if (const TableInfo* table = catalog->table(at.name.object)) {
+      piece.sql = sqlName(*table, database);
+      source.table = table;
+      source.tableDatabase = database;
+      addTableColumns(*table, catalog->name, source);
+    } else if (const ViewInfo* view = catalog->view(at.name.object)) {
+      piece.sql = bindView(*view, database, source);
+    } else if (!bindSystemTable(database, at.name, source, piece.sql)) {
+      throw invalidObject(at.name);
+    }
+  }
+  checkDuplicate(scope, source);
+  piece.sql += " AS " + source.handle;
+  scope.sources.push_back(std::move(source));
+  return piece;
+}
+
+Binder::FromPiece Binder::bindDerived(const TableSource& at, Scope& scope) {
+  CoreShape shape;
+  shape.subquery = true;
+  const BoundSelect select = bindSelect(*at.select, scope.parent, shape);
+  Source source;
+  source.aliased = true;
+  source.handle = newHandle();
+  source.alias = at.alias.empty() ? source.handle : foldName(at.alias);
+  source.shown = source.title = at.alias;
+  if (!at.columnAliases.empty() && at.columnAliases.size() != select.columns.size())
+    throw columnListError(at.alias, select.columns.size() > at.columnAliases.size());
+  for (std::size_t i = 0; i < select.columns.size(); ++i) {
+    const std::string& name = at.columnAliases.empty() ? select.columns[i].name : at.columnAliases[i];
+    if (name.empty() && !at.alias.empty())
+      throw Error(8155, "No column name was specified for column " + std::to_string(i + 1) + " of '" +
+                            at.alias + "'.");
+    const auto same = std::count_if(source.columns.begin(), source.columns.end(), [&](const SourceColumn& c) {
+      return !name.empty() && c.key == foldName(name);
+    });
+    if (same > 0 && !at.alias.empty())
+      throw Error(8156, "The column '" + name + "' was specified multiple times for '" + at.alias + "'.");
+    addDerivedColumn(select.columns[i], name, i, source);
+  }
+  checkDuplicate(scope, source);
+  FromPiece piece;
+  piece.sql = "(" + select.sql + ") AS " + source.handle;
+  scope.sources.push_back(std::move(source));
+  return piece;
+}
+
+// System tables are subqueries too, whose columns keep their own names.
+bool Binder::bindSystemTable(const std::string& database, const ObjectName& name, Source& source,
+                             std::string& sql) {
+  const SystemTable* table = findSystemTable(name.object);
+  if (!table || (table->masterOnly && foldName(database) != "master")) return false;
+  databases_.insert(foldName(database));
+  sql = "(" + systemTableSql(*table, context_.store->attach(database)) + ")";
+  for (const ViewColumn& viewColumn : table->columns) {
+    SourceColumn column;
+    column.key = foldName(viewColumn.name);
+    column.sql = source.handle + "." + quoteName(viewColumn.name);
+    column.info.name = viewColumn.name;
+    column.info.type = viewColumn.type;
+    column.info.nullable = viewColumn.nullable;
+    source.columns.push_back(std::move(column));
+  }
+  return true;
+}
+
+// A view is its query as a derived table, bound in the view's own database. Its columns are those it
+// had at creation, whatever * would give now.
+std::string Binder::bindView(const ViewInfo& view, const std::string& database, Source& source) {
+  if (!throughViews_) {
+    for (const ViewColumn& column : view.columns) {
+      ResultColumn as;
+      as.type = column.type;
+      as.nullable = column.nullable;
+      addDerivedColumn(as, column.name, source.columns.size(), source);
+    }
+    return view.name;
+  }
+  if (++viewDepth_ > maxViewDepth)
+    throw Error(4429, "View '" + view.name + "' refers to itself or nests more than 32 levels deep.");
+  std::shared_ptr<const Batch> batch;
+  if (context_.views) batch = (*context_.views)[view.text];
+  if (!batch) batch = std::make_shared<const Batch>(parseBatch(view.text));
+  if (context_.views) (*context_.views)[view.text] = batch;
+  const auto& statement = std::get<CreateViewStatement>(batch->statements.at(0)->node);
+
+  const BindContext outside = context_;
+  context_.database = database;
+  context_.variables = nullptr;
+  context_.trigger = nullptr;
+  context_.fixedLiterals = true;
+  std::vector<std::string> names;
+  for (const ViewColumn& column : view.columns) names.push_back(column.name);
+  CoreShape shape;
+  shape.subquery = true;
+  shape.columnCount = static_cast<int>(names.size());
+  if (statement.columns.empty()) shape.starNames = &names;
+  const BoundSelect select = bindSelect(*statement.select, nullptr, shape);
+  context_ = outside;
+  --viewDepth_;
+
+  if (select.columns.size() != names.size())
+    throw Error(4502, "View '" + view.name + "' has other columns than its tables give now.");
+  for (std::size_t i = 0; i < names.size(); ++i) addDerivedColumn(select.columns[i], names[i], i, source);
+  return "(" + select.sql + ")";
+}
+
+}  // namespace engine

@@ -1,0 +1,158 @@
+#include <array>
+
+#include "engine/function.h"
+#include "engine/plan/binder.h"
+#include "engine/value.h"
+
+namespace engine {
+namespace {
+
+const Type intType{TypeId::Int};
+const Type nameType{TypeId::NVarChar, 128};
+
+// Functions that ask the session or the catalog. With arguments they are SQL functions of the session,
+// which take names as text and ids as numbers.
+struct SystemFunction {
+  const char* name;
+  const char* sql;  // SQL function; null when there are no arguments
+  Type result;
+  int minArguments, maxArguments;
+  SystemValue plain;  // the value without arguments
+  bool hasPlain;
+};
+
+const std::array systemFunctions = {
+    SystemFunction{"db_name", "z_db_name", nameType, 0, 1, SystemValue::DatabaseName, true},
+    SystemFunction{"db_id", "z_db_id", {TypeId::SmallInt}, 0, 1, SystemValue::DatabaseId, true},
+    SystemFunction{"object_id", "z_object_id", intType, 1, 2, {}, false},
+    SystemFunction{"object_name", "z_object_name", nameType, 1, 1, {}, false},
+    SystemFunction{"col_length", "z_col_length", {TypeId::SmallInt}, 2, 2, {}, false},
+    SystemFunction{"objectproperty", "z_object_property", intType, 2, 2, {}, false},
+    SystemFunction{"ident_current", "z_ident_current", {TypeId::Decimal, 0, 18, 0}, 1, 1, {}, false},
+    SystemFunction{"user_name", "z_user_name", nameType, 0, 1, SystemValue::UserName, true},
+    SystemFunction{"suser_name", "z_suser_name", nameType, 0, 1, SystemValue::Login, true},
+    SystemFunction{"suser_sname", "z_suser_name", nameType, 0, 1, SystemValue::Login, true},
+    SystemFunction{"user", nullptr, nameType, 0, 0, SystemValue::UserName, true},
+    SystemFunction{"current_user", nullptr, nameType, 0, 0, SystemValue::UserName, true},
+    SystemFunction{"session_user", nullptr, nameType, 0, 0, SystemValue::UserName, true},
+    SystemFunction{"system_user", nullptr, nameType, 0, 0, SystemValue::Login, true},
+    SystemFunction{
+        "scope_identity", nullptr, {TypeId::Decimal, 0, 18, 0}, 0, 0, SystemValue::ScopeIdentity, true},
+    SystemFunction{"getdate", nullptr, {TypeId::DateTime}, 0, 0, SystemValue::Now, true},
+    SystemFunction{"current_timestamp", nullptr, {TypeId::DateTime}, 0, 0, SystemValue::Now, true},
+};
+
+Error nestedAggregate() {
+  return Error(
+      130, "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.");
+}
+
+Error argumentCount(const std::string& name, int count) {
+  return Error(174, "The " + name + " function requires " + std::to_string(count) + " argument(s).", 15);
+}
+
+}  // namespace
+
+bool isAggregateName(std::string_view foldedName) {
+  const FunctionInfo* info = findFunction(foldedName);
+  return info && info->aggregate;
+}
+
+std::optional<BoundExpr> Binder::bindSystemFunction(const Expr& expr, const std::string& name, Scope* scope) {
+  for (const SystemFunction& known : systemFunctions) {
+    if (name != known.name) continue;
+    const int count = static_cast<int>(expr.args.size());
+    if (count < known.minArguments || count > known.maxArguments)
+      throw argumentCount(name, known.minArguments);
+    if (count == 0 && known.hasPlain) return systemParameter(known.plain, known.result);
+    BoundExpr bound;
+    bound.type = known.result;
+    bound.sql = std::string(known.sql) + "(";
+    for (int i = 0; i < count; ++i) {
+      BoundExpr arg = bindValue(*expr.args[static_cast<std::size_t>(i)], scope);
+      if (!isCharacter(arg.type.id)) arg = convert(arg, intType);
+      bound.sql += (i ? "," : "") + arg.sql;
+    }
+    bound.sql += ")";
+    return bound;
+  }
+  return std::nullopt;
+}
+
+BoundExpr Binder::bindFunction(const Expr& expr, Scope* scope) {
+  const std::string name = foldName(expr.name);
+  if (name == "update" && context_.trigger && expr.args.size() == 1) {
+    BoundExpr test;
+    test.sql = "z_updated(" + bindLiteral({LiteralKind::Text, expr.args[0]->name, -1}, false).sql + ")";
+    test.type = intType;
+    test.condition = true;
+    return test;
+  }
+  if (auto system = bindSystemFunction(expr, name, scope)) return *system;
+  const FunctionInfo* info = findFunction(expr.name);
+  if (!info) throw Error(195, "'" + expr.name + "' is not a recognized built-in function name.", 15);
+  if (info->aggregate) return bindAggregate(expr, scope);
+
+  std::vector<FunctionArgument> arguments;
+  std::vector<std::string> sqls;
+  bool nullable = false;
+  const bool branches = name == "coalesce" || name == "isnull" || name == "nullif";
+  if (branches) ++lazy_;
+  for (std::size_t i = 0; i < expr.args.size(); ++i) {
+    const Expr& written = *expr.args[i];
+    FunctionArgument argument;
+    if (info->datePart && i == 0) {
+      argument.word = written.name;
+      arguments.push_back(argument);
+      sqls.emplace_back();
+      continue;
+    }
+    const BoundExpr bound = bindValue(written, scope);
+    argument.type = bound.type;
+    argument.nullable = bound.nullable;
+    if (written.kind == Expr::Kind::Literal && (info->structural >> i & 1)) {
+      argument.constant = literalDatum(written.literal);
+      if (context_.structural && written.literal.ordinal >= 0 && !context_.fixedLiterals)
+        context_.structural->push_back(written.literal.ordinal);
+    }
+    arguments.push_back(argument);
+    sqls.push_back(bound.sql);
+    nullable = nullable || bound.nullable;
+  }
+  if (branches) --lazy_;
+  const BoundFunction function = engine::bindFunction(*info, arguments);
+  BoundExpr result;
+  result.type = function.result;
+  result.nullable = function.nullable && (nullable || branches);
+  result.sql = functionSql(function, sqls);
+  requireReasonable(result.sql);
+  return result;
+}
+
+BoundExpr Binder::bindAggregate(const Expr& expr, Scope* scope) {
+  if (!scope || !scope->aggregatesAllowed)
+    throw Error(147,
+                "An aggregate may not appear in the WHERE clause unless it is in a subquery contained in a "
+                "HAVING clause or a select list, and the column being aggregated is an outer reference.");
+  if (scope->inAggregate > 0) throw nestedAggregate();
+  std::vector<FunctionArgument> arguments;
+  std::vector<std::string> sqls;
+  ++scope->inAggregate;
+  for (const ExprPtr& arg : expr.args) {
+    if (containsSubquery(*arg)) throw nestedAggregate();
+    const BoundExpr bound = bindValue(*arg, scope);
+    arguments.push_back({bound.type, std::nullopt, {}});
+    sqls.push_back(bound.sql);
+  }
+  --scope->inAggregate;
+  const FunctionInfo* info = findFunction(expr.name);
+  const BoundFunction function = engine::bindFunction(*info, arguments);
+  BoundExpr result;
+  result.type = function.result;
+  result.nullable = function.nullable;
+  result.aggregate = true;
+  result.sql = functionSql(function, sqls, expr.distinct);
+  return result;
+}
+
+}  // namespace engine

@@ -1,0 +1,87 @@
+// The embedded server as its users see it: a folder of databases, and sessions on it.
+//
+//   auto server = engine::Server::open(folder);     // one per folder and process
+//   engine::Session session(server, "sa", password, "master");
+//   session.execute("SELECT 1", sink);
+//
+// Errors are engine::Error. Connection level numbers: 18456 login failed, 4060 cannot open database,
+// 17142 service is stopped or paused (the clients' 0x80004005), 5120 / 9004 / 823 damaged or locked file.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/plan/plan_statistics.h"
+#include "engine/value.h"
+
+namespace engine {
+
+class Instance;     // storage.h
+class SessionImpl;  // executor
+
+struct DamagedDatabase {
+  std::string name;
+  Error error;  // what a statement that needs it gets, too
+};
+
+enum class ServiceState : std::uint8_t { Running, Stopped };
+
+class Server {
+ public:
+  // Opens the folder, which must exist or be creatable, and its master database, which must exist
+  // unless `create` is set. Sharing the folder with other processes is allowed.
+  static std::shared_ptr<Server> open(const std::filesystem::path& folder);
+  // True when the folder holds a master database.
+  static bool exists(const std::filesystem::path& folder);
+  // Makes the folder and its master database with the login `login` (a member of sysadmin). The
+  // password is stored as a salted slow hash. Throws Error 1802 when one is there already.
+  static std::shared_ptr<Server> create(const std::filesystem::path& folder, const std::string& login,
+                                        const std::string& password);
+
+  ServiceState serviceState() const;
+  // Finishes running statements, checkpoints and closes every file, refuses sessions until start().
+  // Seen by other processes on the same folder at their next statement.
+  // Waits for running statements, also those of other processes; their open transactions between two
+  // statements are rolled back.
+  void stop();
+  // Opens the service again and looks through every page of every database; the damaged ones are
+  // returned, the others work.
+  std::vector<DamagedDatabase> start();
+
+  const std::filesystem::path& folder() const;
+  Instance& instance() { return *instance_; }
+  const std::shared_ptr<Instance>& sharedInstance() const { return instance_; }
+
+ private:
+  explicit Server(std::shared_ptr<Instance> instance);
+  std::shared_ptr<Instance> instance_;
+};
+
+class Session {
+ public:
+  // Throws 18456, 4060, 17142. `database` empty: master.
+  Session(std::shared_ptr<Server> server, const std::string& login, const std::string& password,
+          const std::string& database);
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  // Runs one batch (no GO). Results reach the sink in order. On an error that ends only its statement
+  // the batch goes on as SQL Server does, results after it are not delivered, and the first error is
+  // thrown at the end; on one that ends the batch it is thrown at once. Uncommitted work of the failed
+  // statement is gone; the session stays usable.
+  void execute(std::string_view batch, ResultSink& sink);
+
+  const std::string& database() const;
+  // Interrupts a running execute() from another thread; it ends with Error 3617.
+  void cancel();
+  PlanStatistics planStatistics() const;
+
+ private:
+  std::unique_ptr<SessionImpl> impl_;
+};
+
+}  // namespace engine

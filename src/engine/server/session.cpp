@@ -1,0 +1,73 @@
+#include <atomic>
+
+#include "engine/execute.h"
+#include "engine/server/server.h"
+
+namespace engine {
+
+class SessionImpl {
+ public:
+  SessionImpl(std::shared_ptr<Server> server, const std::string& login, const std::string& password,
+              const std::string& database)
+      : server_(std::move(server)),
+        store_(server_->sharedInstance()),
+        executor_(store_, context_, cancelled_) {
+    store_.beginStatement();
+    struct End {
+      Store& store;
+      ~End() { store.endStatement(); }
+    } end{store_};
+    context_.login = verifyLogin(store_, login, password);
+    open(database);
+  }
+
+  void execute(std::string_view batch, ResultSink& sink) {
+    cancelled_ = false;
+    executor_.run(batch, sink);
+  }
+  void cancel() {
+    cancelled_ = true;
+    sqlite3_interrupt(store_.handle());
+  }
+  const std::string& database() const { return context_.database; }
+  PlanStatistics statistics() const { return executor_.statistics(); }
+
+ private:
+  void open(const std::string& wanted) {
+    const std::string database = wanted.empty() ? "master" : wanted;
+    const auto refuse = [&] {
+      return Error(4060,
+                   "Cannot open database \"" + database + "\" requested by the login. The login failed.", 11);
+    };
+    if (!store_.databaseExists(database) || !hasAccess(store_, database, context_.login)) throw refuse();
+    context_.database = store_.database(database).name;
+    store_.useDatabase(context_.database);
+  }
+
+  std::shared_ptr<Server> server_;
+  std::atomic<bool> cancelled_ = false;
+  SessionContext context_;
+  Store store_;
+  Executor executor_;
+};
+
+Session::Session(std::shared_ptr<Server> server, const std::string& login, const std::string& password,
+                 const std::string& database)
+    : impl_(std::make_unique<SessionImpl>(std::move(server), login, password, database)) {}
+
+Session::~Session() = default;
+
+void Session::execute(std::string_view batch, ResultSink& sink) {
+  impl_->execute(batch, sink);
+}
+const std::string& Session::database() const {
+  return impl_->database();
+}
+void Session::cancel() {
+  impl_->cancel();
+}
+PlanStatistics Session::planStatistics() const {
+  return impl_->statistics();
+}
+
+}  // namespace engine

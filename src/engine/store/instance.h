@@ -1,0 +1,67 @@
+// One data folder as this process knows it: what its sessions share.
+#pragma once
+
+#include <condition_variable>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "engine/catalog.h"
+#include "engine/store/identity_marks.h"
+#include "engine/store/login_guard.h"
+#include "engine/store/shared_state.h"
+
+namespace engine {
+
+class Store;
+
+class Instance {
+ public:
+  explicit Instance(std::filesystem::path folder);  // the folder must exist
+  ~Instance();
+  Instance(const Instance&) = delete;
+  Instance& operator=(const Instance&) = delete;
+
+  const std::filesystem::path& folder() const { return folder_; }
+  std::filesystem::path masterFile() const { return folder_ / "master.mdf"; }
+  std::filesystem::path lockFile() const { return folder_ / "server.lck"; }
+  SharedState& shared() { return shared_; }
+  LoginGuard& logins() { return logins_; }
+  IdentityMarks& identityMarks() { return identityMarks_; }
+
+  bool stopped() const { return shared_->stopped.load(std::memory_order_acquire) != 0; }
+
+  // Catalogs read by one session serve the others; only committed ones are kept.
+  std::shared_ptr<const DatabaseCatalog> sharedCatalog(const std::string& key, std::int64_t version) const;
+  void shareCatalog(const std::string& key, std::shared_ptr<const DatabaseCatalog> catalog);
+  void forgetCatalogs();
+
+  // While registered, a store's files are closed when the service stops, even if its session is idle.
+  void enroll(Store& store);
+  void withdraw(Store& store);
+  // Closes the files of all sessions of this process that run no statement.
+  void closeIdle();
+
+ private:
+  void watch();
+
+  std::filesystem::path folder_;
+  SharedState shared_;
+  LoginGuard logins_;
+  IdentityMarks identityMarks_;
+  mutable std::mutex catalogMutex_;
+  std::map<std::string, std::shared_ptr<const DatabaseCatalog>> catalogs_;  // by file
+  std::mutex storesMutex_;
+  std::set<Store*> stores_;
+  std::condition_variable ending_;
+  std::mutex endingMutex_;
+  bool ended_ = false;
+  std::thread watcher_;
+};
+
+}  // namespace engine

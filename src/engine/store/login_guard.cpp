@@ -1,0 +1,90 @@
+#include "engine/store/login_guard.h"
+
+#include <algorithm>
+#include <thread>
+
+#include "engine/value.h"
+
+namespace engine {
+
+namespace {
+constexpr std::size_t rememberedPairs = 256;
+constexpr std::size_t rememberedNames = 4096;
+constexpr std::chrono::milliseconds firstDelay{125};
+constexpr std::chrono::milliseconds longestDelay{4000};
+constexpr int freeFailures = 2;  // a person mistypes
+
+// A hash no password is known for; made once per process, so that unknown names cost one verification.
+std::string makeDummyHash() {
+  std::array<char, 32> secret{};
+  randombytes_buf(secret.data(), secret.size());
+  return hashPassword({secret.data(), secret.size()});
+}
+bool hashMatches(const std::string& hash, std::string_view password) {
+  return crypto_pwhash_str_verify(hash.c_str(), password.data(), password.size()) == 0;
+}
+}  // namespace
+
+std::string hashPassword(std::string_view password) {
+  std::array<char, crypto_pwhash_STRBYTES> out{};
+  if (crypto_pwhash_str(out.data(), password.data(), password.size(), crypto_pwhash_OPSLIMIT_INTERACTIVE,
+                        crypto_pwhash_MEMLIMIT_INTERACTIVE) != 0)
+    throw Error(701, "There is insufficient system memory to run this query.", 17);
+  return out.data();
+}
+
+LoginGuard::LoginGuard()
+    : LoginGuard(
+          Tools{[](std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }, hashMatches}) {}
+
+LoginGuard::LoginGuard(Tools tools) : tools_(std::move(tools)) {
+  if (sodium_init() < 0) throw Error(17058, "The random source of the system cannot be used.", 20);
+  randombytes_buf(key_.data(), key_.size());
+}
+
+LoginGuard::~LoginGuard() {
+  sodium_memzero(key_.data(), key_.size());
+}
+
+LoginGuard::Mark LoginGuard::mark(const std::string& login, std::string_view password,
+                                  const std::string& hash) const {
+  crypto_generichash_state state;
+  crypto_generichash_init(&state, key_.data(), key_.size(), crypto_generichash_BYTES);
+  for (std::string_view part : {std::string_view(login), password, std::string_view(hash)}) {
+    const std::uint64_t size = part.size();
+    crypto_generichash_update(&state, reinterpret_cast<const unsigned char*>(&size), sizeof size);
+    crypto_generichash_update(&state, reinterpret_cast<const unsigned char*>(part.data()), part.size());
+  }
+  Mark result{};
+  crypto_generichash_final(&state, result.data(), result.size());
+  return result;
+}
+
+bool LoginGuard::verify(const std::string& login, std::string_view password, const std::string& hash) {
+  const Mark pair = mark(login, password, hash);
+  {
+    const std::lock_guard lock(mutex_);
+    if (!hash.empty() && passed_.contains(pair)) return true;
+    if (dummyHash_.empty()) dummyHash_ = makeDummyHash();
+  }
+  if (const auto held = begin(login); held.count() > 0) tools_.pause(held);
+  const bool equal = tools_.matches(hash.empty() ? dummyHash_ : hash, password);
+  const bool passed = equal && !hash.empty();
+  if (passed) {
+    const std::lock_guard lock(mutex_);
+    failures_.erase(login);
+    if (passed_.size() >= rememberedPairs) passed_.clear();
+    passed_.insert(pair);
+  }
+  return passed;
+}
+
+std::chrono::milliseconds LoginGuard::begin(const std::string& login) {
+  const std::lock_guard lock(mutex_);
+  if (failures_.size() >= rememberedNames) failures_.clear();
+  const int counted = failures_[login]++ - freeFailures;
+  if (counted <= 0) return std::chrono::milliseconds(0);
+  return std::min(longestDelay, firstDelay * (1 << std::min(counted - 1, 10)));
+}
+
+}  // namespace engine

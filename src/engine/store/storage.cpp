@@ -1,0 +1,549 @@
+#include "engine/store/storage.h"
+
+#include "engine/store/companion.h"
+#include "engine/store/database_file.h"
+#include "engine/store/storage_impl.h"
+
+namespace engine {
+
+namespace {
+
+constexpr std::size_t attachLimit = 10;  // SQLite's own, as built
+constexpr int busyMilliseconds = 30000;
+// 8 MB of log before it goes into the data file, which costs three syncs: the tables of a whole company.
+constexpr int checkpointPages = 2000;
+constexpr const char* masterName = "master";
+
+[[noreturn]] void failStopped() {
+  throw Error(
+      17142,
+      "SQL Server service has been paused or stopped. No new connections will be allowed. To resume the "
+      "service, use SQL Computer Manager or the Services application in Control Panel.",
+      14);
+}
+
+[[noreturn]] void failMissing(std::string_view name) {
+  throw Error(911, "Database '" + std::string(name) +
+                       "' does not exist. Make sure that the name is entered correctly.");
+}
+
+// A file name as an SQLite URI that never makes the file.
+std::string fileUri(const std::filesystem::path& file) {
+  static constexpr char digits[] = "0123456789ABCDEF";
+  std::string uri = "file:";
+  for (unsigned char c : file.string()) {
+    const bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+                       c == '/' || c == '.' || c == '_' || c == '-';
+    if (plain) {
+      uri += static_cast<char>(c);
+    } else {
+      uri += '%';
+      uri += digits[c >> 4];
+      uri += digits[c & 15];
+    }
+  }
+  return uri + "?mode=rw";
+}
+
+sqlite3* openHandle(FunctionContext* functions) {
+  // Counting what SQLite allocates takes a lock each time, and each attached file would take room for 20
+  // pages at once, most of which the catalogs never read. Refused, harmlessly, where SQLite runs already.
+  static const int configured =
+      sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0) | sqlite3_config(SQLITE_CONFIG_PAGECACHE, nullptr, 0, 0);
+  static_cast<void>(configured);
+  sqlite3* db = nullptr;
+  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI | SQLITE_OPEN_FULLMUTEX;
+  if (const int rc = sqlite3_open_v2(":memory:", &db, flags, nullptr); rc != SQLITE_OK) {
+    sqlite3_close(db);
+    throw Error(701, "There is insufficient system memory to run this query.", 17);
+  }
+  sqlite3_extended_result_codes(db, 1);
+  sqlite3_busy_timeout(db, busyMilliseconds);
+  sqlite3_wal_autocheckpoint(db, checkpointPages);
+  sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+  sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+  sqlite3_db_config(db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(db, SQLITE_DBCONFIG_ENABLE_FKEY, 0, nullptr);
+  registerFunctions(db, functions);
+  // Sorts and undo journals may spill into temporary files, so that memory stays flat on any table.
+  lite::exec(db, "PRAGMA temp_store=FILE; PRAGMA legacy_alter_table=ON");
+  return db;
+}
+
+}  // namespace
+
+// ---- Impl ----
+
+Store::Impl::Impl(std::shared_ptr<Instance> shared)
+    : instance(std::move(shared)), db(openHandle(&functions)), locks(instance->lockFile()) {
+  generation = instance->shared()->generation.load();
+  // For sysprocesses: 1 when this session stands on the database with that id, plus 2 when others do.
+  const auto databaseUsers = [](sqlite3_context* context, int, sqlite3_value** values) {
+    const auto* self = static_cast<const Impl*>(sqlite3_user_data(context));
+    const std::int64_t id = sqlite3_value_int64(values[0]);
+    const int own = id == self->currentId ? 1 : 0;
+    sqlite3_result_int(context, own + (self->locks.heldByOthers(LockFile::databaseLock(id)) ? 2 : 0));
+  };
+  sqlite3_create_function_v2(db, "z_db_users", 1, SQLITE_UTF8 | SQLITE_INNOCUOUS, this, databaseUsers,
+                             nullptr, nullptr, nullptr);
+}
+
+Store::Impl::~Impl() {
+  try {
+    closeFiles();
+  } catch (const Error&) {
+    // The handle goes anyway; an open transaction ends with it.
+  }
+  attached.clear();
+  for (const auto& [sql, statement] : controls) sqlite3_finalize(statement);
+  sqlite3_close_v2(db);
+}
+
+int Store::Impl::control(const std::string& sql) {
+  sqlite3_stmt*& statement = controls[sql];
+  if (!statement) {
+    const int rc = sqlite3_prepare_v3(db, sql.c_str(), -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+    if (rc != SQLITE_OK) return rc;
+  }
+  sqlite3_step(statement);
+  return sqlite3_reset(statement);
+}
+
+void Store::Impl::refuseWhenStopped() {
+  if (!instance->stopped()) return;
+  closeFiles();
+  failStopped();
+}
+
+std::int64_t Store::Impl::versionOf(Attached& one) {
+  if (!one.version)
+    one.version = std::make_unique<lite::Stmt>(
+        db, atAlias("SELECT value FROM @.zb_meta WHERE key='version'", one.alias), true);
+  one.version->reset();
+  const std::int64_t version = one.version->step() ? one.version->integer(0) : 0;
+  one.version->reset();
+  return version;
+}
+
+void Store::Impl::loadDatabases() {
+  Attached& master = find(masterName);
+  listVersion = versionOf(master);
+  databases.clear();
+  lite::Stmt rows(db,
+                  atAlias("SELECT id, name, data, log, file_name, crdate FROM @.zb_databases WHERE state=0 "
+                          "ORDER BY id",
+                          master.alias));
+  while (rows.step())
+    databases.push_back({rows.integer(0), rows.text(1), instance->folder() / rows.text(2),
+                         instance->folder() / rows.text(3), rows.text(4), rows.integer(5)});
+}
+
+const DatabaseEntry* Store::Impl::entryOf(std::string_view name) {
+  if (listVersion < 0) loadDatabases();
+  const std::string folded = foldName(name);
+  for (const auto& entry : databases)
+    if (foldName(entry.name) == folded) return &entry;
+  return nullptr;
+}
+
+Attached& Store::Impl::find(std::string_view name) {
+  const std::string folded = foldName(name);
+  auto found = attached.find(folded);
+  if (found == attached.end()) {
+    if (folded == masterName) {
+      DatabaseEntry entry;
+      entry.id = 1;
+      entry.name = masterName;
+      entry.data = instance->masterFile();
+      entry.log = instance->folder() / "master_log.ldf";
+      return open(entry);
+    }
+    const DatabaseEntry* entry = entryOf(name);
+    if (!entry) failMissing(name);
+    return open(*entry);
+  }
+  found->second->lastUse = ++clock;
+  return *found->second;
+}
+
+void Store::Impl::makeRoom() {
+  if (attached.size() < attachLimit) return;
+  while (attached.size() >= attachLimit) {
+    Attached* oldest = nullptr;
+    for (auto& [name, one] : attached)
+      if (name != masterName && name != current && !one->changed &&
+          (!oldest || one->lastUse < oldest->lastUse))
+        oldest = one.get();
+    if (!oldest || !close(*oldest))
+      throw Error(8621, "A statement or transaction uses more than 10 databases.", 17);
+  }
+}
+
+bool Store::Impl::close(Attached& one) {
+  one.version.reset();
+  one.lock.reset();
+  one.raise.reset();
+  one.takeIdentity.reset();
+  one.readIdentity.reset();
+  one.beginIdentity.reset();
+  one.noteIdentity.reset();
+  if (sqlite3_exec(db, ("DETACH " + one.alias).c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) return false;
+  ++stamp;
+  attached.erase(foldName(one.entry.name));
+  return true;
+}
+
+void Store::Impl::tune(Attached& one) {
+  if (one.tuned || !sqlite3_get_autocommit(db)) return;
+  for (const char* pragma :
+       {"journal_mode=WAL", "synchronous=NORMAL", "secure_delete=OFF", "cache_size=-8000"})
+    lite::exec(db, "PRAGMA " + one.alias + "." + pragma);
+  one.tuned = true;
+}
+
+Attached& Store::Impl::open(const DatabaseEntry& entry) {
+  makeRoom();
+  const std::string file = entry.data.string();
+  // What is attached within a transaction cannot be detached before its end: look first.
+  if (sqlite3_get_autocommit(db))
+    checkDataFile(entry.data);
+  else
+    checkCompanion(entry.log, entry.name, readFamily(entry.data));
+  auto one = std::make_unique<Attached>();
+  one->entry = entry;
+  one->alias = "d" + std::to_string(entry.id);
+  if (!orphans.empty()) one->alias += "_" + std::to_string(++orphanCount);
+  one->lastUse = ++clock;
+  {
+    lite::Stmt attach(db, "ATTACH ? AS " + one->alias);
+    attach.bind(fileUri(entry.data)).run();
+  }
+  try {
+    try {
+      lite::Stmt family(db, atAlias("SELECT value FROM @.zb_meta WHERE key='family'", one->alias));
+      if (family.step()) one->family = family.text(0);
+    } catch (const Error& error) {
+      if (error.number() == 8630)  // the table is missing
+        throw Error(5171, file + " is not a primary database file.");
+      if (error.number() == 824 || error.number() == 823)
+        throw Error(error.number(), "The database file '" + file + "' is damaged: " + error.what(), 24);
+      throw;
+    }
+    one->cacheKey = one->family + file;
+    checkCompanion(entry.log, entry.name, one->family);
+    tune(*one);
+  } catch (...) {
+    one->version.reset();
+    orphans.push_back(one->alias);
+    detachOrphans();
+    throw;
+  }
+  return *(attached[foldName(entry.name)] = std::move(one));
+}
+
+// Within a transaction an alias that failed stays until its end.
+void Store::Impl::detachOrphans() {
+  std::erase_if(orphans, [this](const std::string& alias) {
+    return sqlite3_exec(db, ("DETACH " + alias).c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
+  });
+}
+
+void Store::Impl::closeFiles() {
+  for (sqlite3_stmt* each = nullptr; (each = sqlite3_next_stmt(db, each));) sqlite3_reset(each);
+  if (!sqlite3_get_autocommit(db)) sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr);
+  depth = 0;
+  anyChanged = false;
+  detachOrphans();
+  while (!attached.empty()) {
+    Attached& one = *attached.begin()->second;
+    if (!close(one)) throw Error(5030, "The database '" + one.entry.name + "' could not be closed.");
+  }
+  databases.clear();
+  listVersion = -1;
+  fresh = false;
+}
+
+// Looks at the catalog versions of everything attached, unless no definition has changed anywhere.
+void Store::Impl::refresh() {
+  auto& page = instance->shared();
+  const auto ended = page->changesEnded.load(std::memory_order_acquire);
+  const auto begun = page->changesBegun.load(std::memory_order_acquire);
+  const bool quiet = begun == ended;
+  if (quiet && fresh && ended == seenChanges) return;
+  if (const auto master = attached.find(masterName);
+      master != attached.end() && listVersion >= 0 && versionOf(*master->second) != listVersion)
+    refreshDatabases();
+  for (auto& [name, one] : attached) {
+    if (one->changed || !one->catalog || versionOf(*one) == one->catalog->version) continue;
+    one->catalog.reset();
+    ++stamp;
+  }
+  // Inside a transaction the versions are those of its snapshot.
+  if (!sqlite3_get_autocommit(db)) return;
+  seenChanges = ended;
+  fresh = quiet;
+}
+
+void Store::Impl::refreshDatabases() {
+  loadDatabases();
+  std::vector<Attached*> gone;
+  for (auto& [name, one] : attached) {
+    if (name == masterName) continue;
+    const DatabaseEntry* entry = entryOf(name);
+    if (!entry || entry->id != one->entry.id || entry->data != one->entry.data) gone.push_back(one.get());
+  }
+  for (Attached* one : gone) close(*one);
+  ++stamp;
+}
+
+bool Store::Impl::masterChanged() const {
+  const auto master = attached.find(masterName);
+  return master != attached.end() && master->second->changed;
+}
+
+void Store::Impl::settleChanges(bool committed) {
+  for (auto& [name, one] : attached) {
+    if (!one->changed) continue;
+    one->changed = false;
+    if (!committed)
+      one->catalog.reset();
+    else if (one->catalog)
+      instance->shareCatalog(one->cacheKey, one->catalog);
+  }
+  if (anyChanged && !committed) {
+    listVersion = -1;
+    ++stamp;
+  }
+  anyChanged = false;
+}
+
+// ---- Store ----
+
+Store::Store(std::shared_ptr<Instance> instance) : impl_(std::make_unique<Impl>(std::move(instance))) {
+  impl_->instance->enroll(*this);
+}
+
+Store::~Store() {
+  impl_->instance->withdraw(*this);
+  endStatement();
+}
+
+sqlite3* Store::handle() const {
+  return impl_->db;
+}
+Instance& Store::instance() const {
+  return *impl_->instance;
+}
+FunctionContext& Store::functions() const {
+  return impl_->functions;
+}
+std::uint64_t Store::catalogStamp() const {
+  return impl_->stamp;
+}
+bool Store::inTransaction() const {
+  return impl_->depth > 0;
+}
+
+void Store::beginStatement() {
+  Impl& self = *impl_;
+  const bool fresh = !self.inStatement;
+  if (fresh) {
+    self.busy.lock();
+    self.inStatement = true;
+  }
+  try {
+    self.refuseWhenStopped();
+    if (fresh) self.locks.waitShared(LockFile::statementLock);
+    self.refuseWhenStopped();
+    const auto generation = self.instance->shared()->generation.load(std::memory_order_acquire);
+    if (generation != self.generation) {
+      self.closeFiles();
+      self.generation = generation;
+    }
+    if (!self.orphans.empty() && sqlite3_get_autocommit(self.db)) self.detachOrphans();
+    for (auto& [name, one] : self.attached) self.tune(*one);
+    self.refresh();
+  } catch (...) {
+    endStatement();
+    throw;
+  }
+}
+
+void Store::endStatement() noexcept {
+  Impl& self = *impl_;
+  if (!self.inStatement) return;
+  self.locks.release(LockFile::statementLock);
+  self.inStatement = false;
+  self.busy.unlock();
+}
+
+void Store::closeIfIdle() {
+  Impl& self = *impl_;
+  const std::unique_lock lock(self.busy, std::try_to_lock);
+  if (!lock.owns_lock() || self.attached.empty()) return;
+  try {
+    self.closeFiles();
+  } catch (const Error&) {
+    // It closes them itself at its next statement.
+  }
+}
+
+std::string Store::attach(std::string_view database) {
+  return impl_->find(database).alias;
+}
+
+bool Store::databaseExists(std::string_view database) {
+  return impl_->entryOf(database) != nullptr;
+}
+
+DatabaseEntry Store::database(std::string_view name) {
+  const DatabaseEntry* entry = impl_->entryOf(name);
+  if (!entry) failMissing(name);
+  return *entry;
+}
+
+std::vector<DatabaseEntry> Store::databases() {
+  if (impl_->listVersion < 0) impl_->loadDatabases();
+  return impl_->databases;
+}
+
+void Store::reloadDatabases() {
+  impl_->refreshDatabases();
+}
+
+void Store::detach(std::string_view database) {
+  const auto found = impl_->attached.find(foldName(database));
+  if (found != impl_->attached.end() && !impl_->close(*found->second))
+    throw Error(3702,
+                "Cannot drop the database '" + std::string(database) + "' because it is currently in use.");
+}
+
+void Store::useDatabase(std::string_view name) {
+  Impl& self = *impl_;
+  const std::int64_t id = self.find(name).entry.id;
+  if (id == self.currentId) return;
+  if (!self.locks.tryShared(LockFile::databaseLock(id)))
+    throw Error(
+        4060, "Cannot open database \"" + std::string(name) + "\" requested by the login. The login failed.",
+        11);
+  lite::Stmt stands(self.db,
+                    atAlias("SELECT 1 FROM @.zb_databases WHERE id=? AND state=0", attach(masterName)));
+  if (!stands.bind(id).step()) {
+    self.locks.release(LockFile::databaseLock(id));
+    failMissing(name);
+  }
+  if (self.currentId != 0) self.locks.release(LockFile::databaseLock(self.currentId));
+  self.currentId = id;
+  self.current = foldName(name);
+}
+
+std::shared_ptr<const DatabaseCatalog> Store::catalog(std::string_view database) {
+  Attached& one = impl_->find(database);
+  if (one.catalog) return one.catalog;
+  // A change under way has raised the version, but has not written anything yet.
+  const std::int64_t version = one.raised != 0 ? one.raised - 1 : impl_->versionOf(one);
+  if (!one.changed) one.catalog = impl_->instance->sharedCatalog(one.cacheKey, version);
+  if (one.catalog) return one.catalog;
+  // One read transaction, so that version and rows belong together.
+  const bool alone = sqlite3_get_autocommit(impl_->db) != 0;
+  if (alone) lite::exec(impl_->db, "BEGIN");
+  try {
+    auto loaded = loadCatalog(impl_->db, one.alias, one.entry.name);
+    if (one.raised != 0) loaded->version = version;
+    one.catalog = std::move(loaded);
+  } catch (...) {
+    if (alone) sqlite3_exec(impl_->db, "ROLLBACK", nullptr, nullptr, nullptr);
+    throw;
+  }
+  if (alone) lite::exec(impl_->db, "COMMIT");
+  if (!one.changed) impl_->instance->shareCatalog(one.cacheKey, one.catalog);
+  return one.catalog;
+}
+
+// ---- transactions ----
+
+void Store::begin() {
+  Impl& self = *impl_;
+  const int rc = self.control(self.depth == 0 ? "BEGIN" : "SAVEPOINT s" + std::to_string(self.depth));
+  if (rc != SQLITE_OK) lite::fail(self.db, rc);
+  ++self.depth;
+}
+
+void Store::commit() {
+  Impl& self = *impl_;
+  if (self.depth == 0 || sqlite3_get_autocommit(self.db))
+    throw Error(3902, "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
+  if (self.depth > 1) {
+    const int rc = self.control("RELEASE s" + std::to_string(self.depth - 1));
+    if (rc != SQLITE_OK) lite::fail(self.db, rc);
+    --self.depth;
+    return;
+  }
+  auto& page = self.instance->shared();
+  const bool definitions = self.anyChanged;
+  if (definitions) page->changesBegun.fetch_add(1);
+  const int rc = self.control("COMMIT");
+  const std::uint64_t endedBefore = definitions ? page->changesEnded.fetch_add(1) : self.seenChanges;
+  if (rc != SQLITE_OK) lite::fail(self.db, rc);
+  self.depth = 0;
+  // What this handle has changed itself it need not look for, unless others changed something meanwhile.
+  if (endedBefore == self.seenChanges && definitions && !self.masterChanged()) ++self.seenChanges;
+  self.settleChanges(true);
+}
+
+void Store::rollback() {
+  Impl& self = *impl_;
+  if (self.depth == 0) return;
+  for (auto& [name, one] : self.attached) one->raised = 0;
+  --self.depth;
+  // A full disk or a write error may have ended SQLite's transaction by itself.
+  if (!sqlite3_get_autocommit(self.db)) {
+    const std::string mark = " s" + std::to_string(self.depth);
+    lite::exec(self.db,
+               self.depth == 0 ? std::string("ROLLBACK") : "ROLLBACK TO" + mark + "; RELEASE" + mark);
+  }
+  if (self.depth == 0) {
+    self.settleChanges(false);
+    return;
+  }
+  for (auto& [name, one] : self.attached)
+    if (one->changed) one->catalog.reset();
+  if (self.anyChanged) {
+    self.listVersion = -1;
+    ++self.stamp;
+  }
+}
+
+void Store::writeLock(std::string_view database) {
+  Attached& one = impl_->find(database);
+  if (sqlite3_txn_state(impl_->db, one.alias.c_str()) == SQLITE_TXN_WRITE) return;
+  if (!one.lock)
+    one.lock = std::make_unique<lite::Stmt>(
+        impl_->db, atAlias("UPDATE @.zb_meta SET value=value WHERE key=''", one.alias), true);
+  one.lock->run();
+}
+
+void Store::lockDefinitions(std::string_view database) {
+  Attached& one = impl_->find(database);
+  if (!one.raise)
+    one.raise = std::make_unique<lite::Stmt>(
+        impl_->db,
+        atAlias("UPDATE @.zb_meta SET value=value+1 WHERE key='version' RETURNING value", one.alias), true);
+  one.raised = one.raise->step() ? one.raise->integer(0) : 0;
+  one.raise->run();
+  if (one.changed || !one.catalog || one.catalog->version == one.raised - 1) return;
+  one.catalog.reset();
+  ++impl_->stamp;
+}
+
+void Store::markChanged(std::string_view database, std::shared_ptr<DatabaseCatalog> now) {
+  Attached& one = impl_->find(database);
+  one.changed = true;
+  impl_->anyChanged = true;
+  ++impl_->stamp;
+  if (now) now->version = one.raised;
+  one.raised = 0;
+  one.catalog = std::move(now);
+}
+
+}  // namespace engine

@@ -1,0 +1,78 @@
+// What a batch gives back.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/value/datum.h"
+#include "engine/value/type.h"
+
+namespace engine {
+
+struct ResultColumn {
+  std::string name;  // empty for an unnamed expression
+  Type type;
+  bool nullable = true;
+  bool identity = false;
+  bool keyPart = false;  // part of its table's primary key
+  // Where the column comes from when it is a plain column of a table; empty otherwise.
+  std::string baseDatabase, baseTable, baseColumn;
+};
+
+// One materialised result set: all rows in one buffer, so that reading many rows costs no allocation
+// per value. Cells hold physical forms (type.h).
+class ResultSet {
+ public:
+  explicit ResultSet(std::vector<ResultColumn> columns) : columns_(std::move(columns)) {}
+
+  const std::vector<ResultColumn>& columns() const { return columns_; }
+  std::int64_t rowCount() const { return rows_; }
+
+  void beginRow() { ++rows_; }
+  void addNull();
+  void addInteger(std::int64_t value);
+  void addReal(double value);
+  void addText(std::string_view value);
+  void addBlob(std::string_view value);
+
+  bool isNull(std::int64_t row, int column) const;
+  std::int64_t integer(std::int64_t row, int column) const;
+  double real(std::int64_t row, int column) const;
+  std::string_view text(std::int64_t row, int column) const;  // valid as long as the set lives
+  Datum datum(std::int64_t row, int column) const;
+
+ private:
+  enum class Kind : std::uint8_t { Null, Integer, Real, Text, Blob };
+  struct Cell {
+    Kind kind;
+    std::uint32_t length;
+    union {
+      std::int64_t integer;
+      double real;
+      const char* text;
+    };
+  };
+  const Cell& cell(std::int64_t row, int column) const;
+  const char* keep(std::string_view value);
+
+  std::vector<ResultColumn> columns_;
+  std::vector<Cell> cells_;
+  std::deque<std::unique_ptr<char[]>> chunks_;
+  std::size_t chunkUsed_ = 0, chunkSize_ = 0;
+  std::int64_t rows_ = 0;
+};
+
+// Receives the results of a batch in order.
+class ResultSink {
+ public:
+  virtual ~ResultSink() = default;
+  virtual void onResultSet(ResultSet&& set) = 0;
+  virtual void onRowCount(std::int64_t rows) = 0;  // INSERT, UPDATE, DELETE; not under NOCOUNT
+  virtual void onMessage(int number, const std::string& text) = 0;  // PRINT, informational
+};
+
+}  // namespace engine

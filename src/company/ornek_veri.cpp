@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdio>
 
-#include "company/ornek/baglam.h"
+#include "company/ornek/adimlar.h"
 #include "session/statements.h"
 
 namespace company {

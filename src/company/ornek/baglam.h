@@ -7,8 +7,9 @@
 #include <vector>
 
 #include "company/ornek/rastgele.h"
+#include "company/ornek/secenekler.h"
 #include "company/ornek/yazici.h"
-#include "company/ornek_veri.h"
+#include "session/oturum.h"
 
 namespace company::ornek {
 
@@ -134,17 +135,5 @@ int haftaNo(const db::DateTime& tarih);
 std::string ayAdi(const db::DateTime& tarih);     // OCAK
 std::string ayMetni(const db::DateTime& tarih);   // 01
 std::string gunMetni(const db::DateTime& tarih);  // 31
-
-// The steps, in their order.
-void tanimlariYaz(Baglam& b);
-void kartlariYaz(Baglam& b);
-void acilislariYaz(Baglam& b);
-void faturalariYaz(Baglam& b);
-void stokFisleriniYaz(Baglam& b);
-void kasaBankaYaz(Baglam& b);
-void evraklariYaz(Baglam& b);
-void siparisleriYaz(Baglam& b);
-void muhasebeYaz(Baglam& b);
-void sayaclariYaz(Baglam& b);
 
 }  // namespace company::ornek

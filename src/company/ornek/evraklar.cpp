@@ -2,6 +2,7 @@
 #include <array>
 #include <span>
 
+#include "company/ornek/adimlar.h"
 #include "company/ornek/kelimeler.h"
 #include "company/ornek/satirlar.h"
 

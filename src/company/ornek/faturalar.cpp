@@ -2,6 +2,7 @@
 // transfers.
 #include <array>
 
+#include "company/ornek/adimlar.h"
 #include "company/ornek/satirlar.h"
 
 namespace company::ornek {

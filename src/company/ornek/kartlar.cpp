@@ -1,7 +1,7 @@
 // Stock cards with prices, current account cards, and the opening rows of everything.
 #include <stdexcept>
 
-#include "company/ornek/baglam.h"
+#include "company/ornek/adimlar.h"
 #include "company/ornek/kelimeler.h"
 
 namespace company::ornek {

@@ -1,6 +1,7 @@
 // Payments in cash, by transfer and by card; slips between boxes and banks; debit and credit notes.
 #include <array>
 
+#include "company/ornek/adimlar.h"
 #include "company/ornek/satirlar.h"
 
 namespace company::ornek {

@@ -3,6 +3,7 @@
 #include <array>
 #include <span>
 
+#include "company/ornek/adimlar.h"
 #include "company/ornek/satirlar.h"
 
 namespace company::ornek {

@@ -1,6 +1,7 @@
 // Orders: closed ones with the slip that delivered them, open ones delivered in part or not at all.
 #include <array>
 
+#include "company/ornek/adimlar.h"
 #include "company/ornek/satirlar.h"
 
 namespace company::ornek {

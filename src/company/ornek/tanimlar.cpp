@@ -1,7 +1,7 @@
 // Definitions: warehouses, workplaces, salespeople, tax groups, cash boxes, banks, services, expenses.
 #include <array>
 
-#include "company/ornek/baglam.h"
+#include "company/ornek/adimlar.h"
 #include "company/ornek/kelimeler.h"
 
 namespace company::ornek {

@@ -1,5 +1,7 @@
 #include "company/upgrade/guncelle.h"
 
+#include <sstream>
+
 #include "cli/komut.h"
 #include "cli/oturum_ac.h"
 
@@ -11,12 +13,15 @@ using company::upgrade::Sayilar;
 
 constexpr std::array<Secenek, 2> options = {
     {{"--ad", "Güncellenecek firmanın veritabanı adı", true, Secenek::Tur::Metin, "AD"},
-     {"--dene", "Yazan deyimleri çalıştırmaz, yazdırır", false, Secenek::Tur::Bayrak, ""}}};
+     {"--dene", "Çalıştırıp geri alır; yazan deyimleri betik olarak yazdırır", false, Secenek::Tur::Bayrak,
+      ""}}};
 
 constexpr std::string_view more =
     "Eksik tablo ve kolonları ekler, görünüm ve tetikleyicileri yeniler; yarıda kalan bir güncellemeyi "
     "tamamlar.\n"
-    "Yeniden çalıştırmak zarar vermez.";
+    "Yeniden çalıştırmak zarar vermez. --dene'nin yazdığı betik sql -i ile çalıştırılabilir; sayılar o "
+    "zaman\n"
+    "standart hataya yazılır.";
 
 struct Sayac {
   std::string_view ad;
@@ -35,6 +40,43 @@ void sayilariYaz(std::ostream& out, const Sayilar& sayilar) {
   out << "\n";
 }
 
+// A trial as a script for the command sql. Statements that go together are guarded, so that none of them runs
+// once one was refused: the server then takes all of them back and no transaction is open any more.
+class Betik {
+ public:
+  explicit Betik(std::ostream& out) : out_(out) {}
+
+  void yaz(const company::upgrade::DenemeAdimi& adim) {
+    if (adim.veritabani != veritabani_) {
+      veritabani_ = adim.veritabani;
+      yigin("USE [" + veritabani_ + "]");
+      yigin("SET XACT_ABORT ON");
+    }
+    if (adim.reddedilir)
+      aciklama("Sunucu reddeder: " + adim.deyimler.front());
+    else if (adim.deyimler.size() == 1)
+      yigin(adim.deyimler.front());
+    else
+      birlikte(adim.deyimler);
+  }
+
+ private:
+  void yigin(std::string_view text) { out_ << text << (text.ends_with('\n') ? "" : "\n") << "GO\n"; }
+  void birlikte(const std::vector<std::string>& deyimler) {
+    yigin("BEGIN TRANSACTION");
+    for (const std::string& deyim : deyimler)
+      yigin("IF @@TRANCOUNT>0\nBEGIN\n" + deyim + (deyim.ends_with('\n') ? "END" : "\nEND"));
+    yigin("IF @@TRANCOUNT>0 COMMIT TRANSACTION");
+  }
+  void aciklama(const std::string& text) {
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) out_ << "-- " << line << "\n";
+  }
+
+  std::ostream& out_;
+  std::string veritabani_;
+};
+
 int run(Ortam& ortam, const Degerler& values) {
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
@@ -43,13 +85,16 @@ int run(Ortam& ortam, const Degerler& values) {
     ortam.err << *engel << "\n";
     return reddedildi;
   }
+  const bool dene = values.var("dene");
+  Betik betik(ortam.out);
   company::upgrade::Yurutucu::Dinleyici deneme;
-  if (values.var("dene")) deneme = [&](const std::string& statement) { ortam.out << statement << "\n"; };
+  if (dene) deneme = [&](const company::upgrade::DenemeAdimi& adim) { betik.yaz(adim); };
   const auto sonuc = company::upgrade::Veritabani_Guncelle(komut.oturum, ad, std::move(deneme));
   if (!sonuc.baglandi) return reddedildi;
   komut.ilerleme.bitir();
-  if (!sonuc.tamamlandi) ortam.err << "Güncelleme yarıda kaldı: " << sonuc.hata << "\n";
-  sayilariYaz(ortam.out, sonuc.sayilar);
+  if (!sonuc.tamamlandi)
+    ortam.err << (dene ? "Deneme yarıda kaldı: " : "Güncelleme yarıda kaldı: ") << sonuc.hata << "\n";
+  sayilariYaz(dene ? ortam.err : ortam.out, sonuc.sayilar);
   return sonuc.tamamlandi ? tamam : reddedildi;
 }
 

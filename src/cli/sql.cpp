@@ -1,4 +1,7 @@
 #include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 
 #include "cli/komut.h"
@@ -6,7 +9,6 @@
 #include "cli/sonuc_yaz.h"
 #include "cli/yiginlar.h"
 #include "platform/code_page.h"
-#include "platform/files.h"
 #include "session/statements.h"
 
 namespace cli {
@@ -53,9 +55,17 @@ class Writer : public db::BatchSink {
   bool separate_ = false;
 };
 
+// Whatever can be read: a file, a pipe, the standard input by its name.
+std::optional<std::string> readInput(const std::string& path) {
+  std::error_code error;
+  std::ifstream in(path, std::ios::binary);
+  if (!in || std::filesystem::is_directory(path, error)) return std::nullopt;
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
 std::optional<std::string> scriptOf(Ortam& ortam, const Degerler& values) {
   if (values.var("IFADE")) return values.metin("IFADE");
-  if (values.var("girdi")) return platform::readFile(values.metin("girdi"));
+  if (values.var("girdi")) return readInput(values.metin("girdi"));
   std::ostringstream text;
   text << ortam.in.rdbuf();
   return text.str();

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <fstream>
+#include <thread>
 
 #include "platform/files.h"
 #include "session/sys_inf.h"
@@ -88,8 +90,21 @@ TEST_F(KomutTest, SqlReadsFileAndStandardInput) {
   std::ofstream(cli.dizin / "a.sql") << "SELECT '\xFD\xFE\xFDk'";  // code page 1254
   EXPECT_EQ(cli.calistir({"sql", "--db", "D", "-i", (cli.dizin / "a.sql").string()}), 0);
   EXPECT_EQ(cli.out, "a\nx\n");
-  EXPECT_EQ(cli.calistir({"sql", "--db", "D", "-i", (cli.dizin / "yok.sql").string()}), 1);
-  EXPECT_NE(cli.err.find("Dosya okunamadı"), std::string::npos);
+  for (const auto& unreadable : {cli.dizin / "yok.sql", cli.dizin}) {
+    EXPECT_EQ(cli.calistir({"sql", "--db", "D", "-i", unreadable.string()}), 1);
+    EXPECT_EQ(cli.err, "Dosya okunamadı: " + unreadable.string() + "\n");
+  }
+}
+
+// What a shell hands over as <(command) or /dev/stdin is a pipe with a name.
+TEST_F(KomutTest, SqlReadsAPipe) {
+  rows("BIR", "x");
+  const std::string pipe = (cli.dizin / "boru").string();
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  std::thread writer([&] { std::ofstream(pipe) << "SELECT BIR"; });
+  EXPECT_EQ(cli.calistir({"sql", "--db", "D", "-i", pipe}), 0) << cli.err;
+  writer.join();
+  EXPECT_EQ(cli.out, "a\nx\n");
 }
 
 TEST_F(KomutTest, ErrorEndsItsBatchOnly) {

@@ -71,6 +71,19 @@ class Baglam {
     const auto rows = s.oturum.Baglanti->query(sql);
     return rows && rows->count() > 0 ? rows->value(0, 0).trimmed() : "<yok>";
   }
+  // Rows joined by newlines, values by '|'; text is trimmed at its end.
+  std::string satirlar(const std::string& sql) {
+    const auto rows = baglan("FIRMA").query(sql);
+    std::string out;
+    for (std::int64_t r = 0; rows && r < rows->count(); ++r) {
+      if (r > 0) out += '\n';
+      for (std::size_t c = 0; c < rows->fields().size(); ++c) {
+        const db::Value value = rows->value(r, static_cast<int>(c));
+        out += (c > 0 ? "|" : "") + (value.isNull() ? "NULL" : value.trimmed());
+      }
+    }
+    return out;
+  }
 
   fs::path klasor;
   support::FakeSurroundings s;

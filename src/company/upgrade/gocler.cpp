@@ -1,5 +1,6 @@
 #include "company/upgrade/gocler.h"
 
+#include <algorithm>
 #include <string_view>
 #include <vector>
 
@@ -45,14 +46,6 @@ const std::vector<Goc>& gocTablosu() {
        true},
       {"ODEMEHAREKET", "Isyeri_ID", Kosul::Eklenince, {odemeMetni("Isyeri_ID")}, odemeKutusu},
       {"ODEMEHAREKET", "Ozel", Kosul::Eklenince, {odemeMetni("Ozel")}, odemeKutusu},
-      {"FATURAHAREKET",
-       "ISK",
-       Kosul::Degisince,
-       {"ALTER TABLE FATURAHAREKET ADD ISKYEDEK CHAR(20)",
-        "UPDATE FATURAHAREKET SET ISKYEDEK=ISK WHERE NOT ISK IS NULL",
-        "ALTER TABLE FATURAHAREKET DROP COLUMN ISK", "ALTER TABLE FATURAHAREKET ADD ISK CHAR(20)",
-        "UPDATE FATURAHAREKET SET ISK=ISKYEDEK WHERE NOT ISKYEDEK IS NULL"},
-       {}},
       {"STOKKART", "AktifBirim", Kosul::Eklenince, {"UPDATE STOKKART SET AktifBirim=Ana_Birim"}, {}},
       {"MUHKART",
        "Ana_Hesap_Kod",
@@ -116,6 +109,40 @@ bool applies(const Goc& goc, Sonuc sonuc) {
   return goc.kosul == Kosul::Eklenince ? sonuc == Sonuc::Eklendi : sonuc != Sonuc::Degismedi;
 }
 
+// Discounts go into a column of their own and back; together, or the column would be gone without its values.
+// A copy that an earlier move left behind holds old texts, unless it broke off after the column was dropped:
+// then it holds the only ones.
+Gocler iskontoGocu(const SemaGoruntusu& sema, Sonuc sonuc) {
+  Gocler out{{"ALTER TABLE FATURAHAREKET ADD ISKYEDEK CHAR(20)",
+              "UPDATE FATURAHAREKET SET ISKYEDEK=ISK WHERE NOT ISK IS NULL",
+              "ALTER TABLE FATURAHAREKET DROP COLUMN ISK", "ALTER TABLE FATURAHAREKET ADD ISK CHAR(20)",
+              "UPDATE FATURAHAREKET SET ISK=ISKYEDEK WHERE NOT ISKYEDEK IS NULL"},
+             true};
+  if (!sema.kolon("FATURAHAREKET", "ISKYEDEK")) return out;
+  if (sonuc == Sonuc::Eklendi)
+    out.deyimler.erase(out.deyimler.begin());
+  else
+    out.deyimler.front() = "UPDATE FATURAHAREKET SET ISKYEDEK=NULL";
+  return out;
+}
+
+// Names the rows for which the move was refused.
+std::string iskontoKutusu(Yurutucu& y) {
+  constexpr std::int64_t named = 20;
+  std::string text =
+      "FATURAHAREKET.ISK kolonu CHAR(20) yapılamadı ve olduğu gibi bırakıldı; hiçbir iskonto değişmedi.";
+  const auto rows = y.oku(
+      "SELECT Fatura_Hareket_ID,Fis_No,Islem_No,CONVERT(VARCHAR(8000),ISK) FROM FATURAHAREKET WHERE "
+      "LEN(CONVERT(VARCHAR(8000),ISK))>20 ORDER BY Fatura_Hareket_ID");
+  if (!rows || rows->count() == 0) return text;
+  text += "\n20 karaktere sığmayanlar:";
+  for (std::int64_t r = 0; r < std::min(rows->count(), named); ++r)
+    text += "\nHareket " + rows->value(r, 0).text() + ", fiş " + rows->value(r, 1).trimmed() + ", satır " +
+            rows->value(r, 2).text() + ": " + rows->value(r, 3).trimmed();
+  if (rows->count() > named) text += "\n… ve " + std::to_string(rows->count() - named) + " satır daha";
+  return text;
+}
+
 bool rowsIn(Yurutucu& y, const std::string& tablo) {
   const auto rows = y.oku("SELECT TOP 1 1 FROM " + tablo);
   return rows && rows->count() > 0;
@@ -123,14 +150,17 @@ bool rowsIn(Yurutucu& y, const std::string& tablo) {
 
 }  // namespace
 
-std::vector<std::string> kolonGocu(Yurutucu& y, const std::string& tablo, const std::string& kolon,
-                                   Sonuc sonuc) {
+Gocler kolonGocu(Yurutucu& y, const SemaGoruntusu& sema, const std::string& tablo, const std::string& kolon,
+                 Sonuc sonuc) {
   if (sonuc == Sonuc::Eklendi && tablo == "MUHKART" && kolon == "HesapSeviyesi")
-    return Hesap_Seviyesi_Hesapla(y);
-  if (sonuc == Sonuc::Eklendi && tablo == "AMBTRS" && kolon == "Karsi_Ambar_No") return Karsi_Ambar_Doldur(y);
+    return {Hesap_Seviyesi_Hesapla(y)};
+  if (sonuc == Sonuc::Eklendi && tablo == "AMBTRS" && kolon == "Karsi_Ambar_No")
+    return {Karsi_Ambar_Doldur(y)};
+  if (sonuc != Sonuc::Degismedi && tablo == "FATURAHAREKET" && kolon == "ISK")
+    return iskontoGocu(sema, sonuc);
   for (const Goc& goc : gocTablosu())
     if (goc.tablo == tablo && goc.kolon == kolon && !goc.satirVarsa && applies(goc, sonuc))
-      return goc.statements;
+      return {goc.statements};
   return {};
 }
 
@@ -144,6 +174,8 @@ void gocleriBitir(Yurutucu& y, const std::string& tablo, const TabloSonucu& sonu
       refused = !y.onar(goc.statements.front());
     if (refused && !goc.kutu.empty()) y.oturum().kutular->message(std::string(goc.kutu), session::Icon::Stop);
   }
+  if (tablo == "FATURAHAREKET" && sonuc.basarisizGocler.contains("ISK"))
+    y.oturum().kutular->message(iskontoKutusu(y), session::Icon::Stop);
 }
 
 }  // namespace company::upgrade

@@ -9,8 +9,8 @@
 namespace company::upgrade {
 
 // What must follow the column: its statements, or none. Reads the rows that a migration walks.
-std::vector<std::string> kolonGocu(Yurutucu& yurutucu, const std::string& tablo, const std::string& kolon,
-                                   Sonuc sonuc);
+Gocler kolonGocu(Yurutucu& yurutucu, const SemaGoruntusu& sema, const std::string& tablo,
+                 const std::string& kolon, Sonuc sonuc);
 
 // The rest, once the table's columns stand: what is served only when the table has rows, and the boxes
 // about refused migrations.

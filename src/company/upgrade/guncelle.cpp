@@ -59,7 +59,9 @@ void rememberTable(SemaGoruntusu& sema, const TableDef& table) {
   for (const catalog::ColumnDef& column : table.columns) {
     if (table.stage == Stage::Base && column.stage != Stage::Base) continue;
     const TipBoy tip = tipBoy(column.baseType);
-    sema.kolonYaz(table.name, column.name, {tip.type, tip.length, table.mayBeNull(column), column.identity});
+    sema.kolonYaz(
+        table.name, column.name,
+        {tip.type, tip.length, table.mayBeNull(column), column.identity, !column.defaultSql.empty()});
   }
 }
 
@@ -119,7 +121,7 @@ void kolonlariDuzenle(Yurutucu& y, SemaGoruntusu& sema) {
     y.mesaj(table->name + " Kontrol Ediliyor");
     const TabloSonucu sonuc = tabloyuDuzenle(
         y, sema, *table, year,
-        [&](const std::string& kolon, Sonuc fark) { return kolonGocu(y, table->name, kolon, fark); });
+        [&](const std::string& kolon, Sonuc fark) { return kolonGocu(y, sema, table->name, kolon, fark); });
     gocleriBitir(y, table->name, sonuc);
   }
   for (const TableDef* table : tables)
@@ -168,6 +170,7 @@ void run(Yurutucu& y, const std::string& firmaAdi) {
                                        schema::triggerOrder(Stage::Upgrade).size() + 5));
   y.sayilar().gonderilen += 2;
   SemaGoruntusu sema = SemaGoruntusu::oku(y.baglanti());
+  y.denemeyeBasla();
   for (const char* statement : bosOnarimlari) y.onar(statement);
   tablolariOlustur(y, sema);
   kolonlariDuzenle(y, sema);
@@ -175,6 +178,7 @@ void run(Yurutucu& y, const std::string& firmaAdi) {
   satirlariOnar(y);
   sonuBagla(y);
   Gorunumleri_Yaz(y, sema);
+  y.denemeyiBitir();
   Surum_Yaz(y, firmaAdi);
   y.genelBitir();
   y.mesaj("");
@@ -283,6 +287,7 @@ GuncellemeSonucu Veritabani_Guncelle(session::Oturum& o, const std::string& firm
     sonuc.tamamlandi = true;
   } catch (const db::SqlError& error) {
     sonuc.hata = error.what();
+    y.denemeyiBitir();
   }
   sonuc.sayilar = y.sayilar();
   return sonuc;

@@ -22,8 +22,8 @@ struct GuncellemeSonucu {
   Sayilar sayilar;
 };
 
-// The whole run on the database `firmaAdi`. With `deneme` every writing statement goes there instead of
-// to the server.
+// The whole run on the database `firmaAdi`. With `deneme` it is taken back at its end, and every writing
+// statement is told there.
 GuncellemeSonucu Veritabani_Guncelle(session::Oturum& oturum, const std::string& firmaAdi,
                                      Yurutucu::Dinleyici deneme = {});
 

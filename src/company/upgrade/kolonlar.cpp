@@ -15,17 +15,20 @@ std::string typeText(const KolonIstegi& istek) {
   return isCharType(istek.Tip) ? istek.Tip + "(" + std::to_string(istek.Boy) + ") " : istek.Tip;
 }
 
+bool hasDefault(const KolonIstegi& istek) {
+  return !istek.Bos_Gecer && !istek.Varsayilan.empty();
+}
+
 // What stands behind ADD for one column.
 std::string columnClause(const KolonIstegi& istek) {
   std::string text = istek.Kolon + " " + typeText(istek);
-  if (!istek.Bos_Gecer && !istek.Varsayilan.empty()) text += " NOT NULL DEFAULT " + istek.Varsayilan;
+  if (hasDefault(istek)) text += " NOT NULL DEFAULT " + istek.Varsayilan;
   if (istek.Kimlik) text += " NOT NULL IDENTITY";
   return text;
 }
 
 std::string fillClause(const KolonIstegi& istek) {
-  const bool bare = istek.Tip == "MONEY" || istek.Tip == "FLOAT" || istek.Tip == "INT";
-  return istek.Kolon + "=" + (bare ? istek.Varsayilan : "'" + db::escape(istek.Varsayilan) + "'");
+  return istek.Kolon + "=" + doldurmaDegeri(istek.Tip, istek.Varsayilan);
 }
 
 bool isFilled(const KolonIstegi& istek) {
@@ -34,7 +37,7 @@ bool isFilled(const KolonIstegi& istek) {
 
 // Rebuilds the table through a copy. Indexes, keys and triggers are not carried over, and that is how
 // this route is meant to work. All or nothing: a refused copy must not cost the table.
-void rebuildTable(Yurutucu& y, const KolonIstegi& istek) {
+void rebuildTable(Yurutucu& y, SemaGoruntusu& sema, const KolonIstegi& istek) {
   std::string alter = "ALTER TABLE YEDEK ALTER COLUMN " + istek.Kolon + " " + typeText(istek);
   if (!istek.Bos_Gecer) alter += " NOT NULL";
   if (!istek.Varsayilan.empty())
@@ -45,31 +48,50 @@ void rebuildTable(Yurutucu& y, const KolonIstegi& istek) {
                {"DROP TABLE " + istek.Tablo},
                {alter},
                {"SELECT * INTO " + istek.Tablo + " FROM YEDEK"},
-               {"DROP TABLE YEDEK"}}))
+               {"DROP TABLE YEDEK"}})) {
     ++y.sayilar().degisen;
-  else
+    sema.varsayilanlariSil(istek.Tablo);
+  } else {
     ++y.sayilar().reddedilen;
+  }
+}
+
+void restoreDefaults(Yurutucu& y, const SemaGoruntusu& sema, const std::vector<KolonIstegi>& istekler) {
+  for (const KolonIstegi& istek : istekler) {
+    const KolonDurumu* durum = sema.kolon(istek.Tablo, istek.Kolon);
+    if (!durum || durum->varsayilanli || durum->nullable || !hasDefault(istek)) continue;
+    if (y.calistir("ALTER TABLE " + istek.Tablo + " ADD DEFAULT " + istek.Varsayilan + " FOR " + istek.Kolon))
+      ++y.sayilar().degisen;
+  }
 }
 
 // A column of one table with its difference and what follows it.
 struct Is {
   const KolonIstegi* istek;
-  std::vector<std::string> gocler;
+  Gocler gocler;
 };
 
 void appendMigrations(std::vector<Yurutucu::Adim>& adimlar, const Is& is) {
-  for (const std::string& statement : is.gocler) adimlar.push_back({statement, true});
+  for (const std::string& statement : is.gocler.deyimler) adimlar.push_back({statement, true});
 }
 
-void migrateOneByOne(Yurutucu& y, const Is& is, TabloSonucu& sonuc) {
-  for (const std::string& statement : is.gocler)
+void migrateAlone(Yurutucu& y, const Is& is, TabloSonucu& sonuc) {
+  if (is.gocler.birlikte) {
+    std::vector<Yurutucu::Adim> adimlar;
+    appendMigrations(adimlar, is);
+    if (y.butun(adimlar)) return;
+    ++y.sayilar().reddedilen;
+    sonuc.basarisizGocler.insert(is.istek->Kolon);
+    return;
+  }
+  for (const std::string& statement : is.gocler.deyimler)
     if (!y.onar(statement)) sonuc.basarisizGocler.insert(is.istek->Kolon);
 }
 
 void remember(Yurutucu& y, SemaGoruntusu& sema, const KolonIstegi& istek) {
   ++y.sayilar().eklenen;
   const bool nullable = istek.Bos_Gecer || (istek.Varsayilan.empty() && !istek.Kimlik);
-  sema.kolonYaz(istek.Tablo, istek.Kolon, {istek.Tip, istek.Boy, nullable, istek.Kimlik});
+  sema.kolonYaz(istek.Tablo, istek.Kolon, {istek.Tip, istek.Boy, nullable, istek.Kimlik, hasDefault(istek)});
 }
 
 std::vector<Yurutucu::Adim> additionSteps(const KolonIstegi& istek) {
@@ -80,12 +102,12 @@ std::vector<Yurutucu::Adim> additionSteps(const KolonIstegi& istek) {
 
 void addAlone(Yurutucu& y, SemaGoruntusu& sema, const Is& is, TabloSonucu& sonuc) {
   std::vector<Yurutucu::Adim> adimlar = additionSteps(*is.istek);
-  if (!is.gocler.empty()) {
+  if (!is.gocler.deyimler.empty()) {
     appendMigrations(adimlar, is);
     if (y.butun(adimlar)) return remember(y, sema, *is.istek);
   }
   Kolon_Duzenle(y, sema, *is.istek);
-  migrateOneByOne(y, is, sonuc);
+  migrateAlone(y, is, sonuc);
 }
 
 void addTogether(Yurutucu& y, SemaGoruntusu& sema, const std::vector<Is>& added, TabloSonucu& sonuc) {
@@ -106,7 +128,7 @@ void addTogether(Yurutucu& y, SemaGoruntusu& sema, const std::vector<Is>& added,
 }
 
 void changeAlone(Yurutucu& y, SemaGoruntusu& sema, const Is& is, TabloSonucu& sonuc) {
-  if (!is.gocler.empty() && !is.istek->Yedekle) {
+  if (!is.gocler.deyimler.empty() && !is.istek->Yedekle) {
     std::vector<Yurutucu::Adim> adimlar{{degistirmeMetni(*is.istek)}};
     appendMigrations(adimlar, is);
     if (y.butun(adimlar)) {
@@ -115,7 +137,7 @@ void changeAlone(Yurutucu& y, SemaGoruntusu& sema, const Is& is, TabloSonucu& so
     }
   }
   Kolon_Duzenle(y, sema, *is.istek);
-  migrateOneByOne(y, is, sonuc);
+  migrateAlone(y, is, sonuc);
 }
 
 }  // namespace
@@ -157,6 +179,11 @@ std::string doldurmaMetni(const KolonIstegi& istek) {
   return isFilled(istek) ? "UPDATE " + istek.Tablo + " SET " + fillClause(istek) : "";
 }
 
+std::string doldurmaDegeri(const std::string& tip, const std::string& deger) {
+  const bool bare = tip == "MONEY" || tip == "FLOAT" || tip == "INT";
+  return bare ? deger : "'" + db::escape(deger) + "'";
+}
+
 std::string degistirmeMetni(const KolonIstegi& istek) {
   std::string text = "ALTER TABLE " + istek.Tablo + " ALTER COLUMN " + istek.Kolon + " " + typeText(istek);
   if (!istek.Bos_Gecer) text += " NOT NULL";
@@ -178,7 +205,7 @@ Sonuc Kolon_Duzenle(Yurutucu& y, SemaGoruntusu& sema, const KolonIstegi& istek) 
     return sonuc;
   }
   if (istek.Yedekle)
-    rebuildTable(y, istek);
+    rebuildTable(y, sema, istek);
   else if (y.calistir(degistirmeMetni(istek)))
     ++y.sayilar().degisen;
   return sonuc;
@@ -196,19 +223,24 @@ TabloSonucu tabloyuDuzenle(Yurutucu& y, SemaGoruntusu& sema, const catalog::Tabl
                            const GocKaynagi& gocler) {
   TabloSonucu out;
   std::vector<KolonIstegi> istekler;
-  std::vector<Is> added, alone;
+  std::vector<Is> rebuilt, added, alone;
+  bool mayBeRebuilt = false;
   for (const catalog::ColumnDef& column : table.columns)
     if (!column.dropped) istekler.push_back(kolonIstegi(table, column, year));
   for (const KolonIstegi& istek : istekler) {
+    mayBeRebuilt |= istek.Yedekle;
     const Sonuc sonuc = kolonFarki(sema, istek);
     out.kolonlar[istek.Kolon] = sonuc;
     if (sonuc == Sonuc::Degismedi) continue;
     // A name with a trailing blank never matches the column that it adds; it must not spoil the others.
     const bool together = sonuc == Sonuc::Eklendi && istek.Kolon.back() != ' ';
-    (together ? added : alone).push_back({&istek, gocler(istek.Kolon, sonuc)});
+    const bool rebuild = sonuc != Sonuc::Eklendi && istek.Yedekle;
+    (rebuild ? rebuilt : together ? added : alone).push_back({&istek, gocler(istek.Kolon, sonuc)});
   }
+  for (const Is& is : rebuilt) changeAlone(y, sema, is, out);
   if (!added.empty()) addTogether(y, sema, added, out);
   for (const Is& is : alone) changeAlone(y, sema, is, out);
+  if (mayBeRebuilt) restoreDefaults(y, sema, istekler);
   return out;
 }
 

@@ -1,9 +1,14 @@
 #include "company/upgrade/onarim.h"
 
 #include <algorithm>
+#include <array>
+#include <iterator>
+#include <map>
 #include <string_view>
 #include <utility>
 
+#include "company/schema/schema.h"
+#include "company/upgrade/kolonlar.h"
 #include "db/value.h"
 
 namespace company::upgrade {
@@ -18,40 +23,40 @@ constexpr std::string_view movedColumns[] = {
     "YR_Saat",  "Deg_Kullanici", "Deg_Tarih",    "Deg_Saat",  "BTutar",       "Islem_Tipi",
 };
 
-int columnOf(const db::Rows& rows, std::string_view name) {
-  const auto same = [](char a, char b) { return (a | 0x20) == (b | 0x20); };
-  for (std::size_t i = 0; i < rows.fields().size(); ++i)
-    if (std::ranges::equal(rows.fields()[i].name, name, same)) return static_cast<int>(i);
-  return -1;
+constexpr const char* tahsilat = "Kredi Kartı Tahsilat";
+
+// What a collection without currency is worth, as card rows have it elsewhere.
+constexpr std::array<std::pair<std::string_view, const char*>, 3> dovizsiz{
+    {{"Doviz_ID", "1"}, {"KUR", "0"}, {"Dovizli_Tutar", "0"}}};
+
+// Columns of the new row and, for each, the expression that gives it from the old one.
+using Esleme = std::vector<std::pair<std::string, std::string>>;
+
+std::string sourceOf(const SemaGoruntusu& sema, const catalog::ColumnDef& target) {
+  if (sema.kolon("POSHAREKET", target.name))
+    return target.nullable || target.defaultSql.empty()
+               ? target.name
+               : "ISNULL(" + target.name + "," + target.defaultSql + ")";
+  for (const auto& [name, value] : dovizsiz)
+    if (name == target.name) return value;
+  return "";
 }
 
-db::Value at(const db::Rows& rows, std::int64_t row, std::string_view name) {
-  const int column = columnOf(rows, name);
-  return column < 0 ? db::Value() : rows.value(row, column);
-}
-
-std::int64_t dayNumber(const db::DateTime& d) {  // civil days, for differences only
-  const int y = d.month <= 2 ? d.year - 1 : d.year;
-  const int m = d.month <= 2 ? d.month + 9 : d.month - 3;
-  return 365LL * y + y / 4 - y / 100 + y / 400 + (153 * m + 2) / 5 + d.day;
-}
-
-// CARIHAREKET.Vade counts days; the movement falls due when the bank pays it out.
-db::Value dueDays(const db::Rows& rows, std::int64_t row) {
-  const db::Value from = at(rows, row, "Islem_Tarih"), to = at(rows, row, "Hesaba_Aktarim_Tarih");
-  const auto *start = from.as<db::DateTime>(), *end = to.as<db::DateTime>();
-  if (!start || !end) return db::Value(0);
-  return db::Value(dayNumber(*end) - dayNumber(*start));
-}
-
-// The columns of a CARIHAREKET row with their values; what is NULL is left to its default.
-std::vector<std::pair<std::string, db::Value>> cariRow(const SemaGoruntusu& sema, const db::Rows& pos,
-                                                       std::int64_t row) {
-  std::vector<std::pair<std::string, db::Value>> out{
-      {"Tarih", at(pos, row, "Islem_Tarih")}, {"Vade", dueDays(pos, row)}, {"ATutar", at(pos, row, "Tutar")}};
-  for (const std::string_view name : movedColumns)
-    if (sema.kolon("CARIHAREKET", name)) out.emplace_back(name, at(pos, row, name));
-  std::erase_if(out, [](const auto& field) { return field.second.isNull(); });
+// What the upgrade writes into a row that it finds, it writes into this one, too.
+Esleme cariRow(const SemaGoruntusu& sema) {
+  // CARIHAREKET.Vade counts days; the movement falls due when the bank pays it out.
+  Esleme out{{"Tarih", "Islem_Tarih"},
+             {"Vade", "ISNULL(DATEDIFF(d,Islem_Tarih,Hesaba_Aktarim_Tarih),0)"},
+             {"ATutar", "Tutar"}};
+  for (const catalog::ColumnDef& column : schema::table("CARIHAREKET")->columns) {
+    if (!sema.kolon("CARIHAREKET", column.name)) continue;
+    std::string source;
+    if (std::ranges::find(movedColumns, column.name) != std::end(movedColumns))
+      source = sourceOf(sema, column);
+    else if (column.hasFill)
+      source = doldurmaDegeri(tipBoy(column.type).type, column.fill);
+    if (!source.empty()) out.emplace_back(column.name, source);
+  }
   return out;
 }
 
@@ -59,22 +64,53 @@ std::string equals(const std::string& column, const db::Value& value) {
   return column + (value.isNull() ? " IS NULL" : "=" + db::literal(value));
 }
 
+struct Tahsilat {
+  std::string id;
+  std::string statements;  // the new row, and the old one's link to it
+};
+
 // The new row is found by its number and kind; of two such rows the first gives the link.
-std::vector<Yurutucu::Adim> moveSteps(const SemaGoruntusu& sema, const db::Rows& pos, std::int64_t row) {
+std::vector<Tahsilat> collections(const SemaGoruntusu& sema, const db::Rows& pos) {
   std::string names, values;
-  for (const auto& [name, value] : cariRow(sema, pos, row)) {
+  for (const auto& [name, value] : cariRow(sema)) {
     names += (names.empty() ? "" : ",") + name;
-    values += (values.empty() ? "" : ",") + db::literal(value);
+    values += (values.empty() ? "" : ",") + value;
   }
-  const std::string id = at(pos, row, "PosHareket_ID").text();
-  const db::Value type = at(pos, row, "Islem_Tipi");
-  return {
-      {"INSERT INTO CARIHAREKET (" + names + ") VALUES (" + values + ")", true},
-      {"UPDATE POSHAREKET SET Satis_ID=(SELECT TOP 1 Cari_Hareket_ID FROM CARIHAREKET WHERE " +
-       equals("Fis_No", at(pos, row, "Fis_No")) + " AND " + equals("Islem_Tipi", type) +
-       " ORDER BY Cari_Hareket_ID) WHERE PosHareket_ID=" + id},
-      {"UPDATE MUHASEBEBAGLANTI SET Entegre_ID=(SELECT Satis_ID FROM POSHAREKET WHERE PosHareket_ID=" + id +
-       ") WHERE Entegre_ID=" + id + " AND " + equals("Entegre_Islem_Tipi", type) + " AND Modul_No=2"}};
+  std::vector<Tahsilat> out;
+  for (std::int64_t r = 0; r < pos.count(); ++r) {
+    const std::string id = pos.value(r, 0).text(), where = " WHERE PosHareket_ID=" + id + "\n";
+    out.push_back(
+        {id, "INSERT INTO CARIHAREKET (" + names + ") SELECT " + values + " FROM POSHAREKET" + where +
+                 "UPDATE POSHAREKET SET Satis_ID=(SELECT TOP 1 Cari_Hareket_ID FROM CARIHAREKET WHERE " +
+                 equals("Fis_No", pos.value(r, 1)) + " AND " + equals("Islem_Tipi", pos.value(r, 2)) +
+                 " ORDER BY Cari_Hareket_ID)" + where});
+  }
+  return out;
+}
+
+// Ledger links by the collection that they name. They are told by their own numbers: a new row may have the
+// number of a collection whose turn comes later.
+std::map<std::string, std::string> ledgerLinks(Yurutucu& y) {
+  std::map<std::string, std::string> out;
+  const auto rows = y.oku("SELECT Baglanti_ID,Entegre_ID FROM MUHASEBEBAGLANTI WHERE Entegre_Islem_Tipi='" +
+                          std::string(tahsilat) + "' AND Modul_No=2 ORDER BY Baglanti_ID");
+  for (std::int64_t r = 0; rows && r < rows->count(); ++r) {
+    std::string& ids = out[rows->value(r, 1).text()];
+    ids += (ids.empty() ? "" : ",") + rows->value(r, 0).text();
+  }
+  return out;
+}
+
+std::vector<Yurutucu::Adim> moveSteps(const std::vector<Tahsilat>& all,
+                                      const std::map<std::string, std::string>& links) {
+  std::vector<Yurutucu::Adim> out;
+  for (const Tahsilat& each : all) out.push_back({each.statements, true, 1});
+  for (const Tahsilat& each : all)
+    if (const auto link = links.find(each.id); link != links.end())
+      out.push_back(
+          {"UPDATE MUHASEBEBAGLANTI SET Entegre_ID=(SELECT Satis_ID FROM POSHAREKET WHERE PosHareket_ID=" +
+           each.id + ") WHERE Baglanti_ID IN (" + link->second + ")\n"});
+  return Yurutucu::yiginlar(out);
 }
 
 }  // namespace
@@ -119,13 +155,18 @@ std::vector<std::string> Karsi_Ambar_Doldur(Yurutucu& y) {
 
 void Kredi_Tahsilat_Tasi(Yurutucu& y, const SemaGoruntusu& sema) {
   y.mesaj("Kredi Kartı Tahsilatları Kontrol Ediliyor.");
-  const auto pos =
-      y.oku("SELECT * FROM POSHAREKET WHERE ISNULL(Satis_ID,0)=0 AND Islem_Tipi='Kredi Kartı Tahsilat'");
-  if (!pos) return;
-  for (std::int64_t r = 0; r < pos->count(); ++r) {
-    if (!y.butun(moveSteps(sema, *pos, r))) ++y.sayilar().reddedilen;
-    y.adim(r + 1, pos->count());
-  }
+  const auto pos = y.oku(
+      "SELECT PosHareket_ID,Fis_No,Islem_Tipi FROM POSHAREKET WHERE ISNULL(Satis_ID,0)=0 AND Islem_Tipi='" +
+      std::string(tahsilat) + "' ORDER BY PosHareket_ID");
+  if (!pos || pos->count() == 0) return;
+  const auto links = ledgerLinks(y);
+  std::vector<Tahsilat> all = collections(sema, *pos);
+  for (std::int64_t r = 0; r < pos->count(); ++r) y.adim(r + 1, pos->count());
+  if (y.butun(moveSteps(all, links))) return;
+  // Those that the server refuses stay where they are.
+  y.sayilar().reddedilen += static_cast<std::int64_t>(
+      std::erase_if(all, [&](const Tahsilat& each) { return !y.kabulEdilir(each.statements); }));
+  if (!all.empty() && !y.butun(moveSteps(all, links))) ++y.sayilar().reddedilen;
 }
 
 void saticilariBagla(Yurutucu& y) {
@@ -134,12 +175,13 @@ void saticilariBagla(Yurutucu& y) {
       "SATICI.Satici_Kodu=LTRIM(RTRIM(PERSONELKARTI.Kod)) ORDER BY PERSONELKARTI.Personel_ID, "
       "SATICI.Satici_ID");
   if (!pairs) return;
-  std::vector<std::string> statements;
+  std::vector<Yurutucu::Adim> adimlar;
   for (std::int64_t r = 0; r < pairs->count(); ++r)
     if (r == 0 || pairs->value(r, 0) != pairs->value(r - 1, 0))  // the first seller of a code
-      statements.push_back("UPDATE SATICI SET Personel_ID=" + pairs->value(r, 0).text() +
-                           " WHERE Satici_ID=" + pairs->value(r, 1).text());
-  if (!y.topluca(statements)) ++y.sayilar().reddedilen;
+      adimlar.push_back({"UPDATE SATICI SET Personel_ID=" + pairs->value(r, 0).text() +
+                             " WHERE Satici_ID=" + pairs->value(r, 1).text() + "\n",
+                         true, 1});
+  if (!adimlar.empty() && !y.butun(Yurutucu::yiginlar(adimlar))) ++y.sayilar().reddedilen;
 }
 
 }  // namespace company::upgrade

@@ -18,7 +18,7 @@ std::vector<std::string> Hesap_Seviyesi_Hesapla(Yurutucu& yurutucu);
 std::vector<std::string> Karsi_Ambar_Doldur(Yurutucu& yurutucu);
 
 // Moves card collections that belong to no sale from POSHAREKET to CARIHAREKET, their ledger links with
-// them; each row whole or not at all.
+// them, in one transaction; those that the server refuses stay.
 void Kredi_Tahsilat_Tasi(Yurutucu& yurutucu, const SemaGoruntusu& sema);
 
 // Writes Personel_ID of each person into the salesman of the same code.

@@ -58,7 +58,8 @@ SemaGoruntusu SemaGoruntusu::oku(db::Connection& connection) {
   }
   const auto rows = connection.query(
       "SELECT sysobjects.name, syscolumns.name, systypes.name, syscolumns.length, syscolumns.isnullable, "
-      "syscolumns.colstat FROM syscolumns, systypes, sysobjects WHERE syscolumns.xtype=systypes.xtype AND "
+      "syscolumns.colstat, syscolumns.cdefault FROM syscolumns, systypes, sysobjects WHERE "
+      "syscolumns.xtype=systypes.xtype AND "
       "systypes.xusertype=systypes.xtype AND syscolumns.id=sysobjects.id AND sysobjects.type='U'");
   if (!rows) return out;
   for (std::int64_t r = 0; r < rows->count(); ++r) {
@@ -67,6 +68,7 @@ SemaGoruntusu SemaGoruntusu::oku(db::Connection& connection) {
     durum.length = static_cast<int>(rows->value(r, 3).integer());
     durum.nullable = rows->value(r, 4).boolean();
     durum.identity = (rows->value(r, 5).integer() & 1) != 0;
+    durum.varsayilanli = rows->value(r, 6).integer() != 0;
     out.kolonYaz(rows->value(r, 0).trimmed(), rows->value(r, 1).text(), std::move(durum));
   }
   return out;
@@ -105,6 +107,10 @@ void SemaGoruntusu::kolonYaz(std::string_view tablo, std::string_view kolon, Kol
 void SemaGoruntusu::kolonSil(std::string_view tablo, std::string_view kolon) {
   const auto table = kolonlar_.find(folded(tablo));
   if (table != kolonlar_.end()) table->second.erase(folded(kolon));
+}
+
+void SemaGoruntusu::varsayilanlariSil(std::string_view tablo) {
+  for (auto& [ad, durum] : kolonlar_[folded(tablo)]) durum.varsayilanli = false;
 }
 
 }  // namespace company::upgrade

@@ -14,6 +14,7 @@ struct KolonDurumu {
   int length = 0;    // as syscolumns.length reports it
   bool nullable = true;
   bool identity = false;
+  bool varsayilanli = false;  // has a declared default
 };
 
 class SemaGoruntusu {
@@ -31,6 +32,7 @@ class SemaGoruntusu {
   void nesneSil(std::string_view ad);
   void kolonYaz(std::string_view tablo, std::string_view kolon, KolonDurumu durum);
   void kolonSil(std::string_view tablo, std::string_view kolon);
+  void varsayilanlariSil(std::string_view tablo);
 
  private:
   std::map<std::string, std::string> nesneler_;  // folded name -> type

@@ -6,14 +6,16 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "cli/ortam.h"
 
 namespace cli {
 
 struct Secenek {
-  enum class Tur { Metin, Bayrak, Konum };  // with a value, without one, by position
-  std::string_view ad;                      // as typed: "--db", "-i,--girdi", "IFADE"
+  // With a value, without one, by position, with a value each time it is given.
+  enum class Tur { Metin, Bayrak, Konum, Coklu };
+  std::string_view ad;  // as typed: "--db", "-i,--girdi", "IFADE"
   std::string_view aciklama;
   bool zorunlu = false;
   Tur tur = Tur::Metin;
@@ -24,14 +26,21 @@ struct Secenek {
 class Degerler {
  public:
   void koy(std::string ad, std::string deger) { degerler_[std::move(ad)] = std::move(deger); }
+  void ekle(const std::string& ad, std::string deger) { coklular_[ad].push_back(std::move(deger)); }
   bool var(std::string_view ad) const { return degerler_.contains(ad); }
   std::string metin(std::string_view ad, std::string_view yoksa = "") const {
     const auto at = degerler_.find(ad);
     return at == degerler_.end() ? std::string(yoksa) : at->second;
   }
+  const std::vector<std::string>& liste(std::string_view ad) const {
+    static const std::vector<std::string> bos;
+    const auto at = coklular_.find(ad);
+    return at == coklular_.end() ? bos : at->second;
+  }
 
  private:
   std::map<std::string, std::string, std::less<>> degerler_;
+  std::map<std::string, std::vector<std::string>, std::less<>> coklular_;
 };
 
 struct Komut {
@@ -51,5 +60,10 @@ const Komut& firmaSilKomutu();
 const Komut& guncelleKomutu();
 const Komut& ornekVeriKomutu();
 const Komut& semaKomutu();
+const Komut& parametreKomutu();
+const Komut& parametreKopyalaKomutu();
+const Komut& parametreKarsilastirKomutu();
+const Komut& numaraKomutu();
+const Komut& tanimKomutu();
 
 }  // namespace cli

@@ -15,8 +15,17 @@ namespace {
 constexpr std::string_view exitCodes =
     "Çıkış kodları: 0 tamam, 1 işlem reddedildi ya da yapılamadı, 2 yanlış kullanım.";
 
-constexpr std::array commands = {kurKomutu,      sqlKomutu,      firmaListeleKomutu, firmaOlusturKomutu,
-                                 firmaSilKomutu, guncelleKomutu, ornekVeriKomutu,    semaKomutu};
+constexpr std::array commands = {kurKomutu,
+                                 sqlKomutu,
+                                 firmaListeleKomutu,
+                                 firmaOlusturKomutu,
+                                 firmaSilKomutu,
+                                 guncelleKomutu,
+                                 ornekVeriKomutu,
+                                 semaKomutu,
+                                 parametreKomutu,
+                                 parametreKopyalaKomutu,
+                                 parametreKarsilastirKomutu};
 
 std::string valueName(std::string_view option) {
   const auto last = option.substr(option.rfind(',') + 1);  // npos + 1 is 0
@@ -60,6 +69,10 @@ void addOption(CLI::App& app, const Secenek& secenek) {
   option->type_name(secenek.tur == Secenek::Tur::Konum ? "" : std::string(secenek.degerAdi));
   option->type_size(1);
   option->expected(1);
+  if (secenek.tur == Secenek::Tur::Coklu)
+    option->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->expected(1, 1 << 20)
+        ->allow_extra_args(false);
 }
 
 CLI::App* addCommand(CLI::App& app, const Komut& komut) {
@@ -80,6 +93,10 @@ Degerler valuesOf(CLI::App& sub, const Komut& komut) {
     const std::string spelling(secenek.ad.substr(secenek.ad.rfind(',') + 1));
     const CLI::Option* option = sub.get_option(spelling);
     if (option->count() == 0) continue;
+    if (secenek.tur == Secenek::Tur::Coklu) {
+      for (const std::string& result : option->results()) values.ekle(name, result);
+      continue;
+    }
     values.koy(name, secenek.tur == Secenek::Tur::Bayrak ? "1" : option->results().back());
   }
   return values;

@@ -1,6 +1,7 @@
 #include "company/sema.h"
 
 #include "cli/komut.h"
+#include "cli/metin_satirlari.h"
 #include "cli/oturum_ac.h"
 #include "cli/sonuc_yaz.h"
 #include "session/statements.h"
@@ -21,29 +22,6 @@ constexpr std::string_view more =
     "Beş liste yazar: kolonlar, anahtarlar, dizinler, görünümler, tetikleyiciler. Karşılaştırmada "
     "kolonların\n"
     "sırasına ve sunucunun verdiği anahtar adlarına bakılmaz; fark yoksa çıkış kodu 0, varsa 1'dir.";
-
-// Lines of text as a result set, so that lists are written the same way as everything else.
-class MetinSatirlari : public db::Rows {
- public:
-  MetinSatirlari(std::span<const std::string_view> basliklar,
-                 const std::vector<std::vector<std::string>>& satirlar)
-      : satirlar_(satirlar) {
-    for (const std::string_view baslik : basliklar) {
-      db::FieldInfo field;
-      field.name = baslik;
-      fields_.push_back(std::move(field));
-    }
-  }
-  const std::vector<db::FieldInfo>& fields() const override { return fields_; }
-  std::int64_t count() const override { return static_cast<std::int64_t>(satirlar_.size()); }
-  db::Value value(std::int64_t row, int column) const override {
-    return satirlar_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
-  }
-
- private:
-  std::vector<db::FieldInfo> fields_;
-  const std::vector<std::vector<std::string>>& satirlar_;
-};
 
 std::optional<company::Sema> oku(KomutOturumu& komut, const std::string& ad) {
   try {

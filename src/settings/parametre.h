@@ -137,6 +137,13 @@ struct KayitSonucu {
 KayitSonucu Parametre_Kaydet(session::Oturum& oturum, FirmaKaydi& kayit, const std::vector<db::Value>& yeni,
                              bool uzerine = false);
 
+// The values of `hedef` after copying `kaynak` into it: the columns named, or all. The deposit warehouse is
+// the company's own and goes over only when it is named.
+std::vector<db::Value> kopyalanan(const FirmaKaydi& kaynak, const FirmaKaydi& hedef,
+                                  const std::vector<const Parametre*>& secilen);
+// The text of a stored choice ("Evet"); empty for a parameter without choices.
+std::string anlami(const Parametre& parametre, const db::Value& deger);
+
 // Whether the deposit warehouse has deposit movements. Asks on Baglanti2, the company's connection; an unread
 // table counts as none.
 bool Emanet_Ambari_Hareketli(session::Oturum& oturum, const std::string& ambarNo);

@@ -145,6 +145,14 @@ std::optional<db::Value> sakla(const Parametre& p, const std::string& metin, con
 
 }  // namespace
 
+std::string anlami(const Parametre& p, const db::Value& deger) {
+  if (p.tur == T::Tik) return deger.isNull() ? "" : deger.boolean() ? "Evet" : "Hayır";
+  if (p.tur != T::Liste && p.tur != T::Secim && p.tur != T::Yonelim) return {};
+  std::vector<std::string> hatalar;
+  const std::string sira = deger.isNull() ? "" : goster(p, deger, {{}, hatalar});
+  return sira.empty() ? "" : Trim(p.secenekler[static_cast<std::size_t>(std::atoi(sira.c_str()))]);
+}
+
 Gosterilen Parametre_Yukle(const FirmaKaydi& kayit, std::vector<std::string>& hatalar) {
   Gosterilen sonuc;
   const auto tablo = parametreler();

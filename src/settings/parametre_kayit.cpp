@@ -156,6 +156,18 @@ KayitSonucu Parametre_Kaydet(Oturum& oturum, FirmaKaydi& kayit, const std::vecto
   }
 }
 
+std::vector<db::Value> kopyalanan(const FirmaKaydi& kaynak, const FirmaKaydi& hedef,
+                                  const std::vector<const Parametre*>& secilen) {
+  std::vector<db::Value> sonuc = hedef.degerler;
+  const auto tablo = parametreler();
+  for (std::size_t i = 0; i < tablo.size(); ++i) {
+    const bool alinir = secilen.empty() ? tablo[i].tur != ParametreTuru::Ambar
+                                        : std::ranges::find(secilen, &tablo[i]) != secilen.end();
+    if (alinir) sonuc[i] = kaynak.degerler[i];
+  }
+  return sonuc;
+}
+
 bool Emanet_Ambari_Hareketli(Oturum& oturum, const std::string& ambarNo) {
   if (ambarNo.empty()) return false;
   db::Recordset kayitlar;

@@ -1,4 +1,4 @@
-#include "ortam.h"
+#include "rights/ortam.h"
 #include "rights/varsayilan.h"
 #include "session/metin.h"
 

@@ -11,6 +11,7 @@
 #include <QTreeWidget>
 
 #include "company/ui/firma_tanim.h"
+#include "rights/ui/ekle_frm.h"
 #include "session/ui/dugum_paneli.h"
 #include "ui/fields.h"
 #include "ui/kart.h"
@@ -54,6 +55,9 @@ ZemberaMenu::ZemberaMenu(session::Oturum& oturum) : oturum_(oturum) {
   setWindowTitle("Korvena Zembera");
   ekranTanit("Firma_Tanım", [](session::Oturum& o, ui::ConsolePort& konsol) -> ui::Kart* {
     return new company_ui::FirmaTanim(o, konsol);
+  });
+  ekranTanit("Ekle_Frm", [](session::Oturum& o, ui::ConsolePort& konsol) -> ui::Kart* {
+    return new rights_ui::EkleFrm(o, konsol);
   });
   popupKur();
   menuleriKur();

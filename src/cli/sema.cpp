@@ -10,18 +10,22 @@ namespace cli {
 
 namespace {
 
-constexpr std::array<Secenek, 4> options = {{
+constexpr std::array<Secenek, 5> options = {{
     {"--ad", "Yapısı yazılacak veritabanının adı", false, Secenek::Tur::Metin, "AD"},
     {"--bicim", "Listenin biçimi: tsv (varsayılan), tablo ya da json", false, Secenek::Tur::Metin, "BİÇİM"},
     {"--karsilastir", "İki veritabanının farklarını yazar: --karsilastir BİRİNCİ İKİNCİ", false,
      Secenek::Tur::Metin, "AD"},
+    {"--metin", "Görünüm ve tetikleyici metinleriyle kolonların sıralamasını da yazar ya da karşılaştırır",
+     false, Secenek::Tur::Bayrak, ""},
     {"IKINCI", "Karşılaştırılacak ikinci veritabanı", false, Secenek::Tur::Konum, ""},
 }};
 
 constexpr std::string_view more =
     "Beş liste yazar: kolonlar, anahtarlar, dizinler, görünümler, tetikleyiciler. Karşılaştırmada "
     "kolonların\n"
-    "sırasına ve sunucunun verdiği anahtar adlarına bakılmaz; fark yoksa çıkış kodu 0, varsa 1'dir.";
+    "sırasına, sunucunun verdiği anahtar adlarına ve metinlerin boşluklarına bakılmaz; fark yoksa çıkış kodu "
+    "0,\n"
+    "varsa 1'dir. --metin ile yazılan liste tamdır: iki sunucu dosyalarıyla karşılaştırılabilir.";
 
 std::optional<company::Sema> oku(KomutOturumu& komut, const std::string& ad) {
   try {
@@ -33,7 +37,7 @@ std::optional<company::Sema> oku(KomutOturumu& komut, const std::string& ad) {
   }
 }
 
-void semaYaz(std::ostream& out, const company::Sema& sema, Bicim bicim) {
+void semaYaz(std::ostream& out, const company::Sema& sema, Bicim bicim, bool metin) {
   const bool json = bicim == Bicim::Json;
   if (json) out << "{";
   bool first = true;
@@ -41,7 +45,9 @@ void semaYaz(std::ostream& out, const company::Sema& sema, Bicim bicim) {
     if (!first) out << (json ? ",\n" : "\n");
     first = false;
     if (json) out << "\"" << bolum.ad << "\": ";
-    sonucYaz(out, MetinSatirlari(bolum.basliklar, bolum.satirlar), bicim);
+    const company::SemaBolumu kisa = metin ? company::SemaBolumu() : bolum.ayrintisiz();
+    const company::SemaBolumu& yazilan = metin ? bolum : kisa;
+    sonucYaz(out, MetinSatirlari(yazilan.basliklar, yazilan.satirlar), bicim);
   }
   if (json) out << "}\n";
 }
@@ -56,13 +62,14 @@ std::string_view farkAdi(company::SemaFarki::Tur tur) {
                                     : "değişik";
 }
 
-int karsilastir(KomutOturumu& komut, const std::string& birinci, const std::string& ikinci, Bicim bicim) {
+int karsilastir(KomutOturumu& komut, const std::string& birinci, const std::string& ikinci, Bicim bicim,
+                bool siralama) {
   const auto a = oku(komut, birinci);
   if (!a) return reddedildi;
   const auto b = oku(komut, ikinci);
   if (!b) return reddedildi;
   std::vector<std::vector<std::string>> satirlar;
-  for (const company::SemaFarki& fark : company::semaKarsilastir(*a, *b))
+  for (const company::SemaFarki& fark : company::semaKarsilastir(*a, *b, siralama))
     satirlar.push_back(
         {fark.bolum, fark.ad, std::string(farkAdi(fark.tur)), fark.alan, fark.birinci, fark.ikinci});
   if (!satirlar.empty() || bicim == Bicim::Json)
@@ -84,10 +91,12 @@ int run(Ortam& ortam, const Degerler& values) {
   }
   KomutOturumu komut(ortam);
   if (!komut.sunucuyuOku()) return reddedildi;
-  if (compare) return karsilastir(komut, values.metin("karsilastir"), values.metin("IKINCI"), *bicim);
+  if (compare)
+    return karsilastir(komut, values.metin("karsilastir"), values.metin("IKINCI"), *bicim,
+                       values.var("metin"));
   const auto sema = oku(komut, values.metin("ad"));
   if (!sema) return reddedildi;
-  semaYaz(ortam.out, *sema, *bicim);
+  semaYaz(ortam.out, *sema, *bicim, values.var("metin"));
   return tamam;
 }
 

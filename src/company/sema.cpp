@@ -5,6 +5,8 @@
 #include <map>
 #include <set>
 
+#include "company/deyim_esit.h"
+
 namespace company {
 
 namespace {
@@ -12,12 +14,13 @@ namespace {
 using Satir = std::vector<std::string>;
 using Basliklar = std::span<const std::string_view>;
 
-constexpr std::array<std::string_view, 6> kolonBasliklari = {"tablo", "kolon",      "tip",
-                                                             "null",  "varsayilan", "kimlik"};
+constexpr std::string_view siralamaBasligi = "siralama";
+constexpr std::array<std::string_view, 7> kolonBasliklari = {"tablo",      "kolon",  "tip",          "null",
+                                                             "varsayilan", "kimlik", siralamaBasligi};
 constexpr std::array<std::string_view, 4> anahtarBasliklari = {"tablo", "anahtar", "kolonlar", "kume"};
 constexpr std::array<std::string_view, 5> dizinBasliklari = {"tablo", "dizin", "tekil", "kume", "kolonlar"};
-constexpr std::array<std::string_view, 1> gorunumBasliklari = {"gorunum"};
-constexpr std::array<std::string_view, 2> tetikBasliklari = {"tetikleyici", "tablo"};
+constexpr std::array<std::string_view, 2> gorunumBasliklari = {"gorunum", "metin"};
+constexpr std::array<std::string_view, 3> tetikBasliklari = {"tetikleyici", "tablo", "metin"};
 
 // Bits of sysindexes.status.
 constexpr std::int64_t tekilBit = 2, kumeBit = 16, istatistikBit = 64, birincilBit = 2048,
@@ -52,19 +55,6 @@ std::string_view parantezsiz(std::string_view text) {
   return text;
 }
 
-std::string boslukSade(std::string_view text) {
-  std::string out;
-  for (const char c : text) {
-    const bool blank = c == ' ' || c == '\t' || c == '\r' || c == '\n';
-    if (!blank)
-      out += c;
-    else if (!out.empty() && out.back() != ' ')
-      out += ' ';
-  }
-  while (!out.empty() && out.back() == ' ') out.pop_back();
-  return out;
-}
-
 using Metinler = std::map<std::int64_t, std::string>;
 
 // Texts of defaults, views and triggers by object; long ones come in pieces.
@@ -76,12 +66,13 @@ Metinler metinleriOku(db::Connection& connection) {
 }
 
 SemaBolumu kolonlariOku(db::Connection& connection, const Metinler& metinler) {
-  SemaBolumu out{"kolonlar", kolonBasliklari, 2, {}, {}};
+  SemaBolumu out{"kolonlar", kolonBasliklari, 2, 1, {}};
   herSatir(
       connection,
       "SELECT sysobjects.name, syscolumns.name, systypes.name, syscolumns.length, syscolumns.prec, "
-      "syscolumns.scale, syscolumns.isnullable, syscolumns.cdefault, syscolumns.colstat FROM sysobjects, "
-      "syscolumns, systypes WHERE syscolumns.id=sysobjects.id AND sysobjects.type='U' AND "
+      "syscolumns.scale, syscolumns.isnullable, syscolumns.cdefault, syscolumns.colstat, "
+      "syscolumns.collation "
+      "FROM sysobjects, syscolumns, systypes WHERE syscolumns.id=sysobjects.id AND sysobjects.type='U' AND "
       "systypes.xtype=syscolumns.xtype AND systypes.xusertype=systypes.xtype "
       "ORDER BY sysobjects.name, syscolumns.colid",
       [&](const auto& field) {
@@ -91,7 +82,7 @@ SemaBolumu kolonlariOku(db::Connection& connection, const Metinler& metinler) {
              tipMetni(field(2).trimmed(), field(3).integer(), field(4).integer(), field(5).integer()),
              field(6).boolean() ? "NULL" : "NOT NULL",
              text == metinler.end() ? "" : std::string(parantezsiz(text->second)),
-             (field(8).integer() & 1) != 0 ? "IDENTITY" : ""});
+             (field(8).integer() & 1) != 0 ? "IDENTITY" : "", field(9).trimmed()});
       });
   return out;
 }
@@ -153,7 +144,7 @@ void nesneleriOku(db::Connection& connection, const Metinler& metinler, SemaBolu
              SemaBolumu& bolum = view ? gorunumler : tetikler;
              bolum.satirlar.push_back(view ? Satir{field(1).trimmed()}
                                            : Satir{field(1).trimmed(), field(3).trimmed()});
-             bolum.metinler.push_back(text == metinler.end() ? "" : boslukSade(text->second));
+             bolum.satirlar.back().push_back(text == metinler.end() ? "" : text->second);
            });
 }
 
@@ -178,8 +169,8 @@ std::set<std::string> tablolar(const Sema& sema) {
 // Compares two schemas; things of a table that only one of them has are left to the table's own line.
 class Karsilastirma {
  public:
-  Karsilastirma(const Sema& a, const Sema& b)
-      : a_(a), b_(b), tablolarA_(tablolar(a)), tablolarB_(tablolar(b)) {}
+  Karsilastirma(const Sema& a, const Sema& b, bool siralama)
+      : a_(a), b_(b), siralama_(siralama), tablolarA_(tablolar(a)), tablolarB_(tablolar(b)) {}
 
   std::vector<SemaFarki> yap() {
     eksikTablolar(tablolarA_, tablolarB_, SemaFarki::Tur::YalnizBirinci);
@@ -223,9 +214,8 @@ class Karsilastirma {
   void alanlar(const SemaBolumu& a, std::size_t i, const SemaBolumu& b, std::size_t j) {
     const Satir &x = a.satirlar[i], &y = b.satirlar[j];
     for (std::size_t f = a.anahtar; f < x.size(); ++f)
-      if (buyuk(x[f]) != buyuk(y[f])) degisik(a, x, a.basliklar[f], x[f], y[f]);
-    if (!a.metinler.empty() && !b.metinler.empty() && a.metinler[i] != b.metinler[j])
-      degisik(a, x, "metin", a.metinler[i], b.metinler[j]);
+      if ((siralama_ || a.basliklar[f] != siralamaBasligi) && !deyimEsit(x[f], y[f]))
+        degisik(a, x, a.basliklar[f], x[f], y[f]);
   }
 
   void degisik(const SemaBolumu& bolum, const Satir& satir, std::string_view alan, const std::string& x,
@@ -235,6 +225,7 @@ class Karsilastirma {
   }
 
   const Sema &a_, &b_;
+  bool siralama_;
   std::set<std::string> tablolarA_, tablolarB_;
   std::vector<SemaFarki> out_;
 };
@@ -254,17 +245,25 @@ Sema semaOku(db::Connection& connection) {
   const Metinler metinler = metinleriOku(connection);
   Sema sema;
   sema.bolumler = {kolonlariOku(connection, metinler),
-                   {"anahtarlar", anahtarBasliklari, 3, {}, {}},
-                   {"dizinler", dizinBasliklari, 2, {}, {}},
-                   {"gorunumler", gorunumBasliklari, 1, {}, {}},
-                   {"tetikleyiciler", tetikBasliklari, 1, {}, {}}};
+                   {"anahtarlar", anahtarBasliklari, 3, 0, {}},
+                   {"dizinler", dizinBasliklari, 2, 0, {}},
+                   {"gorunumler", gorunumBasliklari, 1, 1, {}},
+                   {"tetikleyiciler", tetikBasliklari, 1, 1, {}}};
   dizinleriBol(dizinleriOku(connection), sema.bolumler[1], sema.bolumler[2]);
   nesneleriOku(connection, metinler, sema.bolumler[3], sema.bolumler[4]);
   return sema;
 }
 
-std::vector<SemaFarki> semaKarsilastir(const Sema& birinci, const Sema& ikinci) {
-  return Karsilastirma(birinci, ikinci).yap();
+SemaBolumu SemaBolumu::ayrintisiz() const {
+  SemaBolumu out = *this;
+  out.basliklar = basliklar.first(basliklar.size() - ayrinti);
+  out.ayrinti = 0;
+  for (Satir& satir : out.satirlar) satir.resize(out.basliklar.size());
+  return out;
+}
+
+std::vector<SemaFarki> semaKarsilastir(const Sema& birinci, const Sema& ikinci, bool siralama) {
+  return Karsilastirma(birinci, ikinci, siralama).yap();
 }
 
 }  // namespace company

@@ -12,14 +12,16 @@
 namespace company {
 
 // One kind of thing: columns, keys, indexes, views, triggers. The first `anahtar` fields of a row name the
-// thing, the others tell what it is like.
+// thing, the others tell what it is like. The last `ayrinti` of them are listed on request only: the
+// collation of a column, the text of a view or trigger as the server has it.
 struct SemaBolumu {
   std::string_view ad;
   std::span<const std::string_view> basliklar;
   std::size_t anahtar = 1;
+  std::size_t ayrinti = 0;
   std::vector<std::vector<std::string>> satirlar;
-  // Further property of each row that is compared but not listed (the text of a view); empty or one per row.
-  std::vector<std::string> metinler;
+
+  SemaBolumu ayrintisiz() const;
 };
 
 struct Sema {
@@ -40,9 +42,10 @@ struct SemaFarki {
   std::string birinci, ikinci;  // its two values
 };
 
-// By name, ASCII case ignored. The order of columns does not count, nor does the name of a key, which the
-// server makes up. A missing table is one difference, not one per column.
-std::vector<SemaFarki> semaKarsilastir(const Sema& birinci, const Sema& ikinci);
+// By name, ASCII case ignored, texts by their tokens. The order of columns does not count, nor does the name
+// of a key, which the server makes up, nor, unless `siralama`, the collation, which follows the server's. A
+// missing table is one difference, not one per column.
+std::vector<SemaFarki> semaKarsilastir(const Sema& birinci, const Sema& ikinci, bool siralama = false);
 
 // "CHAR", 26 gives CHAR(26); `boy` in bytes as syscolumns.length tells it, -1 for MAX.
 std::string tipMetni(std::string_view tip, std::int64_t boy, std::int64_t hane, std::int64_t ondalik);

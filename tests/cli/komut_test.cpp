@@ -167,13 +167,21 @@ TEST_F(KomutTest, DeletionWithoutATerminalNeedsYes) {
 }
 
 TEST_F(KomutTest, SchemaIsListedInSectionsAndCompared) {
-  server.rows("syscolumns.isnullable", {"a", "b", "c", "d", "e", "f", "g", "h", "i"},
-              {{"KASAKART", "Kasa_Kod", "char", 26, 26, 0, 0, 0, 0}});
+  server.rows("syscolumns.isnullable", {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"},
+              {{"KASAKART", "Kasa_Kod", "char", 26, 26, 0, 0, 0, 0, "Turkish_CI_AS"}});
+  server.rows("FROM syscomments", {"id", "text"}, {{7, "CREATE VIEW KB AS\nSELECT 1 AS a"}});
+  server.rows("LEFT JOIN sysobjects", {"a", "b", "c", "d"}, {{7, "KB", "V", db::Value()}});
+  const std::string middle = "\ntablo\tanahtar\tkolonlar\tkume\n\ntablo\tdizin\ttekil\tkume\tkolonlar\n\n";
   EXPECT_EQ(cli.calistir({"sema", "--ad", "D"}), 0);
-  EXPECT_TRUE(
-      cli.out.starts_with("tablo\tkolon\ttip\tnull\tvarsayilan\tkimlik\n"
-                          "KASAKART\tKasa_Kod\tCHAR(26)\tNOT NULL\t\t\n\ntablo\tanahtar"))
-      << cli.out;
+  EXPECT_EQ(cli.out,
+            "tablo\tkolon\ttip\tnull\tvarsayilan\tkimlik\nKASAKART\tKasa_Kod\tCHAR(26)\tNOT NULL\t\t\n" +
+                middle + "gorunum\nKB\n\ntetikleyici\ttablo\n");
+  EXPECT_EQ(cli.calistir({"sema", "--ad", "D", "--metin"}), 0);
+  EXPECT_EQ(cli.out,
+            "tablo\tkolon\ttip\tnull\tvarsayilan\tkimlik\tsiralama\n"
+            "KASAKART\tKasa_Kod\tCHAR(26)\tNOT NULL\t\t\tTurkish_CI_AS\n" +
+                middle +
+                "gorunum\tmetin\nKB\tCREATE VIEW KB AS\\nSELECT 1 AS a\n\ntetikleyici\ttablo\tmetin\n");
   EXPECT_EQ(cli.calistir({"sema", "--ad", "D", "--bicim", "json"}), 0);
   EXPECT_TRUE(cli.out.starts_with("{\"kolonlar\": [")) << cli.out;
   EXPECT_EQ(cli.calistir({"sema", "--karsilastir", "D", "E"}), 0);

@@ -168,4 +168,27 @@ TEST(TableDefinition, RefusesWhatItDoesNotKnow) {
   }
 }
 
+// Others compare the texts letter by letter: no layout of the files may come into them. The sums are over the
+// texts as the servers have always had them.
+TEST(Schema, TextsOfViewsAndTriggersAreTheExactOnes) {
+  EXPECT_EQ(schema::view("CARITOPLAM")->text.find('\n'), std::string::npos);
+  EXPECT_EQ(
+      schema::trigger("MUHBAKIYEHESAPLASIL")->text,
+      "CREATE TRIGGER MUHBAKIYEHESAPLASIL ON MUHFISHAR FOR DELETE AS DECLARE @MHesap_ID INT SELECT "
+      "@MHesap_ID=MHesap_ID FROM DELETED UPDATE MUHBAKIYE SET Bakiye=(SELECT ISNULL(SUM(BTutar-ATutar),0) "
+      "FROM MUHFISHAR WHERE MUHFISHAR.MHesap_ID =@MHesap_ID) WHERE MHesap_ID=@MHesap_ID");
+  const auto sum = [](const std::vector<schema::ObjectDef>& all) {
+    const auto hash = [](const std::string& text) {
+      std::uint64_t out = 0xcbf29ce484222325;
+      for (const char c : text) out = (out ^ static_cast<unsigned char>(c)) * 0x100000001b3;
+      return out;
+    };
+    std::uint64_t out = 0;
+    for (const schema::ObjectDef& def : all) out += hash(def.text) + 3 * hash(def.baseText);
+    return out;
+  };
+  EXPECT_EQ(sum(schema::views()), 0x5542760bb5e53306U);
+  EXPECT_EQ(sum(schema::triggers()), 0xc419e2a9aad89fa2U);
+}
+
 }  // namespace

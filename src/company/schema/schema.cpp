@@ -40,11 +40,18 @@ std::vector<TableDef> readTables() {
   return all;
 }
 
-std::string withoutLastLineBreak(std::string_view text) {
+// The text as a server gets it: each line break of the file with its indentation stands for one blank.
+std::string withoutLayout(std::string_view text) {
   while (text.ends_with('\n')) {
     text.remove_suffix(1);
   }
-  return std::string(text);
+  std::string out;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const bool lineBreak = text[at] == '\n';
+    out += lineBreak ? ' ' : text[at];
+    while (lineBreak && at + 1 < text.size() && text[at + 1] == ' ') ++at;
+  }
+  return out;
 }
 
 // `folder` with a slash behind it. Base texts follow or precede their current text.
@@ -57,10 +64,10 @@ std::vector<ObjectDef> readObjects(std::string_view folder) {
     }
     std::string_view name = file.name.substr(folder.size());
     if (name.ends_with(baseSuffix)) {
-      base.emplace(name.substr(0, name.size() - baseSuffix.size()), withoutLastLineBreak(file.text));
+      base.emplace(name.substr(0, name.size() - baseSuffix.size()), withoutLayout(file.text));
     } else {
       name.remove_suffix(std::string_view(".sql").size());
-      all.push_back({std::string(name), withoutLastLineBreak(file.text), ""});
+      all.push_back({std::string(name), withoutLayout(file.text), ""});
     }
   }
   for (ObjectDef& def : all) {

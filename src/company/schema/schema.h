@@ -2,6 +2,9 @@
 // The texts lie beside this file (tables/*.tbl, views/*.sql, triggers/*.sql, order.lst) and are built
 // into the program; the format of the tables is told in catalog/definition.h.
 //
+// A view or trigger is one line of text to the servers, exactly as others compare it. Its file is laid out to be
+// read: a line break with the indentation behind it stands for one blank, wherever it is.
+//
 // Stage Base is what a new company gets; Upgrade is what the upgrade makes of it.
 #pragma once
 

@@ -4,6 +4,6 @@ DECLARE @Islem_Tipi CHAR(30)
 DECLARE @Cari_ID INT
 DECLARE @Tarih DATETIME
 SELECT @Islem_ID=Hareket_ID, @Islem_Tipi=Islem_Tipi, @Tarih=Tarih
-FROM DELETED
+  FROM DELETED
 DELETE FROM ODEMEHAREKET
-WHERE Islem_ID=@Islem_ID AND Islem_Tipi=@Islem_Tipi AND Tarih=@Tarih
+  WHERE Islem_ID=@Islem_ID AND Islem_Tipi=@Islem_Tipi AND Tarih=@Tarih

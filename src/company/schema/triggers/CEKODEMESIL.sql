@@ -6,13 +6,13 @@ DECLARE @Islem_Tipi CHAR(30)
 DECLARE @Cari_ID INT
 DECLARE @Tarih DATETIME
 SELECT @Bordro_ID=Bordro_ID, @Islem_ID=Cek_ID, @Islem_Tipi=Islem_Tipi, @Tarih=Vade
-FROM DELETED
+  FROM DELETED
 if @Islem_Tipi='Çek Giriş' OR @Islem_Tipi='Çek Çıkış(C/H)' OR @Islem_Tipi='Çek Çıkış(Müşteriye İade)' OR
     @Islem_Tipi='Çek Giriş(Müşteriden İade)'
 Begin
   SELECT @BTarih=Tarih
-  FROM BORDROKART
-  WHERE Baglanti_ID=@Bordro_ID
+    FROM BORDROKART
+    WHERE Baglanti_ID=@Bordro_ID
   DELETE FROM ODEMEHAREKET
-  WHERE Islem_ID=@Islem_ID AND Islem_Tipi=@Islem_Tipi AND Tarih=@BTarih
+    WHERE Islem_ID=@Islem_ID AND Islem_Tipi=@Islem_Tipi AND Tarih=@BTarih
 END

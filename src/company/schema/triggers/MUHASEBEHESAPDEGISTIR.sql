@@ -4,7 +4,7 @@ DECLARE @MHesap_Kod CHAR(30)
 DECLARE @AltHesapSay INT
 DECLARE @VirgulSira INT
 SELECT @MHesap_Kod=MHesap_Kod
-FROM DELETED
+  FROM DELETED
 SELECT @MHesap_Kod=RTRIM(@MHesap_Kod)
 SELECT @VirGulSira=LEN(@MHesap_Kod)
 WHILE @VirgulSira<>0
@@ -12,20 +12,20 @@ BEGIN
   IF SUBSTRING(@MHesap_kod,@VirgulSira,1)='.'
   BEGIN
     SELECT @AltHesapSay=COUNT(MHesap_ID)
-    FROM MUHKART
-    WHERE MHesap_Kod LIKE LEFT(@MHesap_Kod,@VirgulSira) + '%'
+      FROM MUHKART
+      WHERE MHesap_Kod LIKE LEFT(@MHesap_Kod,@VirgulSira) + '%'
     IF @AltHesapSay=0
     BEGIN
       UPDATE MUHKART
         SET AnaHesaptir=0
-      WHERE AnaHesaptir=1 AND MHesap_Kod = LEFT(@MHesap_Kod,@VirgulSira-1)
+        WHERE AnaHesaptir=1 AND MHesap_Kod = LEFT(@MHesap_Kod,@VirgulSira-1)
     END
     BREAK
   END
   SELECT @VirgulSira=@VirgulSira-1
 END
 SELECT @MHesap_ID=MHesap_ID, @MHesap_Kod=MHesap_Kod
-FROM INSERTED
+  FROM INSERTED
 SELECT @MHesap_Kod=RTRIM(@MHesap_Kod)
 SELECT @VirGulSira=LEN(@MHesap_Kod)
 WHILE @VirgulSira<>0
@@ -34,11 +34,11 @@ BEGIN
   BEGIN
     UPDATE MUHKART
       SET AnaHesaptir=1
-    WHERE AnaHesaptir=0 AND MHesap_Kod = LEFT(@MHesap_Kod,@VirgulSira-1)
+      WHERE AnaHesaptir=0 AND MHesap_Kod = LEFT(@MHesap_Kod,@VirgulSira-1)
     BREAK
   END
   SELECT @VirgulSira=@VirgulSira-1
 END
 UPDATE MUHBAKIYE
   SET MHesap_Kod=@MHesap_Kod
-WHERE MHesap_ID=@MHesap_ID
+  WHERE MHesap_ID=@MHesap_ID

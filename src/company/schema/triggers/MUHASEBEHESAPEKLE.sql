@@ -7,7 +7,7 @@ DECLARE @VirgulSira INT
 DECLARE @Virgul CHAR
 DECLARE @AnaHesaptir SMALLINT
 SELECT @MHesap_ID=MHesap_ID, @MHesap_Kod=MHesap_Kod, @VirgulSira=PATINDEX('%.%', MHesap_Kod)
-FROM INSERTED
+  FROM INSERTED
 SELECT @MHesap_Kod=RTRIM(@MHesap_Kod)
 SELECT @AnaHesaptir=0
 SELECT @Ana_Hesap_ID=0
@@ -15,13 +15,13 @@ IF @VirgulSira<>0
 BEGIN
   SELECT @Ana_Hesap_Kod=LEFT(@MHesap_Kod,@VirgulSira-1)
   SELECT @Ana_Hesap_ID=ISNULL(MHesap_ID,0)
-  FROM MUHKART
-  WHERE MHesap_Kod=@Ana_Hesap_Kod
+    FROM MUHKART
+    WHERE MHesap_Kod=@Ana_Hesap_Kod
   IF @Ana_Hesap_ID<>0
   BEGIN
     UPDATE MUHKART
       SET AnaHesaptir=1
-    WHERE AnaHesaptir=0 AND MHesap_Kod = @Ana_Hesap_Kod
+      WHERE AnaHesaptir=0 AND MHesap_Kod = @Ana_Hesap_Kod
   END
   SELECT @VirGulSira=LEN(@MHesap_Kod)
   WHILE @VirgulSira<>0
@@ -30,7 +30,7 @@ BEGIN
     BEGIN
       UPDATE MUHKART
         SET AnaHesaptir=1
-      WHERE AnaHesaptir=0 AND MHesap_Kod = LEFT(@MHesap_Kod,@VirgulSira-1)
+        WHERE AnaHesaptir=0 AND MHesap_Kod = LEFT(@MHesap_Kod,@VirgulSira-1)
       BREAK
     END
     SELECT @VirgulSira=@VirgulSira-1
@@ -40,18 +40,16 @@ ELSE
 BEGIN
   SELECT @AnaHesaptir=1
   SELECT @Ana_Hesap_ID=ISNULL(MHesap_ID,0)
-  FROM MUHKART
-  WHERE MHesap_Kod=@MHesap_Kod
+    FROM MUHKART
+    WHERE MHesap_Kod=@MHesap_Kod
 END
 UPDATE MUHKART
   SET AnaHesaptir=@AnaHesaptir,Ana_Hesap_ID=@Ana_Hesap_ID
-WHERE MHesap_ID=@MHesap_ID
+  WHERE MHesap_ID=@MHesap_ID
 UPDATE MUHKART
   SET AnaHesaptir=1
-WHERE AnaHesaptir=0 AND MHesap_Kod LIKE RTRIM(@MHesap_Kod) + '.%' AND (
-    SELECT Count(MHesap_ID)
-    FROM MUHKART as MH2
-    WHERE MHesap_Kod LIKE RTRIM(MUHKART.MHesap_Kod) +'.%')=0
+  WHERE AnaHesaptir=0 AND MHesap_Kod LIKE RTRIM(@MHesap_Kod) + '.%' AND (SELECT Count(MHesap_ID) FROM
+    MUHKART as MH2 WHERE MHesap_Kod LIKE RTRIM(MUHKART.MHesap_Kod) +'.%')=0
 INSERT INTO MUHBAKIYE
 SELECT MHesap_ID,MHesap_Kod,0
-FROM INSERTED
+  FROM INSERTED

@@ -2,8 +2,7 @@ CREATE TRIGGER POSODEMEEKLE ON POSHAREKET FOR INSERT AS
 DECLARE @Isyeri_ID INT
 DECLARE @Ozel BIT
 DECLARE @Islem_ID INT
-DECLARE @Islem_Tipi CHAR(30)
-DECLARE @Cari_ID INT
+DECLARE @Islem_Tipi CHAR(30)DECLARE @Cari_ID INT
 DECLARE @Tarih DATETIME
 DECLARE @HATarih DATETIME
 DECLARE @Borc FLOAT
@@ -11,11 +10,10 @@ DECLARE @Alacak FLOAT
 DECLARE @Kullanici_ID INT
 DECLARE @Doviz_ID INT
 DECLARE @KUR FLOAT
-SELECT @Islem_ID=PosHareket_ID,@Isyeri_ID=Isyeri_ID,@Ozel=Ozel,@Islem_Tipi=Islem_Tipi,@Cari_ID=ISNULL(
-      Cari_ID,0),@Tarih=Islem_Tarih,@HATarih=Hesaba_Aktarim_Tarih,@Borc=0,@Alacak=Tutar,@Kullanici_ID=Kullanici_ID,
-    @Doviz_ID=1,@KUR=0
-FROM INSERTED
-INSERT INTO ODEMEHAREKET (Islem_ID,Isyeri_ID,Ozel,Islem_Tipi,Cari_ID,Sablon_ID,Tarih,TAciklama,Gun,Yuzde,
-      Borc,Alacak,Durum,Kullanici_ID,Doviz_ID,KUR)
-  Values (@Islem_ID,@Isyeri_ID,@Ozel,@Islem_Tipi,@Cari_ID,0,@Tarih,'Peşin', DATEDIFF(D,@Tarih,@HATarih ),100,
-      @Borc,@Alacak,'AÇIK',@Kullanici_ID,@Doviz_ID,@KUR)
+SELECT
+    @Islem_ID=PosHareket_ID,@Isyeri_ID=Isyeri_ID,@Ozel=Ozel,@Islem_Tipi=Islem_Tipi,@Cari_ID=ISNULL(Cari_ID,0),@Tarih=Islem_Tarih,@HATarih=Hesaba_Aktarim_Tarih,@Borc=0,@Alacak=Tutar,@Kullanici_ID=Kullanici_ID,@Doviz_ID=1,@KUR=0
+  FROM INSERTED
+INSERT INTO ODEMEHAREKET
+    (Islem_ID,Isyeri_ID,Ozel,Islem_Tipi,Cari_ID,Sablon_ID,Tarih,TAciklama,Gun,Yuzde,Borc,Alacak,Durum,Kullanici_ID,Doviz_ID,KUR)
+  Values (@Islem_ID,@Isyeri_ID,@Ozel,@Islem_Tipi,@Cari_ID,0,@Tarih,'Peşin', DATEDIFF(D,@Tarih,@HATarih
+    ),100,@Borc,@Alacak,'AÇIK',@Kullanici_ID,@Doviz_ID,@KUR)

@@ -10,12 +10,12 @@ DECLARE @Alacak FLOAT
 DECLARE @Kullanici_ID INT
 DECLARE @Doviz_ID INT
 DECLARE @KUR FLOAT
-SELECT @Islem_ID=Cari_Hareket_ID, @Isyeri_ID=Isyeri_ID, @Ozel=Ozel, @Islem_Tipi=Islem_Tipi, @Cari_ID=ISNULL(
-      Cari_ID,0), @Tarih=Tarih, @Borc=ATutar, @Alacak=BTutar, @Kullanici_ID=Kullanici_ID, @Doviz_ID=Doviz_ID,
-    @KUR=KUR
-From INSERTED
+SELECT @Islem_ID=Cari_Hareket_ID, @Isyeri_ID=Isyeri_ID, @Ozel=Ozel, @Islem_Tipi=Islem_Tipi,
+    @Cari_ID=ISNULL(Cari_ID,0), @Tarih=Tarih, @Borc=ATutar, @Alacak=BTutar, @Kullanici_ID=Kullanici_ID,
+    @Doviz_ID=Doviz_ID, @KUR=KUR
+  From INSERTED
 IF @Islem_Tipi='Sanal Pos İşlemi'
-  INSERT INTO ODEMEHAREKET (Islem_ID, Isyeri_ID, Ozel, Islem_Tipi, Cari_ID, Sablon_ID, Tarih, TAciklama, Gun,
-        Yuzde, Borc, Alacak,Durum, Kullanici_ID, Doviz_ID, KUR)
-    Values (@Islem_ID, @Isyeri_ID, @Ozel, @Islem_Tipi, @Cari_ID, 0,@Tarih, 'Peşin', 0, 100, @Borc, @Alacak,
-        'AÇIK', @Kullanici_ID, @Doviz_ID, @KUR)
+INSERT INTO ODEMEHAREKET (Islem_ID, Isyeri_ID, Ozel, Islem_Tipi, Cari_ID, Sablon_ID, Tarih, TAciklama, Gun,
+    Yuzde, Borc, Alacak,Durum, Kullanici_ID, Doviz_ID, KUR)
+  Values (@Islem_ID, @Isyeri_ID, @Ozel, @Islem_Tipi, @Cari_ID, 0,@Tarih, 'Peşin', 0, 100, @Borc, @Alacak,
+    'AÇIK', @Kullanici_ID, @Doviz_ID, @KUR)

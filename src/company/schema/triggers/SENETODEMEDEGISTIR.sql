@@ -17,35 +17,35 @@ DECLARE @CNT INT
 SELECT @Bordro_ID=Bordro_ID, @Islem_ID=Senet_ID, @Isyeri_ID=Isyeri_ID, @Ozel=Ozel, @Islem_Tipi=Islem_Tipi,
     @Cari_ID=ISNULL(Cari_ID,0), @Tarih=Vade, @Borc=Borc, @Alacak=Alacak, @Kullanici_ID=Kullanici_ID,
     @Doviz_ID=Doviz_ID, @KUR=KUR
-FROM INSERTED
+  FROM INSERTED
 IF @Cari_ID<>0
 BEGIN
-  if @Islem_Tipi='Senet Giriş' OR @Islem_Tipi='Senet Çıkış(C/H)' OR @Islem_Tipi='Senet Çıkış(Müşteriye İade)'
-      OR @Islem_Tipi='Senet Giriş(Müşteriden İade)'
+  if @Islem_Tipi='Senet Giriş' OR @Islem_Tipi='Senet Çıkış(C/H)' OR
+      @Islem_Tipi='Senet Çıkış(Müşteriye İade)' OR @Islem_Tipi='Senet Giriş(Müşteriden İade)'
   Begin
     SELECT @Gun=DATEDIFF(D,Tarih,@Tarih),@BTarih=Tarih
-    FROM BORDROKART
-    WHERE Baglanti_ID=@Bordro_ID
+      FROM BORDROKART
+      WHERE Baglanti_ID=@Bordro_ID
     SELECT @CNT=COUNT(Islem_ID)
-    FROM ODEMEHAREKET
-    WHERE Islem_ID=@Islem_ID AND Islem_Tipi=@Islem_Tipi
+      FROM ODEMEHAREKET
+      WHERE Islem_ID=@Islem_ID AND Islem_Tipi=@Islem_Tipi
     if @CNT>0
     BEGIN
       UPDATE ODEMEHAREKET
         SET Islem_ID=@Islem_ID, Isyeri_ID=@Isyeri_ID, Ozel=@Ozel, Islem_Tipi=@Islem_Tipi, Cari_ID=@Cari_ID,
           Sablon_ID=0, Tarih=@BTarih, Gun=@Gun, Yuzde=100, Borc=@Borc, Alacak=@Alacak, Durum='AÇIK',
           Kullanici_ID=@Kullanici_ID, Doviz_ID=@Doviz_ID, KUR=@KUR
-      WHERE Islem_ID=@Islem_ID AND Islem_Tipi=@Islem_Tipi
+        WHERE Islem_ID=@Islem_ID AND Islem_Tipi=@Islem_Tipi
     END
     ELSE
     BEGIN
-      INSERT INTO ODEMEHAREKET (Islem_ID,Isyeri_ID,Ozel,Islem_Tipi,Cari_ID,Sablon_ID,Tarih,TAciklama,Gun,
-            Yuzde,Borc,Alacak,Durum,Kullanici_ID,Doviz_ID,KUR)
-        VALUES (@Islem_ID,@Isyeri_ID,@Ozel,@Islem_Tipi,@Cari_ID,0,@BTarih,'Peşin',@Gun,100,@Borc,@Alacak,
-            'AÇIK',@Kullanici_ID,@Doviz_ID,@KUR)
+      INSERT INTO ODEMEHAREKET
+          (Islem_ID,Isyeri_ID,Ozel,Islem_Tipi,Cari_ID,Sablon_ID,Tarih,TAciklama,Gun,Yuzde,Borc,Alacak,Durum,Kullanici_ID,Doviz_ID,KUR)
+        VALUES
+          (@Islem_ID,@Isyeri_ID,@Ozel,@Islem_Tipi,@Cari_ID,0,@BTarih,'Peşin',@Gun,100,@Borc,@Alacak,'AÇIK',@Kullanici_ID,@Doviz_ID,@KUR)
     END
   END
   ELSE
-    DELETE FROM ODEMEHAREKET
+  DELETE FROM ODEMEHAREKET
     WHERE Islem_ID=@Islem_ID AND Islem_Tipi=@Islem_Tipi
 END

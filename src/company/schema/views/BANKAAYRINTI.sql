@@ -9,22 +9,12 @@ GROUP BY Hesap_ID
 UNION ALL
 SELECT Hesap_ID,SUM(Borc) as BT,SUM(Alacak) as AT
 FROM CEK
-WHERE Bordro_ID=(
-    SELECT Bordro_ID
-    FROM CEKDURUM
-    WHERE Durum_ID=(
-        SELECT max(Durum_ID)
-        FROM CEKDURUM
-        WHERE Cek_ID=CEK.Cek_ID)) AND (Durum='Tahsil Edildi' OR Durum='Ödendi')
+WHERE Bordro_ID=(SELECT Bordro_ID FROM CEKDURUM WHERE Durum_ID=(SELECT max(Durum_ID) FROM CEKDURUM WHERE
+    Cek_ID=CEK.Cek_ID)) AND (Durum='Tahsil Edildi' OR Durum='Ödendi')
 GROUP BY Hesap_ID
 UNION ALL
 SELECT Hesap_ID,SUM(Borc) as BT,SUM(Alacak) as AT
 FROM SENET
-WHERE Bordro_ID=(
-    SELECT Bordro_ID
-    FROM SENETDURUM
-    WHERE Durum_ID=(
-        SELECT max(Durum_ID)
-        FROM SENETDURUM
-        WHERE Senet_ID=SENET.Senet_ID)) AND Durum='Tahsil Edildi'
+WHERE Bordro_ID=(SELECT Bordro_ID FROM SENETDURUM WHERE Durum_ID=(SELECT max(Durum_ID) FROM SENETDURUM WHERE
+    Senet_ID=SENET.Senet_ID)) AND Durum='Tahsil Edildi'
 GROUP BY Hesap_ID

@@ -30,5 +30,4 @@ GROUP BY Cari_ID,Ay_Index
 UNION ALL
 SELECT Cari_ID,Ay_Index,0,SUM(Tutar)
 FROM POSHAREKET
-WHERE NOT Cari_ID IS NULL and Islem_Tipi<>'Kredi Kartı Tahsilat'
-GROUP BY Cari_ID,Ay_Index
+WHERE NOT Cari_ID IS NULL and Islem_Tipi<>'Kredi Kartı Tahsilat'GROUP BY Cari_ID,Ay_Index

@@ -1,12 +1,13 @@
 CREATE VIEW MASRAFHAREKET as
 SELECT FATURAKART.Fatura_ID as Islem_ID, FATURAHAREKET.Tarih, FATURAKART.Fis_No, FATURAKART.Belge_No,
     FATURAKART.O_Kod, FATURAHAREKET.Islem_Tipi, FATURAHAREKET.Gun, FATURAHAREKET.Ay_Index, FATURAHAREKET.Ay,
-    FATURAHAREKET.Hafta, FATURAHAREKET.Stok_ID as ID, FATURAHAREKET.Stok_Kod as Kod, FATURAHAREKET.Kullanici_ID,
-    FATURAHAREKET.Satici_ID, FATURAHAREKET.Doviz_ID, FATURAHAREKET.KUR, FATURAHAREKET.Ozel, FATURAKART.Isyeri_ID,
-    convert( FLOAT, case when FATURAKART.KDV_Dahil =1 THEN Tutar - KDV_Tutar ELSE Tutar END) *Giris as
-    ATutar, convert( FLOAT,case when FATURAKART.KDV_Dahil =1 THEN Tutar - KDV_Tutar ELSE Tutar END) *Cikis
-    as BTutar, convert( FLOAT, case when FATURAKART.KDV_Dahil =1 THEN Tutar - KDV_Tutar ELSE Tutar END) *Giris*FATURAHAREKET.Kur
-    as Dovizli_ATutar, convert( FLOAT,case when FATURAKART.KDV_Dahil =1 THEN Tutar - KDV_Tutar ELSE Tutar
-      END) *Cikis*FATURAHAREKET.Kur as Dovizli_BTutar
+    FATURAHAREKET.Hafta, FATURAHAREKET.Stok_ID as ID, FATURAHAREKET.Stok_Kod as Kod,
+    FATURAHAREKET.Kullanici_ID, FATURAHAREKET.Satici_ID, FATURAHAREKET.Doviz_ID, FATURAHAREKET.KUR,
+    FATURAHAREKET.Ozel, FATURAKART.Isyeri_ID, convert( FLOAT, case when FATURAKART.KDV_Dahil =1 THEN Tutar -
+    KDV_Tutar ELSE Tutar END) *Giris as ATutar, convert( FLOAT,case when FATURAKART.KDV_Dahil =1 THEN Tutar
+    - KDV_Tutar ELSE Tutar END) *Cikis as BTutar, convert( FLOAT, case when FATURAKART.KDV_Dahil =1 THEN
+    Tutar - KDV_Tutar ELSE Tutar END) *Giris*FATURAHAREKET.Kur as Dovizli_ATutar, convert( FLOAT,case when
+    FATURAKART.KDV_Dahil =1 THEN Tutar - KDV_Tutar ELSE Tutar END) *Cikis*FATURAHAREKET.Kur as
+    Dovizli_BTutar
 FROM FATURAKART,FATURAHAREKET
 WHERE FATURAKART.Fatura_ID=FATURAHAREKET.Fatura_ID AND Satir_Tipi='Masraf'

@@ -12,6 +12,6 @@ SELECT Stok_Hareket_ID, Stok_HareketKart_ID, Tarih, Fis_No, Islem_No, Belge_No, 
     Miktar, RB_Takip, Birim_Fiyat, KDV, ISK, ISK_Tutar, KDV_Tutar, Tevkifatli, Tevkif_Oran, Tevkif_KDV,
     Toplam_KDV, Tutar, Carpan, Giris, Cikis, Birim_Fiyat, Saat, Gun, AY_Index, Ay, Hafta, 0, 0, 0, 0,
     Kullanici_ID, Satici_ID, 0, Ozel1, Isyeri_ID, Doviz_ID, KUR, Dovizli_Tutar=Convert(FLOAT,CASE WHEN (
-        Tutar<>0 AND KUR<>0 ) THEN ( Tutar / KUR) ELSE 0 END), Lot
+    Tutar<>0 AND KUR<>0 ) THEN ( Tutar / KUR) ELSE 0 END), Lot
 FROM AMBTRS
 WHERE Onay=1

@@ -21,6 +21,19 @@ constexpr std::array<MenuButonu, 11> buttons = {{{"SabitTanimlar_Frm", "Sabit Ta
                                                  {"ServerParaFrm", "", true},
                                                  {"DbAktarFRm", "", true}}};
 
+// In the order of Ekran.
+constexpr std::array<EkranBilgisi, 11> screens = {{{"", ""},
+                                                   {"Firma_Tanım", "Firma Tanımı"},
+                                                   {"Ekle_Frm", "Kullanıcı Tanımı"},
+                                                   {"Yetki_Frm", "Kullanıcı Yetkileri"},
+                                                   {"KasiyerYetkiFrm", "Kasiyer Yetkileri"},
+                                                   {"MNIsyeri", "İşyeri Tanımları"},
+                                                   {"MNAmbar", "Ambar Tanımları"},
+                                                   {"MnSatici", "Satıcı Tanımları"},
+                                                   {"MNDoviz", "Döviz Tanımları"},
+                                                   {"MNFiyat", "Fiyat Tanımları"},
+                                                   {"MNRenkTanim", "Renk Beden Drop Tanımları"}}};
+
 struct KindImage {
   std::string_view kind;
   int image;
@@ -228,6 +241,10 @@ std::optional<Komut> agacKomutu(AgacOlayi olay, std::string_view kind, bool supe
 
 std::span<const MenuButonu, 11> menuButonlari() {
   return buttons;
+}
+
+const EkranBilgisi& ekranBilgisi(Ekran ekran) {
+  return screens[static_cast<std::size_t>(ekran)];
 }
 
 KomutSonucu MNEkle(Oturum& oturum, const Dugum& secili) {

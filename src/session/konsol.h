@@ -75,6 +75,12 @@ enum class Ekran : std::uint8_t {
   MNRenkTanim,
 };
 
+// Name and caption of the screen behind a command; both empty for Yok.
+struct EkranBilgisi {
+  std::string_view ad, yazi;
+};
+const EkranBilgisi& ekranBilgisi(Ekran ekran);
+
 struct KomutSonucu {
   Ekran ekran = Ekran::Yok;    // the screen to show
   bool paneliGizle = false;    // hide anapanel first

@@ -12,7 +12,8 @@
 
 namespace session {
 
-struct Oturum {
+// Everything but the connections.
+struct OturumDegerleri {
   // Text
   std::string Program_Versiyon, Tanim_DB_Versiyon, Firma_DB_Versiyon;  // "2012.002" after login
   std::string Server_Adi, SQL_Login, SQL_Sifre;                        // sys.inf, fields 1 to 3
@@ -39,16 +40,18 @@ struct Oturum {
   std::int64_t Secili_ID = 0;
   bool Katalog_Kurulumu = false;
 
-  // Connections and the shared recordset
-  std::unique_ptr<db::Connection> Baglanti, Baglanti2, Baglanti3, Baglanti4, Devir_Baglanti, Kaynak_Baglanti;
-  db::Recordset Kayitlar;
-
   // Ports; owned by app/ or the test, never null while a procedure runs
   db::ConnectionFactory* surucu = nullptr;
   Boxes* kutular = nullptr;
   Progress* ilerleme = nullptr;
   Clock* saat = nullptr;
   Platform* platform = nullptr;
+};
+
+struct Oturum : OturumDegerleri {
+  // Connections and the shared recordset
+  std::unique_ptr<db::Connection> Baglanti, Baglanti2, Baglanti3, Baglanti4, Devir_Baglanti, Kaynak_Baglanti;
+  db::Recordset Kayitlar;
 };
 
 }  // namespace session

@@ -35,6 +35,8 @@ class Progress {
   virtual void step(std::int64_t value, std::int64_t maximum) = 0;   // KartBar: within the step
   virtual void whole(std::int64_t value, std::int64_t maximum) = 0;  // BarFrame: of the whole run
   virtual void pump() = 0;                                           // lets the window system run (DoEvents)
+  // The user has pressed Vazgeç. Asked where a run may end with nothing half done; most runs never ask.
+  virtual bool cancelled() { return false; }
 };
 
 class Clock {

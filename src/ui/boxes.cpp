@@ -7,6 +7,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "ui/tekrar.h"
 #include "ui/theme.h"
 
 namespace ui {
@@ -62,6 +63,13 @@ void prepare(QMessageBox& box, const std::string& text, session::Icon icon, std:
   layOut(box);
 }
 
+void show(QMessageBox& box) {
+  const ArrowCursor arrow;
+  ekranDegisti();
+  box.exec();
+  ekranDegisti();
+}
+
 }  // namespace
 
 WaitCursor::WaitCursor() {
@@ -77,8 +85,7 @@ void DesktopBoxes::message(const std::string& text, session::Icon icon, std::str
   QPushButton* tamam = box.addButton("Tamam", QMessageBox::AcceptRole);
   box.setDefaultButton(tamam);
   box.setEscapeButton(tamam);
-  const ArrowCursor arrow;
-  box.exec();
+  show(box);
 }
 
 bool DesktopBoxes::ask(const std::string& text, session::Icon icon, std::string_view title) {
@@ -88,8 +95,7 @@ bool DesktopBoxes::ask(const std::string& text, session::Icon icon, std::string_
   QPushButton* hayir = box.addButton("Hayır", QMessageBox::NoRole);
   box.setDefaultButton(hayir);
   box.setEscapeButton(hayir);
-  const ArrowCursor arrow;
-  box.exec();
+  show(box);
   return box.clickedButton() == evet;
 }
 

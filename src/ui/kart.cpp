@@ -68,6 +68,14 @@ Kart::Kart(const QString& iconName, const QString& caption, QWidget* parent)
   outer->addStretch(0);
 }
 
+void Kart::kapan() {
+  if (!isSuruyor()) emit kapandi();
+}
+
+bool Kart::isYap(session::Oturum& oturum, const IsTanimi& tanim, const std::function<void()>& is) {
+  return uzunIs(this, oturum, tanim, is) == IsSonucu::Bitti;
+}
+
 void Kart::row(QGridLayout* grid, int line, const QString& caption, QLineEdit* field) {
   auto* label = new QLabel(caption);
   label->setProperty("rol", "alan");

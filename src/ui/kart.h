@@ -1,7 +1,11 @@
-// The frame of every card screen: heading, body, foot with key hints and buttons.
+// The frame of every card screen: heading, body, foot with key hints and buttons. A screen leaves through
+// kapan() and does its work through isYap(); both survive being asked twice.
 #pragma once
 
 #include <QWidget>
+#include <functional>
+
+#include "ui/uzun_is.h"
 
 class QGridLayout;
 class QGroupBox;
@@ -25,6 +29,12 @@ class Kart : public QWidget {
   void kapandi();
 
  protected:
+  // Leaves the screen. Nothing happens while a work runs, and the console takes the first time only.
+  void kapan();
+  // The work of a button on the one runner (ui/uzun_is.h). True when it ran to its end: not refused because
+  // another one is running, not ended by Vazgeç.
+  bool isYap(session::Oturum& oturum, const IsTanimi& tanim, const std::function<void()>& is);
+
   QVBoxLayout* body() { return body_; }
   QHBoxLayout* foot() { return foot_; }
   QLabel* heading() { return caption_; }

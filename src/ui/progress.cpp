@@ -52,27 +52,13 @@ ProgressPanel::ProgressPanel(QWidget* parent)
   grid->addWidget(stepPercent_, 1, 1);
   grid->addWidget(whole_, 2, 0);
   grid->addWidget(wholePercent_, 2, 1);
-  // The place stays reserved, so that the fields do not jump when a run begins.
-  QSizePolicy policy = sizePolicy();
-  policy.setRetainSizeWhenHidden(true);
-  setSizePolicy(policy);
-  reset();
-}
-
-void ProgressPanel::reset() {
-  message_->clear();
-  for (QProgressBar* bar : {step_, whole_}) bar->setValue(0);
-  for (QLabel* label : {stepPercent_, wholePercent_}) label->clear();
-  setVisible(false);
 }
 
 void ProgressPanel::text(const std::string& text) {
-  setVisible(true);
   message_->setText(ui::text(text));
 }
 
 void ProgressPanel::show(QProgressBar* bar, QLabel* percent, std::int64_t value, std::int64_t maximum) {
-  setVisible(true);
   const double share =
       maximum > 0 ? std::clamp(static_cast<double>(value) / static_cast<double>(maximum), 0., 1.) : 0.;
   bar->setValue(static_cast<int>(share * barSteps));
@@ -92,16 +78,6 @@ void ProgressPanel::pump() {
 
 void QuietProgress::pump() {
   runWindowSystem();
-}
-
-ProgressScope::ProgressScope(session::Oturum& oturum, ProgressPanel& panel)
-    : oturum_(oturum), before_(oturum.ilerleme), panel_(panel) {
-  oturum_.ilerleme = &panel_;
-}
-
-ProgressScope::~ProgressScope() {
-  oturum_.ilerleme = before_;
-  panel_.reset();
 }
 
 }  // namespace ui

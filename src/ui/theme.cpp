@@ -12,6 +12,8 @@
 #include <QTranslator>
 #include <QtPlugin>
 
+#include "ui/tekrar.h"
+
 Q_IMPORT_PLUGIN(PictureIconPlugin)
 
 static void loadResources() {
@@ -122,6 +124,7 @@ class ProgramStyle : public QProxyStyle {
 
 void applyTheme(QApplication& application) {
   loadResources();
+  tekrarSuzgeciKur(application);
   QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
   QCoreApplication::installTranslator(new QtTurkish(&application));
   application.setStyle(new ProgramStyle);

@@ -165,6 +165,7 @@ class FakeServer {
   void failOpening(db::SqlError error) { openErrors.emplace_back(std::move(error)); }
 
   void run(std::string_view batch, db::BatchSink& sink) {
+    if (beforeRun) beforeRun(batch);
     statements.emplace_back(batch);
     for (auto entry = script.rbegin(); entry != script.rend(); ++entry) {
       Answer& answer = entry->second;
@@ -184,7 +185,8 @@ class FakeServer {
   std::deque<std::optional<db::SqlError>> openErrors;
   std::vector<db::ConnectionParts> openings;  // also those that failed
   std::vector<std::string> statements;
-  std::vector<db::TableColumn> columns;  // what tableColumns() tells of every table
+  std::function<void(std::string_view)> beforeRun;  // a slow server
+  std::vector<db::TableColumn> columns;             // what tableColumns() tells of every table
 };
 
 class FakeConnection : public db::Connection {

@@ -210,20 +210,4 @@ TEST(Progress, PercentagesAreWrittenBehindTheNumber) {
   }
 }
 
-TEST(Progress, ScopeLeadsToThePanelAndBack) {
-  support::FakeSurroundings around;
-  QWidget window;
-  auto* panel = new ui::ProgressPanel(&window);
-  {
-    const ui::ProgressScope scope(around.oturum, *panel);
-    EXPECT_FALSE(panel->isVisibleTo(&window));
-    around.oturum.ilerleme->step(1, 3);
-    around.oturum.ilerleme->whole(5, 0);
-    around.oturum.ilerleme->text("STOKKART");
-    EXPECT_TRUE(panel->isVisibleTo(&window));
-  }
-  EXPECT_EQ(around.oturum.ilerleme, &around.progress);
-  EXPECT_FALSE(panel->isVisibleTo(&window));
-}
-
 }  // namespace

@@ -9,6 +9,8 @@ int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   ui::applyTheme(application);
+  // Tests press faster than people: only those of haste itself set this.
+  QApplication::setDoubleClickInterval(0);
   testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }

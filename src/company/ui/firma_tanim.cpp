@@ -7,7 +7,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScopedValueRollback>
 #include <QTableWidget>
 #include <cstdlib>
 
@@ -16,7 +15,6 @@
 #include "ui/console_port.h"
 #include "ui/date_edit.h"
 #include "ui/fields.h"
-#include "ui/progress.h"
 #include "ui/theme.h"
 
 namespace company_ui {
@@ -80,14 +78,12 @@ FirmaTanim::FirmaTanim(session::Oturum& oturum, ui::ConsolePort& konsol)
   setObjectName("Firma_Tanım");
   cerceveler();
   ambarCercevesi();
-  ilerleme_ = new ui::ProgressPanel;
   body()->addStretch(1);
-  body()->addWidget(ilerleme_);
   kaydetBtn_ = button("KaydetBtn", "Kaydet", "kaydet", true);
   cikisBtn_ = button("CikisBtn", "Çıkış", "cikis");
   tuslar();
   connect(kaydetBtn_, &QPushButton::clicked, this, &FirmaTanim::kaydet);
-  connect(cikisBtn_, &QPushButton::clicked, this, &FirmaTanim::kapat);
+  connect(cikisBtn_, &QPushButton::clicked, this, &FirmaTanim::kapan);
 }
 
 void FirmaTanim::cerceveler() {
@@ -168,7 +164,6 @@ void FirmaTanim::ac() {
   const company::KartDurumu durum = company::Firma_Karti_Ac(oturum_, kart);
   goster(kart, durum);
   subheading()->setText(altBaslik(oturum_, kart));
-  ilerleme_->reset();
 }
 
 void FirmaTanim::goster(const company::FirmaKarti& kart, const company::KartDurumu& durum) {
@@ -199,22 +194,12 @@ company::FirmaKarti FirmaTanim::oku() const {
 }
 
 void FirmaTanim::kaydet() {
-  // The window lives during the creation: neither a second F2 nor Escape may come in between.
-  if (kaydediyor_) return;
-  const QScopedValueRollback saving(kaydediyor_, true);
   company::FirmaKarti kart = oku();
   bool bitti = false;
-  {
-    const ui::ProgressScope progress(oturum_, *ilerleme_);
-    bitti = company::Kaydet(oturum_, kart);
-  }
-  if (!bitti) return;
+  const QString baslik = oturum_.Yeni_Kayit ? "Firma oluşturuluyor" : "Firma kartı yazılıyor";
+  if (!isYap(oturum_, {baslik}, [&] { bitti = company::Kaydet(oturum_, kart); }) || !bitti) return;
   konsol_.Alan_Listesi_Doldur();
-  emit kapandi();
-}
-
-void FirmaTanim::kapat() {
-  if (!kaydediyor_) emit kapandi();
+  kapan();
 }
 
 }  // namespace company_ui

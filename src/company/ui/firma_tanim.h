@@ -16,7 +16,6 @@ struct KartDurumu;
 }  // namespace company
 namespace ui {
 class ConsolePort;
-class ProgressPanel;
 }  // namespace ui
 
 namespace company_ui {
@@ -37,7 +36,6 @@ class FirmaTanim : public ui::Kart {
   void goster(const company::FirmaKarti& kart, const company::KartDurumu& durum);
   company::FirmaKarti oku() const;
   void kaydet();
-  void kapat();
 
   session::Oturum& oturum_;
   ui::ConsolePort& konsol_;
@@ -46,8 +44,6 @@ class FirmaTanim : public ui::Kart {
   QGroupBox *frame1_ = nullptr, *frame2_ = nullptr, *frame3_ = nullptr, *frame4_ = nullptr;
   QBoxLayout* altCerceveler_ = nullptr;  // Frame3 and Frame4
   QPushButton *kaydetBtn_ = nullptr, *cikisBtn_ = nullptr;
-  ui::ProgressPanel* ilerleme_ = nullptr;
-  bool kaydediyor_ = false;
 };
 
 }  // namespace company_ui

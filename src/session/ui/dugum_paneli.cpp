@@ -95,6 +95,7 @@ DugumPaneli::DugumPaneli(const session::Oturum& oturum, const std::vector<QActio
     button->setFocusPolicy(Qt::TabFocus);
     button->setDefaultAction(komut);
     ui::pressByEnter(button);
+    connect(komut, &QAction::changed, button, [button, komut] { button->setVisible(komut->isVisible()); });
     buttons->addWidget(button, place / perRow, place % perRow);
     ++place;
   }

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QShortcut>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -204,6 +205,8 @@ session::GirisSonucu GirisFrm::dene(const QString& kullanici, const QString& sif
 }
 
 void GirisFrm::tamam() {
+  if (suruyor_ || bitti_) return;
+  const QScopedValueRollback suruyor(suruyor_, true);
   session::GirisSonucu sonuc = dene(kullanici_->text(), sifre_->text());
   if (sonuc.adim == session::GirisSonucu::Adim::KatalogYok) sonuc = katalogsuz(sonuc);
   uygula(sonuc);
@@ -224,6 +227,7 @@ session::GirisSonucu GirisFrm::katalogsuz(const session::GirisSonucu& sonuc) {
 
 void GirisFrm::uygula(const session::GirisSonucu& sonuc) {
   if (sonuc.adim != session::GirisSonucu::Adim::EkrandaKal) {
+    bitti_ = true;
     emit konsolAc();
     return;
   }

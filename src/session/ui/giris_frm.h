@@ -28,7 +28,7 @@ class GirisFrm : public QWidget {
   GirisFrm(session::Oturum& oturum, SunucuHazirlayici hazirla);
 
  signals:
-  void konsolAc();  // the login is over, with or without a catalog (Giris_Hatali)
+  void konsolAc();  // once: the login is over, with or without a catalog (Giris_Hatali)
   void cikis();
 
  protected:
@@ -48,6 +48,7 @@ class GirisFrm : public QWidget {
   SunucuHazirlayici hazirla_;
   QLineEdit *kullanici_, *sifre_, *server_, *sqlSa_, *sqlSaSifre_, *msKullanici_, *msSifre_;
   QPushButton *tamamBtn_, *cikisBtn_, *tm_;
+  bool suruyor_ = false, bitti_ = false;
 };
 
 }  // namespace session_ui

@@ -10,12 +10,12 @@
 #include <QToolButton>
 #include <QTreeWidget>
 
-#include "company/ui/firma_tanim.h"
-#include "rights/ui/ekle_frm.h"
 #include "session/ui/dugum_paneli.h"
 #include "ui/fields.h"
 #include "ui/kart.h"
+#include "ui/tekrar.h"
 #include "ui/theme.h"
+#include "ui/uzun_is.h"
 
 namespace session_ui {
 namespace {
@@ -32,33 +32,25 @@ QString dugumResmi(std::string_view kind) {
   return session::resimSirasi(kind) == 1 ? "firma" : "kullanici";
 }
 
-// Names of the screens behind the commands, in the order of session::Ekran.
-constexpr const char* ekranAdlari[] = {
-    "",        "Firma_Tanım", "Ekle_Frm", "Yetki_Frm", "KasiyerYetkiFrm", "MNIsyeri",
-    "MNAmbar", "MnSatici",    "MNDoviz",  "MNFiyat",   "MNRenkTanim"};
-constexpr const char* ekranYazilari[] = {"",
-                                         "Firma Tanımı",
-                                         "Kullanıcı Tanımı",
-                                         "Kullanıcı Yetkileri",
-                                         "Kasiyer Yetkileri",
-                                         "İşyeri Tanımları",
-                                         "Ambar Tanımları",
-                                         "Satıcı Tanımları",
-                                         "Döviz Tanımları",
-                                         "Fiyat Tanımları",
-                                         "Renk Beden Drop Tanımları"};
+// The screen that a command opens on a company and on a user.
+struct KomutEkrani {
+  const char* komut;
+  session::Ekran firma, kullanici;
+};
+constexpr KomutEkrani komutEkranlari[] = {
+    {"MNEkle", session::Ekran::Firma_Tanim, session::Ekran::Ekle_Frm},
+    {"MNDegistir", session::Ekran::Firma_Tanim, session::Ekran::Ekle_Frm},
+    {"MNIncele", session::Ekran::Firma_Tanim, session::Ekran::Ekle_Frm},
+    {"MNYetki", session::Ekran::Yetki_Frm, session::Ekran::Yetki_Frm},
+    {"MNYetkiKasiyer", session::Ekran::KasiyerYetkiFrm, session::Ekran::KasiyerYetkiFrm},
+};
 
 }  // namespace
 
-ZemberaMenu::ZemberaMenu(session::Oturum& oturum) : oturum_(oturum) {
+ZemberaMenu::ZemberaMenu(session::Oturum& oturum, ui::EkranKaydi ekranlar)
+    : oturum_(oturum), ekranlar_(std::move(ekranlar)) {
   setObjectName("Zembera_Menu");
   setWindowTitle("Korvena Zembera");
-  ekranTanit("Firma_Tanım", [](session::Oturum& o, ui::ConsolePort& konsol) -> ui::Kart* {
-    return new company_ui::FirmaTanim(o, konsol);
-  });
-  ekranTanit("Ekle_Frm", [](session::Oturum& o, ui::ConsolePort& konsol) -> ui::Kart* {
-    return new rights_ui::EkleFrm(o, konsol);
-  });
   popupKur();
   menuleriKur();
   yigin_ = new QStackedWidget;
@@ -72,6 +64,7 @@ ZemberaMenu::ZemberaMenu(session::Oturum& oturum) : oturum_(oturum) {
   layout->addWidget(yigin_, 1);
   setCentralWidget(all);
   durumCubugu();
+  ekranlariGoster();
   yerlestir();
 
   if (oturum_.Giris_Hatali == 0) {
@@ -91,8 +84,24 @@ void ZemberaMenu::yerlestir() {
   move(room.center() - rect().center());
 }
 
-void ZemberaMenu::ekranTanit(const std::string& ad, EkranYapici yapici) {
-  yapicilar_[ad] = std::move(yapici);
+void ZemberaMenu::ekranTanit(const std::string& ad, ui::EkranKaydi::Yapici yapici) {
+  ekranlar_.tanit(ad, std::move(yapici));
+  ekranlariGoster();
+  dugumDegisti();
+}
+
+// What leads to a screen that does not exist is not drawn.
+void ZemberaMenu::ekranlariGoster() {
+  const auto tablo = session::menuButonlari();
+  for (std::size_t i = 0; i < menuButonlari_.size(); ++i)
+    menuButonlari_[i]->setVisible(ekranlar_.var(std::string(tablo[i].ekran)));
+  command1_->setVisible(ekranlar_.var(std::string(session::raporEvrakButonu.ekran)));
+  bool tanimVar = false;
+  for (QAction* action : tanimlar_->actions()) {
+    action->setVisible(ekranlar_.var(action->objectName().toStdString()));
+    tanimVar = tanimVar || action->isVisible();
+  }
+  tanimlar_->menuAction()->setVisible(tanimVar);
 }
 
 void ZemberaMenu::Durum_Yaz(const QString& text) {
@@ -101,11 +110,15 @@ void ZemberaMenu::Durum_Yaz(const QString& text) {
 
 void ZemberaMenu::Alan_Listesi_Doldur() {
   const session::Dugum eski = dugum(agac_->currentItem());
+  std::vector<session::Dugum> dugumler;
+  if (ui::uzunIs(this, oturum_, {"Liste okunuyor"},
+                 [&] { dugumler = session::Alan_Listesi_Doldur(oturum_); }) == ui::IsSonucu::Reddedildi)
+    return;
   const QSignalBlocker quiet(agac_);
   agac_->clear();
   QTreeWidgetItem* dal = nullptr;
   QTreeWidgetItem* secili = nullptr;
-  for (const session::Dugum& d : session::Alan_Listesi_Doldur(oturum_)) {
+  for (const session::Dugum& d : dugumler) {
     const bool yaprak = d.kind == session::dugum::F || d.kind == session::dugum::K;
     auto* oge = yaprak && dal ? new QTreeWidgetItem(dal) : new QTreeWidgetItem(agac_);
     if (!yaprak) dal = oge;
@@ -144,6 +157,11 @@ void ZemberaMenu::dugumDegisti() {
   };
   for (const auto& [ad, acik] : haller) komutlar_.at(ad)->setEnabled(acik);
   tanimlar_->menuAction()->setEnabled(durum.tanimlar);
+  const bool kullanici = secili.kind == session::dugum::K || secili.kind == session::dugum::KT;
+  for (const KomutEkrani& komut : komutEkranlari) {
+    const auto& ekran = session::ekranBilgisi(kullanici ? komut.kullanici : komut.firma);
+    komutlar_.at(komut.komut)->setVisible(ekranlar_.var(std::string(ekran.ad)));
+  }
   if (oge)
     ayrinti_->goster(secili, oge->childCount());
   else
@@ -162,17 +180,8 @@ void ZemberaMenu::agacOlayi(session::AgacOlayi olay) {
   const session::Dugum secili = dugum(agac_->currentItem());
   const auto komut = session::agacKomutu(olay, secili.kind, oturum_.Supervisor);
   if (!komut) return;
-  switch (*komut) {
-    case session::Komut::MNEkle:
-      calistir(session::MNEkle(oturum_, secili));
-      break;
-    case session::Komut::MNDegistir:
-      calistir(session::MNDegistir(oturum_, secili));
-      break;
-    case session::Komut::MNSil:
-      calistir(session::MNSil(oturum_, secili));
-      break;
-  }
+  constexpr const char* adlar[] = {"MNEkle", "MNDegistir", "MNSil"};  // in the order of session::Komut
+  komutlar_.at(adlar[static_cast<std::size_t>(*komut)])->trigger();
 }
 
 bool ZemberaMenu::eventFilter(QObject* watched, QEvent* event) {
@@ -195,41 +204,58 @@ bool ZemberaMenu::eventFilter(QObject* watched, QEvent* event) {
   return QMainWindow::eventFilter(watched, event);
 }
 
-void ZemberaMenu::calistir(const session::KomutSonucu& sonuc) {
+void ZemberaMenu::komut(const QString& yazi,
+                        const std::function<session::KomutSonucu(const session::Dugum&)>& islem) {
+  if (ekranAcik()) return;
+  const session::Dugum secili = dugum(agac_->currentItem());
+  session::KomutSonucu sonuc;
+  ui::uzunIs(this, oturum_, {yazi}, [&] { sonuc = islem(secili); });
+  sonucuUygula(sonuc);
+}
+
+void ZemberaMenu::sonucuUygula(const session::KomutSonucu& sonuc) {
   if (!sonuc.durum.empty()) Durum_Yaz(ui::text(sonuc.durum));
   if (sonuc.listeyiYenile) Alan_Listesi_Doldur();
   if (sonuc.ekran == session::Ekran::Yok) return;
-  const auto sira = static_cast<std::size_t>(sonuc.ekran);
-  ekranAc(ekranAdlari[sira], ekranYazilari[sira]);
+  const session::EkranBilgisi& ekran = session::ekranBilgisi(sonuc.ekran);
+  ekranAc(std::string(ekran.ad), ui::text(ekran.yazi));
 }
 
 void ZemberaMenu::menuButonu(const session::MenuButonu& buton, const QString& yazi) {
+  if (ekranAcik()) return;
   if (!buton.durum.empty()) Durum_Yaz(ui::text(buton.durum));
   ekranAc(std::string(buton.ekran), yazi);
 }
 
 void ZemberaMenu::ekranAc(const std::string& ad, const QString& yazi) {
-  const auto yapici = yapicilar_.find(ad);
-  if (yapici == yapicilar_.end()) {
+  if (ekranAcik()) return;
+  if (!ekranlar_.var(ad)) {
     Durum_Yaz(yazi + ": bu ekran programın bu sürümünde bulunmuyor.");
     return;
   }
   ui::Kart*& kart = kartlar_[ad];
   if (!kart) {
-    kart = yapici->second(oturum_, *this);
+    kart = ekranlar_.yap(ad, oturum_, *this);
     yigin_->addWidget(kart);
-    connect(kart, &ui::Kart::kapandi, this, &ZemberaMenu::kartKapandi);
+    connect(kart, &ui::Kart::kapandi, this, [this, kapanan = kart] { kartKapandi(kapanan); });
   }
   kenarAc(false);
   yigin_->setCurrentWidget(kart);
+  ui::ekranDegisti();
   kart->ac();
 }
 
-void ZemberaMenu::kartKapandi() {
+bool ZemberaMenu::ekranAcik() const {
+  return yigin_->currentWidget() != anapanel_;
+}
+
+void ZemberaMenu::kartKapandi(const ui::Kart* kart) {
+  if (yigin_->currentWidget() != kart) return;
   yigin_->setCurrentWidget(anapanel_);
   kenarAc(true);
   Durum_Yaz({});
   agac_->setFocus();
+  ui::ekranDegisti();
 }
 
 // Screens are shown one at a time: an open card must not be covered by another screen.

@@ -8,6 +8,7 @@
 
 #include "session/konsol.h"
 #include "session/oturum.h"
+#include "session/ui/ekranlar.h"
 #include "ui/console_port.h"
 
 class QAction;
@@ -29,11 +30,10 @@ class DugumPaneli;
 class ZemberaMenu : public QMainWindow, public ui::ConsolePort {
   Q_OBJECT
  public:
-  explicit ZemberaMenu(session::Oturum& oturum);
+  explicit ZemberaMenu(session::Oturum& oturum, ui::EkranKaydi ekranlar = butunEkranlar());
 
-  // Makes the screen of that name on its first use; it is kept and opened anew each time.
-  using EkranYapici = std::function<ui::Kart*(session::Oturum&, ui::ConsolePort&)>;
-  void ekranTanit(const std::string& ad, EkranYapici yapici);
+  // One screen more.
+  void ekranTanit(const std::string& ad, ui::EkranKaydi::Yapici yapici);
 
   void Durum_Yaz(const QString& text) override;
   void Alan_Listesi_Doldur() override;
@@ -58,14 +58,18 @@ class ZemberaMenu : public QMainWindow, public ui::ConsolePort {
   void dugumDegisti();
   void popupGoster(const QPoint& yer);
   void agacOlayi(session::AgacOlayi olay);
-  void calistir(const session::KomutSonucu& sonuc);
+  // Runs a command on the current node and opens what it asks for.
+  void komut(const QString& yazi, const std::function<session::KomutSonucu(const session::Dugum&)>& islem);
+  void sonucuUygula(const session::KomutSonucu& sonuc);
   void menuButonu(const session::MenuButonu& buton, const QString& yazi);
   void ekranAc(const std::string& ad, const QString& yazi);
-  void kartKapandi();
+  void kartKapandi(const ui::Kart* kart);
+  bool ekranAcik() const;  // a card stands over the tree
+  void ekranlariGoster();
   void kenarAc(bool acik);
 
   session::Oturum& oturum_;
-  std::map<std::string, EkranYapici> yapicilar_;
+  ui::EkranKaydi ekranlar_;
   std::map<std::string, ui::Kart*> kartlar_;
   std::map<QString, QAction*> komutlar_;
   std::vector<QToolButton*> menuButonlari_;

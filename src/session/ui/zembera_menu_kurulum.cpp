@@ -1,5 +1,6 @@
 // The console's widgets, built once.
 #include <QAction>
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -62,18 +63,13 @@ constexpr MenuSatiri menuler[] = {
     {"", "ZMDosya", "&Dosya"}, {"", "ZMTerminal", "Terminal"}, {"", "ZMServis", "Servis"}};
 
 struct TanimSatiri {
-  const char* ad;
-  const char* yazi;
-  const char* resim;
   session::Ekran ekran;
+  const char* resim;
 };
 constexpr TanimSatiri tanimSatirlari[] = {
-    {"MNIsyeri", "İşyeri Tanımları", "isyeri", session::Ekran::MNIsyeri},
-    {"MNAmbar", "Ambar Tanımları", "ambar", session::Ekran::MNAmbar},
-    {"MnSatici", "Satıcı Tanımları", "satici", session::Ekran::MnSatici},
-    {"MNDoviz", "Döviz Tanımları", "doviz", session::Ekran::MNDoviz},
-    {"MNFiyat", "Fiyat Tanımları", "fiyat", session::Ekran::MNFiyat},
-    {"MNRenkTanim", "Renk Beden Drop Tanımları", "renk", session::Ekran::MNRenkTanim},
+    {session::Ekran::MNIsyeri, "isyeri"}, {session::Ekran::MNAmbar, "ambar"},
+    {session::Ekran::MnSatici, "satici"}, {session::Ekran::MNDoviz, "doviz"},
+    {session::Ekran::MNFiyat, "fiyat"},   {session::Ekran::MNRenkTanim, "renk"},
 };
 
 QToolButton* kenarButonu(const char* ad, const QString& yazi, const QString& resim) {
@@ -115,7 +111,7 @@ QAction* ZemberaMenu::komutEkle(const char* ad, const QString& yazi, const QStri
   auto* action = new QAction(ui::captionIcon(resim), yazi, this);
   action->setObjectName(ad);
   connect(action, &QAction::triggered, this,
-          [this, islem] { calistir(islem(oturum_, dugum(agac_->currentItem()))); });
+          [this, yazi, islem] { komut(yazi, [&](const session::Dugum& d) { return islem(oturum_, d); }); });
   komutlar_[ad] = action;
   return action;
 }
@@ -133,10 +129,12 @@ void ZemberaMenu::popupKur() {
   tanimlar_ = popup_->addMenu(ui::icon("tanimlar"), "Tanımlar");
   tanimlar_->setObjectName("MNTanimlar");
   for (const TanimSatiri& satir : tanimSatirlari) {
-    QAction* action = tanimlar_->addAction(ui::icon(satir.resim), satir.yazi);
-    action->setObjectName(satir.ad);
-    connect(action, &QAction::triggered, this, [this, ekran = satir.ekran] {
-      calistir(session::MNTanim(oturum_, dugum(agac_->currentItem()), ekran));
+    const session::EkranBilgisi& ekran = session::ekranBilgisi(satir.ekran);
+    QAction* action = tanimlar_->addAction(ui::icon(satir.resim), ui::text(ekran.yazi));
+    action->setObjectName(ui::text(ekran.ad));
+    connect(action, &QAction::triggered, this, [this, satir, action] {
+      komut(action->text(),
+            [&](const session::Dugum& d) { return session::MNTanim(oturum_, d, satir.ekran); });
     });
   }
   popup_->addSeparator();
@@ -175,6 +173,9 @@ QWidget* ZemberaMenu::kenarCubugu() {
   scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   scroll->setFocusPolicy(Qt::NoFocus);
   scroll->setWidget(buttons);
+  connect(qApp, &QApplication::focusChanged, scroll, [scroll, buttons](QWidget*, QWidget* now) {
+    if (now && buttons->isAncestorOf(now)) scroll->ensureWidgetVisible(now);
+  });
 
   QToolButton* tus = kenarButonu("Tus", "Çıkış", "cikis");
   connect(tus, &QToolButton::clicked, this, &ZemberaMenu::cikis);

@@ -1,0 +1,14 @@
+#include "session/ui/ekranlar.h"
+
+#include "company/ui/ekranlar.h"
+
+namespace session_ui {
+
+// One line a room.
+ui::EkranKaydi butunEkranlar() {
+  ui::EkranKaydi kayit;
+  company_ui::ekranlariTanit(kayit);
+  return kayit;
+}
+
+}  // namespace session_ui

@@ -1,6 +1,7 @@
 #include "session/ui/ekranlar.h"
 
 #include "company/ui/ekranlar.h"
+#include "rights/ui/ekranlar.h"
 
 namespace session_ui {
 
@@ -8,6 +9,7 @@ namespace session_ui {
 ui::EkranKaydi butunEkranlar() {
   ui::EkranKaydi kayit;
   company_ui::ekranlariTanit(kayit);
+  rights_ui::ekranlariTanit(kayit);
   return kayit;
 }
 

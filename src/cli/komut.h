@@ -65,5 +65,6 @@ const Komut& parametreKopyalaKomutu();
 const Komut& parametreKarsilastirKomutu();
 const Komut& numaraKomutu();
 const Komut& tanimKomutu();
+const Komut& devirKomutu();
 
 }  // namespace cli

@@ -25,7 +25,8 @@ constexpr std::array commands = {kurKomutu,
                                  semaKomutu,
                                  parametreKomutu,
                                  parametreKopyalaKomutu,
-                                 parametreKarsilastirKomutu};
+                                 parametreKarsilastirKomutu,
+                                 devirKomutu};
 
 std::string valueName(std::string_view option) {
   const auto last = option.substr(option.rfind(',') + 1);  // npos + 1 is 0

@@ -1,0 +1,6 @@
+#include "rollover/kanit_sorgulari.h"
+namespace rollover {
+Kanit kanitHazirla(Baglam&) {
+  return {};
+}
+}  // namespace rollover

@@ -1,9 +1,7 @@
-#include <algorithm>
-
 #include "cli/komut.h"
 #include "cli/oturum_ac.h"
+#include "session/firma_bul.h"
 #include "session/konsol.h"
-#include "session/metin.h"
 
 namespace cli {
 
@@ -17,16 +15,15 @@ int run(Ortam& ortam, const Degerler& values) {
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
   komut.kutular.evet = values.var("evet");
-  const std::string wanted = session::Buyuk_Harf(session::Trim(values.metin("ad")));
-  const auto nodes = session::Firma_Listesi_Doldur(komut.oturum);
-  const auto node = std::find_if(nodes.begin(), nodes.end(), [&](const session::Dugum& n) {
-    return session::Buyuk_Harf(n.text) == wanted;
-  });
-  if (node == nodes.end()) {
+  const auto firma = session::Firma_Bul(komut.oturum, values.metin("ad"));
+  if (!firma) {
     ortam.err << "Bu isimle bir firma yok: " << values.metin("ad") << "\n";
     return reddedildi;
   }
-  return session::MNSil(komut.oturum, *node).listeyiYenile ? tamam : reddedildi;
+  return session::MNSil(komut.oturum, {std::string(session::dugum::F), firma->ad, firma->id, "", ""})
+                 .listeyiYenile
+             ? tamam
+             : reddedildi;
 }
 
 }  // namespace

@@ -1,15 +1,16 @@
 // Making a company, and writing the card of one that exists.
 #include <algorithm>
 #include <array>
-#include <filesystem>
 
 #include "catalog/create_database.h"
 #include "catalog/katalog.h"
 #include "company/base_schema.h"
 #include "company/firma_karti.h"
 #include "company/kart_alanlari.h"
+#include "platform/files.h"
 #include "platform/folders.h"
 #include "rights/varsayilan.h"
+#include "session/firma_bul.h"
 #include "session/metin.h"
 #include "session/statements.h"
 
@@ -61,12 +62,15 @@ bool sahipsizVeritabani(Oturum& oturum) {
   }
   try {
     session::Katalog_Bagla(oturum, katalog);
-    if (satirVar(oturum, "SELECT sysfrm_ID FROM sysfrmlng WHERE sysfrm_dbnm='" +
-                             db::escape(oturum.Hedef_Firma_Adi) + "'")) {
+    if (session::Firma_Bul(oturum, oturum.Hedef_Firma_Adi)) {
       return false;
     }
+    oturum.Hedef_Firma_Adi = session::Veritabani_Asil_Adi(oturum, oturum.Hedef_Firma_Adi);
     session::Katalog_Bagla(oturum, oturum.Hedef_Firma_Adi);
-    const auto nesneler = oturum.Baglanti->query("SELECT COUNT(*) FROM sysobjects WHERE xtype IN ('U','V')");
+    // Another run that is just making it stands on it.
+    const auto nesneler = oturum.Baglanti->query(
+        "SELECT (SELECT COUNT(*) FROM sysobjects WHERE xtype IN ('U','V'))+(SELECT COUNT(*) FROM "
+        "master.dbo.sysprocesses WHERE dbid=DB_ID() AND spid<>@@SPID)");
     return nesneler && nesneler->count() > 0 && nesneler->value(0, 0).integer() == 0;
   } catch (const db::SqlError&) {
     return false;
@@ -108,8 +112,7 @@ std::string dosyaVarMetni(const std::string& dosya) {
 // taken to run on one machine.
 bool dosyaYok(Oturum& oturum) {
   const std::string dosya = catalog::dataFile(oturum.Hedef_Firma_Adi, oturum.Veri_Klasoru);
-  std::error_code error;
-  if (std::filesystem::exists(platform::hostPath(dosya), error)) {
+  if (platform::fileOfName(platform::hostPath(dosya))) {
     oturum.Son_Hata = dosyaVarMetni(dosya);
   }
   return oturum.Son_Hata.empty();
@@ -132,11 +135,10 @@ void alanlariYaz(Oturum& oturum, const FirmaKarti& kart, bool yeni) {
 
 // A row of that name is the trace of a run that broke off: its database is not there any more, or was not
 // made. It is written anew, for two rows of one database could not be deleted one by one. True when found.
-bool eskiSatir(Oturum& oturum) {
-  const std::string ad = session::Buyuk_Harf(oturum.Hedef_Firma_Adi);
+bool eskiSatir(Oturum& oturum, const std::optional<session::FirmaSatiri>& eski) {
   db::Recordset& kayitlar = oturum.Kayitlar;
-  for (; !kayitlar.eof(); kayitlar.moveNext()) {
-    if (session::Buyuk_Harf(kayitlar.field("sysfrm_dbnm").trimmed()) == ad) {
+  for (; eski && !kayitlar.eof(); kayitlar.moveNext()) {
+    if (kayitlar.field("sysfrm_ID").integer() == eski->id) {
       return true;
     }
   }
@@ -144,9 +146,9 @@ bool eskiSatir(Oturum& oturum) {
 }
 
 // True when the row is a new one.
-bool katalogSatiri(Oturum& oturum, const FirmaKarti& kart) {
+bool katalogSatiri(Oturum& oturum, const FirmaKarti& kart, const std::optional<session::FirmaSatiri>& eski) {
   db::Recordset& kayitlar = oturum.Kayitlar;
-  const bool yeni = !eskiSatir(oturum);
+  const bool yeni = !eskiSatir(oturum, eski);
   if (yeni) {
     kayitlar.addNew();
   }
@@ -162,13 +164,36 @@ bool katalogSatiri(Oturum& oturum, const FirmaKarti& kart) {
   return yeni;
 }
 
+// Two runs may have found the name free at one time: the row that came first stays, the other run takes its
+// own back and leaves the company alone. False for that one.
+bool satirBizim(Oturum& oturum) {
+  const auto rows = oturum.Baglanti->query(
+      "SELECT @@IDENTITY,MIN(sysfrm_ID) FROM sysfrmlng WHERE DB_ID(RTRIM(sysfrm_dbnm))=DB_ID('" +
+      db::escape(oturum.Hedef_Firma_Adi) + "')");
+  if (!rows || rows->count() == 0 || rows->value(0, 1).isNull()) {
+    return true;
+  }
+  const std::int64_t numara = rows->value(0, 0).integer();
+  if (rows->value(0, 1).integer() >= numara) {
+    return true;
+  }
+  oturum.Baglanti->execute("DELETE FROM sysfrmlng WHERE sysfrm_ID=" + std::to_string(numara));
+  oturum.Son_Hata = yeniAdVar.firma;
+  return false;
+}
+
 // The company belongs to user 1, with every right.
 void yoneticiyeVer(Oturum& oturum, bool yeniSatir) {
   db::Recordset& kayitlar = oturum.Kayitlar;
   session::Sorgu_Ac_Mesajli(
       oturum, kayitlar,
       "SELECT sysfrm_ID FROM sysfrmlng WHERE sysfrm_dbnm='" + db::escape(oturum.Hedef_Firma_Adi) + "'");
-  const std::string id = std::to_string(kayitlar.field("sysfrm_ID").integer());
+  std::int64_t numara = kayitlar.field("sysfrm_ID").integer();
+  // The column's collation may hold names for one that are two databases.
+  if (kayitlar.recordCount() > 1) {
+    numara = session::Firma_Bul(oturum, oturum.Hedef_Firma_Adi).value().id;
+  }
+  const std::string id = std::to_string(numara);
   if (!yeniSatir) {
     session::Sorgu_Ac_Mesajli(oturum, kayitlar,
                               "DELETE FROM sysusfrmlng WHERE sysfrm_ID=" + id + " AND sysus_ID=1");
@@ -213,14 +238,19 @@ void kataloglaTanit(Oturum& oturum, const FirmaKarti& kart, bool yaratildi, std:
   bool yeniSatir = false;
   try {
     session::Katalog_Bagla(oturum, katalog);
+    const auto eski = session::Firma_Bul(oturum, oturum.Hedef_Firma_Adi);
     oturum.Kayitlar.open(*oturum.Baglanti, "Select * from sysfrmlng", db::Cursor::Keyset,
                          db::Lock::BatchOptimistic);
-    yeniSatir = katalogSatiri(oturum, kart);
+    yeniSatir = katalogSatiri(oturum, kart, eski);
   } catch (const db::SqlError&) {
     if (yaratildi) {
       veritabaniniGeriAl(oturum);
     }
     throw;
+  }
+  if (yeniSatir && !satirBizim(oturum)) {
+    durum.clear();
+    return;
   }
   durum = yaridaKaldi(oturum);
   yoneticiyeVer(oturum, yeniSatir);
@@ -236,6 +266,25 @@ bool semayiYaz(Oturum& oturum) {
   return Firma_Tablolari_Olustur(oturum);
 }
 
+// False when another run has made a database of that name since it was looked for; Son_Hata says so. Any
+// other failure has been shown and is left in Son_Hata.
+bool veritabaniniYarat(Oturum& oturum) {
+  constexpr int adAlinmis = 1801;
+  const std::string sql = catalog::createDatabaseStatement(oturum.Hedef_Firma_Adi, oturum.Veri_Klasoru);
+  try {
+    oturum.Kayitlar.open(*oturum.Baglanti, sql, db::Cursor::Keyset, db::Lock::BatchOptimistic);
+  } catch (const db::SqlError& hata) {
+    if (hata.serverNumber() == adAlinmis) {
+      oturum.Son_Hata = oturum.Katalog_Kurulumu ? yeniAdVar.kurulum : yeniAdVar.firma;
+      return false;
+    }
+    oturum.Son_Hata = std::to_string(hata.number()) + " : " + hata.what();
+    oturum.kutular->message(oturum.Son_Hata);
+    oturum.kutular->message(sql);
+  }
+  return true;
+}
+
 // `durum` tells what stands when the run broke off; empty when it came to its end.
 void yeniFirmaOlustur(Oturum& oturum, const FirmaKarti& kart, std::string& durum) {
   bool yaratildi = false;
@@ -243,15 +292,19 @@ void yeniFirmaOlustur(Oturum& oturum, const FirmaKarti& kart, std::string& durum
     if (!dosyaYok(oturum)) {
       return;
     }
-    session::Sorgu_Ac_Mesajli(oturum, oturum.Kayitlar,
-                              catalog::createDatabaseStatement(oturum.Hedef_Firma_Adi, oturum.Veri_Klasoru));
+    if (!veritabaniniYarat(oturum)) {
+      return;
+    }
     yaratildi = oturum.Son_Hata.empty();
   } else if (!kaldigiYerden(oturum)) {
     return;
   }
   const bool veritabaniVar = oturum.Son_Hata.empty();
   if (!oturum.Katalog_Kurulumu) {
-    kataloglaTanit(oturum, kart, yaratildi, durum);
+    // A database that was there keeps the spelling of its name.
+    FirmaKarti yazilan = kart;
+    yazilan.Firma_Adi = oturum.Hedef_Firma_Adi;
+    kataloglaTanit(oturum, yazilan, yaratildi, durum);
   }
   // Without a database the company stays listed, and the server's own text has told why.
   if (!veritabaniVar || (oturum.Son_Hata.empty() && semayiYaz(oturum))) {

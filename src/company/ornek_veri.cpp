@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "company/ornek/adimlar.h"
+#include "session/firma_bul.h"
 #include "session/statements.h"
 
 namespace company {
@@ -33,12 +34,16 @@ constexpr std::array steps = {ornek::tanimlariYaz,  ornek::kartlariYaz,      orn
 // The company's period from the catalog; its fault in `hata`.
 Donem donemOku(session::Oturum& oturum, const std::string& firmaAdi, std::string& hata) {
   session::Katalog_Bagla(oturum, "Defination_DB");
+  Donem donem;
+  const auto firma = session::Firma_Bul(oturum, firmaAdi);
+  if (!firma) {
+    hata = "Bu isimle bir firma yok: " + firmaAdi;
+    return donem;
+  }
   const auto rows = oturum.Baglanti->query(
       "SELECT Mali_Yil_Baslangic, Mali_Yil_Bitis, DATEDIFF(d,Mali_Yil_Baslangic,Mali_Yil_Bitis) FROM "
-      "sysfrmlng "
-      "WHERE sysfrm_dbnm='" +
-      db::escape(firmaAdi) + "'");
-  Donem donem;
+      "sysfrmlng WHERE sysfrm_ID=" +
+      std::to_string(firma->id));
   if (!rows || rows->count() == 0) {
     hata = "Bu isimle bir firma yok: " + firmaAdi;
     return donem;
@@ -67,10 +72,15 @@ OrnekVeriSonucu Ornek_Veri_Yaz(session::Oturum& oturum, const std::string& firma
   const Donem donem = donemOku(oturum, firmaAdi, sonuc.hata);
   if (!sonuc.hata.empty()) return sonuc;
   session::Katalog_Bagla(oturum, firmaAdi);
-  sonuc.hata = engel(oturum);
-  if (!sonuc.hata.empty()) return sonuc;
   Baglam baglam(oturum, donem, secenekler, dinleyici);
   try {
+    // A second run waits here for the first one's cards, and finds them.
+    baglam.y.basla("UPDATE IP_AC SET IP=IP");
+    sonuc.hata = engel(oturum);
+    if (!sonuc.hata.empty()) {
+      baglam.y.geriAl();
+      return sonuc;
+    }
     baglam.ekleriOku();
     std::int64_t done = 0;
     for (const auto step : steps) {
@@ -81,7 +91,7 @@ OrnekVeriSonucu Ornek_Veri_Yaz(session::Oturum& oturum, const std::string& firma
   } catch (const std::exception& error) {
     baglam.y.geriAl();
     sonuc.hata = error.what();
-    sonuc.yarida = true;
+    sonuc.yarida = baglam.y.islendi();
   }
   sonuc.satir = baglam.y.satir();
   oturum.ilerleme->text("");

@@ -1,5 +1,6 @@
 #include "platform/files.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 
@@ -75,6 +76,29 @@ bool canWriteFolder(const fs::path& folder) {
 }
 
 #endif
+
+namespace {
+
+char lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool sameName(const std::string& a, const std::string& b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return lower(x) == lower(y); });
+}
+
+}  // namespace
+
+std::optional<fs::path> fileOfName(const fs::path& path) {
+  std::error_code error;
+  if (fs::exists(fs::symlink_status(path, error))) return path;
+  const std::string wanted = path.filename().string();
+  const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
+    if (sameName(entry->path().filename().string(), wanted)) return entry->path();
+  return std::nullopt;
+}
 
 std::optional<std::string> readFile(const fs::path& path) {
   std::error_code error;

@@ -16,6 +16,10 @@ std::error_code writeFileSafely(const std::filesystem::path& path, std::string_v
 // The whole file; empty when it is missing or cannot be read.
 std::optional<std::string> readFile(const std::filesystem::path& path);
 
+// The file or folder that stands where `path` points, the case of ASCII letters in its last part ignored:
+// that is how servers know the files of their databases.
+std::optional<std::filesystem::path> fileOfName(const std::filesystem::path& path);
+
 // Whether new files can be made in the folder, which must exist.
 bool canWriteFolder(const std::filesystem::path& folder);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "session/firma_bul.h"
 #include "session/metin.h"
 #include "session/statements.h"
 
@@ -119,13 +120,17 @@ bool isSupervisorNode(const Dugum& node) {
   return isUser(node.kind) && node.id == 1;
 }
 
-bool dropDatabase(Oturum& oturum) {
+bool connectMaster(Oturum& oturum) {
   try {
     Katalog_Bagla(oturum, "master");
+    return true;
   } catch (const db::SqlError& error) {
     oturum.kutular->message(error.what());
     return false;
   }
+}
+
+bool dropDatabase(Oturum& oturum) {
   return Komut_Calistir(oturum, oturum.Kayitlar, "DROP DATABASE " + oturum.Firma_DB_Adi) == 0;
 }
 
@@ -141,6 +146,26 @@ bool databaseIsGone(Oturum& oturum) {
                              Icon::Question, "Korvena");
 }
 
+enum class Silme : std::uint8_t { Veritabaniyla, YalnizKayit, Yok };
+
+// Two rows of the list may lead to one database; the one that is not its own must not take it along. When
+// that cannot be found out, nothing is deleted.
+Silme whatToDelete(Oturum& oturum, std::int64_t id) {
+  try {
+    const auto owner = Veritabaninin_Sahibi(oturum, id, oturum.Firma_DB_Adi);
+    if (!owner) return Silme::Veritabaniyla;
+    const bool agreed = oturum.kutular->ask(
+        "\"" + oturum.Firma_DB_Adi + "\" kaydı, listedeki \"" + *owner +
+            "\" firmasının veritabanını gösteriyor. Bu veritabanı silinmeyecek.\nYalnızca bu kayıt listeden "
+            "silinsin mi?",
+        Icon::Question, "Korvena");
+    return agreed ? Silme::YalnizKayit : Silme::Yok;
+  } catch (const db::SqlError& error) {
+    oturum.kutular->message(error.what());
+    return Silme::Yok;
+  }
+}
+
 KomutSonucu deleteCompany(Oturum& oturum, const Dugum& node) {
   const bool agreed = oturum.kutular->ask(
       "Seçmiş olduğunuz firmayı tüm hareketleriyle birlikte silmek istediğinizden emin misiniz?\n"
@@ -148,7 +173,9 @@ KomutSonucu deleteCompany(Oturum& oturum, const Dugum& node) {
       Icon::Question, "Korvena");
   if (!agreed) return {};
   oturum.Firma_DB_Adi = Trim(node.text);
-  if (!dropDatabase(oturum) && !databaseIsGone(oturum)) {
+  const Silme silme = connectMaster(oturum) ? whatToDelete(oturum, node.id) : Silme::Yok;
+  if (silme == Silme::Yok ||
+      (silme == Silme::Veritabaniyla && !dropDatabase(oturum) && !databaseIsGone(oturum))) {
     oturum.kutular->message("Bu Firma Kullanımda Olabilir. Firma Bilgieri Silinemedi.");
     connectCatalog(oturum);
     return {};

@@ -150,7 +150,7 @@ TEST_F(KomutTest, DizinNamesTheFolderOfSysInf) {
 TEST_F(KomutTest, DeletionWithoutATerminalNeedsYes) {
   server.rows("FROM sysDTYL", {"sysdtyl"}, {{"/srv"}});
   server.rows("SELECT sysus_nm", {"sysus_nm"}, {{"KORVENA"}});
-  server.rows("SELECT sysfrm_ID", {"sysfrm_ID", "sysfrm_dbnm", "sysfrm_kd"}, {{3, "DENEME  ", "00003"}});
+  server.rows("SELECT sysfrm_ID", {"sysfrm_ID", "sysfrm_dbnm", ""}, {{3, "DENEME  ", ""}});
   EXPECT_EQ(cli.calistir({"firma-sil", "--ad", "DENEME"}), 1);
   EXPECT_EQ(cli.calistir({"firma-sil", "--ad", "YOK", "--evet"}), 1);
   EXPECT_NE(cli.err.find("Bu isimle bir firma yok: YOK"), std::string::npos);
@@ -158,6 +158,9 @@ TEST_F(KomutTest, DeletionWithoutATerminalNeedsYes) {
     return std::count(server.statements.begin(), server.statements.end(), "DROP DATABASE DENEME");
   };
   EXPECT_EQ(dropped(), 0);
+  EXPECT_EQ(cli.calistir({"firma-sil", "--ad", "deneme", "--evet"}), 1);
+  EXPECT_EQ(dropped(), 0);  // the server knows no database of that name
+  server.rows("DB_ID('deneme')", {"sysfrm_ID", "sysfrm_dbnm", ""}, {{3, "DENEME  ", "AYNI"}});
   EXPECT_EQ(cli.calistir({"firma-sil", "--ad", "deneme", "--evet"}), 0);
   EXPECT_EQ(dropped(), 1);
   cli.terminal = true;

@@ -108,6 +108,10 @@ TEST_F(KonsolTest, SupervisorIsGuarded) {
   EXPECT_EQ(MNYetki(oturum, company).ekran, Ekran::Yok);
 }
 
+const std::string sahibi =
+    "SELECT d.name,f.sysfrm_dbnm FROM Defination_DB.dbo.sysfrmlng f,master.dbo.sysdatabases d WHERE "
+    "d.dbid=DB_ID('MAGAZA') AND DB_ID(RTRIM(f.sysfrm_dbnm))=d.dbid AND f.sysfrm_ID<>4";
+
 TEST_F(KonsolTest, DeletingACompany) {
   EXPECT_FALSE(MNSil(oturum, company).listeyiYenile);  // No
   EXPECT_EQ(boxes.shown.back().title, "Korvena");
@@ -117,10 +121,17 @@ TEST_F(KonsolTest, DeletingACompany) {
   EXPECT_TRUE(MNSil(oturum, company).listeyiYenile);
   EXPECT_EQ(databases(), (std::vector<std::string>{"master", "Defination_DB"}));
   EXPECT_EQ(server.statements,
-            (std::vector<std::string>{"DROP DATABASE MAGAZA", "DELETE FROM sysusfrmlng WHERE sysfrm_ID='4'",
-                                      "DELETE FROM Kullanici WHERE Firma_ID='4'",
-                                      "DELETE FROM sysfrmlng WHERE sysfrm_ID='4'",
-                                      "DELETE FROM Kullanici_Menu WHERE Firma_ID='4'"}));
+            (std::vector<std::string>{
+                sahibi, "DROP DATABASE MAGAZA", "DELETE FROM sysusfrmlng WHERE sysfrm_ID='4'",
+                "DELETE FROM Kullanici WHERE Firma_ID='4'", "DELETE FROM sysfrmlng WHERE sysfrm_ID='4'",
+                "DELETE FROM Kullanici_Menu WHERE Firma_ID='4'"}));
+}
+
+TEST_F(KonsolTest, NothingIsDeletedWhenTheOwnerIsNotKnown) {
+  server.fail("FROM Defination_DB.dbo.sysfrmlng", db::SqlError(db::ErrorKind::LinkBroken, 0, "gone"));
+  boxes.answers = {true};
+  EXPECT_FALSE(MNSil(oturum, company).listeyiYenile);
+  EXPECT_EQ(server.statements, (std::vector<std::string>{sahibi}));
 }
 
 TEST_F(KonsolTest, CompanyInUseKeepsItsRows) {
@@ -128,7 +139,7 @@ TEST_F(KonsolTest, CompanyInUseKeepsItsRows) {
   boxes.answers = {true};
   EXPECT_FALSE(MNSil(oturum, company).listeyiYenile);
   EXPECT_EQ(boxes.last(), "Bu Firma Kullanımda Olabilir. Firma Bilgieri Silinemedi.");
-  EXPECT_EQ(server.statements.size(), 2U);  // the DROP, and whether there is such a database
+  EXPECT_EQ(server.statements.size(), 3U);  // whose it is, the DROP, and whether there is such a database
   EXPECT_EQ(databases().back(), "Defination_DB");
 }
 

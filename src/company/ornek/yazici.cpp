@@ -77,7 +77,14 @@ void Yazici::say(std::int64_t satir) {
   if (islemde_ < islemBoyu) return;
   baglanti_.execute("COMMIT TRAN");
   acik_ = false;
+  islendi_ = true;
   islemde_ = 0;
+}
+
+void Yazici::basla(const std::string& kilit) {
+  baglanti_.execute("BEGIN TRAN");
+  acik_ = true;
+  baglanti_.execute(kilit);
 }
 
 void Yazici::calistir(const std::string& batch, std::int64_t satir) {
@@ -115,6 +122,7 @@ void Yazici::bitir() {
   bosalt();
   if (acik_) baglanti_.execute("COMMIT TRAN");
   acik_ = false;
+  islendi_ = true;
 }
 
 void Yazici::geriAl() noexcept {

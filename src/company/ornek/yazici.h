@@ -57,6 +57,8 @@ class Yazici {
  public:
   explicit Yazici(db::Connection& baglanti) : baglanti_(baglanti) {}
 
+  // Opens the first transaction; from here on no other run of the kind comes in before it ends.
+  void basla(const std::string& kilit);
   // One batch that writes `satir` rows.
   void calistir(const std::string& batch, std::int64_t satir);
   // The same, and its one number.
@@ -70,6 +72,8 @@ class Yazici {
   void geriAl() noexcept;
 
   std::int64_t satir() const { return satir_; }
+  // Some of it stands whatever comes.
+  bool islendi() const { return islendi_; }
   db::Connection& baglanti() { return baglanti_; }
 
  private:
@@ -78,7 +82,7 @@ class Yazici {
   db::Connection& baglanti_;
   std::vector<Kayit> bekleyen_;
   std::int64_t satir_ = 0, islemde_ = 0;
-  bool acik_ = false;
+  bool acik_ = false, islendi_ = false;
 };
 
 }  // namespace company::ornek

@@ -11,6 +11,7 @@
 #include "company/upgrade/kolonlar.h"
 #include "company/upgrade/onarim.h"
 #include "db/value.h"
+#include "session/firma_bul.h"
 #include "session/statements.h"
 
 namespace company::upgrade {
@@ -258,9 +259,7 @@ std::optional<std::string> guncellemeEngeli(session::Oturum& o, const std::strin
   const std::string name = "\"" + firmaAdi + "\" ";
   try {
     session::Katalog_Bagla(o, katalog);
-    const auto listed =
-        o.Baglanti->query("SELECT sysfrm_ID FROM sysfrmlng WHERE sysfrm_dbnm='" + db::escape(firmaAdi) + "'");
-    if (!listed || listed->count() == 0) return name + "adında bir firma tanımlı değil.";
+    if (!session::Firma_Bul(o, firmaAdi)) return name + "adında bir firma tanımlı değil.";
     session::Katalog_Bagla(o, firmaAdi);
     if (!firmaVeritabaniMi(SemaGoruntusu::oku(*o.Baglanti)))
       return name + "bir firma veritabanı değil; hiçbir şey değiştirilmedi.";

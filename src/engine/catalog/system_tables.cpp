@@ -1,6 +1,7 @@
 #include "engine/catalog/system_tables.h"
 
 #include "engine/catalog/catalog_rows.h"
+#include "engine/value/collation.h"
 
 namespace engine {
 
@@ -13,7 +14,7 @@ Type sized(TypeId id, int length) {
   return {id, static_cast<std::uint16_t>(length), 0, 0};
 }
 
-const Type sysname = sized(TypeId::NVarChar, 128);
+const Type sysname = nameType;
 const Type integer = plain(TypeId::Int);
 const Type small = plain(TypeId::SmallInt);
 const Type tiny = plain(TypeId::TinyInt);
@@ -39,7 +40,8 @@ SystemTable make(const char* name, bool masterOnly, const std::vector<Field>& fi
     table.columns.push_back({field.name, field.type, field.nullable});
     table.query += table.query.empty() ? "SELECT " : ", ";
     table.query += field.expression;
-    if (isCharacter(field.type.id)) table.query += " COLLATE TRCI";
+    if (isCharacter(field.type.id))
+      table.query += std::string(" COLLATE ") + (field.type == nameType ? sqliteNames : sqliteCollation);
     table.query += std::string(" AS \"") + field.name + "\"";
   }
   table.query += " FROM " + from;
@@ -334,7 +336,8 @@ SystemTable oldLogins() {
        {"xdate2", datetime, "l.crdate"},
        {"name", sysname, "l.name", true},
        {"password", sized(TypeId::VarBinary, 256), "NULL", true},
-       {"dbid", small, "coalesce((SELECT b.id FROM @.zb_databases b WHERE b.name=l.default_database), 1)"},
+       {"dbid", small,
+        "coalesce((SELECT b.id FROM @.zb_databases b WHERE b.name=l.default_database COLLATE TRNAME), 1)"},
        {"language", sysname, "'us_english'", true}},
       "@.zb_logins l");
 }

@@ -10,6 +10,9 @@
 
 namespace engine {
 
+// The type of names: its columns, and nothing else, compare by the rule of names.
+inline constexpr Type nameType{TypeId::NVarChar, 128, 0, 0};
+
 struct SystemTable {
   std::string name;         // "sysobjects"
   bool masterOnly = false;  // 208 in any other database

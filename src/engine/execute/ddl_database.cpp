@@ -64,7 +64,8 @@ void checkPlace(const fs::path& file) {
     throw Error(
         5133, "Directory lookup for the file \"" + file.string() +
                   "\" failed with the operating system error 3(The system cannot find the path specified.).");
-  if (fs::exists(file, error))
+  // On the machines that this server's files come from and go to, case does not tell files apart.
+  if (!companionCandidates(file).empty())
     throw Error(5170, "Cannot create file '" + file.string() +
                           "' because it already exists. Change the file path or the file name, and retry the "
                           "operation.");
@@ -149,7 +150,7 @@ void refuseTaken(const MasterChange& change, const std::string& name, const std:
   lite::Stmt taken(change.db(), change.at("SELECT 1 FROM @.zb_databases WHERE name=? COLLATE NOCASE"));
   if (isSystem(name) || taken.bind(name).step())
     throw Error(1801, "Database '" + name + "' already exists. Choose a different database name.");
-  lite::Stmt used(change.db(), change.at("SELECT name FROM @.zb_databases WHERE data=?"));
+  lite::Stmt used(change.db(), change.at("SELECT name FROM @.zb_databases WHERE data=? COLLATE NOCASE"));
   if (used.bind(data).step())
     throw Error(5170, "Cannot create file '" + data +
                           "' because it already exists and belongs to database '" + used.text(0) + "'.");
@@ -239,7 +240,6 @@ void makeFiles(const std::string& name, const Files& files, const std::string& f
 void makeDatabase(Store& store, const std::string& name, const Files& files) {
   checkPlace(files.data);
   checkPlace(files.log);
-  if (const auto others = companionCandidates(files.log); !others.empty()) checkPlace(others.front());
   LockFile lock(store.instance().lockFile());
   const std::string family = newFamily();
   std::int64_t id = 0;

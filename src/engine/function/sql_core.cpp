@@ -206,6 +206,10 @@ int collate(void*, int leftSize, const void* left, int rightSize, const void* ri
   return compareText({static_cast<const char*>(left), static_cast<std::size_t>(leftSize)},
                      {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)});
 }
+int collateNames(void*, int leftSize, const void* left, int rightSize, const void* right) {
+  return compareNames({static_cast<const char*>(left), static_cast<std::size_t>(leftSize)},
+                      {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)});
+}
 
 void require(sqlite3* connection, int code) {
   if (code != SQLITE_OK) throw Error(823, std::string("I/O error: ") + sqlite3_errmsg(connection), 24);
@@ -255,6 +259,8 @@ void setError(sqlite3_context* context, const Error& error) {
 void registerFunctions(sqlite3* connection, FunctionContext* context) {
   require(connection,
           sqlite3_create_collation_v2(connection, sqliteCollation, SQLITE_UTF8, nullptr, collate, nullptr));
+  require(connection,
+          sqlite3_create_collation_v2(connection, sqliteNames, SQLITE_UTF8, nullptr, collateNames, nullptr));
   for (const auto family :
        {coreSqlFunctions(), textSqlFunctions(), numberSqlFunctions(), dateSqlFunctions()}) {
     for (const SqlFunction& function : family) {

@@ -17,6 +17,7 @@ BoundExpr columnOf(const ResultColumn& column, std::string sql) {
   BoundExpr bound;
   bound.sql = std::move(sql);
   bound.type = column.type;
+  bound.origin.naming = column.naming;
   return bound;
 }
 
@@ -31,7 +32,9 @@ BoundExpr Binder::compare(BinaryOp op, const BoundExpr& left, const BoundExpr& r
     return side.parameter >= 0 && !texts ? convert(side, type) : finite(side);
   };
   const BoundExpr a = operand(left), b = operand(right);
-  return condition("(" + comparisonSql(op, a.sql, a.type, b.sql, b.type) + ")");
+  const bool names = a.origin.naming || b.origin.naming;
+  return condition(
+      "(" + comparisonSql(op, a.sql, a.type, b.sql, b.type, names ? sqliteNames : sqliteCollation) + ")");
 }
 
 BoundExpr Binder::bindBetween(const Expr& expr, Scope* scope) {
@@ -134,8 +137,10 @@ BoundExpr Binder::bindLike(const Expr& expr, Scope* scope) {
     if (isCharacter(bound.type.id)) return bound;
     return convert(bound, {TypeId::VarChar, 255});
   };
-  const BoundExpr value = text(*expr.left);
-  const BoundExpr pattern = text(*expr.right);
+  BoundExpr value = text(*expr.left);
+  BoundExpr pattern = text(*expr.right);
+  if (value.origin.naming)
+    for (BoundExpr* side : {&value, &pattern}) side->sql = "lower(" + side->sql + ")";
   const std::string escape = expr.args.empty() ? std::string() : text(*expr.args[0]).sql;
   return condition("(" + likeSql(value.sql, value.type, pattern.sql, pattern.type, escape, expr.negated) +
                    ")");

@@ -250,6 +250,7 @@ bool Binder::bindSystemTable(const std::string& database, const ObjectName& name
     column.info.name = viewColumn.name;
     column.info.type = viewColumn.type;
     column.info.nullable = viewColumn.nullable;
+    column.info.naming = viewColumn.type == nameType;
     source.columns.push_back(std::move(column));
   }
   return true;

@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "engine/value/collation.h"
 #include "engine/value/convert.h"
 #include "engine/value/datum.h"
 #include "engine/value/operator.h"
@@ -31,7 +32,8 @@ void requireComparable(BinaryOp op, const Type& left, const Type& right);
 // Equal .. GreaterEqual: the operands brought to their common type; text under the server's collation,
 // where a plain column stays bare, so that its index serves. The result is 1, 0 or NULL.
 std::string comparisonSql(BinaryOp op, const std::string& left, const Type& leftType,
-                          const std::string& right, const Type& rightType);
+                          const std::string& right, const Type& rightType,
+                          const char* collation = sqliteCollation);
 // Negative, zero, positive; both values not NULL.
 int compareDatums(const Datum& left, const Type& leftType, const Datum& right, const Type& rightType,
                   const ConvertContext& context = {});

@@ -183,11 +183,11 @@ void requireComparable(BinaryOp op, const Type& left, const Type& right) {
 }
 
 std::string comparisonSql(BinaryOp op, const std::string& left, const Type& leftType,
-                          const std::string& right, const Type& rightType) {
+                          const std::string& right, const Type& rightType, const char* collation) {
   requireComparable(op, leftType, rightType);
   const bool leftText = isCharacter(leftType.id), rightText = isCharacter(rightType.id);
   if (leftText && rightText)
-    return '(' + left + ' ' + symbol(op) + " (" + right + ") COLLATE " + sqliteCollation + ')';
+    return '(' + left + ' ' + symbol(op) + " (" + right + ") COLLATE " + collation + ')';
   const Type common = commonType(leftType, rightType);
   const std::string a = convertSql(left, leftType, common), b = convertSql(right, rightType, common);
   return '(' + plain(op, a, b) + ')';

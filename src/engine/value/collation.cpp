@@ -202,6 +202,25 @@ bool equalText(std::string_view left, std::string_view right) {
   return compareText(left, right) == 0;
 }
 
+namespace {
+
+std::string foldedAscii(std::string_view text) {
+  std::string folded(withoutTrailingBlanks(text));
+  for (char& c : folded)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return folded;
+}
+
+}  // namespace
+
+// Equal names are equal bytes once folded; the others stand in the order of texts.
+int compareNames(std::string_view left, std::string_view right) {
+  const std::string l = foldedAscii(left), r = foldedAscii(right);
+  if (l == r) return 0;
+  const int order = compareText(l, r);
+  return order != 0 ? order : l.compare(r);
+}
+
 char32_t upperCharacter(char32_t character) {
   return collator().upper(character);
 }

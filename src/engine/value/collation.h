@@ -11,9 +11,15 @@ namespace engine {
 inline constexpr const char* collationName = "Turkish_CI_AS";
 inline constexpr const char* sqliteCollation = "TRCI";  // its name in SQLite, see registerFunctions
 
+inline constexpr const char* sqliteNames = "TRNAME";  // the rule of names there, see compareNames
+
 // Negative, zero or positive, as the first sorts before, with or after the second.
 int compareText(std::string_view left, std::string_view right);
 bool equalText(std::string_view left, std::string_view right);
+
+// The same for names of databases, objects, columns, users and logins, which differ where their ASCII
+// letters do, case aside, and in every other character (i is I, and is not İ).
+int compareNames(std::string_view left, std::string_view right);
 
 // Upper and lower case by Turkish rules, character by character; length in characters stays.
 std::string upperText(std::string_view text);

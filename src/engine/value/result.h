@@ -21,6 +21,7 @@ struct ResultColumn {
   bool keyPart = false;  // part of its table's primary key
   // Where the column comes from when it is a plain column of a table; empty otherwise.
   std::string baseDatabase, baseTable, baseColumn;
+  bool naming = false;  // of a system table: compares by the rule of names
 };
 
 // One materialised result set: all rows in one buffer, so that reading many rows costs no allocation

@@ -202,7 +202,8 @@ TEST_F(ChangeTest, SystemTablesAnswer) {
        "From syscolumns, systypes, sysobjects where syscolumns.xtype=systypes.xtype and "
        "syscolumns.id=sysobjects.id AND sysobjects.name='KASA' AND syscolumns.Name ='Ad'",
        "Ad\tchar\t50\t1\t0\n"},
-      {"SELECT name FROM master.dbo.sysdatabases WHERE name='fırma'", "FIRMA\n"},
+      {"SELECT name FROM master.dbo.sysdatabases WHERE name='firma'", "FIRMA\n"},
+      {"SELECT name FROM master.dbo.sysdatabases WHERE name='fırma'", ""},
       {"EXEC sp_addlogin 'ali','s1' EXEC sp_grantdbaccess 'ali' SELECT name FROM sysusers WHERE name='ali'",
        "ali\n"},
       {"EXEC sp_addlogin 'ali','s1'", "!15025\n"},

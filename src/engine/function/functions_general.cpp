@@ -115,8 +115,9 @@ BoundFunction bindAvg(const FunctionInfo& info, Arguments arguments) {
     case TypeId::Money:
       return bound({TypeId::Money}, "z_avgi8($D$1)");
     case TypeId::Decimal: {
-      const Type wide{TypeId::Decimal, 0, 38, std::max<std::uint8_t>(averageScale, type.scale)};
-      return bound(wide, "z_avgd($D" + argumentAs(arguments, 0, wide) + ')');
+      const int raise = std::max(0, averageScale - type.scale);
+      const Type wide{TypeId::Decimal, 0, 38, static_cast<std::uint8_t>(type.scale + raise)};
+      return bound(wide, "z_avgd" + std::to_string(raise) + "($D$1)");
     }
     case TypeId::Real:
     case TypeId::Float:

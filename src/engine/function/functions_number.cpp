@@ -58,16 +58,9 @@ BoundFunction bindSign(const FunctionInfo& info, Arguments arguments) {
 }
 
 BoundFunction bindFloor(const FunctionInfo& info, Arguments arguments) {
-  const bool up = info.name[0] == 'C';
-  const Type& type = arguments[0].type;
-  const int whole = type.precision - type.scale + 1;  // 9.9 becomes 10
-  BoundFunction function = bindSameNumber(info, arguments, up ? "z_ceiling" : "z_floor", whole);
+  BoundFunction function = bindSameNumber(info, arguments, info.name[0] == 'C' ? "z_ceiling" : "z_floor");
   if (isInteger(function.result.id)) function.sql = "$1";
-  if (function.result.id == TypeId::Decimal) {
-    const Type cut{TypeId::Decimal, 0, type.precision, 0};
-    function.sql = convertSql(function.sql, function.result, cut);
-    function.result = cut;
-  }
+  function.result.scale = 0;
   return function;
 }
 

@@ -106,6 +106,10 @@ void divideMoney(sqlite3_context* context, int, Values values) {
                        moneyQuotient(sqlite3_value_int64(values[0]), sqlite3_value_int64(values[1]), type));
 }
 
+void moneyToFloat(sqlite3_context* context, int, Values values) {
+  sqlite3_result_double(context, decimalToDouble(sqlite3_value_int64(values[0]), 4));
+}
+
 // z_ar(operator, left, right, left's type, right's type)
 void anyArithmetic(sqlite3_context* context, int, Values values) {
   setDatum(context, arithmetic(static_cast<BinaryOp>(sqlite3_value_int(values[0])), datumOf(values[1]),
@@ -191,6 +195,7 @@ constexpr std::array functions = {
     SqlFunction{"z_xor", 2, strict<exclusiveOr>},
     SqlFunction{"z_f8", 1, strict<checkFloat>},
     SqlFunction{"z_fdiv", 2, strict<divideFloats>},
+    SqlFunction{"z_mf", 1, strict<moneyToFloat>},
     SqlFunction{"z_mmul", 2, strict<multiplyMoney<TypeId::Money>>},
     SqlFunction{"z_smul", 2, strict<multiplyMoney<TypeId::SmallMoney>>},
     SqlFunction{"z_mdiv", 2, strict<divideMoney<TypeId::Money>>},

@@ -54,7 +54,7 @@ void signOf(sqlite3_context* context, int, Values values) {
   setExact(context, ((value > 0) - (value < 0)) * powerOfTen(scaleOf(type)), type);
 }
 
-// The nearest whole number on one side, still in the scale of its type.
+// The nearest whole number on one side; of a DECIMAL(p,s) it is a DECIMAL(p,0), of MONEY a MONEY.
 template <bool up>
 void wholeNumber(sqlite3_context* context, int, Values values) {
   const Type type = typeArgument(values[1]);
@@ -66,6 +66,7 @@ void wholeNumber(sqlite3_context* context, int, Values values) {
   Int128 whole = value / unit;
   if (up && value % unit > 0) ++whole;
   if (!up && value % unit < 0) --whole;
+  if (type.id == TypeId::Decimal) return setExact(context, whole, {TypeId::Decimal, 0, type.precision, 0});
   setExact(context, whole * unit, type);
 }
 
@@ -197,7 +198,8 @@ void addToSum(sqlite3_context* context, int, Values values) {
   __builtin_memcpy(memory, &sum, sizeof sum);
 }
 
-template <TypeId type, bool average>
+// `raise`: decimals that an average has behind those of its values.
+template <TypeId type, bool average, int raise = 0>
 void finishSum(sqlite3_context* context) {
   const void* memory = sqlite3_aggregate_context(context, 0);
   if (!memory) return;
@@ -207,7 +209,10 @@ void finishSum(sqlite3_context* context) {
     if (sum.overflow) throwExpressionOverflow(type);
     const Type result{type, 0, maxPrecision, 0};
     setExact(context, sum.value, result);  // an average's sum must fit as well
-    if (average) setExact(context, sum.value / sum.count, result);
+    if (!average) return;
+    Int128 value = 0;
+    if (!divideScaled(sum.value, raise, sum.count, value)) throwExpressionOverflow(type);
+    setExact(context, value, result);
   });
 }
 
@@ -246,7 +251,13 @@ constexpr std::array aggregates = {
     SqlAggregate{"z_sumd", addToSum, finishSum<TypeId::Decimal, false>},
     SqlAggregate{"z_avgi4", addToSum, finishSum<TypeId::Int, true>},
     SqlAggregate{"z_avgi8", addToSum, finishSum<TypeId::BigInt, true>},
-    SqlAggregate{"z_avgd", addToSum, finishSum<TypeId::Decimal, true>},
+    SqlAggregate{"z_avgd0", addToSum, finishSum<TypeId::Decimal, true, 0>},
+    SqlAggregate{"z_avgd1", addToSum, finishSum<TypeId::Decimal, true, 1>},
+    SqlAggregate{"z_avgd2", addToSum, finishSum<TypeId::Decimal, true, 2>},
+    SqlAggregate{"z_avgd3", addToSum, finishSum<TypeId::Decimal, true, 3>},
+    SqlAggregate{"z_avgd4", addToSum, finishSum<TypeId::Decimal, true, 4>},
+    SqlAggregate{"z_avgd5", addToSum, finishSum<TypeId::Decimal, true, 5>},
+    SqlAggregate{"z_avgd6", addToSum, finishSum<TypeId::Decimal, true, 6>},
 };
 
 }  // namespace

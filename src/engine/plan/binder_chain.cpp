@@ -90,6 +90,8 @@ BoundExpr Binder::operate(BinaryOp op, BoundExpr left, BoundExpr right) {
 BoundExpr Binder::foldChain(BoundExpr value, const std::vector<const Expr*>& steps, Scope* scope) {
   for (std::size_t from = 0; from < steps.size(); from += foldedSteps) {
     const std::size_t to = std::min(steps.size(), from + foldedSteps);
+    // A literal at the head is what its first partner makes of it.
+    if (from == 0) value = exactOperand(value, bindValue(*steps[0]->right, scope).type);
     std::string program = std::to_string(packType(value.type));
     std::string sql = "z_fold(" + value.sql;
     for (std::size_t i = from; i < to; ++i) {

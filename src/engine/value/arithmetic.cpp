@@ -225,35 +225,30 @@ Type asDecimal(const Type& type) {
   }
 }
 
-Type operandType(BinaryOp op, const Type& operand, const Type& result) {
+Type operandType(const Type& operand, const Type& other, const Type& result) {
   if (isDateTime(result.id)) return {TypeId::DateTime};
   if (result.id != TypeId::Decimal) return result;
-  if (op == BinaryOp::Add || op == BinaryOp::Subtract) return result;
-  return isCharacter(operand.id) ? result : asDecimal(operand);
+  return asDecimal(isCharacter(operand.id) || isBinary(operand.id) ? other : operand);
 }
 
 Datum decimalArithmetic(BinaryOp op, const Exact& left, const Exact& right, const Type& result) {
   Int128 a = left.value, b = right.value, value = 0;
-  const int scale = std::max(left.scale, right.scale);
   bool fits = true;
+  if ((op == BinaryOp::Divide || op == BinaryOp::Modulo) && b == 0) throwDivideByZero();
   switch (op) {
     case BinaryOp::Multiply:
       fits = multiplyScaled(a, b, left.scale + right.scale - result.scale, value);
       break;
     case BinaryOp::Divide:
-      if (b == 0) throwDivideByZero();
       fits = divideScaled(a, result.scale - left.scale + right.scale, b, value);
       break;
+    case BinaryOp::Modulo:
+      value = moduloScaled(a, left.scale, b, right.scale);
+      break;
     default:
-      fits = rescale(a, left.scale, scale) && rescale(b, right.scale, scale);
-      if (op == BinaryOp::Modulo) {
-        if (b == 0) throwDivideByZero();
-        value = fits ? a % b : 0;
-      } else {
-        fits = fits && !(op == BinaryOp::Add ? __builtin_add_overflow(a, b, &value)
-                                             : __builtin_sub_overflow(a, b, &value));
-      }
-      fits = fits && rescale(value, scale, result.scale);
+      fits = rescale(a, left.scale, result.scale) && rescale(b, right.scale, result.scale) &&
+             !(op == BinaryOp::Add ? __builtin_add_overflow(a, b, &value)
+                                   : __builtin_sub_overflow(a, b, &value));
   }
   if (!fits || !fitsPrecision(value, result.precision)) throwExpressionOverflow(TypeId::Decimal);
   return decimalDatum(value, result);
@@ -293,7 +288,7 @@ Datum arithmetic(BinaryOp op, const Datum& left, const Type& leftType, const Dat
                    isUnicode(result.id) ? Type{TypeId::NVarChar, maxTextLength} : joined, result);
   }
   if (isBinary(result.id)) return Blob{(left.bytes() + right.bytes()).substr(0, maxTextLength)};
-  const Type a = operandType(op, leftType, result), b = operandType(op, rightType, result);
+  const Type a = operandType(leftType, rightType, result), b = operandType(rightType, leftType, result);
   const Datum x = convert(left, leftType, a, 0, false, context);
   const Datum y = convert(right, rightType, b, 0, false, context);
   if (isDateTime(result.id))

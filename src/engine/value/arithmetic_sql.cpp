@@ -100,7 +100,11 @@ std::string integerSql(BinaryOp op, const std::string& left, const std::string& 
 std::string moneySql(BinaryOp op, const std::string& left, const Type& leftType, const std::string& right,
                      const Type& rightType, const Type& result) {
   const bool small = result.id == TypeId::SmallMoney;
-  if (op == BinaryOp::Multiply && (isInteger(leftType.id) || isInteger(rightType.id)))
+  // An integer whose every value the money type holds needs no four decimals of its own.
+  const auto plainFactor = [&](const Type& type) {
+    return isInteger(type.id) && type.id <= (small ? TypeId::SmallInt : TypeId::Int);
+  };
+  if (op == BinaryOp::Multiply && (plainFactor(leftType) || plainFactor(rightType)))
     return call(checker(result.id), plain(op, left, right));
   const std::string a = convertSql(left, leftType, result), b = convertSql(right, rightType, result);
   if (op == BinaryOp::Multiply) return call(small ? "z_smul" : "z_mmul", a, b);
@@ -111,11 +115,16 @@ std::string moneySql(BinaryOp op, const std::string& left, const Type& leftType,
 
 std::string decimalSql(BinaryOp op, const std::string& left, const Type& leftType, const std::string& right,
                        const Type& rightType, const Type& result) {
-  const Type a = operandType(op, leftType, result), b = operandType(op, rightType, result);
+  const Type a = operandType(leftType, rightType, result), b = operandType(rightType, leftType, result);
   const bool narrow = result.precision <= 18 && a.precision <= 18 && b.precision <= 18;
-  const bool native = op == BinaryOp::Add || op == BinaryOp::Subtract || op == BinaryOp::Multiply;
-  if (narrow && native)
+  if (narrow && op == BinaryOp::Multiply)
     return '(' + plain(op, convertSql(left, leftType, a), convertSql(right, rightType, b)) + ')';
+  if (narrow && (op == BinaryOp::Add || op == BinaryOp::Subtract)) {
+    const auto scaled = [&](const std::string& sql, const Type& from, const Type& operand) {
+      return convertSql(convertSql(sql, from, operand), operand, result);
+    };
+    return '(' + plain(op, scaled(left, leftType, a), scaled(right, rightType, b)) + ')';
+  }
   return "z_ar(" + std::to_string(static_cast<int>(op)) + ',' + left + ',' + right + ',' +
          std::to_string(packType(leftType)) + ',' + std::to_string(packType(rightType)) + ')';
 }

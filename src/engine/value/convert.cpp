@@ -240,7 +240,9 @@ Datum toDecimal(const Datum& value, const Type& from, const Type& to) {
   } else {
     if (isCharacter(from.id)) {
       bool overflow;
-      if (!readExact(value.text(), exact, overflow)) throwDataType(from.id, to.id);
+      if (trimBlanks(value.text()).empty() || !readExact(value.text(), exact, overflow))
+        throwDataType(from.id, to.id);
+      if (exact.roundsUp && exact.scale <= to.scale) exact.value += exact.value < 0 ? -1 : 1;
       fits = !overflow;
     } else {
       exact = exactValue(value, from);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 
 namespace engine {
 namespace {
@@ -33,21 +34,32 @@ Wide multiplyWide(UInt128 left, UInt128 right) {
   return {ac + (ad >> 64) + (bc >> 64) + (middle >> 64), (middle << 64) | (bd & mask)};
 }
 
-// Long division bit by bit; false when the quotient does not fit 127 bits.
-bool divideWide(Wide dividend, UInt128 divisor, UInt128& quotient, UInt128& remainder) {
-  if (dividend.high >= divisor) return false;
-  quotient = 0;
-  remainder = dividend.high;
+// Long division, bit by bit in the lower half.
+Wide divideWide(Wide dividend, UInt128 divisor, UInt128& remainder) {
+  Wide quotient{dividend.high / divisor, 0};
+  remainder = dividend.high % divisor;
   for (int bit = 127; bit >= 0; --bit) {
     const bool carry = remainder >> 127;
     remainder = remainder << 1 | (dividend.low >> bit & 1);
-    quotient <<= 1;
+    quotient.low <<= 1;
     if (carry || remainder >= divisor) {
       remainder -= divisor;
-      quotient |= 1;
+      quotient.low |= 1;
     }
   }
-  return !(quotient >> 127);
+  return quotient;
+}
+
+// The number with its sign; false when it does not fit.
+bool signedValue(Wide value, bool negative, Int128& out) {
+  if (value.high || value.low >> 127) return false;
+  out = static_cast<Int128>(value.low);
+  if (negative) out = -out;
+  return true;
+}
+
+UInt128 power(int exponent) {
+  return static_cast<UInt128>(powerOfTen(exponent));
 }
 
 bool isBlank(char c) {
@@ -57,9 +69,12 @@ bool isBlank(char c) {
 // Takes the digits from `at` on; those past 38 in all are dropped (fraction) or overflow (whole part).
 bool readDigits(std::string_view text, std::size_t& at, Exact& number, bool fraction, bool& overflow) {
   const std::size_t start = at;
+  bool dropped = false;
   for (; at < text.size() && text[at] >= '0' && text[at] <= '9'; ++at) {
     if (number.value >= powers[37]) {
       if (!fraction) overflow = true;
+      if (fraction && !dropped) number.roundsUp = text[at] >= '5';
+      dropped = true;
       continue;
     }
     number.value = number.value * 10 + (text[at] - '0');
@@ -99,28 +114,44 @@ bool rescale(Int128& value, int fromScale, int toScale) {
 }
 
 bool multiplyScaled(Int128 left, Int128 right, int drop, Int128& product) {
-  UInt128 quotient, remainder;
-  const auto divisor = static_cast<UInt128>(powerOfTen(drop));
-  const Wide wide = multiplyWide(magnitude(left), magnitude(right));
-  if (!divideWide(wide, divisor, quotient, remainder)) return false;
-  if (remainder >= divisor - remainder && remainder > 0) ++quotient;
-  if (quotient >> 127) return false;
-  product = static_cast<Int128>(quotient);
-  if ((left < 0) != (right < 0)) product = -product;
-  return true;
+  Wide wide = multiplyWide(magnitude(left), magnitude(right));
+  UInt128 remainder = 0;
+  // Two products of 38 digits can lose 39 and more. What the first step cuts off is less than one unit of the
+  // second, so that it cannot decide a tie.
+  if (drop > 38) wide = divideWide(wide, power(drop - 38), remainder);
+  const UInt128 divisor = power(std::min(drop, 38));
+  wide = divideWide(wide, divisor, remainder);
+  if (remainder >= divisor - remainder && remainder > 0) ++wide.low;
+  return signedValue(wide, (left < 0) != (right < 0), product);
 }
 
 bool divideScaled(Int128 left, int raise, Int128 right, Int128& quotient) {
-  Wide wide = multiplyWide(magnitude(left), static_cast<UInt128>(powerOfTen(std::min(raise, 38))));
+  const UInt128 divisor = magnitude(right);
+  const bool negative = (left < 0) != (right < 0);
+  UInt128 remainder = 0;
+  Wide wide = divideWide(multiplyWide(magnitude(left), power(std::min(raise, 38))), divisor, remainder);
   if (raise > 38) {
+    // a * 10^raise may need more than 256 bits: the rest of the digits comes from the remainder.
+    const UInt128 more = power(raise - 38);
     if (wide.high) return false;
-    wide = multiplyWide(wide.low, static_cast<UInt128>(powerOfTen(raise - 38)));
+    wide = multiplyWide(wide.low, more);
+    const Wide rest = divideWide(multiplyWide(remainder, more), divisor, remainder);
+    wide.low += rest.low;
+    if (wide.low < rest.low) return false;
   }
-  UInt128 whole, remainder;
-  if (!divideWide(wide, magnitude(right), whole, remainder)) return false;
-  quotient = static_cast<Int128>(whole);
-  if ((left < 0) != (right < 0)) quotient = -quotient;
-  return true;
+  return signedValue(wide, negative, quotient);
+}
+
+Int128 moduloScaled(Int128 left, int leftScale, Int128 right, int rightScale) {
+  UInt128 remainder = magnitude(left);
+  if (leftScale <= rightScale) {
+    divideWide(multiplyWide(remainder, power(rightScale - leftScale)), magnitude(right), remainder);
+  } else {
+    const Wide divisor = multiplyWide(magnitude(right), power(leftScale - rightScale));
+    if (!divisor.high) remainder %= divisor.low;
+  }
+  const auto value = static_cast<Int128>(remainder);
+  return left < 0 ? -value : value;
 }
 
 std::string encodeDecimal(Int128 value) {
@@ -165,7 +196,10 @@ double decimalToDouble(Int128 value, int scale) {
   constexpr Int128 exactLimit = Int128{1} << 53;
   if (value < exactLimit && value > -exactLimit && scale <= 22)
     return static_cast<double>(value) / static_cast<double>(powerOfTen(scale));
-  return static_cast<double>(static_cast<long double>(value) / static_cast<long double>(powerOfTen(scale)));
+  const std::string text = decimalText(value, scale);
+  double nearest = 0;
+  std::from_chars(text.data(), text.data() + text.size(), nearest);
+  return nearest;
 }
 
 Exact exactValue(const Datum& value, const Type& type) {

@@ -20,10 +20,14 @@ bool fitsPrecision(Int128 value, int precision);
 // Brings a value from one scale to another, halves away from zero; false when it overflows 128 bits.
 bool rescale(Int128& value, int fromScale, int toScale);
 bool multiplyOverflows(Int128 left, Int128 right, Int128& product);
-// left * right / 10^drop, rounded half away from zero, through 256 bits; false when it does not fit.
+// left * right / 10^drop, rounded half away from zero, through 256 bits; drop up to 76; false when it does
+// not fit.
 bool multiplyScaled(Int128 left, Int128 right, int drop, Int128& product);
-// left * 10^raise / right, cut toward zero, through 256 bits; right is not 0; false when it does not fit.
+// left * 10^raise / right, cut toward zero, without losing a digit; raise up to 76, right not 0; false when it
+// does not fit.
 bool divideScaled(Int128 left, int raise, Int128 right, Int128& quotient);
+// The remainder of left * 10^-leftScale by right * 10^-rightScale, in the larger scale; right is not 0.
+Int128 moduloScaled(Int128 left, int leftScale, Int128 right, int rightScale);
 
 // A DECIMAL in its physical form, and the 16 bytes of the wide ones (type.h).
 Int128 decimalValue(const Datum& value);
@@ -38,6 +42,7 @@ double decimalToDouble(Int128 value, int scale);
 struct Exact {
   Int128 value = 0;
   int scale = 0;
+  bool roundsUp = false;  // by a digit behind those that fit, which readExact() has dropped
 };
 Exact exactValue(const Datum& value, const Type& type);
 

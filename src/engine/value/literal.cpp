@@ -89,7 +89,8 @@ std::string integerConversion(const std::string& sql, const Type& from, const Ty
 std::string nativeConversion(const std::string& sql, const Type& from, const Type& to) {
   if (isCharacter(from.id) && isCharacter(to.id)) return textConversion(sql, from, to);
   if (isInteger(from.id)) return integerConversion(sql, from, to);
-  if (isMoney(from.id) && to.id == TypeId::Float) return '(' + sql + "/10000.0)";
+  if (from.id == TypeId::SmallMoney && to.id == TypeId::Float) return '(' + sql + "/10000.0)";
+  if (from.id == TypeId::Money && to.id == TypeId::Float) return "z_mf(" + sql + ')';
   const bool same = (from.id == TypeId::SmallMoney && to.id == TypeId::Money) ||
                     (from.id == TypeId::Real && to.id == TypeId::Float) ||
                     (from.id == TypeId::SmallDateTime && to.id == TypeId::DateTime) ||

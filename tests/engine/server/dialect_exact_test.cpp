@@ -1,0 +1,72 @@
+// Arithmetic to the last digit where money was once wrong: text beside decimals, and more digits than fit.
+#include "engine/server/dialect.h"
+
+namespace engine::test {
+namespace {
+
+TEST_F(DialectTest, TextBesideADecimalIsWhatItsPartnerIs) {
+  for (const std::string type : {"VARCHAR(10)", "CHAR(10)", "NVARCHAR(10)", "NCHAR(10)"}) {
+    follow({
+        {"CREATE TABLE P (V " + type + ", D DECIMAL(5,2)) INSERT INTO P VALUES ('7.25', 2)", ""},
+        {"SELECT V*1.0, 1.0*V, V*D, D*V, V/D, D/V, V%D, D%V FROM P",
+         "7.30\t7.30\t14.5000\t14.5000\t3.62500000\t0.27586206\t1.25\t2.00\n"},
+        {"SELECT V+D, D+V, V-D, D-V, -D*V FROM P", "9.25\t9.25\t5.25\t-5.25\t-14.5000\n"},
+        {"SELECT SUM(V*D), AVG(D*V), MAX(V*D) FROM P WHERE V*D=14.5 AND D*V<14.6",
+         "14.5000\t14.500000\t14.5000\n"},
+        {"UPDATE P SET D=V*D SELECT D FROM P", "14.50\n"},
+        {"SELECT V*CONVERT(DECIMAL(8,0),2), V*CONVERT(DECIMAL(38,4),2), V*CONVERT(MONEY,2) FROM P",
+         "14\t14.500000\t14.50\n"},
+        // The text must fit its partner, whatever the result could hold.
+        {"SELECT '1234.5'+CONVERT(DECIMAL(5,2),1)", "!8115\n"},
+        {"SELECT V+D+V+D+V+D+V+D+V+D+V+D+V+D+V+D+V+D+V FROM P", "203.00\n"},
+        {"DROP TABLE P", ""},
+    });
+  }
+}
+
+TEST_F(DialectTest, ProductsOfManyDigitsKeepTheirPoint) {
+  follow({
+      {"CREATE TABLE T (D DECIMAL(9,2), E DECIMAL(9,2)) INSERT INTO T VALUES (1,2) INSERT INTO T VALUES "
+       "(3,6)",
+       ""},
+      {"SELECT (D/(SELECT SUM(D) FROM T))*(E/(SELECT SUM(E) FROM T)) FROM T",
+       "0.0625000000000000000\n0.5625000000000000000\n"},
+  });
+  values({
+      {"CONVERT(DECIMAL(38,22),0.5)*CONVERT(DECIMAL(38,22),0.5)", "0.250000"},
+      {"CONVERT(DECIMAL(38,22),0.5)*CONVERT(DECIMAL(38,23),0.5)", "0.250000"},
+      {"CONVERT(DECIMAL(38,30),2)/3*CONVERT(DECIMAL(38,30),1)", "0.666666666666666666667"},
+      {"CONVERT(DECIMAL(38,30),1.5)*CONVERT(DECIMAL(38,30),1.5)", "2.250000000000000000000"},
+      {"CONVERT(DECIMAL(38,38),0.1)*CONVERT(DECIMAL(38,38),0.1)", "0.0100000000000000000000000000000000000"},
+      {"CONVERT(DECIMAL(38,0),12345)/CONVERT(DECIMAL(38,38),0.5)", "24690.000000"},
+      {"CONVERT(DECIMAL(38,0),7)%CONVERT(DECIMAL(38,38),0.4)", "0.20000000000000000000000000000000000000"},
+      {"CEILING(CONVERT(DECIMAL(38,37),9.1)), FLOOR(CONVERT(DECIMAL(38,37),-9.1))", "10\t-10"},
+      {"CONVERT(DECIMAL(38,28),'1234567890.12345678901234567890123456789')",
+       "1234567890.1234567890123456789012345679"},
+      {"CONVERT(FLOAT,CONVERT(MONEY,'-70618215436458.2108'))+0e0-CONVERT(FLOAT,'-70618215436458.2108')", "0"},
+  });
+  follow(
+      {{"CREATE TABLE B (D DECIMAL(38,0)) INSERT INTO B VALUES (99999999999999999999999999999999) "
+        "INSERT INTO B VALUES (99999999999999999999999999999999) SELECT AVG(D) FROM B",
+        "99999999999999999999999999999999.000000\n"}});
+}
+
+// Decided: '' is zero for every number but DECIMAL.
+TEST_F(DialectTest, EmptyTextIsNoDecimal) {
+  values({
+      {"CAST('' AS DECIMAL)", "!8114"},
+      {"CAST('  ' AS NUMERIC(9,2))", "!8114"},
+      {"CONVERT(DECIMAL(38,4),N'')", "!8114"},
+      {"''*1.5", "!8114"},
+      {"CAST('' AS INT), CAST('' AS MONEY), CAST('' AS FLOAT), CAST('' AS BIT), CAST(' ' AS BIGINT)",
+       "0\t0.00\t0\t0\t0"},
+  });
+  follow({
+      {"CREATE TABLE T (D DECIMAL(9,2), I INT) INSERT INTO T VALUES ('', 1)", "!8114\n"},
+      {"INSERT INTO T VALUES (1, '') UPDATE T SET D=''", "!8114\n"},
+      {"SELECT D, I FROM T WHERE D='1'", "1.00\t0\n"},
+  });
+}
+
+}  // namespace
+}  // namespace engine::test

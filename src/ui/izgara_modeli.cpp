@@ -43,7 +43,11 @@ void IzgaraModeli::doldur(const session::IzgaraSatirlari& satirlar) {
 }
 
 void IzgaraModeli::kaydedildi() {
-  doldur(satirlar());
+  asil_ = satirlar();
+  for (std::size_t i = 0; i < satirlar_.size(); ++i) satirlar_[i].asil = static_cast<int>(i);
+  geri_.clear();
+  ileri_.clear();
+  if (adet() > 0) emit headerDataChanged(Qt::Vertical, 0, adet() - 1);
 }
 
 session::IzgaraSatirlari IzgaraModeli::satirlar() const {

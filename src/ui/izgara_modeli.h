@@ -29,6 +29,7 @@ class IzgaraModeli : public QAbstractTableModel {
 
   // Fills the grid; what is in it now counts as saved, and there is nothing to undo.
   void doldur(const session::IzgaraSatirlari& satirlar);
+  // What is in the grid now counts as saved, and there is nothing to undo.
   void kaydedildi();
   session::IzgaraSatirlari satirlar() const;
   const session::IzgaraSatiri& satir(int satir) const { return satirlar_[size(satir)].veri; }

@@ -2,6 +2,7 @@
 
 #include "company/ui/ekranlar.h"
 #include "rights/ui/ekranlar.h"
+#include "settings/ui/ekranlar.h"
 
 namespace session_ui {
 
@@ -10,6 +11,7 @@ ui::EkranKaydi butunEkranlar() {
   ui::EkranKaydi kayit;
   company_ui::ekranlariTanit(kayit);
   rights_ui::ekranlariTanit(kayit);
+  settings_ui::ekranlariTanit(kayit);
   return kayit;
 }
 

@@ -1,0 +1,38 @@
+#include "settings/ui/renk_paneli.h"
+
+#include <QColorDialog>
+#include <QPainter>
+
+#include "ui/theme.h"
+
+namespace settings_ui {
+
+std::optional<unsigned> renkSor(unsigned renk, QWidget* ana) {
+  const QColor secilen = QColorDialog::getColor(QColor(ui::fromBgr(renk)), ana, "Renk");
+  if (!secilen.isValid()) return std::nullopt;
+  return static_cast<unsigned>(secilen.red() | secilen.green() << 8 | secilen.blue() << 16);
+}
+
+RenkPaneli::RenkPaneli(QWidget* parent) : QPushButton("Örnek 1.234,56", parent) {
+  setMinimumWidth(130);
+  setAccessibleDescription("Rengi değiştirmek için tıklayın");
+}
+
+void RenkPaneli::renkKoy(unsigned renk) {
+  renk_ = renk;
+  update();
+}
+
+void RenkPaneli::paintEvent(QPaintEvent*) {
+  QPainter cizer(this);
+  cizer.setRenderHint(QPainter::Antialiasing);
+  const QColor zemin(ui::fromBgr(renk_)), yazi(ui::fromBgr(tumleyen(renk_)));
+  const QColor cerceve = hasFocus() ? QColor(0xff, 0x80, 0x00) : QColor(0xb9, 0xc5, 0xd1);
+  cizer.setPen(QPen(cerceve, hasFocus() ? 2 : 1));
+  cizer.setBrush(isEnabled() ? zemin : QColor(0xf0, 0xf2, 0xf5));
+  cizer.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 4, 4);
+  cizer.setPen(yazi);
+  cizer.drawText(rect(), Qt::AlignCenter, text());
+}
+
+}  // namespace settings_ui

@@ -66,5 +66,14 @@ const Komut& parametreKarsilastirKomutu();
 const Komut& numaraKomutu();
 const Komut& tanimKomutu();
 const Komut& devirKomutu();
+const Komut& kullaniciListeleKomutu();
+const Komut& kullaniciEkleKomutu();
+const Komut& kullaniciDegistirKomutu();
+const Komut& kullaniciSilKomutu();
+const Komut& yetkiGosterKomutu();
+const Komut& yetkiYazKomutu();
+const Komut& yetkiKopyalaKomutu();
+const Komut& yetkiKarsilastirKomutu();
+const Komut& yetkiCizelgeKomutu();
 
 }  // namespace cli

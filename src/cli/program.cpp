@@ -26,7 +26,16 @@ constexpr std::array commands = {kurKomutu,
                                  parametreKomutu,
                                  parametreKopyalaKomutu,
                                  parametreKarsilastirKomutu,
-                                 devirKomutu};
+                                 devirKomutu,
+                                 kullaniciListeleKomutu,
+                                 kullaniciEkleKomutu,
+                                 kullaniciDegistirKomutu,
+                                 kullaniciSilKomutu,
+                                 yetkiGosterKomutu,
+                                 yetkiYazKomutu,
+                                 yetkiKopyalaKomutu,
+                                 yetkiKarsilastirKomutu,
+                                 yetkiCizelgeKomutu};
 
 std::string valueName(std::string_view option) {
   const auto last = option.substr(option.rfind(',') + 1);  // npos + 1 is 0

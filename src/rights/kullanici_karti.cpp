@@ -86,6 +86,30 @@ bool Firma_Getir(Oturum& oturum, KullaniciKarti& kart, const std::string& sysusI
   });
 }
 
+std::vector<KullaniciOzeti> kullaniciOzetleri(Oturum& oturum) {
+  std::vector<KullaniciOzeti> all;
+  if (!katalogaBaglan(oturum)) return all;
+  hatayiGoster(oturum, okunamadi, [&] {
+    db::Recordset& row = oturum.Kayitlar;
+    row.open(*oturum.Baglanti, "SELECT sysus_ID,sysus_nm,Yonetici FROM sysuslng ORDER BY sysus_nm");
+    for (; !row.eof(); row.moveNext())
+      all.push_back({row.field("sysus_ID").integer(),
+                     row.field("sysus_nm").trimmed(),
+                     row.field("Yonetici").boolean(),
+                     {}});
+    row.open(*oturum.Baglanti,
+             "SELECT U.sysus_ID,F.sysfrm_dbnm FROM sysusfrmlng U INNER JOIN sysfrmlng F ON "
+             "F.sysfrm_ID=U.sysfrm_ID ORDER BY "
+             "F.sysfrm_dbnm");
+    for (; !row.eof(); row.moveNext())
+      for (KullaniciOzeti& user : all)
+        if (user.id == row.field("sysus_ID").integer())
+          user.firmalar.push_back(row.field("sysfrm_dbnm").trimmed());
+    return true;
+  });
+  return all;
+}
+
 void Sifre_Kontrol(Oturum& oturum, const std::string& text) {
   oturum.Son_Hata.clear();
   if (std::any_of(turkceHarfler.begin(), turkceHarfler.end(),

@@ -61,4 +61,14 @@ bool Kullanici_Yetki_Kopyala(session::Oturum& oturum, const KullaniciKarti& kart
 bool Sql_Girisi_Olustur(session::Oturum& oturum, const KullaniciKarti& kart, const std::string& ad,
                         const std::string& sifre);
 
+// A user at a glance.
+struct KullaniciOzeti {
+  std::int64_t id = 0;
+  std::string ad;
+  bool yonetici = false;
+  std::vector<std::string> firmalar;  // databases
+};
+// All users by name, in two reads; a failure is shown and gives none.
+std::vector<KullaniciOzeti> kullaniciOzetleri(session::Oturum& oturum);
+
 }  // namespace rights

@@ -66,7 +66,7 @@ EkleFrm::EkleFrm(session::Oturum& oturum, ui::ConsolePort& konsol)
   vazgec_ = button("Ekle_Vazgec", "Vazgeç", "cikis");
   tuslar();
   connect(tamam_, &QPushButton::clicked, this, &EkleFrm::kaydet);
-  connect(vazgec_, &QPushButton::clicked, this, &EkleFrm::kapandi);
+  connect(vazgec_, &QPushButton::clicked, this, &EkleFrm::kapan);
 }
 
 QGroupBox* EkleFrm::alanCercevesi(const char* ad, const QString& baslik, int grup) {
@@ -184,10 +184,11 @@ void EkleFrm::oku() {
 
 void EkleFrm::kaydet() {
   oku();
-  const rights::KullaniciSonucu sonuc = rights::Ekle_Tamam(oturum_, kart_);
+  rights::KullaniciSonucu sonuc;
+  isYap(oturum_, {"Kullanıcı kaydediliyor"}, [&] { sonuc = rights::Ekle_Tamam(oturum_, kart_); });
   if (sonuc.kaydedildi) {
     konsol_.Alan_Listesi_Doldur();
-    emit kapandi();
+    kapan();
   } else if (sonuc.odak != rights::KullaniciOdak::Yok) {
     alanlar_[sonuc.odak == rights::KullaniciOdak::Kullanici_Sifre ? 1 : 0]->setFocus(Qt::OtherFocusReason);
   }

@@ -1,0 +1,55 @@
+#include "cli/kullanici_ortak.h"
+#include "cli/metin_satirlari.h"
+#include "cli/sonuc_yaz.h"
+#include "rights/haklar.h"
+
+namespace cli {
+
+namespace {
+
+constexpr std::array<Secenek, 5> options = {
+    {{"--kullanici", "Kullanıcının adı", true, Secenek::Tur::Metin, "AD"},
+     {"--firma", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "AD"},
+     {"--diger-kullanici", "Karşılaştırılacak kullanıcı; verilmezse aynı kullanıcı", false,
+      Secenek::Tur::Metin, "AD"},
+     {"--diger-firma", "Karşılaştırılacak firma; verilmezse aynı firma", false, Secenek::Tur::Metin, "AD"},
+     {"--bicim", "Listenin biçimi: tsv (varsayılan), tablo ya da json", false, Secenek::Tur::Metin,
+      "BİÇİM"}}};
+
+int run(Ortam& ortam, const Degerler& values) {
+  const auto bicim = bicimOku(values.metin("bicim", "tsv"));
+  if (!bicim) {
+    ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << " (tsv, tablo ya da json)\n";
+    return yanlisKullanim;
+  }
+  if (!values.var("diger-kullanici") && !values.var("diger-firma")) {
+    ortam.err << "--diger-kullanici ya da --diger-firma verilmelidir.\n";
+    return yanlisKullanim;
+  }
+  KomutOturumu komut(ortam);
+  if (!komut.katalogaBagla()) return reddedildi;
+  const std::string kullanici = values.metin("kullanici"), firma = values.metin("firma");
+  rights::YetkiDuzeni sol, sag;
+  if (!rights::yetkiAc(komut.oturum, sol, kullanici, firma) ||
+      !rights::yetkiAc(komut.oturum, sag, values.metin("diger-kullanici", kullanici),
+                       values.metin("diger-firma", firma)))
+    return reddedildi;
+  std::vector<std::vector<std::string>> satirlar;
+  for (const rights::Fark& fark : rights::farklar(sol, sag))
+    satirlar.push_back({fark.yol, fark.sol, fark.sag});
+  const std::string solAd = sol.Kullanici_Ad + "/" + sol.firma, sagAd = sag.Kullanici_Ad + "/" + sag.firma;
+  const std::string_view basliklar[] = {"Yetki", solAd, sagAd};
+  sonucYaz(ortam.out, MetinSatirlari(basliklar, satirlar), *bicim);
+  return satirlar.empty() ? tamam : reddedildi;
+}
+
+}  // namespace
+
+const Komut& yetkiKarsilastirKomutu() {
+  static const Komut command{
+      "yetki-karsilastir", "İki kullanıcının ya da iki firmadaki yetkilerin farkını yazar",
+      "Birinde olup ötekinde olmayan yetkileri yazar; fark yoksa çıkış kodu 0, varsa 1'dir.", options, run};
+  return command;
+}
+
+}  // namespace cli

@@ -1,6 +1,8 @@
 // The steps of a run, each a routine of the screen.
 #pragma once
 
+#include <unordered_map>
+
 #include "rollover/baglam.h"
 
 namespace rollover {
@@ -37,6 +39,10 @@ void Cekleri_Devret(Baglam& b);
 void Senetleri_Devret(Baglam& b);
 void Uretimreceteleri_Devret(Baglam& b);
 void Fis_Numaralari_Devret(Baglam& b);
+
+// Cost of every item by its source id at the source's end; each movement is read once.
+using Maliyetler = std::unordered_map<std::int64_t, Para>;
+Maliyetler maliyetleriHesapla(Baglam& b);
 
 // Sums of one account in the source: amounts and amounts times days from the period's start.
 struct ValorToplami {

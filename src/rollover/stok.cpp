@@ -3,8 +3,6 @@
 // Two scratch tables stand in the target while the step runs: DEVIR_BAKIYE, the balances per warehouse and
 // item, and DEVIR_HAREKET, the histories in the order of their replay. Both are read page by page, so that
 // memory does not grow with the company.
-#include <unordered_map>
-
 #include "rollover/adimlar.h"
 #include "rollover/maliyet.h"
 
@@ -14,14 +12,13 @@ namespace {
 
 constexpr int bakiyeSayfasi = 2000, hareketSayfasi = 20'000;
 
-using Maliyetler = std::unordered_map<std::int64_t, Para>;
-
 std::optional<Para> para(const db::Value& deger) {
   if (deger.isNull()) return std::nullopt;
   return Para::sayidan(deger.real());
 }
 
-// Cost of every item by its source id; each movement is read once.
+}  // namespace
+
 Maliyetler maliyetleriHesapla(Baglam& b) {
   b.yap(
       "CREATE TABLE DEVIR_HAREKET (Sira INT NOT NULL IDENTITY(1,1) PRIMARY KEY, Stok_ID INT NULL, Giris REAL "
@@ -53,6 +50,8 @@ Maliyetler maliyetleriHesapla(Baglam& b) {
   b.yap("DROP TABLE DEVIR_HAREKET");
   return out;
 }
+
+namespace {
 
 void bakiyeleriTopla(Baglam& b) {
   b.yap(

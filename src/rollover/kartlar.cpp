@@ -127,9 +127,9 @@ void Stok_Fiyatlari_Devret(Baglam& b) {
   }
   k.kosul = stok + " IS NOT NULL";
   k.esle = "h.Stok_ID=" + stok + " AND h.Fiyat_Sira_No=s.Fiyat_Sira_No";
-  // Without sale prices the number itself becomes 0, and only a row of that number finds an earlier one.
-  k.tekrar = b.kesinKod(Ref::Stok, "b.Stok_ID") + "=" + b.kesinKod(Ref::Stok, "a.Stok_ID") +
-             (satis ? " AND b.Fiyat_Sira_No=a.Fiyat_Sira_No" : " AND a.Fiyat_Sira_No=0");
+  // Without sale prices the number itself becomes 0: then any two prices of an item may be one row.
+  k.tekrar = {stok};
+  if (satis) k.tekrar.emplace_back("s.Fiyat_Sira_No");
   k.ad = "(SELECT MIN(x.Stok_Kod) FROM " + b.k("STOKKART") + " x WHERE x.Stok_ID=s.Stok_ID)";
   kopyala(b, k);
   cariFiyatlari(b);

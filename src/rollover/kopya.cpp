@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <set>
 #include <unordered_set>
 
 namespace rollover {
@@ -68,9 +69,17 @@ class Kopyalayici {
   // Source rows that name the same target row as an earlier one; they overwrite what it wrote.
   void tekrarlariBul() {
     if (k_.tekrar.empty()) return;
-    const auto rows = b_.oku("SELECT a.[" + k_.kimlik + "] AS kimlik FROM " + b_.k(k_.tablo) + " a JOIN " +
-                             b_.k(k_.tablo) + " b ON " + k_.tekrar + " WHERE b.[" + k_.kimlik + "]<a.[" +
-                             k_.kimlik + "] GROUP BY a.[" + k_.kimlik + "] ORDER BY a.[" + k_.kimlik + "]");
+    std::string secim, grup, esit;
+    for (std::size_t i = 0; i < k_.tekrar.size(); ++i) {
+      const std::string ad = "k" + std::to_string(i);
+      secim += k_.tekrar[i] + " AS " + ad + ",";
+      grup += (i == 0 ? "x." : ",x.") + ad;
+      esit += (i == 0 ? "" : " AND ") + k_.tekrar[i] + "=g." + ad;
+    }
+    const auto rows = b_.oku("SELECT " + kimlik_ + " AS kimlik FROM " + s_ + " JOIN (SELECT " + grup +
+                             ",MIN(x.kimlik) AS ilk FROM (SELECT " + secim + kimlik_ + " AS kimlik FROM " +
+                             s_ + ve("") + ") x GROUP BY " + grup + " HAVING COUNT(*)>1) g ON " + esit +
+                             ve(kimlik_ + ">g.ilk") + " ORDER BY " + kimlik_);
     for (std::int64_t i = 0; rows && i < rows->count(); ++i) tekrarlar_.insert(rows->value(i, 0).integer());
   }
 
@@ -339,7 +348,7 @@ class Kopyalayici {
   std::string s_, kimlik_, uyar_;
   std::int64_t toplam_ = 0, biten_ = 0;
   bool hedefBos_ = false;
-  std::unordered_set<std::int64_t> tekrarlar_;
+  std::set<std::int64_t> tekrarlar_;
   std::deque<std::int64_t> sifirlar_;
 };
 

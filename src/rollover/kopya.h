@@ -25,9 +25,10 @@ struct Kopya {
   std::string tablo;
   std::string kimlik;  // identity column, alike on both sides
   std::vector<KopyaKolonu> kolonlar;
-  std::string kosul;      // which rows of s; empty for all
-  std::string esle;       // when a target row h is the row s; empty: none ever is
-  std::string tekrar;     // when an earlier source row b is the row a, too; empty: never
+  std::string kosul;  // which rows of s; empty for all
+  std::string esle;   // when a target row h is the row s; empty: none ever is
+  // What makes two rows of s one row of the target: expressions over s; empty when none ever are.
+  std::vector<std::string> tekrar;
   std::string sira;       // order of the new rows over s; empty for the identity's
   std::string hedefAtla;  // target rows h that are left alone
   std::string ad;         // names a row; over s

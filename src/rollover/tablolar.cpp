@@ -73,7 +73,7 @@ void Tablo_Aktar(Baglam& b, std::string_view tablo) {
   k.kimlik = kimlikKolonu(b, k.tablo);
   k.kolonlar = kolonlariKur(b, k.tablo, {});
   k.esle = esit("h", "s");
-  k.tekrar = esit("b", "a");
+  k.tekrar = {t.tirnakli ? "ISNULL(s." + anahtar + ",'')" : "s." + anahtar};
   k.ad = "s." + anahtar;
   k.tekEkle = t.tekEkle;
   if (!t.tirnakli) {
@@ -103,8 +103,7 @@ void Alt_Tablo_Aktar(Baglam& b, std::string_view tablo) {
   } else {
     const std::string ikinci(c.ikinci);
     k.esle = "h." + bag + "=" + hedefAna + " AND h." + ikinci + "=s." + ikinci;
-    k.tekrar = b.kesinKod(c.ana, "b." + bag) + "=" + b.kesinKod(c.ana, "a." + bag) + " AND b." + ikinci +
-               "=a." + ikinci;
+    k.tekrar = {hedefAna, "s." + ikinci};
   }
   kopyala(b, k);
 }

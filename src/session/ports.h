@@ -59,6 +59,13 @@ class Platform {
   // Restarts the machine (Windows) or ends the program so that it can be started anew.
   virtual void restart() = 0;
   virtual std::filesystem::path programFolder() const = 0;  // where sys.inf lies
+
+  // The server's service on this machine. `server` is HOST, HOST\\INSTANCE or HOST,PORT.
+  enum class Service : std::uint8_t { Elsewhere, Stopped, Changing, Running };
+  // Elsewhere: the server runs on another machine, or nothing here controls it.
+  virtual Service service(std::string_view /*server*/) { return Service::Elsewhere; }
+  // Asks for start or stop and returns at once; empty, or what the system said.
+  virtual std::string serviceRequest(std::string_view /*server*/, bool /*start*/) { return {}; }
 };
 
 }  // namespace session

@@ -21,6 +21,8 @@ class YerelPlatform : public Platform {
   bool registryKeyIsNew(std::string_view root, std::string_view key) override;
   void restart() override;
   std::filesystem::path programFolder() const override { return folder_; }
+  Service service(std::string_view server) override;
+  std::string serviceRequest(std::string_view server, bool start) override;
 
  private:
   std::filesystem::path folder_;

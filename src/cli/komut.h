@@ -75,5 +75,12 @@ const Komut& yetkiYazKomutu();
 const Komut& yetkiKopyalaKomutu();
 const Komut& yetkiKarsilastirKomutu();
 const Komut& yetkiCizelgeKomutu();
+const Komut& yedekleKomutu();
+const Komut& yedekListeleKomutu();
+const Komut& geriAlKomutu();
+const Komut& tasiKomutu();
+const Komut& servisKomutu();
+const Komut& sunucuKomutu();
+const Komut& offlineKomutu();
 
 }  // namespace cli

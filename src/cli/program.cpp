@@ -35,7 +35,14 @@ constexpr std::array commands = {kurKomutu,
                                  yetkiYazKomutu,
                                  yetkiKopyalaKomutu,
                                  yetkiKarsilastirKomutu,
-                                 yetkiCizelgeKomutu};
+                                 yetkiCizelgeKomutu,
+                                 yedekleKomutu,
+                                 yedekListeleKomutu,
+                                 geriAlKomutu,
+                                 tasiKomutu,
+                                 servisKomutu,
+                                 sunucuKomutu,
+                                 offlineKomutu};
 
 std::string valueName(std::string_view option) {
   const auto last = option.substr(option.rfind(',') + 1);  // npos + 1 is 0

@@ -127,6 +127,9 @@ class LocalServer {
   virtual void create(const std::string& login, const std::string& password) = 0;
   virtual bool running() const = 0;  // false also when it does not exist
   virtual void stop() = 0;           // no effect on a stopped one
+  // Reads every page of a pair of files that no server has open, and holds both against each other.
+  virtual void check(const std::filesystem::path& data, const std::filesystem::path& log,
+                     const std::string& name) = 0;
   virtual void start() = 0;
 };
 

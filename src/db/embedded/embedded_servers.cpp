@@ -40,6 +40,14 @@ class EmbeddedService : public LocalServer {
       throw fromEngine(error, true);
     }
   }
+  void check(const std::filesystem::path& data, const std::filesystem::path& log,
+             const std::string& name) override {
+    try {
+      engine::Server::checkFiles(data, log, name);
+    } catch (const engine::Error& error) {
+      throw fromEngine(error, true);
+    }
+  }
 
  private:
   std::shared_ptr<EmbeddedServers> servers_;

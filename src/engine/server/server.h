@@ -51,6 +51,11 @@ class Server {
   // returned, the others work.
   std::vector<DamagedDatabase> start();
 
+  // Holds a pair of files that no server has open against each other and reads every page. Throws what a
+  // statement that needs it would get.
+  static void checkFiles(const std::filesystem::path& data, const std::filesystem::path& log,
+                         const std::string& name);
+
   const std::filesystem::path& folder() const;
   Instance& instance() { return *instance_; }
   const std::shared_ptr<Instance>& sharedInstance() const { return instance_; }

@@ -1,0 +1,12 @@
+#include "engine/server/server.h"
+#include "engine/store.h"
+
+namespace engine {
+
+void Server::checkFiles(const std::filesystem::path& data, const std::filesystem::path& log,
+                        const std::string& name) {
+  checkCompanion(log, name, readFamily(data));
+  checkPages(data);
+}
+
+}  // namespace engine

@@ -1,0 +1,195 @@
+#include "maintenance/bakim.h"
+
+#include <algorithm>
+
+#include "maintenance/servis_kontrol.h"
+#include "platform/files.h"
+#include "session/statements.h"
+
+namespace maintenance {
+
+namespace {
+
+namespace fs = std::filesystem;
+using session::Oturum;
+
+constexpr std::string_view bas = "bakim 1";
+
+std::string dosyaHatasi(const fs::path& dosya, const std::error_code& hata) {
+  return dosya.string() + ": " + hata.message();
+}
+
+std::vector<std::string> parcala(std::string_view metin, char ayrac) {
+  std::vector<std::string> parcalar;
+  while (true) {
+    const auto son = metin.find(ayrac);
+    parcalar.emplace_back(metin.substr(0, son));
+    if (son == std::string_view::npos) return parcalar;
+    metin.remove_prefix(son + 1);
+  }
+}
+
+bool var(const fs::path& yol) {
+  std::error_code hata;
+  return fs::exists(fs::symlink_status(yol, hata));
+}
+
+void sil(const fs::path& yol) {
+  std::error_code hata;
+  fs::remove_all(yol, hata);
+}
+
+}  // namespace
+
+Bakim::Bakim(Oturum& oturum, std::unique_ptr<platform::FileLock> kilit)
+    : oturum_(oturum), kilit_(std::move(kilit)), kayit_(oturum.platform->programFolder() / "bakim.kayit") {}
+
+std::unique_ptr<Bakim> Bakim::basla(Oturum& oturum, const std::string& is, std::string& hata) {
+  auto kilit = platform::FileLock::tryLock(oturum.platform->programFolder() / "bakim.kilit");
+  if (!kilit) {
+    hata = "Başka bir yedekleme, geri alma ya da aktarma sürüyor. Bitmesini bekleyiniz.";
+    return nullptr;
+  }
+  {
+    const std::unique_ptr<Bakim> yarim(new Bakim(oturum, nullptr));
+    if (yarim->oku()) yarim->temizle();
+    yarim->acik_ = false;
+  }
+  std::unique_ptr<Bakim> bakim(new Bakim(oturum, std::move(kilit)));
+  bakim->is_ = is;
+  hata = bakim->yaz();
+  if (!hata.empty()) return nullptr;
+  return bakim;
+}
+
+Bakim::~Bakim() {
+  if (!acik_) return;
+  if (ileri_) geriKoy();
+  for (const fs::path& yol : gecici_) sil(yol);
+  for (const Degisim& d : degisimler_) sil(d.yeni);
+  sil(kayit_);
+}
+
+bool Bakim::oku() {
+  const auto metin = platform::readFile(kayit_);
+  if (!metin) return false;
+  const auto satirlar = parcala(*metin, '\n');
+  if (satirlar.empty() || satirlar.front() != bas) return false;
+  for (const std::string& satir : satirlar) {
+    const auto alanlar = parcala(satir, '\t');
+    if (alanlar[0] == "is" && alanlar.size() == 2) is_ = alanlar[1];
+    if (alanlar[0] == "sil" && alanlar.size() == 2) gecici_.emplace_back(alanlar[1]);
+    if (alanlar[0] == "koy" && alanlar.size() == 4)
+      degisimler_.push_back({alanlar[1], alanlar[2], alanlar[3]});
+    if (alanlar[0] == "dene" && alanlar.size() == 2) denenecek_.push_back(alanlar[1]);
+    if (alanlar[0] == "ileri") ileri_ = true;
+  }
+  return true;
+}
+
+std::string Bakim::yaz() const {
+  std::string metin = std::string(bas) + "\nis\t" + is_ + "\n";
+  for (const fs::path& yol : gecici_) metin += "sil\t" + yol.string() + "\n";
+  for (const Degisim& d : degisimler_)
+    metin += "koy\t" + d.yeni.string() + "\t" + d.canli.string() + "\t" + d.eski.string() + "\n";
+  for (const std::string& ad : denenecek_) metin += "dene\t" + ad + "\n";
+  if (ileri_) metin += "ileri\n";
+  const std::error_code hata = platform::writeFileSafely(kayit_, metin);
+  return hata ? dosyaHatasi(kayit_, hata) : std::string();
+}
+
+std::string Bakim::gecici(const fs::path& yol) {
+  if (yol.string().find_first_of("\t\n") != std::string::npos)
+    return "Klasör adında sekme ya da satır sonu olamaz: " + yol.string();
+  gecici_.push_back(yol);
+  return yaz();
+}
+
+std::string Bakim::degis(std::vector<Degisim> degisimler, const std::vector<std::string>& veritabanlari) {
+  degisimler_ = std::move(degisimler);
+  denenecek_ = veritabanlari;
+  ileri_ = true;
+  const std::string hata = yaz();
+  ileri_ = hata.empty();
+  return hata;
+}
+
+// Each step can be taken again: where `yeni` is gone it stands in its place already.
+std::string Bakim::yerineKoy() {
+  for (const Degisim& d : degisimler_) {
+    if (!var(d.yeni)) continue;
+    if (var(d.canli) && !var(d.eski))
+      if (const std::error_code hata = platform::renameDurably(d.canli, d.eski))
+        return dosyaHatasi(d.canli, hata);
+    if (const std::error_code hata = platform::renameDurably(d.yeni, d.canli))
+      return dosyaHatasi(d.canli, hata);
+  }
+  return {};
+}
+
+std::string Bakim::geriKoy() {
+  std::string sonuc;
+  for (const Degisim& d : degisimler_) {
+    if (!var(d.eski)) continue;
+    if (const std::error_code hata = platform::renameDurably(d.eski, d.canli))
+      sonuc = dosyaHatasi(d.canli, hata);
+  }
+  if (sonuc.empty()) ileri_ = false;
+  return sonuc;
+}
+
+void Bakim::bitir() {
+  ileri_ = false;
+  // First the record goes, then what it names: an `eski` left behind would otherwise be put back.
+  std::error_code hata;
+  fs::remove(kayit_, hata);
+  for (const Degisim& d : degisimler_) sil(d.eski);
+  acik_ = false;
+}
+
+// Ends a run that was killed. The lock is held by the caller.
+void Bakim::temizle() {
+  if (ileri_) {
+    Servis_Durdur(oturum_);
+    bool iyi = yerineKoy().empty() && Servis_Baslat(oturum_).empty();
+    std::string hata;
+    for (const std::string& ad : denenecek_) iyi = iyi && veritabaniAcilir(oturum_, ad, hata);
+    if (iyi) {
+      for (const fs::path& yol : gecici_) sil(yol);
+      bitir();
+      return;
+    }
+    Servis_Durdur(oturum_);
+    geriKoy();
+  }
+  for (const fs::path& yol : gecici_) sil(yol);
+  for (const Degisim& d : degisimler_) sil(d.yeni);
+  sil(kayit_);
+  Servis_Baslat(oturum_);
+}
+
+std::string Bakimi_Tamamla(Oturum& oturum) {
+  const fs::path klasor = oturum.platform->programFolder();
+  if (!var(klasor / "bakim.kayit")) return {};
+  const auto kilit = platform::FileLock::tryLock(klasor / "bakim.kilit");
+  if (!kilit) return {};  // it goes on in another process
+  Bakim yarim(oturum, nullptr);
+  const bool okundu = yarim.oku();
+  if (okundu) yarim.temizle();
+  yarim.acik_ = false;
+  return okundu ? "Yarıda kalan işlem (" + yarim.is_ + ") sonlandırıldı; sunucu çalışıyor." : std::string();
+}
+
+bool veritabaniAcilir(Oturum& oturum, const std::string& ad, std::string& hata) {
+  try {
+    session::Katalog_Bagla(oturum, ad);
+    oturum.Baglanti->query("SELECT COUNT(*) FROM sysobjects");
+    oturum.Baglanti->close();
+    return true;
+  } catch (const db::SqlError& neden) {
+    hata = neden.what();
+    return false;
+  }
+}
+
+}  // namespace maintenance

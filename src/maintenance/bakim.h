@@ -1,0 +1,68 @@
+// One maintenance run at a time, and what it is about to do written down before it does it, so that a run
+// that was killed is ended at the next start: what it had not made whole goes, what was whole is put in
+// place, and the service comes up again.
+//
+//   bakim.kayit = "bakim 1" LF "is" TAB name LF { line LF }
+//   line        = "sil" TAB path                         a copy under way, file or folder
+//               | "koy" TAB new TAB live TAB old          `new` takes the place of `live`, which is kept as
+//               `old` | "ileri"                                 every `new` is whole: go on instead of back
+//               | "dene" TAB database                     must open before `old` goes
+//
+// The file lies beside sys.inf together with the lock bakim.kilit.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/file_copy.h"
+#include "session/oturum.h"
+
+namespace maintenance {
+
+struct Degisim {
+  std::filesystem::path yeni, canli, eski;
+};
+
+class Bakim {
+ public:
+  // Null with the reason in `hata` when another run goes on. Ends what an earlier one left.
+  static std::unique_ptr<Bakim> basla(session::Oturum& oturum, const std::string& is, std::string& hata);
+  // What was not finished is undone; the service is the caller's.
+  ~Bakim();
+  Bakim(const Bakim&) = delete;
+  Bakim& operator=(const Bakim&) = delete;
+
+  // Each empty on success, else a Turkish text.
+  std::string gecici(const std::filesystem::path& yol);  // before it is made
+  std::string degis(std::vector<Degisim> degisimler, const std::vector<std::string>& veritabanlari);
+  std::string yerineKoy();  // both files of each pair, the old ones kept
+  std::string geriKoy();    // the old ones back
+  void bitir();             // all is well: the old ones go
+
+ private:
+  friend std::string Bakimi_Tamamla(session::Oturum& oturum);
+  Bakim(session::Oturum& oturum, std::unique_ptr<platform::FileLock> kilit);
+  bool oku();
+  std::string yaz() const;
+  void temizle();
+
+  session::Oturum& oturum_;
+  std::unique_ptr<platform::FileLock> kilit_;
+  std::filesystem::path kayit_;
+  std::string is_;
+  std::vector<std::filesystem::path> gecici_;
+  std::vector<Degisim> degisimler_;
+  std::vector<std::string> denenecek_;
+  bool ileri_ = false, acik_ = true;
+};
+
+// At the start of a program: ends what a killed run left. What was done, for a person; empty when nothing
+// was.
+std::string Bakimi_Tamamla(session::Oturum& oturum);
+
+// True when the server opens the database and answers from it.
+bool veritabaniAcilir(session::Oturum& oturum, const std::string& ad, std::string& hata);
+
+}  // namespace maintenance

@@ -1,0 +1,263 @@
+#include "platform/file_copy.h"
+
+#include <sodium.h>
+
+#include <array>
+#include <cerrno>
+#include <vector>
+
+#ifdef _WIN32
+#include <windows.h>
+
+#include <fstream>
+#else
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace platform {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t chunk = std::size_t{1} << 20;
+
+class Digest {
+ public:
+  Digest() { crypto_generichash_init(&state_, nullptr, 0, size); }
+  void add(const char* bytes, std::size_t count) {
+    crypto_generichash_update(&state_, reinterpret_cast<const unsigned char*>(bytes), count);
+  }
+  std::string hex() {
+    std::array<unsigned char, size> hash{};
+    crypto_generichash_final(&state_, hash.data(), hash.size());
+    std::string text(size * 2 + 1, '\0');
+    sodium_bin2hex(text.data(), text.size(), hash.data(), hash.size());
+    text.pop_back();
+    return text;
+  }
+
+ private:
+  static constexpr std::size_t size = crypto_generichash_BYTES;
+  crypto_generichash_state state_{};
+};
+
+}  // namespace
+
+#ifndef _WIN32
+
+namespace {
+
+std::error_code last() {
+  return {errno, std::generic_category()};
+}
+
+class Descriptor {
+ public:
+  explicit Descriptor(int fd) : fd_(fd) {}
+  ~Descriptor() {
+    if (fd_ >= 0) ::close(fd_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  int get() const { return fd_; }
+
+ private:
+  int fd_;
+};
+
+std::error_code writeAll(int fd, const char* bytes, std::size_t count) {
+  while (count > 0) {
+    const ssize_t written = ::write(fd, bytes, count);
+    if (written < 0) {
+      if (errno == EINTR) continue;
+      return last();
+    }
+    bytes += written;
+    count -= static_cast<std::size_t>(written);
+  }
+  return {};
+}
+
+// Reads to the end; `take` gets each piece.
+template <typename Take>
+std::error_code readAll(int fd, const CopyProgress& progress, Take&& take) {
+  std::vector<char> buffer(chunk);
+  std::uintmax_t done = 0;
+  while (true) {
+    const ssize_t got = ::read(fd, buffer.data(), buffer.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return last();
+    if (got == 0) return {};
+    if (const std::error_code error = take(buffer.data(), static_cast<std::size_t>(got))) return error;
+    done += static_cast<std::uintmax_t>(got);
+    if (progress && !progress(done)) return std::make_error_code(std::errc::operation_canceled);
+  }
+}
+
+std::error_code openRegular(const fs::path& file, int& fd) {
+  fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (fd < 0) return last();
+  struct stat info {};
+  if (::fstat(fd, &info) != 0) return last();
+  return S_ISREG(info.st_mode) ? std::error_code() : std::make_error_code(std::errc::invalid_argument);
+}
+
+std::error_code copyInto(int from, int to, const CopyProgress& progress, std::string* digest) {
+  ::posix_fadvise(from, 0, 0, POSIX_FADV_SEQUENTIAL);
+  Digest hash;
+  const std::error_code error =
+      readAll(from, progress, [&](const char* bytes, std::size_t count) -> std::error_code {
+        if (digest) hash.add(bytes, count);
+        return writeAll(to, bytes, count);
+      });
+  if (error) return error;
+  if (::fsync(to) != 0) return last();
+  if (digest) *digest = hash.hex();
+  return {};
+}
+
+}  // namespace
+
+std::error_code copyFile(const fs::path& from, const fs::path& to, const CopyProgress& progress,
+                         std::string* digest) {
+  int raw = -1;
+  std::error_code error = openRegular(from, raw);
+  const Descriptor source(raw);
+  if (error) return error;
+  {
+    const Descriptor target(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (target.get() < 0) return last();
+    error = copyInto(source.get(), target.get(), progress, digest);
+  }
+  if (error)
+    ::unlink(to.c_str());
+  else
+    flushFolder(to.parent_path());
+  return error;
+}
+
+std::error_code digestFile(const fs::path& file, const CopyProgress& progress, std::string& digest) {
+  int raw = -1;
+  if (const std::error_code error = openRegular(file, raw)) {
+    const Descriptor closing(raw);
+    return error;
+  }
+  const Descriptor source(raw);
+  ::posix_fadvise(raw, 0, 0, POSIX_FADV_DONTNEED);
+  ::posix_fadvise(raw, 0, 0, POSIX_FADV_SEQUENTIAL);
+  Digest hash;
+  const std::error_code error =
+      readAll(raw, progress, [&](const char* bytes, std::size_t count) -> std::error_code {
+        hash.add(bytes, count);
+        return {};
+      });
+  if (!error) digest = hash.hex();
+  return error;
+}
+
+void flushFolder(const fs::path& folder) {
+  const Descriptor fd(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (fd.get() >= 0) ::fsync(fd.get());
+}
+
+std::error_code renameDurably(const fs::path& from, const fs::path& to) {
+  if (::rename(from.c_str(), to.c_str()) != 0) return last();
+  flushFolder(to.parent_path());
+  if (from.parent_path() != to.parent_path()) flushFolder(from.parent_path());
+  return {};
+}
+
+std::unique_ptr<FileLock> FileLock::tryLock(const fs::path& file) {
+  const int fd = ::open(file.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
+  if (fd < 0) return nullptr;
+  if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
+    ::close(fd);
+    return nullptr;
+  }
+  return std::unique_ptr<FileLock>(new FileLock(fd));
+}
+
+FileLock::~FileLock() {
+  ::close(static_cast<int>(handle_));
+}
+
+#else
+
+namespace {
+
+std::error_code last() {
+  return {static_cast<int>(GetLastError()), std::system_category()};
+}
+
+std::error_code readAll(const fs::path& file, const CopyProgress& progress, std::ofstream* out,
+                        Digest* hash) {
+  std::ifstream in(file, std::ios::binary);
+  if (!in) return std::make_error_code(std::errc::no_such_file_or_directory);
+  std::vector<char> buffer(chunk);
+  std::uintmax_t done = 0;
+  while (in.read(buffer.data(), static_cast<std::streamsize>(buffer.size())), in.gcount() > 0) {
+    if (hash) hash->add(buffer.data(), static_cast<std::size_t>(in.gcount()));
+    if (out && !out->write(buffer.data(), in.gcount())) return std::make_error_code(std::errc::io_error);
+    done += static_cast<std::uintmax_t>(in.gcount());
+    if (progress && !progress(done)) return std::make_error_code(std::errc::operation_canceled);
+  }
+  return in.bad() ? std::make_error_code(std::errc::io_error) : std::error_code();
+}
+
+}  // namespace
+
+std::error_code copyFile(const fs::path& from, const fs::path& to, const CopyProgress& progress,
+                         std::string* digest) {
+  std::error_code error;
+  if (fs::exists(to, error)) return std::make_error_code(std::errc::file_exists);
+  Digest hash;
+  {
+    std::ofstream out(to, std::ios::binary);
+    error = out ? readAll(from, progress, &out, digest ? &hash : nullptr)
+                : std::make_error_code(std::errc::permission_denied);
+    if (!error && !out.flush()) error = std::make_error_code(std::errc::no_space_on_device);
+  }
+  if (!error) {
+    HANDLE file = CreateFileW(to.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE || !FlushFileBuffers(file)) error = last();
+    if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
+  }
+  std::error_code ignored;
+  if (error) fs::remove(to, ignored);
+  if (!error && digest) *digest = hash.hex();
+  return error;
+}
+
+std::error_code digestFile(const fs::path& file, const CopyProgress& progress, std::string& digest) {
+  Digest hash;
+  const std::error_code error = readAll(file, progress, nullptr, &hash);
+  if (!error) digest = hash.hex();
+  return error;
+}
+
+void flushFolder(const fs::path&) {}
+
+std::error_code renameDurably(const fs::path& from, const fs::path& to) {
+  return MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)
+             ? std::error_code()
+             : last();
+}
+
+std::unique_ptr<FileLock> FileLock::tryLock(const fs::path& file) {
+  HANDLE handle =
+      CreateFileW(file.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, 0, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) return nullptr;
+  return std::unique_ptr<FileLock>(new FileLock(reinterpret_cast<std::intptr_t>(handle)));
+}
+
+FileLock::~FileLock() {
+  CloseHandle(reinterpret_cast<HANDLE>(handle_));
+}
+
+#endif
+
+}  // namespace platform

@@ -4,5 +4,6 @@
 
 #include "engine/store/companion.h"
 #include "engine/store/database_file.h"
+#include "engine/store/file_names.h"
 #include "engine/store/instance.h"
 #include "engine/store/storage.h"

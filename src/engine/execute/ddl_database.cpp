@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "engine/execute/ddl.h"
+#include "engine/execute/logins.h"
 #include "engine/function.h"
 #include "engine/store.h"
 
@@ -28,9 +29,16 @@ bool isSystem(const std::string& name) {
   return std::any_of(std::begin(names), std::end(names), [&](const char* each) { return folded == each; });
 }
 
+bool isControl(char c) {
+  return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+}
+
 void checkDatabaseName(const std::string& name) {
-  const bool bad = name.empty() || name.size() > std::size_t{123} * 4 || name.front() == '.' ||
-                   name.find_first_of(std::string_view("/\\\0\n", 4)) != std::string::npos;
+  constexpr std::int64_t longest = 123;  // characters; the companion's logical name needs some more
+  if (characterCount(name) > longest)
+    throw Error(103, "The name '" + name + "' is too long. Maximum length is 123.", 15);
+  const bool bad = name.empty() || name.front() == '.' || std::any_of(name.begin(), name.end(), isControl) ||
+                   name.find_first_of("/\\") != std::string::npos;
   if (bad) throw Error(15004, "The database name '" + name + "' is not a valid name.");
 }
 
@@ -186,13 +194,15 @@ struct UnfinishedRow {
   std::int64_t id;
   State state;
   fs::path data, log;
-  std::string family;
+  std::string family, name;
 };
 
+// Throws when something of it stays.
 void removeFiles(const UnfinishedRow& row) {
-  removeDataFile(unfinishedName(row.data));
+  // A name that fits nowhere has never become a file.
+  if (fitsFileSystem(row.data)) removeDataFile(unfinishedName(row.data));
+  if (fitsFileSystem(row.log)) removeFile(unfinishedName(row.log));
   std::error_code error;
-  fs::remove(unfinishedName(row.log), error);
   // While it was being made, a file in that place may still be somebody else's.
   const auto ours = [&](auto&& readIt, const fs::path& file) {
     try {
@@ -203,20 +213,20 @@ void removeFiles(const UnfinishedRow& row) {
   };
   if (ours([](const fs::path& file) { return readFamily(file); }, row.data)) removeDataFile(row.data);
   for (const auto& log : companionCandidates(row.log))
-    if (ours([](const fs::path& file) { return readCompanion(file, ""); }, log)) fs::remove(log, error);
+    if (ours([](const fs::path& file) { return readCompanion(file, ""); }, log)) removeFile(log);
 }
 
 std::vector<UnfinishedRow> unfinishedRows(Store& store, const std::string& only) {
   const fs::path folder = store.instance().folder();
   lite::Stmt rows(store.handle(),
-                  atAlias("SELECT id, state, data, log, family FROM @.zb_databases WHERE state<>0 "
+                  atAlias("SELECT id, state, data, log, family, name FROM @.zb_databases WHERE state<>0 "
                           "AND (?='' OR name=? COLLATE NOCASE)",
                           store.attach("master")));
   rows.bind(only).bind(only);
   std::vector<UnfinishedRow> found;
   while (rows.step())
     found.push_back({rows.integer(0), static_cast<State>(rows.integer(1)), folder / rows.text(2),
-                     folder / rows.text(3), rows.text(4)});
+                     folder / rows.text(3), rows.text(4), rows.text(5)});
   return found;
 }
 
@@ -228,8 +238,14 @@ void attachFiles(Store& store, const std::string& name, const Files& files) {
   change.finish();
 }
 
-void makeFiles(const std::string& name, const Files& files, const std::string& family) {
-  buildDataFile(unfinishedName(files.data), family);
+// `owner`: the sid of a maker who is no sysadmin, for the database is his.
+void makeFiles(const std::string& name, const Files& files, const std::string& family,
+               const std::string& owner) {
+  buildDataFile(unfinishedName(files.data), family, [&](sqlite3* db) {
+    if (owner.empty()) return;
+    lite::Stmt dbo(db, "UPDATE zb_users SET sid=CAST(? AS BLOB) WHERE uid=1");
+    dbo.bind(owner).run();
+  });
   std::error_code error;
   fs::remove(unfinishedName(files.log), error);
   writeCompanion(unfinishedName(files.log), name, family);
@@ -237,9 +253,11 @@ void makeFiles(const std::string& name, const Files& files, const std::string& f
   putInPlace(unfinishedName(files.data), files.data);
 }
 
-void makeDatabase(Store& store, const std::string& name, const Files& files) {
+void makeDatabase(Store& store, const std::string& name, const Files& files, const std::string& owner) {
   checkPlace(files.data);
   checkPlace(files.log);
+  tryFile(files.data);
+  tryFile(files.log);
   LockFile lock(store.instance().lockFile());
   const std::string family = newFamily();
   std::int64_t id = 0;
@@ -250,29 +268,36 @@ void makeDatabase(Store& store, const std::string& name, const Files& files) {
     change.finish();
   }
   try {
-    makeFiles(name, files, family);
+    makeFiles(name, files, family, owner);
     setState(store, id, finished);
   } catch (const Error&) {
-    removeFiles({id, making, files.data, files.log, family});
-    strike(store, id);
+    try {
+      removeFiles({id, making, files.data, files.log, family, name});
+      strike(store, id);
+    } catch (const Error&) {
+      // The first error tells why; the next start removes what is left.
+    }
     throw;
   }
 }
 
 }  // namespace
 
-void run(Store& store, SessionContext&, const CreateDatabaseStatement& statement) {
+void run(Store& store, SessionContext& context, const CreateDatabaseStatement& statement) {
   refuseInTransaction(store, "CREATE DATABASE");
   checkDatabaseName(statement.name);
-  cleanUnfinished(store, statement.name);
+  if (const auto left = cleanUnfinished(store, statement.name); !left.empty()) throw left.front().error;
   if (store.databaseExists(statement.name) || isSystem(statement.name))
     throw Error(1801, "Database '" + statement.name + "' already exists. Choose a different database name.");
   const Files files = filesOf(statement, store.instance().folder());
+  checkFileName(files.data);
+  checkFileName(files.log);
   if (statement.forAttach)
     attachFiles(store, statement.name, files);
   else {
     checkRoom(statement, files);
-    makeDatabase(store, statement.name, files);
+    const bool own = !context.login.empty() && !isServerRoleMember(store, context.login, "sysadmin");
+    makeDatabase(store, statement.name, files, own ? sidOf(store, context.login) : std::string());
   }
 }
 
@@ -292,20 +317,26 @@ void dropDatabase(Store& store, const SessionContext& context, const std::string
   store.detach(name);
   setState(store, entry.id, dropping);
   try {
-    removeFiles({entry.id, dropping, entry.data, entry.log, {}});
+    removeFiles({entry.id, dropping, entry.data, entry.log, {}, name});
     strike(store, entry.id);
   } catch (const Error&) {
     // It is dropped; the next start removes what is left of it.
   }
 }
 
-void cleanUnfinished(Store& store, const std::string& only) {
+std::vector<LeftOver> cleanUnfinished(Store& store, const std::string& only) {
+  std::vector<LeftOver> left;
   for (const auto& row : unfinishedRows(store, only)) {
     LockFile lock(store.instance().lockFile());
     if (!lock.tryExclusive(LockFile::databaseLock(row.id))) continue;  // at work in another session
-    removeFiles(row);
-    strike(store, row.id);
+    try {
+      removeFiles(row);
+      strike(store, row.id);
+    } catch (const Error& error) {
+      left.push_back({row.name, error});
+    }
   }
+  return left;
 }
 
 }  // namespace engine::ddl

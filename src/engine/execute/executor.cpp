@@ -12,7 +12,7 @@ constexpr int nestingLimit = 32;
 }  // namespace
 
 Executor::Executor(Store& store, SessionContext& context, std::atomic<bool>& cancelled)
-    : store_(store), context_(context), cancelled_(cancelled) {
+    : store_(store), context_(context), cancelled_(cancelled), rights_(store, context) {
   registerSessionFunctions();
 }
 

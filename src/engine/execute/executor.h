@@ -5,6 +5,7 @@
 #include <map>
 
 #include "engine/execute/definition.h"
+#include "engine/execute/rights.h"
 #include "engine/function.h"
 #include "engine/plan.h"
 #include "engine/store.h"
@@ -123,7 +124,8 @@ class Executor {
   std::unique_ptr<CompiledChange> compileDelete(const DeleteStatement& remove);
   struct ChangeShape;
   void bindChangeTarget(const ObjectName& target, const std::vector<std::unique_ptr<TableSource>>& from,
-                        const Expr* where, const Expr* top, ChangeShape& shape, Binder& binder);
+                        const Expr* where, const Expr* top, Action action, ChangeShape& shape,
+                        Binder& binder);
   void bindAssignments(const UpdateStatement& update, ChangeShape& shape, Binder& binder);
   void finishChange(CompiledChange& plan, const ChangeShape& shape, Binder& binder, TriggerEvent event);
   void runChange(CompiledChange& plan, TriggerEvent event);
@@ -151,6 +153,7 @@ class Executor {
   Store& store_;
   SessionContext& context_;
   std::atomic<bool>& cancelled_;
+  Rights rights_;
   PlanCache plans_;
   ViewCache views_;
   ResultSink* sink_ = nullptr;

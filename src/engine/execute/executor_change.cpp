@@ -65,7 +65,7 @@ std::string columnList(const TableInfo& table) {
 
 void Executor::bindChangeTarget(const ObjectName& target,
                                 const std::vector<std::unique_ptr<TableSource>>& from, const Expr* where,
-                                const Expr* top, ChangeShape& shape, Binder& binder) {
+                                const Expr* top, Action action, ChangeShape& shape, Binder& binder) {
   if (from.empty()) {
     binder.bindTarget(target, shape.scope);
   } else {
@@ -82,6 +82,7 @@ void Executor::bindChangeTarget(const ObjectName& target,
   }
   const Source& source = shape.scope.sources[shape.target];
   if (!source.table) throw Error(4406, "'" + target.object + "' is not a table whose rows can be changed.");
+  binder.need(source.tableDatabase, source.table->name, action);
   shape.handle = source.handle;
   shape.sqlTable = binder.sqlName(*source.table, source.tableDatabase);
   if (where) shape.where = " WHERE " + binder.bindCondition(*where, &shape.scope).sql;
@@ -168,7 +169,8 @@ std::unique_ptr<CompiledChange> Executor::compileUpdate(const UpdateStatement& u
   if (!slots.empty() && std::any_of(update.set.begin(), update.set.end(),
                                     [](const Assignment& a) { return readsVariables(*a.value); }))
     binder.setStepwiseVariables(slots);
-  bindChangeTarget(update.target, update.from, update.where.get(), update.top.get(), shape, binder);
+  bindChangeTarget(update.target, update.from, update.where.get(), update.top.get(), Action::Update, shape,
+                   binder);
   bindAssignments(update, shape, binder);
   const TableInfo& table = *shape.scope.sources[shape.target].table;
   for (const Assignment& assignment : update.set)
@@ -199,7 +201,8 @@ std::unique_ptr<CompiledChange> Executor::compileDelete(const DeleteStatement& r
   auto made = std::make_unique<CompiledChange>();
   Binder binder(bindContext());
   ChangeShape shape;
-  bindChangeTarget(remove.target, remove.from, remove.where.get(), remove.top.get(), shape, binder);
+  bindChangeTarget(remove.target, remove.from, remove.where.get(), remove.top.get(), Action::Delete, shape,
+                   binder);
   std::string sql = "DELETE FROM " + shape.sqlTable;
   if (shape.from.empty() && shape.limit.empty())
     sql += " AS " + shape.handle + shape.where;
@@ -297,11 +300,13 @@ void Executor::runTruncate(const TruncateStatement& truncate) {
   Binder binder(bindContext());
   Scope scope;
   const std::string& database = truncate.table.database;
+  rights_.enter(database.empty() ? context_.database : database);
   const auto in = store_.catalog(database.empty() ? context_.database : database);
   if (!in->table(truncate.table.object) && !in->view(truncate.table.object))
     throw Error(4701, "Cannot find the object \"" + truncate.table.object +
                           "\" because it does not exist or you do not have permissions.");
   const Source& source = binder.bindTarget(truncate.table, scope);
+  rights_.needAlter(source.tableDatabase, source.table->name);
   const std::string table = binder.sqlName(*source.table, source.tableDatabase);
   const auto catalog = store_.catalog(source.tableDatabase);
   Transaction transaction(*this);

@@ -141,6 +141,7 @@ void Executor::runSetOption(const SetOptionStatement& statement) {
     Binder binder(bindContext());
     Scope scope;
     const Source& source = binder.bindTarget(statement.table, scope);
+    rights_.needAlter(source.tableDatabase, source.table->name);
     if (source.table->identityColumn() < 0)
       throw Error(8106, "Table '" + source.table->name +
                             "' does not have the identity property. Cannot perform SET operation.");
@@ -289,6 +290,7 @@ void Executor::runUse(const UseStatement& statement) {
   if (!store_.databaseExists(statement.database))
     throw Error(911, "Database '" + statement.database +
                          "' does not exist. Make sure that the name is entered correctly.");
+  rights_.enter(statement.database);
   const std::string name = store_.database(statement.database).name;
   store_.useDatabase(name);
   context_.database = name;
@@ -357,6 +359,7 @@ void Executor::runDefinitionStatement(const Statement& statement) {
     bindParameters(value);
     return value.step() ? columnDatum(value.get(), 0) : Datum();
   };
+  rights_.needDefinition(statement);
   std::vector<ViewColumn> columns;
   if (const auto* view = std::get_if<CreateViewStatement>(&statement.node)) columns = viewColumns(*view);
   const bool inTransaction = levels_ > 0;

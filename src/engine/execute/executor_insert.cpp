@@ -147,6 +147,7 @@ std::unique_ptr<CompiledInsert> Executor::compileInsert(const InsertStatement& i
   auto made = std::make_unique<CompiledInsert>();
   InsertShape shape;
   const Source& target = binder.bindTarget(insert.target, scope);
+  binder.need(target.tableDatabase, target.table->name, Action::Insert);
   shape.table = target.table;
   shape.database = target.tableDatabase;
   shape.sqlTable = binder.sqlName(*target.table, shape.database);

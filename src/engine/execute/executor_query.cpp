@@ -129,6 +129,7 @@ std::vector<ColumnInfo> Executor::columnsFor(const SelectStatement& select, cons
 void Executor::selectInto(const SelectStatement& select, const BoundSelect& bound, Binder& binder) {
   const ObjectName& name = *bound.into->into;
   const std::string database = name.database.empty() ? context_.database : name.database;
+  rights_.needCreate(database, "CREATE TABLE");
   const std::vector<ColumnInfo> columns = columnsFor(select, bound);
   Transaction transaction(*this);
   createTableFrom(store_, database, name.object, columns);

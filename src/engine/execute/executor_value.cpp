@@ -34,6 +34,8 @@ BindContext Executor::bindContext() {
   context.fixedLiterals = nesting_ > 0;
   context.structural = &frame_->plan->structural;
   context.views = &views_;
+  context.access = &rights_;
+  if (frame_->trigger) context.chain = frame_->triggerDatabase;
   return context;
 }
 

@@ -21,14 +21,14 @@ constexpr int firstRole = 16384;
 constexpr int firstUser = 5;
 constexpr const char* master = "master";
 
-// One transaction on the tables of one database, over which others need no word: names of logins and
-// users are never cached.
+// One transaction on the tables of one database. Sessions keep what a login may do, and what they have
+// compiled by that: a change of it is a change of definitions.
 class Work {
  public:
-  Work(Store& store, const std::string& database) : store_(store), alias_(store.attach(database)) {
+  Work(Store& store, const std::string& database) : store_(store), database_(database) {
     store_.begin();
     try {
-      store_.writeLock(database);
+      store_.lockDefinitions(database);
     } catch (...) {
       store_.rollback();
       throw;
@@ -45,13 +45,14 @@ class Work {
   Work(const Work&) = delete;
   Work& operator=(const Work&) = delete;
   void finish() {
+    store_.markChanged(database_, std::make_shared<DatabaseCatalog>(*store_.catalog(database_)));
     store_.commit();
     done_ = true;
   }
 
  private:
   Store& store_;
-  std::string alias_;
+  std::string database_;
   bool done_ = false;
 };
 
@@ -207,6 +208,35 @@ bool isServerRoleMember(Store& store, const std::string& login, const std::strin
             "SELECT 1 FROM @.zb_server_roles r JOIN @.zb_logins l ON l.id=r.login_id WHERE l.name=? COLLATE "
             "NOCASE AND r.role=?");
   return find.bind(login).bind(foldName(role)).step();
+}
+
+std::vector<std::string> serverRolesOf(Store& store, const std::string& login) {
+  auto find =
+      query(store, master,
+            "SELECT r.role FROM @.zb_server_roles r JOIN @.zb_logins l ON l.id=r.login_id WHERE l.name=? "
+            "COLLATE NOCASE");
+  std::vector<std::string> roles;
+  for (find.bind(login); find.step();) roles.push_back(find.text(0));
+  return roles;
+}
+
+std::vector<std::string> databaseRolesOf(Store& store, const std::string& database, const std::string& login,
+                                         bool& user, bool& dbo) {
+  const LoginRow row = findLogin(store, login);
+  auto find = query(store, database, "SELECT uid FROM @.zb_users WHERE sid=CAST(? AS BLOB)");
+  user = row.id != 0 && find.bind(row.sid).step();
+  dbo = user && find.integer(0) == 1;
+  std::vector<std::string> roles;
+  if (!user) return roles;
+  auto members =
+      query(store, database,
+            "SELECT g.name FROM @.zb_members m JOIN @.zb_users g ON g.uid=m.group_uid WHERE m.uid=?");
+  for (members.bind(find.integer(0)); members.step();) roles.push_back(members.text(0));
+  return roles;
+}
+
+std::string sidOf(Store& store, const std::string& login) {
+  return findLogin(store, login).sid;
 }
 
 std::string defaultDatabaseOf(Store& store, const std::string& login) {

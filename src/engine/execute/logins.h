@@ -29,6 +29,11 @@ void changePassword(Store& store, const std::string& login, const std::optional<
 // 15402 otherwise; 15007.
 void setServerRole(Store& store, const std::string& login, const std::string& role, bool member);
 bool isServerRoleMember(Store& store, const std::string& login, const std::string& role);
+std::vector<std::string> serverRolesOf(Store& store, const std::string& login);
+// The roles of the login's user in the database; `user`: it is one there, `dbo`: the owner.
+std::vector<std::string> databaseRolesOf(Store& store, const std::string& database, const std::string& login,
+                                         bool& user, bool& dbo);
+std::string sidOf(Store& store, const std::string& login);
 std::string defaultDatabaseOf(Store& store, const std::string& login);
 
 // sp_grantdbaccess, sp_adduser: 15007 / 15401 no such login, 15023 user exists, 15063 the login has a

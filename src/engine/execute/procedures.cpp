@@ -34,43 +34,65 @@ class ProcedureCall {
     engine::addLogin(store(), text(0), text(1), values_[2] ? text(2) : "master");
   }
   void dropLogin() {
-    onlyAdministrators();
+    onlyAdministratorsOf(text(0));
     engine::dropLogin(store(), text(0));
   }
   // sp_password old, new, login: without a login one's own, where the old one is asked for.
   void password() {
     const bool own = !values_[2] || foldName(text(2)) == foldName(executor_.context_.login);
-    if (!own) onlyAdministrators();
+    if (!own) onlyAdministratorsOf(text(2));
     const bool check = values_[0] || !isAdministrator();
     engine::changePassword(store(), values_[2] ? text(2) : executor_.context_.login,
                            check ? std::optional<std::string>(text(0)) : std::nullopt, text(1));
   }
   void addServerRole() {
-    onlyAdministrators();
+    onlyMembers(text(1));
     setServerRole(store(), text(0), text(1), true);
   }
   void dropServerRole() {
-    onlyAdministrators();
+    onlyMembers(text(1));
     setServerRole(store(), text(0), text(1), false);
   }
-  void grantAccess() { addUser(store(), database_, text(0), values_[1] ? text(1) : text(0), text(2)); }
-  void dropUser() { engine::dropUser(store(), database_, text(0)); }
-  void addRole() { setRole(store(), database_, text(0), text(1), true); }
-  void dropRole() { setRole(store(), database_, text(0), text(1), false); }
-  void rename() { renameItem(store(), database_, text(0), text(1), text(2)); }
+  void grantAccess() {
+    rights().needProcedure(here().users && (text(2).empty() || here().owner));
+    addUser(store(), database_, text(0), values_[1] ? text(1) : text(0), text(2));
+  }
+  void dropUser() {
+    rights().needProcedure(here().users);
+    engine::dropUser(store(), database_, text(0));
+  }
+  void addRole() {
+    rights().needProcedure(here().owner);
+    setRole(store(), database_, text(0), text(1), true);
+  }
+  void dropRole() {
+    rights().needProcedure(here().owner);
+    setRole(store(), database_, text(0), text(1), false);
+  }
+  void rename() {
+    rights().needProcedure(here().define);
+    renameItem(store(), database_, text(0), text(1), text(2));
+  }
   void helpDatabases();
 
  private:
   Store& store() { return executor_.store_; }
   std::string text(int index) const { return values_[static_cast<std::size_t>(index)].value_or(""); }
-  bool isAdministrator() {
-    const std::string& login = executor_.context_.login;
-    return isServerRoleMember(store(), login, "sysadmin") ||
-           isServerRoleMember(store(), login, "securityadmin");
+  Rights& rights() { return executor_.rights_; }
+  // In the procedure's database: 916 for who is nobody there.
+  const DatabaseRights& here() {
+    rights().enter(database_);
+    return rights().in(database_);
   }
-  void onlyAdministrators() {
-    if (!isAdministrator()) throw Error(15247, "User does not have permission to perform this action.");
+  bool isAdministrator() { return rights().serverRole("securityadmin"); }
+  void onlyAdministrators() { rights().needProcedure(isAdministrator()); }
+  // Nobody but sysadmin may take over one of its members.
+  void onlyAdministratorsOf(const std::string& login) {
+    rights().needProcedure(isAdministrator() && (rights().serverRole("sysadmin") ||
+                                                 !isServerRoleMember(store(), login, "sysadmin")));
   }
+  // A role of the server is given by those who have it.
+  void onlyMembers(const std::string& role) { rights().needProcedure(rights().serverRole(foldName(role))); }
   void gather(const Procedure& procedure);
 
   Executor& executor_;

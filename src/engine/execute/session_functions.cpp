@@ -74,6 +74,7 @@ struct SessionFunctions {
     found.database = executor.context_.database;
     if (parts.size() == 3) found.database = parts[0];
     if (parts.size() > 3 || !executor.store_.databaseExists(found.database)) return found;
+    if (!executor.rights_.in(found.database).enter) return found;
     found.catalog = executor.store_.catalog(found.database);
     found.table = found.catalog->table(parts.back());
     found.view = found.catalog->view(parts.back());

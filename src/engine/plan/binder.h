@@ -8,6 +8,7 @@
 #include <map>
 #include <optional>
 
+#include "engine/plan/access.h"
 #include "engine/plan/bound.h"
 #include "engine/plan/prepared.h"
 #include "engine/store.h"
@@ -24,6 +25,9 @@ struct BindContext {
   // Receives the ordinals of literals whose values decided a type.
   std::vector<int>* structural = nullptr;
   ViewCache* views = nullptr;
+  Access* access = nullptr;  // null: everything is allowed
+  // The database whose objects are touched by their owner's right: that of the running trigger.
+  std::string chain;
 };
 
 class Binder {
@@ -50,6 +54,8 @@ class Binder {
 
   // FROM: entries go into `scope`; returns the text behind FROM.
   std::string bindFrom(const std::vector<std::unique_ptr<TableSource>>& from, Scope& scope);
+  // Throws 229 unless the table or view may be touched so.
+  void need(const std::string& database, const std::string& object, Action action) const;
   // Adds the base table `name` to the scope; throws 208. Views and system tables are refused by 4406.
   Source& bindTarget(const ObjectName& name, Scope& scope);
   // "alias"."table" of a base table for SQLite.

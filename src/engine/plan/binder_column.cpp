@@ -83,6 +83,7 @@ BoundExpr Binder::bindColumn(const Expr& expr, Scope* scope) {
       continue;
     }
     checkGrouping(*at, *found.source, *found.column);
+    if (found.source->target) need(found.source->tableDatabase, found.source->table->name, Action::Select);
     BoundExpr bound;
     bound.sql = found.column->sql;
     bound.type = found.column->info.type;

@@ -77,9 +77,15 @@ Error columnListError(const std::string& name, bool more) {
 }
 
 std::string Binder::resolveDatabase(const ObjectName& name) {
-  if (name.database.empty()) return context_.database;
-  if (!context_.store->databaseExists(name.database)) throw invalidObject(name);
-  return name.database;
+  const std::string& database = name.database.empty() ? context_.database : name.database;
+  if (!name.database.empty() && !context_.store->databaseExists(name.database)) throw invalidObject(name);
+  if (context_.access && foldName(database) != foldName(context_.chain)) context_.access->enter(database);
+  return database;
+}
+
+void Binder::need(const std::string& database, const std::string& object, Action action) const {
+  if (context_.access && foldName(database) != foldName(context_.chain))
+    context_.access->need(database, object, action);
 }
 
 std::string Binder::sqlName(const TableInfo& table, const std::string& database) {
@@ -113,6 +119,7 @@ Source& Binder::bindTarget(const ObjectName& name, Scope& scope) {
   source.handle = newHandle();
   source.table = table;
   source.tableDatabase = database;
+  source.target = true;
   addTableColumns(*table, catalogs_.back()->name, source);
   scope.sources.push_back(std::move(source));
   return scope.sources.back();
@@ -190,11 +197,13 @@ Binder::FromPiece Binder::bindNamed(const TableSource& at, Scope& scope) {
     catalogs_.push_back(context_.store->catalog(database));
     const auto catalog = catalogs_.back();
     if (const TableInfo* table = catalog->table(at.name.object)) {
+      need(database, table->name, Action::Select);
       piece.sql = sqlName(*table, database);
       source.table = table;
       source.tableDatabase = database;
       addTableColumns(*table, catalog->name, source);
     } else if (const ViewInfo* view = catalog->view(at.name.object)) {
+      need(database, view->name, Action::Select);
       piece.sql = bindView(*view, database, source);
     } else if (!bindSystemTable(database, at.name, source, piece.sql)) {
       throw invalidObject(at.name);
@@ -241,6 +250,7 @@ bool Binder::bindSystemTable(const std::string& database, const ObjectName& name
                              std::string& sql) {
   const SystemTable* table = findSystemTable(name.object);
   if (!table || (table->masterOnly && foldName(database) != "master")) return false;
+  if (context_.access) context_.access->needSystem(database, table->name);
   databases_.insert(foldName(database));
   sql = "(" + systemTableSql(*table, context_.store->attach(database)) + ")";
   for (const ViewColumn& viewColumn : table->columns) {
@@ -277,7 +287,7 @@ std::string Binder::bindView(const ViewInfo& view, const std::string& database, 
   const auto& statement = std::get<CreateViewStatement>(batch->statements.at(0)->node);
 
   const BindContext outside = context_;
-  context_.database = database;
+  context_.database = context_.chain = database;
   context_.variables = nullptr;
   context_.trigger = nullptr;
   context_.fixedLiterals = true;

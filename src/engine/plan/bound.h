@@ -77,6 +77,7 @@ struct Source {
   std::string handle;                // t1, t2 ...: its name in the SQLite text
   const TableInfo* table = nullptr;  // base table
   std::string tableDatabase;         // its database as attached
+  bool target = false;               // of a change: reading its columns asks for a right of its own
   std::vector<SourceColumn> columns;
 };
 

@@ -80,7 +80,8 @@ std::shared_ptr<Server> Server::open(const fs::path& given) {
   if (server->serviceState() == ServiceState::Running) {
     Store store(server->instance_);
     store.beginStatement();
-    ddl::cleanUnfinished(store);
+    for (const auto& left : ddl::cleanUnfinished(store))
+      server->leftOvers_.push_back({left.name, left.error});
     store.endStatement();
   }
   return server;
@@ -153,8 +154,8 @@ std::vector<DamagedDatabase> Server::start() {
   instance_->shared()->stopped.store(0);
   Store store(instance_);
   store.beginStatement();
-  ddl::cleanUnfinished(store);
   std::vector<DamagedDatabase> damaged;
+  for (const auto& left : ddl::cleanUnfinished(store)) damaged.push_back({left.name, left.error});
   for (const auto& database : store.databases()) {
     try {
       checkPages(database.data);

@@ -41,6 +41,10 @@ class Server {
   static std::shared_ptr<Server> create(const std::filesystem::path& folder, const std::string& login,
                                         const std::string& password);
 
+  // Databases that a broken-off CREATE or DROP left behind and that could not be cleaned up at opening; it
+  // is tried again at every opening and start.
+  const std::vector<DamagedDatabase>& leftOvers() const { return leftOvers_; }
+
   ServiceState serviceState() const;
   // Finishes running statements, checkpoints and closes every file, refuses sessions until start().
   // Seen by other processes on the same folder at their next statement.
@@ -63,6 +67,7 @@ class Server {
  private:
   explicit Server(std::shared_ptr<Instance> instance);
   std::shared_ptr<Instance> instance_;
+  std::vector<DamagedDatabase> leftOvers_;
 };
 
 class Session {

@@ -1,0 +1,70 @@
+#include "engine/store/file_names.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+
+#include "engine/store/database_file.h"
+#include "engine/value.h"
+
+namespace engine {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view longestEnding = "-journal";
+constexpr std::size_t longestPath = 4000;
+
+[[noreturn]] void failFile(const fs::path& file, int error) {
+  throw Error(5123, "CREATE FILE encountered operating system error " + std::to_string(error) + "(" +
+                        std::strerror(error) + ") while attempting to open or create the physical file '" +
+                        file.string() + "'.");
+}
+
+// At most so many bytes, whole characters.
+std::string beginning(const std::string& text, std::size_t bytes) {
+  if (text.size() <= bytes) return text;
+  while (bytes > 0 && (static_cast<unsigned char>(text[bytes]) & 0xC0U) == 0x80U) --bytes;
+  return text.substr(0, bytes) + "...";
+}
+
+}  // namespace
+
+bool fitsFileSystem(const fs::path& file) {
+  return unfinishedName(file).filename().string().size() + longestEnding.size() <= NAME_MAX &&
+         file.string().size() <= longestPath;
+}
+
+void checkFileName(const fs::path& file) {
+  const std::string text = file.string();
+  const bool control = std::any_of(text.begin(), text.end(),
+                                   [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
+  if (control || !fitsFileSystem(file))
+    throw Error(5105, "A file activation error occurred. The physical file name '" + beginning(text, 260) +
+                          "' may be incorrect. Diagnose and correct additional errors, and retry the "
+                          "operation.");
+}
+
+void tryFile(const fs::path& file) {
+  const fs::path trial = unfinishedName(file);
+  const int handle = ::open(trial.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
+  if (handle < 0) {
+    if (errno != EEXIST) failFile(file, errno);
+    return;  // what a broken-off attempt has left is replaced
+  }
+  ::close(handle);
+  ::unlink(trial.c_str());
+}
+
+void removeFile(const fs::path& file) {
+  std::error_code error;
+  fs::remove(file, error);
+  if (error) failFile(file, error.value());
+}
+
+}  // namespace engine

@@ -1,0 +1,17 @@
+// What of a name or a path can become a file of a database, looked at before anything is written.
+#pragma once
+
+#include <filesystem>
+
+namespace engine {
+
+// In its longest form, which it has while it is being made, with the ending of a file beside it.
+bool fitsFileSystem(const std::filesystem::path& file);
+// 5105 for what no file system takes.
+void checkFileName(const std::filesystem::path& file);
+// Makes and removes an empty file under the name's unfinished form; 5123 with the system's reason.
+void tryFile(const std::filesystem::path& file);
+// A missing one is no error; 5123 otherwise.
+void removeFile(const std::filesystem::path& file);
+
+}  // namespace engine

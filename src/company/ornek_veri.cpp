@@ -11,6 +11,25 @@ namespace company {
 
 namespace ornek {
 
+// As they come in a shop: what a day sells was bought before, what is collected was sold before.
+void gunleriYaz(Baglam& b) {
+  b.adim("Günlük hareketler yazılıyor");
+  Isler isler;
+  faturaIsleri(isler);
+  stokFisiIsleri(isler);
+  kasaBankaIsleri(isler);
+  siparisIsleri(isler);
+  std::vector<std::int64_t> yazilan(isler.size(), 0);
+  for (std::int64_t gun = 0; gun < b.donem.gunler; ++gun) {
+    for (std::size_t n = 0; n < isler.size(); ++n) {
+      const std::int64_t adet = static_cast<std::int64_t>(isler[n].adet) * b.olcek;
+      for (; yazilan[n] < adet && yazilan[n] * b.donem.gunler / adet == gun; ++yazilan[n])
+        isler[n].yaz(b, b.an(yazilan[n], adet));
+    }
+    b.ilerle(gun, b.donem.gunler);
+  }
+}
+
 void sayaclariYaz(Baglam& b) {
   for (const auto& [anahtar, sayi] : b.sayaclar()) {
     char metin[24];
@@ -26,13 +45,12 @@ namespace {
 using ornek::Baglam;
 using ornek::Donem;
 
-constexpr std::array steps = {ornek::tanimlariYaz,  ornek::kartlariYaz,      ornek::acilislariYaz,
-                              ornek::faturalariYaz, ornek::stokFisleriniYaz, ornek::kasaBankaYaz,
-                              ornek::evraklariYaz,  ornek::siparisleriYaz,   ornek::muhasebeYaz,
+constexpr std::array steps = {ornek::tanimlariYaz, ornek::kartlariYaz,  ornek::acilislariYaz,
+                              ornek::gunleriYaz,   ornek::evraklariYaz, ornek::muhasebeYaz,
                               ornek::sayaclariYaz};
 
-// The company's period from the catalog; its fault in `hata`.
-Donem donemOku(session::Oturum& oturum, const std::string& firmaAdi, std::string& hata) {
+// The company's period from the catalog, and whether its stock may go below nothing; a fault in `hata`.
+Donem donemOku(session::Oturum& oturum, const std::string& firmaAdi, std::string& hata, bool& eksiStok) {
   session::Katalog_Bagla(oturum, "Defination_DB");
   Donem donem;
   const auto firma = session::Firma_Bul(oturum, firmaAdi);
@@ -41,8 +59,8 @@ Donem donemOku(session::Oturum& oturum, const std::string& firmaAdi, std::string
     return donem;
   }
   const auto rows = oturum.Baglanti->query(
-      "SELECT Mali_Yil_Baslangic, Mali_Yil_Bitis, DATEDIFF(d,Mali_Yil_Baslangic,Mali_Yil_Bitis) FROM "
-      "sysfrmlng WHERE sysfrm_ID=" +
+      "SELECT Mali_Yil_Baslangic, Mali_Yil_Bitis, DATEDIFF(d,Mali_Yil_Baslangic,Mali_Yil_Bitis), "
+      "ISNULL(StokSFRSeviye,0) FROM sysfrmlng WHERE sysfrm_ID=" +
       std::to_string(firma->id));
   if (!rows || rows->count() == 0) {
     hata = "Bu isimle bir firma yok: " + firmaAdi;
@@ -51,6 +69,7 @@ Donem donemOku(session::Oturum& oturum, const std::string& firmaAdi, std::string
   const db::Value bas = rows->value(0, 0);
   const auto* tarih = bas.as<db::DateTime>();
   donem.gunler = static_cast<int>(rows->value(0, 2).integer()) + 1;
+  eksiStok = rows->value(0, 3).integer() == 0;  // the first entry of the list: may go below nothing
   if (tarih == nullptr || rows->value(0, 1).isNull() || donem.gunler < 1)
     hata = "Firmanın mali yılı belli değil.";
   else
@@ -69,10 +88,12 @@ std::string engel(session::Oturum& oturum) {
 OrnekVeriSonucu Ornek_Veri_Yaz(session::Oturum& oturum, const std::string& firmaAdi,
                                const OrnekVeriSecenekleri& secenekler, const OrnekDinleyici& dinleyici) {
   OrnekVeriSonucu sonuc;
-  const Donem donem = donemOku(oturum, firmaAdi, sonuc.hata);
+  bool eksiStok = false;
+  const Donem donem = donemOku(oturum, firmaAdi, sonuc.hata, eksiStok);
   if (!sonuc.hata.empty()) return sonuc;
   session::Katalog_Bagla(oturum, firmaAdi);
   Baglam baglam(oturum, donem, secenekler, dinleyici);
+  baglam.eksiStok = eksiStok;
   try {
     // A second run waits here for the first one's cards, and finds them.
     baglam.y.basla("UPDATE IP_AC SET IP=IP");

@@ -46,24 +46,28 @@ constexpr Hareket kendi{"* Çıkış(C/H)", "", Karsi::Satici, 1, 0};
 constexpr Hareket bankadanOdeme{"Bankadan * Ödemesi", "Ödendi", Karsi::Banka, 0, -1};
 constexpr Hareket kasadanOdeme{"* Ödemesi", "Ödendi", Karsi::Kasa, 0, -1};
 
+// Where a life ends: on or soon after the due date, not within the period, or before, when it went on.
+enum class Son { Vadede, Acik, Once };
+
 struct Yol {
   int adet;  // of cheques at scale 1; notes are half as many
   bool bizim;
   std::array<Hareket, 3> hareketler;
   int uzunluk;
+  Son son;
 };
 constexpr std::array yollar = {
-    Yol{24, false, {giris}, 1},
-    Yol{24, false, {giris, ciro}, 2},
-    Yol{16, false, {giris, tahsile}, 2},
-    Yol{8, false, {giris, teminata}, 2},
-    Yol{24, false, {giris, tahsile, bankadanTahsil}, 3},
-    Yol{12, false, {giris, kasadanTahsil}, 2},
-    Yol{6, false, {giris, iade}, 2},
-    Yol{6, false, {giris, karsiliksiz}, 2},
-    Yol{8, false, {giris, parcali}, 2},
-    Yol{14, true, {kendi}, 1},
-    Yol{14, true, {kendi, bankadanOdeme}, 2},
+    Yol{24, false, {giris}, 1, Son::Acik},
+    Yol{24, false, {giris, ciro}, 2, Son::Once},
+    Yol{16, false, {giris, tahsile}, 2, Son::Acik},
+    Yol{8, false, {giris, teminata}, 2, Son::Acik},
+    Yol{24, false, {giris, tahsile, bankadanTahsil}, 3, Son::Vadede},
+    Yol{12, false, {giris, kasadanTahsil}, 2, Son::Vadede},
+    Yol{6, false, {giris, iade}, 2, Son::Once},
+    Yol{6, false, {giris, karsiliksiz}, 2, Son::Vadede},
+    Yol{8, false, {giris, parcali}, 2, Son::Vadede},
+    Yol{14, true, {kendi}, 1, Son::Acik},
+    Yol{14, true, {kendi, bankadanOdeme}, 2, Son::Vadede},
 };
 
 std::string turAdi(const Aile& aile, const Hareket& h) {
@@ -173,7 +177,7 @@ std::string kasaSql(Baglam& b, const Evrak& e, const Hareket& h, const An& an, s
   const bool parca = h.durum == std::string_view(parcali.durum);
   const std::int64_t tutar = parca ? e.tutar / 2 : e.tutar;
   const std::string fisNo = b.fisNo((h.para > 0 ? "KNTF" : "KNOF") + std::to_string(kasa.id));
-  const Odeme odeme{turAdi(e.aile, h), fisNo, "", an, std::nullopt, e.satici};
+  const Odeme odeme{turAdi(e.aile, h), fisNo, "", an, std::nullopt, e.satici, b.lira()};
   std::string sql = kasaKaydi(b, kasa, odeme, h.para * tutar).ham(e.aile.id, "@E").sql();
   ++adet;
   if (!parca) return sql;
@@ -184,26 +188,47 @@ std::string kasaSql(Baglam& b, const Evrak& e, const Hareket& h, const An& an, s
   return sql + izAlanlari(kayit, an).sql();
 }
 
+// The days of a life: when it begins, when it is due. The `i`-th of `adet` lie in order over the days that
+// leave room for what is to come.
+struct Gunler {
+  std::int64_t ilk = 0, vade = 0;
+};
+Gunler gunleri(Baglam& b, Son son, std::int64_t i, std::int64_t adet) {
+  const std::int64_t kacGun = b.donem.gunler, enUzun = std::min<std::int64_t>(120, kacGun / 3);
+  const std::int64_t sure = b.r.arasi(std::min<std::int64_t>(20, enUzun), enUzun);
+  if (son == Son::Acik) {  // due after the period
+    const std::int64_t gun = kacGun - 1 - i * std::max<std::int64_t>(sure, 1) / adet;
+    return {gun, gun + std::max<std::int64_t>(sure, 1)};
+  }
+  const std::int64_t gun = i * (kacGun - (son == Son::Vadede ? sure : 0)) / adet;
+  return {gun, gun + sure};
+}
+
+// A paper comes at the price of what its owner owes; ours for what we owe.
 void birEvrak(Baglam& b, const Aile& aile, const Yol& yol, std::int64_t i, std::int64_t adet) {
-  const An ilkAn = b.an(i, adet);
+  const Gunler gunler = gunleri(b, yol.son, i, adet);
+  const auto [sahibi, tutar] = yol.bizim ? b.birAlacakli(20'000, 800'000) : b.birBorclu(20'000, 800'000);
   const Evrak e{aile,
                 yol.bizim,
                 std::to_string(b.r.arasi(1'000'000, 9'999'999)),
                 b.fisNo(aile.portfoySayaci),
-                b.r.arasi(20'000, 800'000),
-                yol.bizim ? b.birSatici() : b.birAlici(),
-                b.birSatici(),
+                tutar,
+                sahibi,
+                b.birAlacakli(tutar, tutar).cari,
                 b.t.bankalar[static_cast<std::size_t>(b.r.arasi(0, 2))],
-                gunSonra(ilkAn.tarih, b.r.arasi(20, 120)),
+                gunSonra(b.donem.bas, gunler.vade),
                 b.birKisi()};
-  const std::int64_t gun = i * b.donem.gunler / adet;
   std::string sql = "DECLARE @R INT DECLARE @E INT\n";
   std::int64_t satir = 1;
   for (int n = 0; n < yol.uzunluk; ++n) {
+    const bool bitis = n + 1 == yol.uzunluk;
     const Hareket h = aileninki(aile, yol.hareketler[static_cast<std::size_t>(n)]);
     const Hareket son = aileninki(aile, yol.hareketler[static_cast<std::size_t>(yol.uzunluk - 1)]);
-    // The steps of one life lie some days apart, the last of them still within the period.
-    const An an = b.donem.an(std::min<std::int64_t>(gun + 7LL * n, b.donem.gunler - 1), 10 * 3600 + 600 * n);
+    // Steps on the way are a week apart at most.
+    const std::int64_t gun = bitis && n > 0 && yol.son == Son::Vadede
+                                 ? gunler.vade + b.r.arasi(0, 3)
+                                 : std::min<std::int64_t>(gunler.ilk + 7 * n, gunler.vade);
+    const An an = b.donem.an(std::min<std::int64_t>(gun, b.donem.gunler - 1), 10 * birSaat + 600 * n);
     sql += bordroSql(b, e, h, an);
     if (n == 0) sql += kartSql(b, e, h, son, an);
     sql += hareketSql(b, e, h, an) + durumSql(b, e, h, an);

@@ -48,11 +48,17 @@ constexpr std::array fisTurleri = {
     FisTuru{"Fire Fişi", 15, "SATSTKFIS", Kim::Yok, false},
     FisTuru{"Sair Giriş", 20, "ALSTKFIS", Kim::Yok, true},
     FisTuru{"Sair Çıkış", 20, "SATSTKFIS", Kim::Yok, false},
+    FisTuru{"Konsinye Giriş", 10, "ALSTKFIS", Kim::Satici, true},
+    FisTuru{"Konsinye Çıkış", 10, "SATSTKFIS", Kim::Alici, false},
 };
 constexpr int transferAdedi = 100;
 
-std::optional<Cari> birKimse(Baglam& b, Kim kim) {
+// What is sent back was sold before, so that it leaves an account on its side.
+std::optional<Cari> birKimse(Baglam& b, Kim kim, bool giris) {
+  constexpr std::int64_t enAz = 20'000;
   if (kim == Kim::Yok) return std::nullopt;
+  if (giris == (kim == Kim::Alici))
+    return (kim == Kim::Alici ? b.birBorclu(enAz, enAz) : b.birAlacakli(enAz, enAz)).cari;
   return kim == Kim::Alici ? b.birAlici() : b.birSatici();
 }
 
@@ -71,14 +77,14 @@ Tanim biri(Baglam& b, const std::vector<Tanim>& liste) {
   return liste[static_cast<std::size_t>(b.r.arasi(0, static_cast<std::int64_t>(liste.size()) - 1))];
 }
 
-std::vector<Satir> faturaSatirlari(Baglam& b, const FaturaTuru& tur) {
+std::vector<Satir> faturaSatirlari(Baglam& b, const FaturaTuru& tur, int ambar) {
   std::vector<Satir> out;
   if (tur.masraf) {
     for (std::int64_t n = b.r.arasi(tur.enAz, tur.enCok); n > 0; --n)
       out.push_back(tanimSatiri(biri(b, b.t.masraflar), "Masraf", b.r.arasi(60, 140)));
     return out;
   }
-  out = malSatirlari(b, tur.enAz, tur.enCok, tur.kim == Kim::Satici);
+  out = malSatirlari(b, tur.enAz, tur.enCok, tur.kim == Kim::Satici, tur.giris, ambar);
   if (tur.kim == Kim::Alici && !tur.giris && b.r.yuzde(12))
     out.push_back(tanimSatiri(biri(b, b.t.hizmetler), "Hizmet", b.r.arasi(80, 120)));
   return out;
@@ -86,7 +92,7 @@ std::vector<Satir> faturaSatirlari(Baglam& b, const FaturaTuru& tur) {
 
 Kayit faturaKarti(const Baglam& b, const Belge& belge, const Toplam& toplam) {
   Kayit kart = b.kayit("FATURAKART");
-  toplamAlanlari(belgeAlanlari(kart, b, belge), toplam).metin("Fatura_No", belge.belgeNo);
+  toplamAlanlari(belgeAlanlari(kart, belge), toplam, belge.kur).metin("Fatura_No", belge.belgeNo);
   const bool pesin = !belge.cari;
   kart.para("Toplam_KDV", toplam.kdv).sayi("Vade", belge.vade).sayi("Y_Sayisi", 0).sayi("Birlesik", 0);
   kart.para("ATutar", pesin || belge.giris ? toplam.net() : 0);
@@ -96,8 +102,8 @@ Kayit faturaKarti(const Baglam& b, const Belge& belge, const Toplam& toplam) {
 Kayit faturaSatiri(const Baglam& b, const Belge& belge, const Satir& satir, int sira) {
   Kayit kayit = b.kayit("FATURAHAREKET");
   kayit.ham("Fatura_ID", "@F").ham("Stok_HareketKart_ID", "@S");
-  satirAlanlari(belgeAlanlari(kayit, b, belge), satir, sira).para("Toplam_KDV", satir.kdvTutari());
-  kayit.sayi("Giris", belge.giris ? satir.miktar : 0).sayi("Cikis", belge.giris ? 0 : satir.miktar);
+  satirAlanlari(belgeAlanlari(kayit, belge), satir, sira).para("Toplam_KDV", satir.kdvTutari());
+  kayit.sayi("Giris", belge.giris ? satir.adet() : 0).sayi("Cikis", belge.giris ? 0 : satir.adet());
   return kayit.sayi("Siparis_Hareket_ID", 0);
 }
 
@@ -108,13 +114,12 @@ Kayit odemePlani(const Baglam& b, const Belge& belge, std::int64_t net) {
   kayit.sayi("Cari_ID", belge.cari->id).sayi("Sablon_ID", 0).zaman("Tarih", belge.an.tarih);
   kayit.metin("TAciklama", belge.vade == 0 ? "Peşin" : "Vadeli").sayi("Gun", belge.vade).sayi("Yuzde", 100);
   kayit.para("Borc", belge.giris ? 0 : net).para("Alacak", belge.giris ? net : 0).metin("Durum", "AÇIK");
-  kayit.sayi("Kullanici_ID", 1).sayi("Doviz_ID", b.t.dovizId).sayi("KUR", 0);
-  return izAlanlari(kayit, belge.an);
+  return izAlanlari(kurAlanlari(kayit.sayi("Kullanici_ID", 1), belge.kur), belge.an);
 }
 
 // Cash or, for a sale, often a card.
 std::string pesinOdeme(Baglam& b, const Belge& belge, std::int64_t net, std::int64_t& adet) {
-  const Odeme odeme{belge.tip, belge.fisNo, "", belge.an, std::nullopt, belge.satici};
+  const Odeme odeme{belge.tip, belge.fisNo, "", belge.an, std::nullopt, belge.satici, b.lira()};
   if (!belge.giris && b.r.yuzde(40)) {
     const Banka& banka = b.t.bankalar[static_cast<std::size_t>(b.r.arasi(0, 2))];
     return posSql(b, banka, banka.anlasmalar.front(), odeme, net, "@F", adet);
@@ -130,7 +135,8 @@ Belge yeniBelge(Baglam& b, const char* tip, const char* sayac, Kim kim, bool gir
   belge.an = an;
   belge.fisNo = b.fisNo(sayac);
   belge.belgeNo = "A" + belge.fisNo.substr(4);
-  belge.cari = birKimse(b, kim);
+  belge.cari = birKimse(b, kim, giris);
+  belge.kur = belge.cari ? b.kur(*belge.cari, an.tarih) : b.lira();
   belge.ambar = b.birAmbar();
   belge.giris = giris;
   belge.satici = b.birKisi();
@@ -141,7 +147,7 @@ Belge yeniBelge(Baglam& b, const char* tip, const char* sayac, Kim kim, bool gir
 
 void birFatura(Baglam& b, const FaturaTuru& tur, const An& an) {
   const Belge belge = yeniBelge(b, tur.tip, tur.sayac, tur.kim, tur.giris, an);
-  const std::vector<Satir> satirlar = faturaSatirlari(b, tur);
+  const std::vector<Satir> satirlar = faturaSatirlari(b, tur, belge.ambar);
   const Toplam toplam = topla(satirlar);
   std::int64_t adet = 1 + static_cast<std::int64_t>(satirlar.size());
   std::string sql = "DECLARE @F INT DECLARE @S INT SET @S=0\n" + faturaKarti(b, belge, toplam).sql() +
@@ -164,7 +170,8 @@ void birFatura(Baglam& b, const FaturaTuru& tur, const An& an) {
 void birFis(Baglam& b, const FisTuru& tur, const An& an) {
   const Belge belge = yeniBelge(b, tur.tip, tur.sayac, tur.kim, tur.giris, an);
   std::int64_t adet = 0;
-  const std::string sql = stokFisiSql(b, belge, malSatirlari(b, 1, 5, tur.kim == Kim::Satici), "0", adet);
+  const std::vector<Satir> satirlar = malSatirlari(b, 1, 5, tur.kim != Kim::Alici, tur.giris, belge.ambar);
+  const std::string sql = stokFisiSql(b, belge, satirlar, "0", adet);
   b.y.calistir("DECLARE @S INT\n" + sql, adet);
 }
 
@@ -173,7 +180,7 @@ void birTransfer(Baglam& b, const An& an) {
   Belge belge = yeniBelge(b, "Ambar Fişi(Ç)", "STKVIR", Kim::Yok, false, an);
   belge.ambar = b.t.ambarlar[0];
   const int hedef = b.t.ambarlar[static_cast<std::size_t>(b.r.arasi(1, 2))];
-  const std::vector<Satir> satirlar = malSatirlari(b, 1, 4, true);
+  const std::vector<Satir> satirlar = malSatirlari(b, 1, 4, true, false, belge.ambar);
   std::string sql = "DECLARE @S INT\n";
   for (const bool giris : {false, true}) {
     belge.giris = giris;
@@ -184,10 +191,10 @@ void birTransfer(Baglam& b, const An& an) {
     for (const Satir& satir : satirlar) {
       Kayit kayit = b.kayit("AMBTRS");
       kayit.ham("Stok_HareketKart_ID", "@S").sayi("Karsi_Ambar_No", giris ? b.t.ambarlar[0] : hedef);
-      satirAlanlari(belgeAlanlari(kayit, b, belge), satir, static_cast<int>(kayitlar.size()) + 1);
-      kayit.sayi("Giris", giris ? satir.miktar : 0).sayi("Cikis", giris ? 0 : satir.miktar);
+      satirAlanlari(belgeAlanlari(kayit, belge), satir, static_cast<int>(kayitlar.size()) + 1);
+      kayit.sayi("Giris", giris ? satir.adet() : 0).sayi("Cikis", giris ? 0 : satir.adet());
       kayitlar.push_back(std::move(kayit));
-      b.bildir(Tur::Transfer, satir.id, giris ? satir.miktar : -satir.miktar, belge.ambar);
+      b.bildir(Tur::Transfer, satir.id, giris ? satir.adet() : -satir.adet(), belge.ambar);
     }
     sql +=
         stokFisKarti(b, belge, topla(satirlar), "0").sql() + "SET @S=SCOPE_IDENTITY()\n" + topluSql(kayitlar);
@@ -197,29 +204,15 @@ void birTransfer(Baglam& b, const An& an) {
 
 }  // namespace
 
-void faturalariYaz(Baglam& b) {
-  for (const FaturaTuru& tur : faturaTurleri) {
-    b.adim(std::string(tur.tip) + " yazılıyor");
-    const std::int64_t adet = static_cast<std::int64_t>(tur.adet) * b.olcek;
-    for (std::int64_t i = 0; i < adet; ++i) {
-      birFatura(b, tur, b.an(i, adet));
-      b.ilerle(i, adet);
-    }
-  }
+void faturaIsleri(Isler& isler) {
+  for (const FaturaTuru& tur : faturaTurleri)
+    isler.push_back({tur.adet, [&tur](Baglam& b, const An& an) { birFatura(b, tur, an); }});
 }
 
-void stokFisleriniYaz(Baglam& b) {
-  for (const FisTuru& tur : fisTurleri) {
-    b.adim(std::string(tur.tip) + " yazılıyor");
-    const std::int64_t adet = static_cast<std::int64_t>(tur.adet) * b.olcek;
-    for (std::int64_t i = 0; i < adet; ++i) {
-      birFis(b, tur, b.an(i, adet));
-      b.ilerle(i, adet);
-    }
-  }
-  b.adim("Ambar fişleri yazılıyor");
-  const std::int64_t adet = static_cast<std::int64_t>(transferAdedi) * b.olcek;
-  for (std::int64_t i = 0; i < adet; ++i) birTransfer(b, b.an(i, adet));
+void stokFisiIsleri(Isler& isler) {
+  for (const FisTuru& tur : fisTurleri)
+    isler.push_back({tur.adet, [&tur](Baglam& b, const An& an) { birFis(b, tur, an); }});
+  isler.push_back({transferAdedi, birTransfer});
 }
 
 }  // namespace company::ornek

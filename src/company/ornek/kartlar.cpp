@@ -3,6 +3,7 @@
 
 #include "company/ornek/adimlar.h"
 #include "company/ornek/kelimeler.h"
+#include "company/ornek/satirlar.h"
 
 namespace company::ornek {
 
@@ -21,17 +22,21 @@ std::int64_t ilkNumara(Baglam& b, const std::string& tablo, const std::string& k
   return ilk;
 }
 
-void stokKarti(Baglam& b, const Stok& stok, const An& an) {
+void stokKarti(Baglam& b, const Stok& stok, int hiz, const An& an) {
   Kayit kayit = b.kayit("STOKKART");
   kayit.metin("Stok_Kod", stok.kod).metin("Stok_Ad", stok.ad).metin("Uretici_Firma", stok.marka);
   kayit.metin("Grup_Kod", stok.grup).sayi("KDV", stok.kdv).metin("Ana_Birim", stok.birim);
   kayit.metin("Ana_Birim_Barkod", stok.barkod).sayi("Ana_Birim_Barkod_Tipi", 1);
+  kayit.metin("Birim2", stok.birim2)
+      .sayi("Birim2_Katsayi", stok.katsayi)
+      .metin("Birim2_Barkod", stok.barkod2);
+  kayit.sayi("Birim2_Barkod_Tipi", 1).metin("AktifBirim_Barkod", stok.barkod);
   kayit.metin("AktifBirim", stok.birim).sayi("AktifBirim_Katsayi", 1).sayi("Kullanici_ID", 1);
   kayit.sayi("Doviz_Tanim", 0)
-      .sayi("Doviz_ID", b.t.dovizId)
-      .sayi("StokMinSeviye", 10)
-      .sayi("StokMaxSeviye", 1000);
-  kayit.sayi("StokOptSeviye", 200).metin("ISK_Alis", "0").metin("ISK_Satis", "0").sayi("Aktif", 1);
+      .sayi("Doviz_ID", b.lira().dovizId)
+      .sayi("StokMinSeviye", 2 * hiz)
+      .sayi("StokMaxSeviye", 20 * hiz);
+  kayit.sayi("StokOptSeviye", 10 * hiz).metin("ISK_Alis", "0").metin("ISK_Satis", "0").sayi("Aktif", 1);
   kayit.metin("AlimMHesap_Kod", "153").metin("SatisMHesap_Kod", "600");
   b.y.biriktir(izAlanlari(kayit, an));
 }
@@ -43,7 +48,7 @@ void stokFiyatlari(Baglam& b, const Stok& stok, const An& an) {
         .sayi("Fiyat_Sira_No", sira)
         .metin("Fiyat_Aciklama", "Fiyat " + std::to_string(sira));
     kayit.para("Ana_Birim_Fiyat", sira == 1 ? stok.satis : stok.satis * 95 / 100).sayi("Kullanici_ID", 1);
-    kayit.sayi("Doviz_ID", b.t.dovizId).sayi("KUR", 0).para("Ana_Birim_Fiyat_Alis", stok.alis);
+    kurAlanlari(kayit, b.lira()).para("Ana_Birim_Fiyat_Alis", stok.alis);
     b.y.biriktir(izAlanlari(kayit, an));
   }
 }
@@ -59,9 +64,9 @@ void cariKarti(Baglam& b, const Cari& cari, const An& an) {
               std::string(sokaklar()[secim % sokaklar().size()]) + " No:" + std::to_string(1 + secim % 180));
   kayit.metin("PK", sehir.postaKodu).metin("Sehir", sehir.ad).metin("Ilce", sehir.ilce);
   kayit.metin("Tel1", alan + son).metin("Fax", alan + std::to_string(1000 + (secim + 1) % 9000));
-  kayit.metin("Vergi_Dairesi", vergiDaireleri()[secim % vergiDaireleri().size()]);
+  kayit.metin("Vergi_Dairesi", sehir.vergiDairesi);
   kayit.metin("Vergi_No", std::to_string(1'000'000'000 + b.r.arasi(0, 8'999'999'999)));
-  kayit.metin("Yetkili", std::string(adlar()[secim % adlar().size()]).substr(0, 20));
+  kayit.metin("Yetkili", cari.yetkili);
   kayit.metin("Grup_Kod", cari.hesap == "120" ? "ALICI" : "SATICI")
       .sayi("Fiyat_Tipi", 1)
       .sayi("Kullanim_Durumu", 1);
@@ -84,7 +89,9 @@ void stokAcilisi(Baglam& b, int ambar, bool merkez, const An& an) {
   std::int64_t toplam = 0, satirNo = 0;
   for (std::int64_t i = 0; i < b.stokSayisi(); ++i) {
     const Stok stok = b.stok(i);
-    const std::int64_t miktar = merkez ? b.r.arasi(200, 900) : b.r.arasi(90, 250);
+    const StokOzu ozu = b.stokOzu(i);
+    if (ozu.tukenen && !merkez) continue;
+    const std::int64_t miktar = ozu.tukenen ? ozu.hiz : alimMiktari(b, ozu, ambar);
     Kayit satir = b.kayit("STOKHAREKET");
     satir.sayi("Stok_HareketKart_ID", id)
         .zaman("Tarih", an.tarih)
@@ -131,18 +138,31 @@ void cariAcilislari(Baglam& b, const An& an) {
     const Cari cari = b.cari(i);
     const std::int64_t tutar = b.r.arasi(5'000, 900'000);
     const bool borclu = !Baglam::saticiMi(i);
+    const Kur kur = b.kur(cari, an.tarih);
+    const std::int64_t dovizli = kur.tutar(tutar);
     Kayit kayit = b.kayit("ACILIS");
     kayit.zaman("Tarih", an.tarih).metin("Fis_No", std::to_string(++no)).metin("Islem_Tipi", "Açılış Fişi");
     cariAlanlari(kayit, cari).sayi("Vade", b.r.arasi(0, 60));
     kayit.para("ATutar", borclu ? 0 : tutar)
         .para("BTutar", borclu ? tutar : 0)
         .sayi("CariHareket_Fis_ID", fisId);
-    kayit.sayi("Dovizli_Borc", 0).sayi("Dovizli_Alacak", 0).sayi("Dovizli_Tutar", 0);
-    gunAlanlari(genelAlanlar(kayit, b, b.t.saticilar[0]), an);
+    kayit.para("Dovizli_Borc", borclu ? dovizli : 0).para("Dovizli_Alacak", borclu ? 0 : dovizli);
+    gunAlanlari(genelAlanlar(kayit.para("Dovizli_Tutar", dovizli), b.t.saticilar[0], kur), an);
     b.y.biriktir(izAlanlari(kayit, an));
     b.bildir(Tur::Cari, cari.id, borclu ? tutar : -tutar);
   }
   b.y.bosalt();
+}
+
+void bankaAcilisi(Baglam& b, const Banka& banka, const Kur& kur, const std::string& fisNo, const An& an) {
+  const std::int64_t tutar = b.r.arasi(2'000'000, 9'000'000);
+  Kayit kayit = b.kayit("BANKAHAREKET");
+  kayit.zaman("Tarih", an.tarih).metin("Fis_No", fisNo).metin("Islem_Tipi", "Banka Açılış Fişi");
+  kayit.sayi("Hesap_ID", banka.id).metin("Hesap_No", banka.no).metin("Hesap_Ad", banka.ad);
+  kayit.metin("Banka_Ad", banka.banka).para("BTutar", tutar).sayi("ATutar", 0);
+  gunAlanlari(genelAlanlar(kayit.para("Dovizli_Tutar", kur.tutar(tutar)), b.t.saticilar[0], kur), an);
+  b.y.calistir(izAlanlari(kayit, an).sql(), 1);
+  b.bildir(Tur::Banka, banka.id, tutar);
 }
 
 void kasaBankaAcilislari(Baglam& b, const An& an) {
@@ -158,27 +178,17 @@ void kasaBankaAcilislari(Baglam& b, const An& an) {
     b.bildir(Tur::Kasa, kasa.id, tutar);
   }
   no = 0;
-  for (const Banka& banka : b.t.bankalar) {
-    const std::int64_t tutar = b.r.arasi(2'000'000, 9'000'000);
-    Kayit kayit = b.kayit("BANKAHAREKET");
-    kayit.zaman("Tarih", an.tarih)
-        .metin("Fis_No", std::to_string(++no))
-        .metin("Islem_Tipi", "Banka Açılış Fişi");
-    kayit.sayi("Hesap_ID", banka.id).metin("Hesap_No", banka.no).metin("Hesap_Ad", banka.ad);
-    kayit.metin("Banka_Ad", banka.banka).para("BTutar", tutar).sayi("ATutar", 0).sayi("Dovizli_Tutar", 0);
-    gunAlanlari(genelAlanlar(kayit, b, b.t.saticilar[0]), an);
-    b.y.calistir(izAlanlari(kayit, an).sql(), 1);
-    b.bildir(Tur::Banka, banka.id, tutar);
-  }
+  for (const Banka& banka : b.t.bankalar) bankaAcilisi(b, banka, b.lira(), std::to_string(++no), an);
+  bankaAcilisi(b, b.t.dovizHesabi, b.kur(b.cari(7), an.tarih), std::to_string(++no), an);
 }
 
 }  // namespace
 
 void kartlariYaz(Baglam& b) {
-  const An an = b.donem.an(0, 9 * birSaat);
+  const An an = b.donem.an(0, acilisSaati);
   b.adim("Stok kartları yazılıyor");
   for (std::int64_t i = 0; i < b.stokSayisi(); ++i) {
-    stokKarti(b, b.stok(i), an);
+    stokKarti(b, b.stok(i), b.stokOzu(i).hiz, an);
     b.ilerle(i, b.stokSayisi());
   }
   b.ilkStok = ilkNumara(b, "STOKKART", "Stok_ID", "Stok_ID>0", b.stokSayisi());
@@ -196,7 +206,7 @@ void kartlariYaz(Baglam& b) {
 
 void acilislariYaz(Baglam& b) {
   b.adim("Açılış fişleri yazılıyor");
-  const An an = b.donem.an(0, 9 * birSaat);
+  const An an = b.donem.an(0, acilisSaati);
   for (std::size_t i = 0; i < 3; ++i) stokAcilisi(b, b.t.ambarlar[i], i == 0, an);
   cariAcilislari(b, an);
   kasaBankaAcilislari(b, an);

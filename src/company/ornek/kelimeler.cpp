@@ -36,14 +36,14 @@ constexpr std::array mutfak = {Urun{"Tencere Seti 6 Parça", 15900},   Urun{"Tav
                                Urun{"Bardak Su 6'lı", 1290},          Urun{"Tabak Servis 6'lı", 2890},
                                Urun{"Çatal Kaşık Bıçak 24'lü", 6990}, Urun{"Saklama Kabı 3'lü", 1490}};
 
-constexpr std::array gruplar = {UrunGrubu{"GDA", "GIDA", "ADET", 8, gida},
-                                UrunGrubu{"TML", "TEMEL GIDA", "ADET", 1, temelGida},
-                                UrunGrubu{"TMZ", "TEMİZLİK", "ADET", 18, temizlik},
-                                UrunGrubu{"KRT", "KIRTASİYE", "ADET", 18, kirtasiye},
-                                UrunGrubu{"HRD", "HIRDAVAT", "ADET", 18, hirdavat},
-                                UrunGrubu{"TKS", "TEKSTİL", "ADET", 8, tekstil},
-                                UrunGrubu{"ELK", "ELEKTRİKLİ ALET", "ADET", 18, elektronik},
-                                UrunGrubu{"MTF", "MUTFAK", "KUTU", 18, mutfak}};
+constexpr std::array gruplar = {UrunGrubu{"GDA", "GIDA", "ADET", 8, "KOLİ", 12, gida},
+                                UrunGrubu{"TML", "TEMEL GIDA", "ADET", 1, "KASA", 10, temelGida},
+                                UrunGrubu{"TMZ", "TEMİZLİK", "ADET", 18, "KOLİ", 6, temizlik},
+                                UrunGrubu{"KRT", "KIRTASİYE", "ADET", 18, "PAKET", 20, kirtasiye},
+                                UrunGrubu{"HRD", "HIRDAVAT", "ADET", 18, "KUTU", 10, hirdavat},
+                                UrunGrubu{"TKS", "TEKSTİL", "ADET", 8, "PAKET", 6, tekstil},
+                                UrunGrubu{"ELK", "ELEKTRİKLİ ALET", "ADET", 18, "KOLİ", 4, elektronik},
+                                UrunGrubu{"MTF", "MUTFAK", "KUTU", 18, "KOLİ", 6, mutfak}};
 
 constexpr std::array<std::string_view, 20> markaAdlari = {
     "Pelvan",   "Sarıtuna", "Gökmeva", "Ulubelen", "Çamkoz",  "Yelkıran", "Dorumis",
@@ -51,13 +51,18 @@ constexpr std::array<std::string_view, 20> markaAdlari = {
     "Üçdoruk",  "Özgüney",  "Bozkula", "Narsel",   "Vadikan", "Zeminay"};
 constexpr std::array<std::string_view, 8> cesitAdlari = {"",     "Eko",   "Klasik", "Ekstra",
                                                          "Lüks", "Doğal", "Plus",   "Aile Boyu"};
-constexpr std::array sehirAdlari = {
-    Sehir{"İSTANBUL", "ÜMRANİYE", "34760", "216"},  Sehir{"İSTANBUL", "BAĞCILAR", "34200", "212"},
-    Sehir{"ANKARA", "ÇANKAYA", "06420", "312"},     Sehir{"İZMİR", "BORNOVA", "35040", "232"},
-    Sehir{"BURSA", "NİLÜFER", "16110", "224"},      Sehir{"ANTALYA", "MURATPAŞA", "07100", "242"},
-    Sehir{"ADANA", "SEYHAN", "01010", "322"},       Sehir{"KONYA", "SELÇUKLU", "42060", "332"},
-    Sehir{"GAZİANTEP", "ŞAHİNBEY", "27010", "342"}, Sehir{"KAYSERİ", "MELİKGAZİ", "38030", "352"},
-    Sehir{"TRABZON", "ORTAHİSAR", "61030", "462"},  Sehir{"ESKİŞEHİR", "TEPEBAŞI", "26120", "222"}};
+constexpr std::array sehirAdlari = {Sehir{"İSTANBUL", "ÜMRANİYE", "34760", "216", "ÜMRANİYE"},
+                                    Sehir{"İSTANBUL", "BAĞCILAR", "34200", "212", "BAĞCILAR"},
+                                    Sehir{"ANKARA", "ÇANKAYA", "06420", "312", "ÇANKAYA"},
+                                    Sehir{"İZMİR", "BORNOVA", "35040", "232", "BORNOVA"},
+                                    Sehir{"BURSA", "NİLÜFER", "16110", "224", "NİLÜFER"},
+                                    Sehir{"ANTALYA", "MURATPAŞA", "07100", "242", "MURATPAŞA"},
+                                    Sehir{"ADANA", "SEYHAN", "01010", "322", "SEYHAN"},
+                                    Sehir{"KONYA", "SELÇUKLU", "42060", "332", "SELÇUK"},
+                                    Sehir{"GAZİANTEP", "ŞAHİNBEY", "27010", "342", "ŞAHİNBEY"},
+                                    Sehir{"KAYSERİ", "MELİKGAZİ", "38030", "352", "ERCİYES"},
+                                    Sehir{"TRABZON", "ORTAHİSAR", "61030", "462", "KARADENİZ"},
+                                    Sehir{"ESKİŞEHİR", "TEPEBAŞI", "26120", "222", "YUNUS EMRE"}};
 constexpr std::array<std::string_view, 20> kisiAdlari = {
     "Ahmet", "Ayşe",  "Mehmet", "Fatma", "Mustafa", "Zeynep", "Hüseyin", "Elif",   "İbrahim", "Merve",
     "Osman", "Gülay", "Yusuf",  "Selma", "Kemal",   "Nurcan", "Cengiz",  "Şebnem", "Uğur",    "Hatice"};
@@ -76,8 +81,6 @@ constexpr std::array<std::string_view, 4> ekler = {"LTD. ŞTİ.", "A.Ş.", "TİC
 constexpr std::array<std::string_view, 12> sokakAdlari = {
     "Cumhuriyet Cad.", "Çınar Sok.",    "İstiklal Cad.", "Gül Sok.",   "Fatih Bulvarı", "Papatya Sok.",
     "Sanayi Cad.",     "Dereboyu Cad.", "Okul Sok.",     "Zafer Cad.", "Şehitler Cad.", "Kültür Sok."};
-constexpr std::array<std::string_view, 8> daireler = {"ÜMRANİYE", "BAĞCILAR", "ÇANKAYA", "BORNOVA",
-                                                      "NİLÜFER",  "SEYHAN",   "MERAM",   "ŞAHİNBEY"};
 constexpr std::array<std::string_view, 6> subeler = {"Merkez", "Çarşı",      "Sanayi",
                                                      "Liman",  "Üniversite", "Yenişehir"};
 
@@ -98,6 +101,9 @@ std::span<const Sehir> sehirler() {
 std::span<const std::string_view> adlar() {
   return kisiAdlari;
 }
+std::string_view hitap(std::size_t ad) {
+  return ad % 2 == 0 ? "Bey" : "Hanım";
+}
 std::span<const std::string_view> soyadlar() {
   return soyadAdlari;
 }
@@ -112,9 +118,6 @@ std::span<const std::string_view> firmaEkleri() {
 }
 std::span<const std::string_view> sokaklar() {
   return sokakAdlari;
-}
-std::span<const std::string_view> vergiDaireleri() {
-  return daireler;
 }
 std::span<const std::string_view> bankaSubeleri() {
   return subeler;

@@ -1,9 +1,12 @@
 // Ledger slips, and the accounts that they need.
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <memory>
 #include <span>
 
 #include "company/ornek/adimlar.h"
+#include "company/ornek/muhasebe_kurallari.h"
 #include "company/ornek/satirlar.h"
 
 namespace company::ornek {
@@ -12,70 +15,16 @@ namespace {
 
 using Tur = OrnekHareketi::Tur;
 
-struct Hesap {
-  const char* kod;
-  const char* ad;
-};
-constexpr std::array hesaplar = {
-    Hesap{"100", "KASA"},        Hesap{"101", "ALINAN ÇEKLER"},     Hesap{"102", "BANKALAR"},
-    Hesap{"120", "ALICILAR"},    Hesap{"153", "TİCARİ MALLAR"},     Hesap{"191", "İNDİRİLECEK KDV"},
-    Hesap{"255", "DEMİRBAŞLAR"}, Hesap{"320", "SATICILAR"},         Hesap{"391", "HESAPLANAN KDV"},
-    Hesap{"500", "SERMAYE"},     Hesap{"600", "YURT İÇİ SATIŞLAR"}, Hesap{"770", "GENEL YÖNETİM GİDERLERİ"}};
-
-// A line takes `pay` percent of the slip's amount, tax 18 percent of it; the last line takes what is missing.
-struct Kalip {
-  const char* hesap;
-  bool borc;
-  int pay;
-};
-struct FisTuru {
-  const char* tip;
-  const char* sayac;
-  int adet;  // at scale 1
-  int siraTipi;
-  const char* aciklama;
-  std::array<Kalip, 3> satirlar;
-  int uzunluk;
-};
-constexpr std::array fisTurleri = {
-    FisTuru{"Mahsup Fişi",
-            "MUHMAHSUP",
-            90,
-            4,
-            "Satış faturası",
-            {{{"120", true, 118}, {"600", false, 100}, {"391", false, 0}}},
-            3},
-    FisTuru{"Mahsup Fişi",
-            "MUHMAHSUP",
-            50,
-            4,
-            "Alış faturası",
-            {{{"153", true, 100}, {"191", true, 18}, {"320", false, 0}}},
-            3},
-    FisTuru{"Mahsup Fişi", "MUHMAHSUP", 25, 4, "Gelen havale", {{{"102", true, 100}, {"120", false, 0}}}, 2},
-    FisTuru{"Mahsup Fişi", "MUHMAHSUP", 15, 4, "Alınan çek", {{{"101", true, 100}, {"120", false, 0}}}, 2},
-    FisTuru{
-        "Tahsil Fişi", "MUHTAHSIL", 40, 2, "Nakit tahsilat", {{{"100", true, 100}, {"120", false, 0}}}, 2},
-    FisTuru{"Tediye Fişi", "MUHTEDIYE", 15, 3, "Nakit ödeme", {{{"320", true, 100}, {"100", false, 0}}}, 2},
-    FisTuru{"Tediye Fişi",
-            "MUHTEDIYE",
-            15,
-            3,
-            "Gider ödemesi",
-            {{{"770", true, 100}, {"191", true, 18}, {"100", false, 0}}},
-            3},
-};
-
 void hesaplariHazirla(Baglam& b) {
-  const An an = b.donem.an(0, 9 * birSaat);
-  for (const Hesap& hesap : hesaplar) {
+  const An an = b.donem.an(0, acilisSaati);
+  for (const Hesap& hesap : hesaplar()) {
     const std::string sorgu =
         std::string("SELECT MHesap_ID FROM MUHKART WHERE MHesap_Kod='") + hesap.kod + "'";
     std::int64_t id = b.y.numara(sorgu, 0);
     if (id == 0) {
       Kayit kayit = b.kayit("MUHKART");
       kayit.metin("MHesap_Kod", hesap.kod).metin("MHesap_Ad", hesap.ad).metin("Ana_Hesap_Kod", hesap.kod);
-      kayit.sayi("HesapSeviyesi", 1).sayi("Doviz_ID", b.t.dovizId).sayi("Kullanici_ID", 1);
+      kayit.sayi("HesapSeviyesi", 1).sayi("Doviz_ID", b.lira().dovizId).sayi("Kullanici_ID", 1);
       kayit.zaman("Ekleme_Tarihi", an.tarih).zaman("Ekleme_Saati", an.saat);
       b.y.calistir(izAlanlari(kayit, an).sql(), 1);
       id = b.y.numara(sorgu, 0);
@@ -129,6 +78,7 @@ struct FisSatiri {
 struct Fis {
   std::string tip, no, aciklama;
   int siraTipi = 4;
+  std::int64_t yevmiye = 0;  // its place in the journal
   An an;
   std::vector<FisSatiri> satirlar;
 };
@@ -139,6 +89,7 @@ std::int64_t fisKarti(Baglam& b, const Fis& fis) {
   Kayit kayit = b.kayit("MUHFISKART");
   kayit.zaman("Tarih", fis.an.tarih)
       .metin("Fis_No", fis.no)
+      .metin("Yevmiye_No", std::to_string(fis.yevmiye))
       .metin("Islem_Tipi", fis.tip)
       .metin("MFAciklama", fis.aciklama);
   kayit.para("BTutar", toplam).para("ATutar", toplam).sayi("Aktif", 1).metin("Saat", saatMetni(fis.an.saat));
@@ -153,7 +104,7 @@ std::int64_t fisKarti(Baglam& b, const Fis& fis) {
   return b.y.numara(izAlanlari(kayit, fis.an).sql() + "SELECT SCOPE_IDENTITY()", 1);
 }
 
-Kayit fisSatiri(const Baglam& b, const Fis& fis, std::int64_t fisId, int sira, const FisSatiri& satir) {
+Kayit fisSatiri(Baglam& b, const Fis& fis, std::int64_t fisId, int sira, const FisSatiri& satir) {
   const std::int64_t hesapId = b.t.hesaplar.at(satir.hesap);
   Kayit kayit = b.kayit("MUHFISHAR");
   kayit.sayi("FisSat_No", sira)
@@ -162,7 +113,7 @@ Kayit fisSatiri(const Baglam& b, const Fis& fis, std::int64_t fisId, int sira, c
       .sayi("BorcAlacak_ID", satir.borc > 0 ? 1 : 2);
   kayit.sayi("Ana_Hesap_ID", hesapId).sayi("MHesap_ID", hesapId).metin("MHesap_Kod", satir.hesap);
   kayit.metin("MFHAciklama", fis.aciklama).para("BTutar", satir.borc).para("ATutar", satir.alacak);
-  kayit.sayi("Dv_BTutar", 0).sayi("Dv_Atutar", 0).sayi("Doviz_ID", b.t.dovizId).sayi("Kur", 0);
+  kurAlanlari(kayit.sayi("Dv_BTutar", 0).sayi("Dv_Atutar", 0), b.lira());
   kayit.sayi("Masraf_Merkezi_ID", 0).sayi("Entegre_ID", 0).sayi("Modul_No", 0).sayi("BorcMiktar", 0);
   kayit.sayi("AlacakMiktar", 0)
       .metin("Birim", "")
@@ -176,55 +127,118 @@ Kayit fisSatiri(const Baglam& b, const Fis& fis, std::int64_t fisId, int sira, c
   return izAlanlari(kayit, fis.an);
 }
 
-void fisYaz(Baglam& b, SatirDeposu& depo, const Fis& fis) {
+std::int64_t fisYaz(Baglam& b, SatirDeposu& depo, const Fis& fis) {
   const std::int64_t id = fisKarti(b, fis);
   int sira = 0;
   for (const FisSatiri& satir : fis.satirlar) depo.ekle(satir.hesap, fisSatiri(b, fis, id, ++sira, satir));
+  return id;
+}
+
+// A day has one slip of each kind: what comes into the till, what goes out of it, the rest.
+struct FisTuru {
+  const char* tip;
+  const char* sayac;
+  int siraTipi;
+  const char* aciklama;
+};
+constexpr FisTuru acilisTuru{"Açılış Fişi", "MUHACILIS", 1, "Dönem açılışı"};
+constexpr std::array gunTurleri = {FisTuru{"Tahsil Fişi", "MUHTAHSIL", 2, "Günün tahsilatları"},
+                                   FisTuru{"Tediye Fişi", "MUHTEDIYE", 3, "Günün ödemeleri"},
+                                   FisTuru{"Mahsup Fişi", "MUHMAHSUP", 4, "Günün mahsupları"}};
+
+const FisTuru& turu(const Kural& kural) {
+  const auto kasada = [](const char* hesap) { return std::string_view(hesap) == "100"; };
+  return std::ranges::any_of(kural.borc, kasada)     ? gunTurleri[0]
+         : std::ranges::any_of(kural.alacak, kasada) ? gunTurleri[1]
+                                                     : gunTurleri[2];
+}
+
+// Debit and credit of one slip by account.
+using Toplamlar = std::map<std::string, std::array<std::int64_t, 2>>;
+
+void topla(Toplamlar& to, const Kural& kural, const db::Rows& rows, std::int64_t row) {
+  for (std::size_t i = 0; i < 3; ++i) {
+    const bool borclu = *kural.borc[i] != 0, alacakli = *kural.alacak[i] != 0;
+    if (!borclu && !alacakli) continue;
+    const std::int64_t kurus = std::llround(rows.value(row, static_cast<int>(i) + 1).real() * 100);
+    if (borclu) to[kural.borc[i]][0] += kurus;
+    if (alacakli) to[kural.alacak[i]][1] += kurus;
+  }
+}
+
+std::unique_ptr<db::Rows> gunlukToplamlar(Baglam& b, const Kural& kural) {
+  std::string toplamlar(kural.tutarlar);
+  for (std::size_t at = toplamlar.find(','); at != std::string::npos; at = toplamlar.find(',', at + 6))
+    toplamlar.replace(at, 1, "),SUM(");
+  return b.y.baglanti().query("SELECT DATEDIFF(d," + db::literal(b.donem.bas) + ",d.Tarih),SUM(" + toplamlar +
+                              ") FROM " + kural.kaynak + " GROUP BY d.Tarih");
+}
+
+std::vector<FisSatiri> satirlari(const Toplamlar& toplamlar) {
+  std::vector<FisSatiri> out;
+  for (const std::size_t yan : {0U, 1U})
+    for (const auto& [hesap, tutar] : toplamlar)
+      if (tutar[yan] != 0) out.push_back({hesap, yan == 0 ? tutar[0] : 0, yan == 1 ? tutar[1] : 0});
+  return out;
+}
+
+// Each document is tied to the slip that holds it.
+void baglantilariYaz(Baglam& b, const Kural& kural, const FisTuru& tur) {
+  if (kural.numara == nullptr) return;
+  const An an = b.donem.an(b.donem.gunler - 1, 20 * birSaat);
+  b.y.topluEkle(
+      "INSERT INTO MUHASEBEBAGLANTI (MFis_ID,Entegre_ID,Entegre_Islem_Tipi,Modul_No,YR_Kullanici,"
+      "YR_Tarih,YR_Saat,Deg_Kullanici,Deg_Tarih,Deg_Saat) SELECT DISTINCT f.Fis_ID,d." +
+      std::string(kural.numara) + ",d.Islem_Tipi," + std::to_string(kural.modul) + "," + an.izDegerleri +
+      " FROM MUHFISKART f," + kural.kaynak + " AND f.Tarih=d.Tarih AND f.Islem_Tipi='" + tur.tip + "'");
 }
 
 void acilisFisi(Baglam& b, SatirDeposu& depo) {
-  Fis fis{"Açılış Fişi", b.fisNo("MUHACILIS"), "Dönem açılışı", 1, b.donem.an(0, 9 * birSaat), {}};
-  std::int64_t toplam = 0;
-  for (const char* hesap : {"100", "102", "120", "153", "255"}) {
-    const std::int64_t tutar = b.r.arasi(1'000'000, 9'000'000);
-    fis.satirlar.push_back({hesap, tutar, 0});
-    toplam += tutar;
+  constexpr std::int64_t demirbas = 2'500'000;
+  Toplamlar toplamlar;
+  for (const Kural& kural : acilisKurallari()) {
+    const auto rows = gunlukToplamlar(b, kural);
+    for (std::int64_t r = 0; rows && r < rows->count(); ++r) topla(toplamlar, kural, *rows, r);
   }
-  const std::int64_t saticilar = toplam / 3;
-  fis.satirlar.push_back({"320", 0, saticilar});
-  fis.satirlar.push_back({"500", 0, toplam - saticilar});
-  fisYaz(b, depo, fis);
-}
-
-Fis donemFisi(Baglam& b, const FisTuru& tur, const An& an) {
-  Fis fis{tur.tip, b.fisNo(tur.sayac), tur.aciklama, tur.siraTipi, an, {}};
-  const std::int64_t tutar = b.r.arasi(50, 5'000) * 100;
-  std::int64_t fark = 0;
-  for (int i = 0; i < tur.uzunluk; ++i) {
-    const Kalip& kalip = tur.satirlar[static_cast<std::size_t>(i)];
-    const bool son = i + 1 == tur.uzunluk;
-    const std::int64_t deger = son ? (kalip.borc ? -fark : fark) : tutar * kalip.pay / 100;
-    fis.satirlar.push_back({kalip.hesap, kalip.borc ? deger : 0, kalip.borc ? 0 : deger});
-    fark += kalip.borc ? deger : -deger;
-  }
-  return fis;
+  toplamlar["255"][0] = demirbas;
+  std::int64_t& sermaye = toplamlar["500"][1];
+  sermaye += demirbas - toplamlar["500"][0];
+  toplamlar["500"][0] = 0;
+  fisYaz(b, depo,
+         {acilisTuru.tip, b.fisNo(acilisTuru.sayac), acilisTuru.aciklama, acilisTuru.siraTipi, 1,
+          b.donem.an(0, acilisSaati), satirlari(toplamlar)});
+  for (const Kural& kural : acilisKurallari()) baglantilariYaz(b, kural, acilisTuru);
 }
 
 }  // namespace
 
+// The ledger is what the modules tell, day by day, so that each of its accounts holds what its module holds.
 void muhasebeYaz(Baglam& b) {
   b.adim("Muhasebe fişleri yazılıyor");
   hesaplariHazirla(b);
   SatirDeposu depo(b);
   acilisFisi(b, depo);
-  for (const FisTuru& tur : fisTurleri) {
-    const std::int64_t adet = static_cast<std::int64_t>(tur.adet) * b.olcek;
-    for (std::int64_t i = 0; i < adet; ++i) {
-      fisYaz(b, depo, donemFisi(b, tur, b.an(i, adet)));
-      b.ilerle(i, adet);
+  std::vector<std::array<Toplamlar, gunTurleri.size()>> gunler(static_cast<std::size_t>(b.donem.gunler));
+  for (const Kural& kural : kurallar()) {
+    const auto yer = static_cast<std::size_t>(&turu(kural) - gunTurleri.data());
+    const auto rows = gunlukToplamlar(b, kural);
+    for (std::int64_t r = 0; rows && r < rows->count(); ++r)
+      topla(gunler[static_cast<std::size_t>(rows->value(r, 0).integer())][yer], kural, *rows, r);
+  }
+  std::int64_t yevmiye = 1;
+  for (std::int64_t gun = 0; gun < b.donem.gunler; ++gun) {
+    const auto& toplamlar = gunler[static_cast<std::size_t>(gun)];
+    for (std::size_t n = 0; n < toplamlar.size(); ++n) {
+      if (toplamlar[n].empty()) continue;
+      const FisTuru& tur = gunTurleri[n];
+      fisYaz(b, depo,
+             {tur.tip, b.fisNo(tur.sayac), tur.aciklama, tur.siraTipi, ++yevmiye,
+              b.donem.an(gun, 19 * birSaat + 600 * static_cast<std::int64_t>(n)), satirlari(toplamlar[n])});
     }
+    b.ilerle(gun, b.donem.gunler);
   }
   depo.bosalt();
+  for (const Kural& kural : kurallar()) baglantilariYaz(b, kural, turu(kural));
 }
 
 }  // namespace company::ornek

@@ -1,6 +1,7 @@
 #include "company/ornek/satirlar.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace company::ornek {
 
@@ -20,31 +21,85 @@ Toplam topla(const std::vector<Satir>& satirlar) {
   return out;
 }
 
-std::vector<Satir> malSatirlari(Baglam& b, int enAz, int enCok, bool alisFiyati) {
+namespace {
+
+// Shares of the warehouses in the business, in hundredths of the first one's.
+std::int64_t payi(const Baglam& b, int ambar) {
+  return ambar == b.t.ambarlar[0] ? 100 : ambar == b.t.ambarlar[1] ? 35 : 20;
+}
+
+void paketle(Satir& satir, const Stok& stok, std::int64_t paket) {
+  satir.miktar = paket;
+  satir.carpan = stok.katsayi;
+  satir.fiyat *= stok.katsayi;
+  satir.birim = stok.birim2;
+  satir.barkod = stok.barkod2;
+}
+
+// How many pieces of the item this line is about; none when it cannot be one.
+std::int64_t miktari(Baglam& b, const StokOzu& stok, bool alisFiyati, bool giris, int ambar) {
+  constexpr int azSayilan = 5;  // pieces for each step of the item's selling speed
+  const std::int64_t mevcut = b.kalan(stok.sira, ambar);
+  if (giris && !alisFiyati) return b.r.arasi(1, 5);
+  if (giris)
+    return stok.tukenen || mevcut > stok.hiz * azSayilan * payi(b, ambar) / 100 ? 0
+                                                                                : alimMiktari(b, stok, ambar);
+  const std::int64_t istenen = b.r.arasi(2, 20);
+  if (mevcut >= istenen) return istenen;
+  const bool eksiye = b.eksiStok && stok.hiz == 1 && b.r.yuzde(10);
+  return eksiye ? istenen : std::max<std::int64_t>(mevcut, 0);
+}
+
+Satir malSatiri(Baglam& b, const StokOzu& ozu, std::int64_t miktar, bool alisFiyati, bool giris) {
+  const Stok stok = b.stok(ozu.sira);
+  Satir satir;
+  satir.id = stok.id;
+  satir.kod = stok.kod;
+  satir.ad = stok.ad;
+  satir.birim = stok.birim;
+  satir.barkod = stok.barkod;
+  satir.miktar = miktar;
+  satir.fiyat = alisFiyati ? stok.alis : stok.satis;
+  satir.maliyet = stok.alis;
+  satir.kdv = stok.kdv;
+  satir.iskonto = !alisFiyati && b.r.yuzde(15) ? 5 : 0;
+  if (giris && alisFiyati && b.r.yuzde(60))
+    paketle(satir, stok, (miktar + stok.katsayi - 1) / stok.katsayi);
+  else if (!giris && miktar >= stok.katsayi && b.r.yuzde(30))
+    paketle(satir, stok, miktar / stok.katsayi);
+  return satir;
+}
+
+}  // namespace
+
+std::int64_t alimMiktari(Baglam& b, const StokOzu& stok, int ambar) {
+  return std::max<std::int64_t>(1, stok.hiz * b.r.arasi(4, 8) * payi(b, ambar) / 100);
+}
+
+std::vector<Satir> malSatirlari(Baglam& b, int enAz, int enCok, bool alisFiyati, bool giris, int ambar) {
+  constexpr std::int64_t deneme = 15;  // for each line; a document may come out shorter
   std::vector<Satir> out;
-  for (std::int64_t kalan = b.r.arasi(enAz, enCok); kalan > 0; --kalan) {
-    const Stok stok = b.birStok();
-    const bool var = std::any_of(out.begin(), out.end(), [&](const Satir& s) { return s.id == stok.id; });
-    if (var) continue;
-    Satir satir;
-    satir.id = stok.id;
-    satir.kod = stok.kod;
-    satir.ad = stok.ad;
-    satir.birim = stok.birim;
-    satir.barkod = stok.barkod;
-    satir.miktar = alisFiyati ? b.r.arasi(6, 48) : b.r.arasi(2, 20);
-    satir.fiyat = alisFiyati ? stok.alis : stok.satis;
-    satir.maliyet = stok.alis;
-    satir.kdv = stok.kdv;
-    satir.iskonto = b.r.yuzde(15) ? 5 : 0;
-    out.push_back(std::move(satir));
+  const std::int64_t kac = b.r.arasi(enAz, enCok);
+  for (std::int64_t i = 0; static_cast<std::int64_t>(out.size()) < kac && i < kac * deneme; ++i) {
+    const StokOzu ozu = b.birStok();
+    const std::int64_t id = b.ilkStok + ozu.sira;
+    if (std::any_of(out.begin(), out.end(), [&](const Satir& s) { return s.id == id; })) continue;
+    if (const std::int64_t miktar = miktari(b, ozu, alisFiyati, giris, ambar); miktar > 0)
+      out.push_back(malSatiri(b, ozu, miktar, alisFiyati, giris));
+  }
+  // No document without a line: whatever there is of anything, or one piece of the first.
+  for (std::int64_t i = 0; out.empty(); ++i) {
+    const bool sonCare = i >= b.stokSayisi();
+    const StokOzu ozu = b.stokOzu(sonCare ? 0 : i);
+    if (const std::int64_t miktar = sonCare ? 1 : miktari(b, ozu, alisFiyati, giris, ambar); miktar > 0)
+      out.push_back(malSatiri(b, ozu, miktar, alisFiyati, giris));
   }
   return out;
 }
 
 namespace {
 
-void ortakAlanlar(Kayit& kayit, const Baglam& b, const Belge& belge) {
+void ortakAlanlar(Kayit& kayit, const Belge& belge) {
   kayit.zaman("Tarih", belge.an.tarih).metin("Fis_No", belge.fisNo).metin("Belge_No", belge.belgeNo);
   kayit.metin("Islem_Tipi", belge.tip);
   if (belge.cari)
@@ -52,29 +107,29 @@ void ortakAlanlar(Kayit& kayit, const Baglam& b, const Belge& belge) {
   else
     kayit.sayi("Cari_ID", 0);
   kayit.sayi("Ambar_No", belge.ambar).sayi("Isyeri_ID", belge.isyeri);
-  izAlanlari(gunAlanlari(genelAlanlar(kayit, b, belge.satici), belge.an), belge.an);
+  izAlanlari(gunAlanlari(genelAlanlar(kayit, belge.satici, belge.kur), belge.an), belge.an);
 }
 
 }  // namespace
 
-Kayit& belgeAlanlari(Kayit& kayit, const Baglam& b, const Belge& belge) {
+Kayit& belgeAlanlari(Kayit& kayit, const Belge& belge) {
   if (belge.ortakKolonlar.empty()) {
     Kayit ortak("");
-    ortakAlanlar(ortak, b, belge);
+    ortakAlanlar(ortak, belge);
     belge.ortakKolonlar = ortak.kolonlar();
     belge.ortakDegerler = ortak.degerler();
   }
   return kayit.ham(belge.ortakKolonlar, belge.ortakDegerler);
 }
 
-Kayit& toplamAlanlari(Kayit& kayit, const Toplam& toplam) {
+Kayit& toplamAlanlari(Kayit& kayit, const Toplam& toplam, const Kur& kur) {
   return kayit.para("Burut_Tutar", toplam.burut)
       .para("Indirim_Toplam", toplam.iskonto)
       .para("Ara_Toplam", toplam.burut - toplam.iskonto)
       .para("KDV_Toplam", toplam.kdv)
       .para("Net_Tutar", toplam.net())
       .sayi("KDV_Dahil", 0)
-      .sayi("Dovizli_Tutar", 0);
+      .para("Dovizli_Tutar", kur.tutar(toplam.net()));
 }
 
 Kayit& satirAlanlari(Kayit& kayit, const Satir& satir, int sira) {
@@ -93,7 +148,7 @@ Kayit& satirAlanlari(Kayit& kayit, const Satir& satir, int sira) {
       .para("ISK_Tutar", satir.iskontoTutari())
       .para("KDV_Tutar", satir.kdvTutari())
       .para("Tutar", satir.tutar())
-      .sayi("Carpan", 1)
+      .sayi("Carpan", satir.carpan)
       .varsaSayi("TpISK", satir.iskonto)
       .varsaPara("TpISK_Tutar", satir.iskontoTutari())
       .varsaPara("KDVSizNet_Tutar", satir.tutar() - satir.iskontoTutari())
@@ -102,7 +157,7 @@ Kayit& satirAlanlari(Kayit& kayit, const Satir& satir, int sira) {
 
 Kayit stokFisKarti(const Baglam& b, const Belge& belge, const Toplam& toplam, const std::string& faturaId) {
   Kayit kart = b.kayit("STOKHAREKETKART");
-  toplamAlanlari(belgeAlanlari(kart, b, belge), toplam);
+  toplamAlanlari(belgeAlanlari(kart, belge), toplam, belge.kur);
   const bool carili = belge.cari.has_value();
   kart.para("Toplam_KDV", toplam.kdv).sayi("Vade", belge.vade).ham("Fatura_ID", faturaId);
   kart.para("ATutar", carili && belge.giris ? toplam.net() : 0);
@@ -113,11 +168,13 @@ Kayit stokSatiri(Baglam& b, const Belge& belge, const Satir& satir, int sira, co
                  const std::string& siparisId) {
   Kayit kayit = b.kayit("STOKHAREKET");
   kayit.ham("Stok_HareketKart_ID", "@S");
-  satirAlanlari(belgeAlanlari(kayit, b, belge), satir, sira);
-  kayit.sayi("Giris", belge.giris ? satir.miktar : 0).sayi("Cikis", belge.giris ? 0 : satir.miktar);
-  kayit.para("Maliyet", satir.maliyet).para("Toplam_KDV", satir.kdvTutari()).sayi("Dovizli_Tutar", 0);
+  satirAlanlari(belgeAlanlari(kayit, belge), satir, sira);
+  kayit.sayi("Giris", belge.giris ? satir.adet() : 0).sayi("Cikis", belge.giris ? 0 : satir.adet());
+  kayit.para("Maliyet", satir.maliyet)
+      .para("Toplam_KDV", satir.kdvTutari())
+      .para("Dovizli_Tutar", belge.kur.tutar(satir.tutar() - satir.iskontoTutari() + satir.kdvTutari()));
   kayit.ham("Fatura_ID", faturaId).ham("Siparis_Hareket_ID", siparisId);
-  b.bildir(Tur::Stok, satir.id, belge.giris ? satir.miktar : -satir.miktar, belge.ambar);
+  b.bildir(Tur::Stok, satir.id, belge.giris ? satir.adet() : -satir.adet(), belge.ambar);
   return kayit;
 }
 
@@ -145,31 +202,31 @@ Kayit& odemeAlanlari(Kayit& kayit, const Baglam& b, const Odeme& odeme) {
   return izAlanlari(kayit.sayi("Isyeri_ID", b.t.isyerleri.front()), odeme.an);
 }
 
-Kayit& tutarlar(Kayit& kayit, const Baglam& b, std::int64_t kurus) {
-  kayit.sayi("Doviz_ID", b.t.dovizId).sayi("KUR", 0).sayi("Dovizli_Tutar", 0);
+Kayit& tutarlar(Kayit& kayit, const Kur& kur, std::int64_t kurus) {
+  kurAlanlari(kayit, kur).para("Dovizli_Tutar", kur.tutar(std::llabs(kurus)));
   return kayit.para("BTutar", std::max<std::int64_t>(kurus, 0))
       .para("ATutar", std::max<std::int64_t>(-kurus, 0));
 }
 
 }  // namespace
 
-Kayit kasaKaydi(const Baglam& b, const Kasa& kasa, const Odeme& odeme, std::int64_t kurus) {
+Kayit kasaKaydi(Baglam& b, const Kasa& kasa, const Odeme& odeme, std::int64_t kurus) {
   Kayit kayit = b.kayit("KASAHAREKET");
   kayit.zaman("Tarih", odeme.an.tarih)
       .sayi("Kasa_ID", kasa.id)
       .metin("Kasa_Kod", kasa.kod)
       .metin("Kasa_Ad", kasa.ad);
-  tutarlar(odemeAlanlari(kayit, b, odeme), b, kurus);
+  tutarlar(odemeAlanlari(kayit, b, odeme), odeme.kur, kurus);
   b.bildir(Tur::Kasa, kasa.id, kurus);
   if (odeme.cari) b.bildir(Tur::Cari, odeme.cari->id, -kurus);
   return kayit;
 }
 
-Kayit bankaKaydi(const Baglam& b, const Banka& banka, const Odeme& odeme, std::int64_t kurus) {
+Kayit bankaKaydi(Baglam& b, const Banka& banka, const Odeme& odeme, std::int64_t kurus) {
   Kayit kayit = b.kayit("BANKAHAREKET");
   kayit.zaman("Tarih", odeme.an.tarih).sayi("Hesap_ID", banka.id).metin("Hesap_No", banka.no);
   kayit.metin("Hesap_Ad", banka.ad).metin("Banka_Ad", banka.banka).sayi("Islem_No", 1);
-  tutarlar(odemeAlanlari(kayit, b, odeme), b, kurus);
+  tutarlar(odemeAlanlari(kayit, b, odeme), odeme.kur, kurus);
   b.bildir(Tur::Banka, banka.id, kurus);
   if (odeme.cari) b.bildir(Tur::Cari, odeme.cari->id, -kurus);
   return kayit;
@@ -205,8 +262,8 @@ std::string posSql(Baglam& b, const Banka& banka, const Anlasma& anlasma, const 
   ++satirSayisi;
   const db::DateTime aktarim = gunSonra(odeme.an.tarih, anlasma.gun);
   if (aktarim > b.donem.bit()) return sql;
-  const Odeme gecis{"Pos Aktarım Fişi",         b.fisNo("BANFIS"), "",
-                    An(aktarim, odeme.an.saat), std::nullopt,      odeme.satici};
+  const Odeme gecis{"Pos Aktarım Fişi", b.fisNo("BANFIS"), "",      An(aktarim, odeme.an.saat),
+                    std::nullopt,       odeme.satici,      b.lira()};
   satirSayisi += 2;
   return sql + "DECLARE @P INT DECLARE @B INT SET @P=SCOPE_IDENTITY()\n" +
          bankaKaydi(b, banka, gecis, kurus - kesinti).sql() + "SET @B=SCOPE_IDENTITY()\n" +

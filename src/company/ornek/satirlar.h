@@ -13,8 +13,10 @@ struct Satir {
   std::string tip = "Mal";  // Satir_Tipi
   std::int64_t id = 0;
   std::string kod, ad, birim, barkod;
-  std::int64_t miktar = 1, fiyat = 0, maliyet = 0;  // pieces; kuruş
-  int kdv = 18, iskonto = 0;                        // percent
+  std::int64_t miktar = 1, carpan = 1;  // units, and pieces in one of them
+  std::int64_t fiyat = 0, maliyet = 0;  // kuruş of a unit and of a piece
+  int kdv = 18, iskonto = 0;            // percent
+  std::int64_t adet() const { return miktar * carpan; }
   std::int64_t tutar() const { return miktar * fiyat; }
   std::int64_t iskontoTutari() const { return tutar() * iskonto / 100; }
   std::int64_t kdvTutari() const { return ((tutar() - iskontoTutari()) * kdv + 50) / 100; }
@@ -34,6 +36,7 @@ struct Belge {
   int ambar = 0;
   bool giris = false;  // goods come in
   std::int64_t satici = 0, isyeri = 1;
+  Kur kur;
   int vade = 0;
   // What belgeAlanlari() has written for the first row and gives to all; to be forgotten when a field
   // changes.
@@ -41,13 +44,16 @@ struct Belge {
   void degisti() const { ortakKolonlar.clear(); }
 };
 
-// Lines of goods at buying or selling prices; no item twice.
-std::vector<Satir> malSatirlari(Baglam& b, int enAz, int enCok, bool alisFiyati);
+// Lines of goods at buying or selling prices; no item twice. What comes in at buying prices is what runs
+// short in the warehouse, what goes out is there, unless the company lets stock go below nothing.
+std::vector<Satir> malSatirlari(Baglam& b, int enAz, int enCok, bool alisFiyati, bool giris, int ambar);
+// How many pieces of an item are bought at a time, or lie there at the beginning.
+std::int64_t alimMiktari(Baglam& b, const StokOzu& stok, int ambar);
 
 // Tarih, Fis_No, Belge_No, Islem_Tipi, the account, and the general columns: the beginning of every row that
 // belongs to a document.
-Kayit& belgeAlanlari(Kayit& kayit, const Baglam& b, const Belge& belge);
-Kayit& toplamAlanlari(Kayit& kayit, const Toplam& toplam);
+Kayit& belgeAlanlari(Kayit& kayit, const Belge& belge);
+Kayit& toplamAlanlari(Kayit& kayit, const Toplam& toplam, const Kur& kur);
 Kayit& satirAlanlari(Kayit& kayit, const Satir& satir, int sira);
 
 // The slip that moves the goods of `belge`, as statements that leave its number in @S. `faturaId` is an
@@ -65,10 +71,11 @@ struct Odeme {
   An an;
   std::optional<Cari> cari;
   std::int64_t satici = 0;
+  Kur kur;
 };
 // A row of KASAHAREKET: `kurus` into the box, out of it when negative.
-Kayit kasaKaydi(const Baglam& b, const Kasa& kasa, const Odeme& odeme, std::int64_t kurus);
-Kayit bankaKaydi(const Baglam& b, const Banka& banka, const Odeme& odeme, std::int64_t kurus);
+Kayit kasaKaydi(Baglam& b, const Kasa& kasa, const Odeme& odeme, std::int64_t kurus);
+Kayit bankaKaydi(Baglam& b, const Banka& banka, const Odeme& odeme, std::int64_t kurus);
 // A payment by card, as statements: the row of POSHAREKET and, where the bank has paid within the period, its
 // transfer. `satisId` is an expression. Adds the rows to `satirSayisi`.
 std::string posSql(Baglam& b, const Banka& banka, const Anlasma& anlasma, const Odeme& odeme,

@@ -28,7 +28,8 @@ std::int64_t sevkEdilen(Teslim teslim, const Satir& satir) {
 
 Kayit siparisKarti(const Baglam& b, const Belge& belge, const Toplam& toplam, Teslim teslim) {
   Kayit kart = b.kayit("SIPARISKART");
-  toplamAlanlari(belgeAlanlari(kart, b, belge), toplam).zaman("Sevk_Tarih", gunSonra(belge.an.tarih, 7));
+  toplamAlanlari(belgeAlanlari(kart, belge), toplam, belge.kur)
+      .zaman("Sevk_Tarih", gunSonra(belge.an.tarih, 7));
   kart.sayi("Vade", belge.vade).metin("Durum", teslim == Teslim::Tam ? "KAPALI" : "AÇIK");
   kart.para("ATutar", belge.giris ? toplam.net() : 0).para("BTutar", belge.giris ? 0 : toplam.net());
   return kart;
@@ -38,8 +39,8 @@ Kayit siparisSatiri(const Baglam& b, const Belge& belge, const Satir& satir, int
   const std::int64_t sevk = sevkEdilen(teslim, satir);
   Kayit kayit = b.kayit("SIPARISHAREKET");
   kayit.ham("Siparis_ID", "@O").zaman("Sevk_Tarih", gunSonra(belge.an.tarih, 7));
-  satirAlanlari(belgeAlanlari(kayit, b, belge), satir, sira);
-  kayit.sayi("Giris", belge.giris ? satir.miktar : 0).sayi("Cikis", belge.giris ? 0 : satir.miktar);
+  satirAlanlari(belgeAlanlari(kayit, belge), satir, sira);
+  kayit.sayi("Giris", belge.giris ? satir.adet() : 0).sayi("Cikis", belge.giris ? 0 : satir.adet());
   return kayit.sayi("Sevk_Edilen", sevk).sayi("Kalan", satir.miktar - sevk);
 }
 
@@ -75,7 +76,7 @@ std::string teslimSql(Baglam& b, const SiparisTuru& tur, const Belge& siparis,
       .para("Tutar", toplam.net())
       .sayi("Kullanici_ID", 1)
       .sayi("Satici_ID", belge.satici);
-  bag.sayi("Doviz_ID", b.t.dovizId).sayi("KUR", 0);
+  kurAlanlari(bag, belge.kur);
   adet += 2 + static_cast<std::int64_t>(giden.size());
   return "DECLARE @S INT\n" + stokFisKarti(b, belge, toplam, "0").sql() + "SET @S=SCOPE_IDENTITY()\n" +
          topluSql(kayitlar) + izAlanlari(bag, belge.an).sql();
@@ -87,12 +88,13 @@ void birSiparis(Baglam& b, const SiparisTuru& tur, const An& an) {
   belge.an = an;
   belge.fisNo = b.fisNo(tur.sayac);
   belge.cari = tur.alinan ? b.birAlici() : b.birSatici();
+  belge.kur = b.kur(*belge.cari, an.tarih);
   belge.ambar = b.t.ambarlar.front();
   belge.giris = !tur.alinan;
   belge.satici = b.birKisi();
   belge.isyeri = b.t.isyerleri.front();
   belge.vade = 30;
-  const std::vector<Satir> satirlar = malSatirlari(b, 1, 4, !tur.alinan);
+  const std::vector<Satir> satirlar = malSatirlari(b, 1, 4, !tur.alinan, belge.giris, belge.ambar);
   const std::int64_t zar = b.r.arasi(0, 3);
   const Teslim teslim = zar < 2 ? Teslim::Tam : zar == 2 ? Teslim::Kismi : Teslim::Yok;
   std::int64_t adet = 1 + static_cast<std::int64_t>(satirlar.size());
@@ -106,15 +108,9 @@ void birSiparis(Baglam& b, const SiparisTuru& tur, const An& an) {
 
 }  // namespace
 
-void siparisleriYaz(Baglam& b) {
-  for (const SiparisTuru& tur : siparisTurleri) {
-    b.adim(std::string(tur.tip) + " yazılıyor");
-    const std::int64_t adet = static_cast<std::int64_t>(tur.adet) * b.olcek;
-    for (std::int64_t i = 0; i < adet; ++i) {
-      birSiparis(b, tur, b.an(i, adet));
-      b.ilerle(i, adet);
-    }
-  }
+void siparisIsleri(Isler& isler) {
+  for (const SiparisTuru& tur : siparisTurleri)
+    isler.push_back({tur.adet, [&tur](Baglam& b, const An& an) { birSiparis(b, tur, an); }});
 }
 
 }  // namespace company::ornek

@@ -1,5 +1,6 @@
 // Definitions: warehouses, workplaces, salespeople, tax groups, cash boxes, banks, services, expenses.
 #include <array>
+#include <utility>
 
 #include "company/ornek/adimlar.h"
 #include "company/ornek/kelimeler.h"
@@ -69,6 +70,32 @@ void kdvGruplari(Baglam& b, const An& an) {
   b.y.bosalt();
 }
 
+// The company's own money comes first. Rates are told once a week.
+void dovizler(Baglam& b, const An& an) {
+  for (const auto& [kod, ad] : {std::pair{"USD", "AMERİKAN DOLARI"}, std::pair{"EUR", "AVRO"}}) {
+    const std::string var = std::string("SELECT COUNT(*) FROM DOVIZTANIM WHERE Doviz_Kod='") + kod + "'";
+    if (b.y.numara(var, 0) > 0) continue;
+    Kayit kayit = b.kayit("DOVIZTANIM");
+    kayit.metin("Doviz_Kod", kod).metin("Doviz_Ad", ad).sayi("Default_Doviz", 0).sayi("Kullanici_ID", 1);
+    b.y.calistir(izAlanlari(kayit, an).sql(), 1);
+  }
+  b.t.dovizler.push_back(b.y.numara("SELECT MIN(Doviz_ID) FROM DOVIZTANIM", 0));
+  for (const char* kod : {"USD", "EUR"})
+    b.t.dovizler.push_back(
+        b.y.numara(std::string("SELECT Doviz_ID FROM DOVIZTANIM WHERE Doviz_Kod='") + kod + "'", 0));
+  Cari dovizli;
+  for (std::int64_t gun = 0; gun < b.donem.gunler; gun += 7) {
+    const An o = b.donem.an(gun, acilisSaati);
+    for (dovizli.doviz = 1; dovizli.doviz <= 2; ++dovizli.doviz) {
+      const Kur kur = b.kur(dovizli, o.tarih);
+      Kayit kayit = b.kayit("GUNLUKDOVIZ");
+      kayit.sayi("Doviz_ID", kur.dovizId).metin("KUR", onBindeMetni(kur.onBinde)).zaman("Tarih", o.tarih);
+      b.y.biriktir(izAlanlari(kayit, o));
+    }
+  }
+  b.y.bosalt();
+}
+
 // Each cash box has two counters of its own.
 void kasaSayaclari(Baglam& b, std::int64_t kasaId) {
   for (const char* anahtar : {"KNTF", "KNOF"}) {
@@ -113,22 +140,30 @@ void anlasmalar(Baglam& b, Banka& banka, const An& an) {
   }
 }
 
+Banka bankaHesabi(Baglam& b, std::size_t sira, std::string ad, std::string_view bankaAdi, const An& an) {
+  Banka banka;
+  banka.no = "10" + std::to_string(sira + 1) + "-4455" + std::to_string(661 + 7 * sira);
+  banka.ad = std::move(ad);
+  banka.banka = bankaAdi;
+  banka.sube = bankaSubeleri()[sira];
+  const std::size_t ilgili = 3 * sira + 4;
+  Kayit kayit = b.kayit("HESAPKART");
+  kayit.metin("Hesap_No", banka.no).metin("Hesap_Ad", banka.ad).metin("Banka_Ad", banka.banka);
+  kayit.metin("Sube", banka.sube)
+      .metin("Ilgili", std::string(adlar()[ilgili]) + " " + std::string(hitap(ilgili)));
+  kayit.metin("Tel", "(0212) 555 0" + std::to_string(100 + sira)).sayi("POS", 1).metin("MHesap_Kod", "102");
+  banka.id = ekleVeNumara(b, izAlanlari(kayit.sayi("Kullanici_ID", 1), an));
+  return banka;
+}
+
 void bankalar(Baglam& b, const An& an) {
   constexpr std::array<std::string_view, 3> adlari = {"BATIYURT BANK", "ANAYOL BANKASI", "KUZEYKÖY BANK"};
   for (std::size_t i = 0; i < adlari.size(); ++i) {
-    Banka banka;
-    banka.no = "10" + std::to_string(i + 1) + "-4455" + std::to_string(661 + 7 * i);
-    banka.ad = "TİCARİ MEVDUAT " + std::to_string(i + 1);
-    banka.banka = adlari[i];
-    banka.sube = bankaSubeleri()[i];
-    Kayit kayit = b.kayit("HESAPKART");
-    kayit.metin("Hesap_No", banka.no).metin("Hesap_Ad", banka.ad).metin("Banka_Ad", banka.banka);
-    kayit.metin("Sube", banka.sube).metin("Ilgili", std::string(adlar()[i + 4]) + " Hanım");
-    kayit.metin("Tel", "(0212) 555 0" + std::to_string(100 + i)).sayi("POS", 1).metin("MHesap_Kod", "102");
-    banka.id = ekleVeNumara(b, izAlanlari(kayit.sayi("Kullanici_ID", 1), an));
+    Banka banka = bankaHesabi(b, i, "TİCARİ MEVDUAT " + std::to_string(i + 1), adlari[i], an);
     anlasmalar(b, banka, an);
     b.t.bankalar.push_back(std::move(banka));
   }
+  b.t.dovizHesabi = bankaHesabi(b, adlari.size(), "DÖVİZ TEVDİAT (USD)", adlari.front(), an);
 }
 
 struct TanimSatiri {
@@ -163,12 +198,12 @@ constexpr std::array indirimSatirlari = {TanimSatiri{"I.001", "SATIŞ İSKONTOSU
 
 void tanimlariYaz(Baglam& b) {
   b.adim("Tanımlar yazılıyor");
-  const An an = b.donem.an(0, 9 * birSaat);
+  const An an = b.donem.an(0, acilisSaati);
   ambarlar(b, an);
   isyerleri(b, an);
   saticilar(b, an);
   kdvGruplari(b, an);
-  b.t.dovizId = b.y.numara("SELECT MIN(Doviz_ID) FROM DOVIZTANIM", 0);
+  dovizler(b, an);
   kasalar(b, an);
   bankalar(b, an);
   tanimListesi(b, an, "HIZMETTANIM", hizmetSatirlari, b.t.hizmetler);

@@ -1,5 +1,6 @@
 #include "company/ornek/yazici.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace company::ornek {
@@ -93,6 +94,13 @@ void Yazici::calistir(const std::string& batch, std::int64_t satir) {
   acik_ = true;
   baglanti_.execute(batch);
   say(satir);
+}
+
+void Yazici::topluEkle(const std::string& statement) {
+  bosalt();
+  if (!acik_) baglanti_.execute("BEGIN TRAN");
+  acik_ = true;
+  say(std::max<std::int64_t>(0, baglanti_.execute(statement)));
 }
 
 std::int64_t Yazici::numara(const std::string& batch, std::int64_t satir) {

@@ -61,7 +61,9 @@ class Yazici {
   void basla(const std::string& kilit);
   // One batch that writes `satir` rows.
   void calistir(const std::string& batch, std::int64_t satir);
-  // The same, and its one number.
+  // A statement that writes as many rows as the server says.
+  void topluEkle(const std::string& statement);
+  // The same as calistir(), and its one number.
   std::int64_t numara(const std::string& batch, std::int64_t satir);
   // A row whose turn comes when enough of its table are there; the table must have no trigger.
   void biriktir(Kayit kayit);

@@ -146,7 +146,7 @@ class EvrakDevri {
                                {"Modul_No", ""}});
     k.kosul = tasinan("s");
     k.esle = "h.Portfoy_No=ISNULL(s.Portfoy_No,'')";
-    k.tekrar = {"ISNULL(s.Portfoy_No,'')"};
+    k.tekrar = {"s.Portfoy_No"};
     k.hedefAtla = "h." + kimlik_ + " IN " + oynanan();
     k.ad = "s.Portfoy_No";
     kopyala(b_, k);
@@ -233,7 +233,7 @@ class EvrakDevri {
     });
     k.kosul = sonuncu("s");
     k.esle = "h.Portfoy_No=ISNULL(s.Portfoy_No,'')";
-    k.tekrar = {"ISNULL(s.Portfoy_No,'')"};
+    k.tekrar = {"s.Portfoy_No"};
     k.hedefAtla = "h." + kimlik_ + " IN " + oynanan();
     k.ad = "s.Portfoy_No";
     kopyala(b_, k);

@@ -20,7 +20,7 @@ void kartlar(Baglam& b) {
   k.kosul = std::string("s.") + acik;
   k.sira = "s.Tarih,s.Saat";
   k.esle = "h.Fis_No=s.Fis_No AND h.Islem_Tipi=ISNULL(s.Islem_Tipi,'')";
-  k.tekrar = {"s.Fis_No", "ISNULL(s.Islem_Tipi,'')"};
+  k.tekrar = {"s.Fis_No", "s.Islem_Tipi"};
   // The new period has taken the order over: its own user, or documents that hang on it.
   k.hedefAtla =
       "h.Kullanici_ID<>-1 OR (h.Kullanici_ID=-1 AND h.Siparis_ID IN (SELECT t.Siparis_ID FROM "

@@ -73,7 +73,7 @@ void Tablo_Aktar(Baglam& b, std::string_view tablo) {
   k.kimlik = kimlikKolonu(b, k.tablo);
   k.kolonlar = kolonlariKur(b, k.tablo, {});
   k.esle = esit("h", "s");
-  k.tekrar = {t.tirnakli ? "ISNULL(s." + anahtar + ",'')" : "s." + anahtar};
+  k.tekrar = {"s." + anahtar};
   k.ad = "s." + anahtar;
   k.tekEkle = t.tekEkle;
   if (!t.tirnakli) {

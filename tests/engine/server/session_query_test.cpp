@@ -203,5 +203,16 @@ TEST_F(QueryTest, PlansAreSharedBetweenLiterals) {
   EXPECT_EQ(run("SELECT * FROM KART WHERE ID=3"), "3\tC3\tİncir\tNULL\tNULL\tNULL\tNULL\tNULL\n");
 }
 
+// Texts that are equal by the collation have different lengths; an index made for the join must find both.
+TEST_F(QueryTest, JoinsWithoutAnIndexFollowTheCollation) {
+  run("CREATE TABLE SOL (ID INT, Kod CHAR(6)) CREATE TABLE SAG (ID INT, Kod CHAR(6)) INSERT INTO SAG VALUES "
+      "(9,'iki')");
+  for (const char* const kod : {"bir", "iki", "İKİ", "üç", "dört"})
+    run("INSERT INTO SOL VALUES (1,'" + std::string(kod) + "')");
+  EXPECT_EQ(run("SELECT L.Kod,G.Kod FROM SOL L JOIN SAG G ON G.Kod=L.Kod ORDER BY LEN(L.Kod),G.ID"),
+            "iki\tiki\nİKİ\tiki\n");
+  EXPECT_EQ(run("SELECT COUNT(*),COUNT(G.ID) FROM SOL L LEFT JOIN SAG G ON L.Kod=G.Kod"), "5\t2\n");
+}
+
 }  // namespace
 }  // namespace engine::test

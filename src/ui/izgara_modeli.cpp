@@ -60,7 +60,9 @@ session::IzgaraSatirlari IzgaraModeli::satirlar() const {
 bool IzgaraModeli::bos(int satir) const {
   const auto& hucreler = this->satir(satir).hucreler;
   for (std::size_t i = 0; i < hucreler.size(); ++i)
-    if (!hucreler[i].empty() && !(kolonlar_[i].tur == HucreTuru::Tik && hucreler[i] == "0")) return false;
+    if (!hucreler[i].empty() && static_cast<int>(i) != kendiliginden &&
+        !(kolonlar_[i].tur == HucreTuru::Tik && hucreler[i] == "0"))
+      return false;
   return true;
 }
 
@@ -140,6 +142,7 @@ void IzgaraModeli::yinele() {
 void IzgaraModeli::adimiGeriAl() {
   for (auto it = adim_.rbegin(); it != adim_.rend(); ++it) uygula(it->ilk, it->yeni, std::move(it->eski));
   adim_.clear();
+  emit icerikDegisti();
 }
 
 std::string IzgaraModeli::denetle(int satir, int kolon, std::string& metin) {

@@ -39,6 +39,8 @@ class IzgaraModeli : public QAbstractTableModel {
   bool bos(int satir) const;  // no text in any cell; a tick that is off is none
   bool duzenlenirMi(int satir, int kolon) const;
 
+  int kendiliginden = -1;  // column that the editor fills by itself: alone it makes no row
+
   Denetim denetim;
   Duzenlenir duzenlenir;
   // Called inside the step of an accepted edit: what an editor changes beside the cell itself.

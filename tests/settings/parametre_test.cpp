@@ -24,7 +24,8 @@ class ParametreTest : public company::test::SirketTest {
     sirket().run(
         "UPDATE sysfrmlng SET DefKDV=18,KasaHareketListeTipi=1,AlistaFiyatDegis=0,KilitBasTarih='20120101',"
         "KilitBitTarih='20121231',TransferFirma='',Renk_TL=0,MakBuzSol=200,MakBuzOr=-1,DipNotTahsilat='eski',"
-        "PesinIndirimi=0,DovizVar=0,VadeFarki=0,TahsilNusha=0,DefFaturaDizayn=NULL,Emanet_Ambar_No=NULL,MuafGun=0");
+        "PesinIndirimi=0,DovizVar=0,VadeFarki=0,TahsilNusha=0,DefFaturaDizayn=NULL,Emanet_Ambar_No=NULL,"
+        "MuafGun=0");
     izleyen.izleme.sifirla();
   }
   void TearDown() override { oturum().surucu = sirket().factory.get(); }

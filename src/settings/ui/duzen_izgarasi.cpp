@@ -13,6 +13,7 @@ DuzenIzgarasi::DuzenIzgarasi(int enAz, int enCok, QWidget* parent)
   duzen_->setContentsMargins(0, 0, 0, 0);
   duzen_->setHorizontalSpacing(ui::gap);
   duzen_->setVerticalSpacing(4);
+  duzen_->setSizeConstraint(QLayout::SetNoConstraint);
 }
 
 void DuzenIzgarasi::ekle(QWidget* yazi, QWidget* kontrol) {
@@ -29,6 +30,14 @@ void DuzenIzgarasi::goster(const QWidget* kontrol, bool gorunur) {
   at->gorunur = gorunur;
   sutun_ = 0;
   yerlestir();
+}
+
+QSize DuzenIzgarasi::minimumSizeHint() const {
+  int en = 0;
+  for (const Hucre& hucre : hucreler_)
+    en = std::max(en, hucre.kontrol->minimumSizeHint().width() +
+                          (hucre.yazi ? hucre.yazi->sizeHint().width() + ui::gap : 0));
+  return {en, duzen_->totalMinimumSize().height()};
 }
 
 void DuzenIzgarasi::resizeEvent(QResizeEvent* event) {
@@ -62,6 +71,7 @@ void DuzenIzgarasi::yerlestir() {
     if (once) setTabOrder(once, hucre.kontrol);
     once = hucre.kontrol;
   }
+  updateGeometry();
 }
 
 }  // namespace settings_ui

@@ -17,6 +17,7 @@ class DuzenIzgarasi : public QWidget {
   void ekle(QWidget* yazi, QWidget* kontrol);
   // Shows or hides the cell of a control, caption and all.
   void goster(const QWidget* kontrol, bool gorunur);
+  QSize minimumSizeHint() const override;  // of a single column: the columns never hold the window open
 
  protected:
   void resizeEvent(QResizeEvent* event) override;

@@ -33,7 +33,7 @@ class ParametreFormu : public QObject {
   void yaninaKoy(const char* ad, QWidget* parca);
   // Least widths of the columns for fields and for check boxes.
   struct Sutunlar {
-    int alan = 420, tik = 290;
+    int alan = 420, tik = 315;
   };
   // A frame with its parameters: fields with their captions, then check boxes.
   QGroupBox* cerceve(settings::Cerceve cerceve, const QString& baslik, Sutunlar sutunlar);

@@ -16,6 +16,7 @@
 #include "session/sayi.h"
 #include "settings/firma_baglanti.h"
 #include "settings/firma_parametre.h"
+#include "settings/ui/duzen_izgarasi.h"
 #include "settings/ui/firma_secimi.h"
 #include "settings/ui/grup_sayfasi.h"
 #include "settings/ui/parametre_formu.h"
@@ -201,15 +202,16 @@ QWidget* SabitTanimlar::webSekme() {
 // Neither loaded nor saved.
 QWidget* SabitTanimlar::riskTanimi() {
   auto* cerceve = frame("Frame_Risk", "Risk Tanımı");
-  auto* duzen = new QHBoxLayout(cerceve);
+  auto* duzen = new QVBoxLayout(cerceve);
   duzen->setContentsMargins(ui::gap, ui::gapSmall, ui::gap, ui::gapSmall);
+  auto* izgara = new DuzenIzgarasi(290, 3);
   int i = 0;
   for (const char* risk : riskler) {
     auto* kutu = new QCheckBox(risk);
     kutu->setObjectName("RiskChk_" + QString::number(i++));
-    duzen->addWidget(kutu);
+    izgara->ekle(nullptr, kutu);
   }
-  duzen->addStretch(1);
+  duzen->addWidget(izgara);
   return cerceve;
 }
 

@@ -136,6 +136,12 @@ bool Ambar_Hareketli(session::Oturum& oturum, const std::string& ambarNo);
 
 // Writes the grid in one transaction; the reason when the server refused something and nothing was written.
 std::string Tanim_Kaydet(session::Oturum& oturum, const TanimTuru& tur, const IzgaraSatirlari& satirlar);
+// The same for the grids of one screen, all in one transaction.
+struct TanimIzgarasi {
+  const TanimTuru* tur;
+  IzgaraSatirlari satirlar;
+};
+std::string Tanim_Kaydet(session::Oturum& oturum, const std::vector<TanimIzgarasi>& izgaralar);
 
 // --- Links of a workplace
 

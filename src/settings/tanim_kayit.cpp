@@ -103,6 +103,21 @@ void silmeler(TopluYazici& yazici, const std::string& db, const TanimTuru& tur,
   }
 }
 
+void yazmalar(TopluYazici& yazici, const Oturum& oturum, const TanimTuru& tur,
+              const IzgaraSatirlari& satirlar) {
+  const std::string db = tanimOneki(oturum), tablo = db + std::string(tur.tablo);
+  for (const IzgaraSatiri& satir : satirlar) {
+    if (biter(tur, satir)) break;
+    if (satir.gizli) continue;
+    yazici.ekle(yazma(oturum, tur, tablo, satir));
+    // Every stock price takes the new description of its list.
+    if (tur.ad == "fiyat")
+      yazici.ekle("UPDATE  " + db + "STOKFIYAT SET Fiyat_Aciklama=" +
+                  db::literal(db::Value(hucre(tur, satir, "Fiyat_Aciklama"))) +
+                  " WHERE Fiyat_Sira_No=" + hucre(tur, satir, "Sira_No"));
+  }
+}
+
 }  // namespace
 
 std::string tanimOneki(const Oturum& oturum) {
@@ -209,19 +224,16 @@ bool Ambar_Hareketli(Oturum& oturum, const std::string& ambarNo) {
 }
 
 std::string Tanim_Kaydet(Oturum& oturum, const TanimTuru& tur, const IzgaraSatirlari& satirlar) {
-  const std::string db = tanimOneki(oturum), tablo = db + std::string(tur.tablo);
+  return Tanim_Kaydet(oturum, {{&tur, satirlar}});
+}
+
+std::string Tanim_Kaydet(Oturum& oturum, const std::vector<TanimIzgarasi>& izgaralar) {
+  const std::string db = tanimOneki(oturum);
   try {
     TopluYazici yazici(*oturum.Baglanti);
-    silmeler(yazici, db, tur, satirlar);
-    for (const IzgaraSatiri& satir : satirlar) {
-      if (biter(tur, satir)) break;
-      if (satir.gizli) continue;
-      yazici.ekle(yazma(oturum, tur, tablo, satir));
-      // Every stock price takes the new description of its list.
-      if (tur.ad == "fiyat")
-        yazici.ekle("UPDATE  " + db + "STOKFIYAT SET Fiyat_Aciklama=" +
-                    db::literal(db::Value(hucre(tur, satir, "Fiyat_Aciklama"))) +
-                    " WHERE Fiyat_Sira_No=" + hucre(tur, satir, "Sira_No"));
+    for (const TanimIzgarasi& izgara : izgaralar) {
+      silmeler(yazici, db, *izgara.tur, izgara.satirlar);
+      yazmalar(yazici, oturum, *izgara.tur, izgara.satirlar);
     }
     yazici.bitir();
     return {};

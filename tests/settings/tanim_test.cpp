@@ -135,7 +135,7 @@ TEST_F(TanimTest, WorkplacesAreUpdatedAddedAndRemovedInOneTransaction) {
   satirlar.push_back({{"3", "ÜÇÜNCÜ", "", "", ""}});
   izleyen.izleme.sifirla();
   EXPECT_EQ(settings::Tanim_Kaydet(oturum(), tur("isyeri"), satirlar), "");
-  EXPECT_EQ(izleyen.izleme.deyimler.size(), 1U);
+  EXPECT_EQ(izleyen.izleme.deyimler.size(), 2U) << "the rows and their commit";
   EXPECT_EQ(
       rows("SELECT Isyeri_Kodu,Isyeri_Adi,Ambar_No,Durum,Kullanici_ID FROM ISYERITANIM ORDER BY Isyeri_ID"),
       "1|Kasap'ın Yeri|0|1|1\n1234567890|İKİNCİ|1|1|1\n3|ÜÇÜNCÜ|0|0|1");

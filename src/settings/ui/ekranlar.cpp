@@ -2,13 +2,34 @@
 
 #include "settings/ui/sabit_tanimlar.h"
 #include "settings/ui/taksitli_satis.h"
+#include "settings/ui/tanim_ekrani.h"
 #include "ui/ekran_kaydi.h"
 
 namespace settings_ui {
 
+namespace {
+
+struct TanimKaydi {
+  const char* ad;  // as the console knows it
+  TanimEkrani::Gorunum gorunum;
+};
+
+}  // namespace
+
 void ekranlariTanit(ui::EkranKaydi& kayit) {
   kayit.tanit<SabitTanimlar>("SabitTanimlar_Frm");
   kayit.tanit<TaksitliSatis>("TaksitliSatisTanimlar_Frm");
+  kayit.tanit<IsyeriEkrani>("MNIsyeri");
+  const TanimKaydi tanimlar[] = {{"MNAmbar", {"ambar", "Ambar Tanımları", {"ambar"}}},
+                                 {"MnSatici", {"satici", "Satıcı Tanımları", {"satici"}}},
+                                 {"MNFiyat", {"fiyat", "Fiyat Tanımları", {"fiyat"}}},
+                                 {"MNDoviz", {"doviz", "Döviz Tanımları", {"doviz"}}},
+                                 {"MNRenkTanim", {"renk", "Özellik Tanımları", {"renk", "beden", "drop"}}}};
+  for (const TanimKaydi& tanim : tanimlar)
+    kayit.tanit(tanim.ad,
+                [gorunum = tanim.gorunum](session::Oturum& oturum, ui::ConsolePort& konsol) -> ui::Kart* {
+                  return new TanimEkrani(oturum, konsol, gorunum);
+                });
 }
 
 }  // namespace settings_ui

@@ -7,6 +7,7 @@
 #include "catalog/sunucu_hazirla.h"
 #include "db/drivers.h"
 #include "platform/folders.h"
+#include "maintenance/bakim.h"
 #include "session/giris.h"
 #include "session/oturum.h"
 #include "session/ui/pencereler.h"
@@ -60,6 +61,8 @@ int calistir(QApplication& uygulama, const std::filesystem::path& klasor) {
   Masaustu masaustu(klasor);
   session::Oturum& oturum = masaustu.oturum;
   if (session::Giris_Yukle(oturum) == session::BolgeselSonuc::ProgramBitsin) return 0;
+  if (const std::string bitirilen = maintenance::Bakimi_Tamamla(oturum); !bitirilen.empty())
+    oturum.kutular->message(bitirilen, session::Icon::Information);
 
   session_ui::Pencereler pencereler(oturum, sunucuHazirla);
   QObject::connect(&pencereler, &session_ui::Pencereler::cikis, &uygulama, &QApplication::quit);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "maintenance/bakim.h"
 #include "session/giris.h"
 #include "session/statements.h"
 #include "session/sys_inf.h"
@@ -45,6 +46,8 @@ bool KomutOturumu::sunucuyuOku() {
 
 bool KomutOturumu::katalogaBagla() {
   if (!sunucuyuOku()) return false;
+  if (const std::string bitirilen = maintenance::Bakimi_Tamamla(oturum); !bitirilen.empty())
+    ortam.err << bitirilen << "\n";
   try {
     session::Katalog_Bagla(oturum, "Defination_DB");
     loadSupervisor(oturum);

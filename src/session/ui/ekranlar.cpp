@@ -1,6 +1,7 @@
 #include "session/ui/ekranlar.h"
 
 #include "company/ui/ekranlar.h"
+#include "maintenance/ui/ekranlar.h"
 #include "rights/ui/ekranlar.h"
 #include "settings/ui/ekranlar.h"
 
@@ -11,6 +12,7 @@ ui::EkranKaydi butunEkranlar() {
   ui::EkranKaydi kayit;
   company_ui::ekranlariTanit(kayit);
   rights_ui::ekranlariTanit(kayit);
+  maintenance_ui::ekranlariTanit(kayit);
   settings_ui::ekranlariTanit(kayit);
   return kayit;
 }

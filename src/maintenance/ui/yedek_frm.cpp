@@ -1,0 +1,183 @@
+#include "maintenance/ui/yedek_frm.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QHBoxLayout>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLocale>
+#include <QMenu>
+#include <QPushButton>
+
+#include "maintenance/servis.h"
+#include "maintenance/servis_kontrol.h"
+#include "maintenance/ui/klasor_secici.h"
+#include "maintenance/yedek.h"
+#include "ui/theme.h"
+
+namespace maintenance_ui {
+namespace {
+
+constexpr const char* durusUyarisi =
+    "Dosyalar kopyalanırken sunucu durur ve bütün kullanıcıların bağlantısı kesilir; kopya bitince sunucu "
+    "yeniden başlar. Yedek, seçili klasörün altında yeni bir klasöre alınır.";
+constexpr const char* uzakUyarisi =
+    "Sunucu başka bir makinede: dosyalarına buradan ulaşılamaz. Yedek, sunucunun kendi yedekleme komutuyla, "
+    "yolu "
+    "sorulan ve o makinede bulunan bir dosyaya alınır.";
+
+// The server's own disk: only its administrator knows a path there.
+std::string uzakYol(QWidget* ekran, const QString& baslik) {
+  return ui::utf8(
+      QInputDialog::getText(ekran, baslik, "Sunucunun diskindeki yedek dosyası (tam yol):").trimmed());
+}
+
+}  // namespace
+
+YedekFrm::YedekFrm(session::Oturum& oturum, ui::ConsolePort&)
+    : Kart("yedek", "Yedekleme İşlemleri"),
+      oturum_(oturum),
+      klasorler_(new KlasorSecici({"Drive1", "Dir1", "File2"})),
+      firma_(new QComboBox),
+      baba_(new QMenu("Dosya", this)) {
+  setObjectName("YedekFrm");
+  firma_->setObjectName("Firma_Combo");
+  firma_->setMinimumContentsLength(24);
+  auto* etiket = new QLabel("İşlem Yapılacak Firma :");
+  etiket->setProperty("rol", "alan");
+  etiket->setBuddy(firma_);
+  auto* ust = new QHBoxLayout;
+  ust->setSpacing(ui::gap);
+  ust->addWidget(etiket);
+  ust->addWidget(firma_);
+  ust->addStretch(1);
+  auto* baslat = new QPushButton("STRT");
+  baslat->setObjectName("Command1");
+  baslat->setToolTip("Sunucunun servisini başlatır");
+  auto* durdur = new QPushButton("Stop");
+  durdur->setObjectName("Command2");
+  durdur->setToolTip("Sunucunun servisini durdurur; bütün kullanıcıların bağlantısı kesilir");
+  ust->addWidget(baslat);
+  ust->addWidget(durdur);
+  auto* uyari = new QLabel;
+  uyari->setObjectName("DurusUyarisi");
+  uyari->setWordWrap(true);
+  uyari->setProperty("rol", "ipucu");
+  body()->addLayout(ust);
+  body()->addWidget(uyari);
+  body()->addWidget(klasorler_, 1);
+  yedekle_ = button("YedekleBtn", "Yedekle", "kaydet", true);
+  geriAl_ = button("Geri_Al", "Geri Al", "yedek");
+  auto* cikis = button("CikisBtn", "Çıkış", "cikis");
+  shortcut(Qt::Key_F3, cikis);
+  shortcut(Qt::Key_Escape, cikis);
+  hint()->setText("Sağ tuş: klasör işlemleri    Escape: çıkış");
+  menuKur();
+  connect(yedekle_, &QPushButton::clicked, this, &YedekFrm::yedekle);
+  connect(geriAl_, &QPushButton::clicked, this, &YedekFrm::geriAl);
+  connect(cikis, &QPushButton::clicked, this, [this] { kapan(); });
+  connect(baslat, &QPushButton::clicked, this, [this] { servis(true); });
+  connect(durdur, &QPushButton::clicked, this, [this] { servis(false); });
+}
+
+void YedekFrm::menuKur() {
+  baba_->setObjectName("Baba");
+  const struct {
+    const char *ad, *yazi, *resim;
+    void (YedekFrm::*is)();
+  } satirlar[] = {{"MNYeni_Klasor", "Yeni Klasör Oluştur", "ekle", &YedekFrm::yeniKlasor},
+                  {"MnIsim", "Yeniden Adlandır", "degistir", &YedekFrm::yenidenAdlandir},
+                  {"MNSil", "Sil", "sil", &YedekFrm::klasoruSil}};
+  for (const auto& satir : satirlar) {
+    QAction* eylem = baba_->addAction(ui::icon(satir.resim), satir.yazi, this, satir.is);
+    eylem->setObjectName(satir.ad);
+  }
+  connect(klasorler_, &KlasorSecici::menuIstendi, this, [this](const QPoint& yer) { baba_->popup(yer); });
+}
+
+void YedekFrm::ac() {
+  const QString once = firma_->currentText();
+  firma_->clear();
+  for (const std::string& ad : maintenance::firmaAdlari(oturum_)) firma_->addItem(ui::text(ad));
+  firma_->setCurrentIndex(std::max(0, firma_->findText(once)));
+  yedekle_->setEnabled(firma_->count() > 0);
+  const bool uzak = maintenance::sunucuYeri(oturum_) == maintenance::SunucuYeri::Uzak;
+  findChild<QLabel*>("DurusUyarisi")->setText(uzak ? uzakUyarisi : durusUyarisi);
+  klasorler_->setEnabled(!uzak);
+  if (klasorler_->klasor().empty()) klasorler_->git(ui::utf8(QDir::homePath()));
+  klasorler_->yenile();
+  firma_->setFocus();
+}
+
+void YedekFrm::yedekle() {
+  const std::string firma = ui::utf8(firma_->currentText());
+  if (maintenance::sunucuYeri(oturum_) == maintenance::SunucuYeri::Uzak) {
+    const std::string yol = uzakYol(this, "Yedekle");
+    if (!yol.empty())
+      isYap(oturum_, {"Sunucu yedek alıyor"}, [&] { maintenance::Sunucuda_Yedekle(oturum_, firma, yol); });
+    return;
+  }
+  const std::filesystem::path dizin = klasorler_->klasor();
+  maintenance::YedekSonucu sonuc;
+  isYap(oturum_, {"Yedek alınıyor", ui::Vazgec::Var},
+        [&] { sonuc = maintenance::Yedekle(oturum_, firma, dizin); });
+  klasorler_->yenile();
+  if (!sonuc.tamam) return;
+  klasorler_->git(sonuc.klasor);
+  subheading()->setText(ui::text(sonuc.klasor.string()) + " — sunucu " +
+                        QLocale().toString(sonuc.kesinti, 'f', 1) + " saniye kapalı kaldı");
+}
+
+void YedekFrm::geriAl() {
+  if (maintenance::sunucuYeri(oturum_) == maintenance::SunucuYeri::Uzak) {
+    const std::string firma = ui::utf8(firma_->currentText()), yol = uzakYol(this, "Geri Al");
+    if (!yol.empty() &&
+        oturum_.kutular->ask("\"" + firma +
+                             "\" firmasının bilgileri yedektekilerle değiştirilecek. Devam edilsin mi?"))
+      isYap(oturum_, {"Sunucu geri alıyor"}, [&] { maintenance::Sunucuda_Geri_Al(oturum_, firma, yol); });
+    return;
+  }
+  const std::filesystem::path klasor = klasorler_->klasor();
+  isYap(oturum_, {"Yedekten geri alınıyor", ui::Vazgec::Var}, [&] { maintenance::Geri_Al(oturum_, klasor); });
+}
+
+void YedekFrm::servis(bool baslat) {
+  std::string hata;
+  if (!isYap(oturum_, {baslat ? "Sunucu başlatılıyor" : "Sunucu durduruluyor"}, [&] {
+        hata = baslat ? maintenance::Servis_Baslat(oturum_) : maintenance::Servis_Durdur(oturum_);
+      }))
+    return;
+  if (!hata.empty()) oturum_.kutular->message(hata, session::Icon::Stop);
+  subheading()->setText(!hata.empty() ? QString() : baslat ? "Sunucu çalışıyor" : "Sunucu durdu");
+}
+
+void YedekFrm::git(const std::filesystem::path& klasor, const std::string& hata) {
+  if (!hata.empty()) oturum_.kutular->message(hata, session::Icon::Stop);
+  if (!klasor.empty()) klasorler_->git(klasor);
+}
+
+void YedekFrm::yeniKlasor() {
+  const auto dizin = klasorler_->klasor();
+  const QString ad =
+      QInputDialog::getText(this, "Yeni Kalsör Oluştur", "Oluşturmak İstediğiniz Klasörün Adını Belirtiniz",
+                            QLineEdit::Normal, ui::text(maintenance::yeniKlasorAdi(dizin)));
+  if (ad.isEmpty()) return;
+  std::string hata;
+  git(maintenance::klasorOlustur(dizin, ui::utf8(ad), hata), hata);
+}
+
+void YedekFrm::yenidenAdlandir() {
+  const auto klasor = klasorler_->klasor();
+  const QString ad = QInputDialog::getText(this, "Korvena [Yeniden Adlandır]", "Lütfen Yeni İsimi Yazınız",
+                                           QLineEdit::Normal, ui::text(klasor.filename().string()));
+  if (ad.isEmpty()) return;
+  std::string hata;
+  git(maintenance::klasorAdlandir(klasor, ui::utf8(ad), hata), hata);
+}
+
+void YedekFrm::klasoruSil() {
+  std::string hata;
+  git(maintenance::klasorSil(oturum_, klasorler_->klasor(), hata), hata);
+}
+
+}  // namespace maintenance_ui

@@ -1,0 +1,43 @@
+// The file-system layer under SQLite: the log of a data file lies in its companion, both are tied to each
+// other (log_format.h), every page has a checksum (page_checksum.h), and sessions of this process that
+// commit at the same time share one flush.
+//
+// It works on whatever is SQLite's default layer when a file is opened.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "engine/error.h"
+
+namespace engine::store {
+
+constexpr int pageSize = 4096;  // of the files made here
+
+// The name for ATTACH and sqlite3_open_v2 (with SQLITE_OPEN_URI). The log must exist. `database` is
+// told in errors. With `create` the data file may be missing.
+std::string fileUri(const std::filesystem::path& data, const std::filesystem::path& log,
+                    const std::string& database, bool create = false);
+
+// Returns when all that this handle has committed in the database is on the disk. Error 9001 when the disk
+// refuses: then nobody knows whether it will be there, and the log is closed to writers until every
+// session of this process has closed the file.
+void flush(sqlite3* db, const std::string& alias);
+
+// Whether both files still lie where they were opened.
+bool isInPlace(sqlite3* db, const std::string& alias);
+
+// Sessions of this process that wait for the database's write lock, so that a commit lets them in before
+// its flush. Seen by itself where SQLite finds the lock taken.
+void noteWaiting(const std::filesystem::path& data);
+
+// One page of the file: nothing, or what is wrong with it.
+std::optional<Error> checkPage(sqlite3* db, const std::string& alias, std::uint32_t page);
+std::uint32_t pageCount(sqlite3* db, const std::string& alias);
+bool isChecksummed(sqlite3* db, const std::string& alias);
+
+}  // namespace engine::store

@@ -1,0 +1,135 @@
+// The inside of the file layer: one open data file and its log, and what the sessions of this process share.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "engine/store/log_format.h"
+
+namespace engine::store {
+
+// A file of the layer below.
+class RealFile {
+ public:
+  RealFile() = default;
+  ~RealFile();
+  RealFile(const RealFile&) = delete;
+  RealFile& operator=(const RealFile&) = delete;
+
+  int open(sqlite3_vfs* vfs, const char* name, int flags, int* outFlags);
+  int close();
+  sqlite3_file* get() const { return file_; }
+  const sqlite3_io_methods& methods() const { return *file_->pMethods; }
+
+  int read(void* to, std::size_t size, std::int64_t at) const;
+  int write(const void* from, std::size_t size, std::int64_t at) const;
+  int sync() const;
+  int truncate(std::int64_t size) const;
+  std::int64_t size() const;  // -1: cannot be told
+
+ private:
+  sqlite3_file* file_ = nullptr;
+};
+
+// The log of one database, as the sessions of this process share it.
+class SharedLog {
+ public:
+  // A commit that may be flushed later; the number to wait for.
+  std::uint64_t ask(const Durable& last);
+  // Flushes now, or waits for somebody who does. The file is one handle on the log.
+  int flushUpTo(std::uint64_t number, const RealFile& log);
+  // A commit that is flushed before it is seen.
+  int flushNow(const Durable& last, const RealFile& log);
+  bool broken() const { return broken_.load(std::memory_order_relaxed); }
+
+  void noteWaiting();
+  bool somebodyWaits() const;
+
+ private:
+  int flushAsked(std::unique_lock<std::mutex>& lock, const RealFile& log);
+
+  std::mutex mutex_;
+  std::condition_variable flushed_;
+  std::uint64_t asked_ = 0, done_ = 0;
+  bool flushing_ = false;
+  Durable last_;
+  std::atomic<bool> broken_ = false;
+  std::atomic<std::int64_t> waitingAt_ = 0;  // steady clock, milliseconds
+};
+std::shared_ptr<SharedLog> sharedLog(const std::string& dataPath);
+
+struct LogState;
+
+struct DataState {
+  std::string path, logPath, database;
+  RealFile real;
+  LogState* log = nullptr;
+  std::shared_ptr<SharedLog> shared;
+
+  std::uint32_t pageSize = 0;
+  bool checksummed = false, logged = false;  // as the file's header says
+  std::uint32_t identity = 0;
+  Mark mark;
+
+  const volatile unsigned char* index = nullptr;  // SQLite's shared index of the log
+  bool holdsWrite = false, holdsCheckpoint = false;
+  bool checkpointing = false, marked = false;  // a checkpoint runs; its mark is written
+  int lock = SQLITE_LOCK_NONE;
+
+  int learn();                                                // from the file's header
+  void learnHeader(const unsigned char* header);
+  int readMark();
+  int writeMark(const Mark& next, bool toDisk);
+};
+
+struct LogState {
+  DataState* data = nullptr;
+  RealFile real;
+  Durable last;       // commit frame that was written last
+  std::uint64_t owed = 0;
+  bool headerNew = false;  // and not on the disk yet
+};
+
+// What SQLite's index of the log says; 48 bytes in the machine's own order.
+struct IndexHead {
+  bool bigEnd = false;
+  std::uint32_t pageSize = 0, frames = 0;
+  Seed seed{};
+};
+bool readIndex(const volatile unsigned char* index, IndexHead& head);
+std::uint32_t attemptedFrames(const volatile unsigned char* index);
+
+DataState& dataOf(sqlite3_file* file);
+LogState& logOf(sqlite3_file* file);
+
+extern const sqlite3_io_methods dataMethods;
+extern const sqlite3_io_methods logMethods;
+
+struct LayerFile {
+  sqlite3_file base;
+  union {
+    DataState* data;
+    LogState* log;
+  };
+};
+
+// Codes that only this layer understands, for sqlite3_file_control.
+constexpr int controlFlush = 0x5A420001;
+
+// pair_check.cpp: whether log and data file belong together; called before SQLite looks at the log.
+int checkPair(DataState& data);
+// log_file.cpp
+int beginGeneration(LogState& log, const unsigned char* header);
+int emptyLog(LogState& log);
+// data_file.cpp
+int beginCheckpoint(DataState& data);
+int endCheckpoint(DataState& data);
+int verifyPage(DataState& data, const unsigned char* page, std::uint32_t number);
+
+}  // namespace engine::store

@@ -6,4 +6,5 @@
 #include "engine/store/database_file.h"
 #include "engine/store/file_names.h"
 #include "engine/store/instance.h"
+#include "engine/store/integrity.h"
 #include "engine/store/storage.h"

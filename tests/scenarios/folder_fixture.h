@@ -12,6 +12,8 @@
 #include <memory>
 #include <string>
 
+#include "engine/store/companion.h"
+#include "engine/store/file_layer.h"
 #include "engine/function/functions.h"
 #include "engine/session_fixture.h"
 
@@ -74,7 +76,12 @@ class DataFolder : public testing::Test {
       if (entry.path().extension() != ".mdf") continue;
       sqlite3* db = nullptr;
       engine::FunctionContext functions;
-      ASSERT_EQ(sqlite3_open(entry.path().c_str(), &db), SQLITE_OK);
+      const std::string name = entry.path().stem().string();
+      const auto log = engine::readyCompanion(entry.path(), folder / (name + "_log.ldf"), name);
+      const std::string uri = engine::store::fileUri(entry.path(), log, name);
+      ASSERT_EQ(sqlite3_open_v2(uri.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI,
+                                nullptr),
+                SQLITE_OK);
       engine::registerFunctions(db, &functions);
       sqlite3_stmt* check = nullptr;
       ASSERT_EQ(sqlite3_prepare_v2(db, "PRAGMA integrity_check", -1, &check, nullptr), SQLITE_OK)

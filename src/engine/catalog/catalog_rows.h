@@ -19,7 +19,8 @@
 
 namespace engine {
 
-inline constexpr int fileFormat = 1;
+// 1: no checksums, the log in a file of SQLite's own; 2: as it is now.
+inline constexpr int fileFormat = 2;
 
 // `sql` with every "@." replaced by the alias.
 std::string atAlias(std::string_view sql, std::string_view alias);

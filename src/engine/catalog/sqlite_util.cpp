@@ -1,5 +1,7 @@
 #include "engine/catalog/sqlite_util.h"
 
+#include "engine/catalog/failure.h"
+
 namespace engine::lite {
 
 namespace {
@@ -83,6 +85,7 @@ void failAtBound(const std::string& text) {
 
 void fail(sqlite3* db, int code, const std::string& file) {
   rethrowEncoded(sqlite3_errmsg(db));
+  if (const auto failure = takeFailure(code)) throw Error(*failure);
   const int extended = sqlite3_extended_errcode(db);
   failByPrimaryCode(db, (extended & 0xff) == (code & 0xff) ? extended : code, file);
 }

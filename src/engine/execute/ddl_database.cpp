@@ -211,7 +211,7 @@ void removeFiles(const UnfinishedRow& row) {
       return false;
     }
   };
-  if (ours([](const fs::path& file) { return readFamily(file); }, row.data)) removeDataFile(row.data);
+  if (ours([](const fs::path& file) { return familyInPages(file); }, row.data)) removeDataFile(row.data);
   for (const auto& log : companionCandidates(row.log))
     if (ours([](const fs::path& file) { return readCompanion(file, ""); }, log)) removeFile(log);
 }
@@ -231,8 +231,7 @@ std::vector<UnfinishedRow> unfinishedRows(Store& store, const std::string& only)
 }
 
 void attachFiles(Store& store, const std::string& name, const Files& files) {
-  const std::string family = readFamily(files.data);
-  checkCompanion(files.log, name, family);
+  const std::string family = readFamily({files.data, files.log, name});
   MasterChange change(store);
   enter(change, name, files, store.instance().folder(), family, finished);
   change.finish();
@@ -241,14 +240,12 @@ void attachFiles(Store& store, const std::string& name, const Files& files) {
 // `owner`: the sid of a maker who is no sysadmin, for the database is his.
 void makeFiles(const std::string& name, const Files& files, const std::string& family,
                const std::string& owner) {
-  buildDataFile(unfinishedName(files.data), family, [&](sqlite3* db) {
+  const DatabaseFiles made{unfinishedName(files.data), unfinishedName(files.log), name};
+  buildDataFile(made, family, [&](sqlite3* db) {
     if (owner.empty()) return;
     lite::Stmt dbo(db, "UPDATE zb_users SET sid=CAST(? AS BLOB) WHERE uid=1");
     dbo.bind(owner).run();
   });
-  std::error_code error;
-  fs::remove(unfinishedName(files.log), error);
-  writeCompanion(unfinishedName(files.log), name, family);
   putInPlace(unfinishedName(files.log), files.log);
   putInPlace(unfinishedName(files.data), files.data);
 }

@@ -212,13 +212,46 @@ void Executor::run(std::string_view text, ResultSink& sink) {
   }
 }
 
+// A full disk or a write error may have taken the whole transaction with it.
+bool Executor::noteLoss() {
+  if (!store_.noteLoss() && !hasLostTransaction()) return false;
+  afterLoss_ = afterLoss_ || userTransactions_ > 0;
+  forgetLostTransaction();
+  levels_ = userTransactions_ = 0;
+  return true;
+}
+
+// The client still means what it sends for its transaction. Stored one by one, it would be half of a whole:
+// nothing is changed until the client has begun anew or ended what it takes to be open.
+void Executor::refuseAfterLoss(const Statement& statement) {
+  const auto& node = statement.node;
+  if (std::holds_alternative<TransactionStatement>(node)) {
+    afterLoss_ = false;
+    return;
+  }
+  const auto* select = std::get_if<SelectPtr>(&node);
+  const auto* exec = std::get_if<ExecStatement>(&node);
+  const bool harmless =
+      (select && !(*select)->cores.front().into) || std::holds_alternative<DeclareStatement>(node) ||
+      std::holds_alternative<SetVariableStatement>(node) || std::holds_alternative<SetOptionStatement>(node) ||
+      std::holds_alternative<PrintStatement>(node) || std::holds_alternative<RaiserrorStatement>(node) ||
+      std::holds_alternative<UseStatement>(node) || std::holds_alternative<IfStatement>(node) ||
+      std::holds_alternative<WhileStatement>(node) || std::holds_alternative<BlockStatement>(node) ||
+      std::holds_alternative<BreakStatement>(node) || std::holds_alternative<ContinueStatement>(node) ||
+      std::holds_alternative<ReturnStatement>(node) || (exec && exec->text);
+  if (harmless) return;
+  throw BatchError(Error(3998,
+                         "Uncommittable transaction is detected at the end of the batch. The transaction is "
+                         "rolled back."));
+}
+
 // Errors that end the batch travel on as exceptions; of the others the first is kept for its end.
 void Executor::failed(const Error& error, const Statement& statement) {
   lastError_ = error.number();
   rowCount_ = 0;
   Error located(error);
   if (located.line() == 0) located.setLine(statement.line);
-  if (nesting_ > 0 || dynamic_cast<const BatchError*>(&error)) throw BatchError(located);
+  if (noteLoss() || nesting_ > 0 || dynamic_cast<const BatchError*>(&error)) throw BatchError(located);
   if (endsTransaction(error.number())) rollbackAll();
   if (abortOnError_ || endsBatch(error.number())) throw located;
   if (!firstError_) firstError_ = std::make_unique<Error>(located);
@@ -227,6 +260,7 @@ void Executor::failed(const Error& error, const Statement& statement) {
 Executor::Flow Executor::runStatement(const Statement& statement) {
   if (cancelled_.load(std::memory_order_relaxed)) throw BatchError(Error(3617, "The query was cancelled."));
   try {
+    if (afterLoss_ && nesting_ == 0) refuseAfterLoss(statement);
     return dispatch(statement);
   } catch (const Error& error) {
     if (abortOnError_ && nesting_ == 0) rollbackAll();

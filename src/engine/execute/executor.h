@@ -61,6 +61,8 @@ class Executor {
   bool hasLostTransaction() const;
   void refuseLostTransaction() const;
   void forgetLostTransaction();
+  bool noteLoss();
+  void refuseAfterLoss(const Statement& statement);
   bool resultsWanted() const { return !firstError_; }
 
   // executor_control.cpp
@@ -177,6 +179,7 @@ class Executor {
     int nesting;       // of triggers
   };
   std::vector<Savepoint> savepoints_;
+  bool afterLoss_ = false;  // the client does not know yet that its transaction is gone
   std::string transactionName_;  // of the outermost BEGIN TRAN, folded
   int nesting_ = 0;
   int execDepth_ = 0;

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "engine/execute/logins.h"
+#include "engine/store/integrity.h"
 
 namespace engine {
 
@@ -74,8 +75,14 @@ class ProcedureCall {
     renameItem(store(), database_, text(0), text(1), text(2));
   }
   void helpDatabases();
+  // DBCC CHECKDB (database | 0, NOINDEX), DBCC CHECKTABLE (table).
+  void checkDatabase();
+  void checkTable();
+  // ALTER DATABASE .. SET PAGE_VERIFY CHECKSUM
+  void verifyPages();
 
  private:
+  void tellChecked(const std::string& database, const std::string& table);
   Store& store() { return executor_.store_; }
   std::string text(int index) const { return values_[static_cast<std::size_t>(index)].value_or(""); }
   Rights& rights() { return executor_.rights_; }
@@ -124,6 +131,9 @@ const P::Procedure procedures[] = {
     {"sp_addrolemember", {{{"@rolename", true}, {"@membername", true}}}, &P::addRole},
     {"sp_droprolemember", {{{"@rolename", true}, {"@membername", true}}}, &P::dropRole},
     {"sp_helpdb", {{{"@dbname", false}}}, &P::helpDatabases},
+    {"dbcc checkdb", {{{"@database", false}, {"@noindex", false}, {"@no_infomsgs", false}}}, &P::checkDatabase},
+    {"dbcc checktable", {{{"@table", true}, {"@noindex", false}, {"@no_infomsgs", false}}}, &P::checkTable},
+    {"alter database page_verify", {{{"@database", true}}}, &P::verifyPages},
     {"sp_rename", {{{"@objname", true}, {"@newname", true}, {"@objtype", false}}}, &P::rename},
 };
 
@@ -186,6 +196,51 @@ void ProcedureCall::helpDatabases() {
     set.addInteger(summary.compatibility);
   }
   if (executor_.resultsWanted()) executor_.sink_->onResultSet(std::move(set));
+}
+
+void ProcedureCall::tellChecked(const std::string& database, const std::string& table) {
+  const char* command = table.empty() ? "CHECKDB" : "CHECKTABLE";
+  const IntegrityReport report = checkIntegrity(store(), database, table);
+  const bool quiet = values_[2].has_value();
+  const auto tell = [&](int number, const std::string& text) {
+    if (executor_.resultsWanted()) executor_.sink_->onMessage(number, text);
+  };
+  if (!quiet) {
+    tell(2536, "DBCC results for '" + (table.empty() ? database : table) + "'.");
+    for (const CheckedTable& checked : report.tables)
+      tell(2593, "There are " + std::to_string(checked.rows) + " rows in " + std::to_string(checked.pages) +
+                     " pages for object \"" + checked.name + "\".");
+  }
+  for (const Finding& finding : report.findings)
+    tell(finding.number, "Msg " + std::to_string(finding.number) + ": " + finding.text);
+  const std::string sum = std::string(command) + " found 0 allocation errors and " +
+                          std::to_string(report.findings.size()) + " consistency errors in database '" +
+                          database + "'.";
+  if (!quiet || !report.findings.empty()) tell(8989, sum);
+  if (!quiet)
+    tell(2528,
+         "DBCC execution completed. If DBCC printed error messages, contact your system administrator.");
+  if (!report.findings.empty())
+    executor_.keepError(Error(report.findings.front().number, report.findings.front().text));
+}
+
+void ProcedureCall::checkDatabase() {
+  const bool current = !values_[0] || text(0) == "0";
+  tellChecked(store().database(current ? executor_.database() : text(0)).name, {});
+}
+
+void ProcedureCall::checkTable() {
+  std::string name = text(0);
+  for (const char* owner : {"dbo.", "."})
+    if (const auto at = name.rfind(owner); at != std::string::npos) name.erase(0, at + std::string(owner).size());
+  tellChecked(executor_.database(), name);
+}
+
+void ProcedureCall::verifyPages() {
+  onlyAdministrators();
+  if (store().inTransaction())
+    throw Error(226, "ALTER DATABASE statement not allowed within multi-statement transaction.");
+  store().renew(text(0));
 }
 
 int runProcedure(Executor& executor, const ExecStatement& statement) {

@@ -34,6 +34,8 @@ StatementPtr SqlParser::alterStatement() {
     result = createView(true);
   else if (isWord("TRIGGER", 1))
     result = createTrigger(true);
+  else if (isWord("DATABASE", 1))
+    result = alterDatabase();
   else if (isKind(TokenKind::Word, 1))
     unsupported("ALTER " + (isWord("PROC", 1) ? "PROCEDURE" : upperAscii(token(1).source)));
   else

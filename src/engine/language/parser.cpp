@@ -244,6 +244,7 @@ StatementPtr SqlParser::statement() {
       {"ROLLBACK", &SqlParser::rollbackStatement},
       {"SAVE", &SqlParser::saveStatement},
       {"USE", &SqlParser::useStatement},
+      {"DBCC", &SqlParser::dbccStatement},
       {"EXEC", &SqlParser::execStatement},
       {"EXECUTE", &SqlParser::execStatement},
   };
@@ -255,7 +256,7 @@ StatementPtr SqlParser::statement() {
 
 StatementPtr SqlParser::unsupportedStatement() {
   static constexpr std::string_view words[] = {
-      "BACKUP", "BULK",   "CHECKPOINT", "CLOSE",    "DBCC",       "DEALLOCATE", "DENY",        "FETCH",
+      "BACKUP", "BULK",   "CHECKPOINT", "CLOSE",    "DEALLOCATE", "DENY",        "FETCH",
       "GOTO",   "GRANT",  "KILL",       "MERGE",    "OPEN",       "READTEXT",   "RECONFIGURE", "RESTORE",
       "REVERT", "REVOKE", "SETUSER",    "SHUTDOWN", "UPDATETEXT", "WAITFOR",    "WITH",        "WRITETEXT"};
   for (std::string_view word : words)

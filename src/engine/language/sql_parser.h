@@ -229,6 +229,8 @@ class SqlParser {
   StatementPtr saveStatement();
   StatementPtr transaction(TransactionAction action, bool wordNeeded);
   StatementPtr useStatement();
+  StatementPtr dbccStatement();
+  StatementPtr alterDatabase();
   // ---- parse_variable.cpp ----
   StatementPtr declareStatement();
   StatementPtr setStatement();

@@ -103,9 +103,8 @@ std::shared_ptr<Server> Server::create(const fs::path& given, const std::string&
     throw Error(1802, "The folder '" + folder.string() + "' holds a master database already.");
   const std::string family = newFamily();
   const fs::path data = unfinishedName(masterOf(folder)), log = unfinishedName(masterLogOf(folder));
-  buildDataFile(data, family, [&](sqlite3* db) { fillMaster(db, folder, family, login, password); });
-  fs::remove(log, error);
-  writeCompanion(log, "master", family);
+  buildDataFile({data, log, "master"}, family,
+                [&](sqlite3* db) { fillMaster(db, folder, family, login, password); });
   fs::rename(log, masterLogOf(folder), error);
   if (error) failFolder(folder, error.message());
   putInPlace(data, masterOf(folder));
@@ -137,8 +136,7 @@ void Server::stop() {
   instance_->closeIdle();
   for (const auto& database : databases) {
     try {
-      checkDataFile(database.data);
-      settleDataFile(database.data);
+      settleDataFile({database.data, database.log, database.name});
     } catch (const Error&) {
       // A damaged or missing file is reported at the next start; the others are written back.
     }
@@ -158,7 +156,7 @@ std::vector<DamagedDatabase> Server::start() {
   for (const auto& left : ddl::cleanUnfinished(store)) damaged.push_back({left.name, left.error});
   for (const auto& database : store.databases()) {
     try {
-      checkPages(database.data);
+      checkPages({database.data, database.log, database.name});
       store.attach(database.name);
     } catch (const Error& error) {
       damaged.push_back({database.name, error});

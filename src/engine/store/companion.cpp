@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sodium.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,10 +10,12 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <optional>
 
 #include "engine/catalog.h"
+#include "engine/store/database_file.h"
+#include "engine/store/file_layer.h"
+#include "engine/store/log_format.h"
 #include "engine/value.h"
 
 namespace engine {
@@ -21,55 +24,34 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::string_view magic = "ZEMBERA-LOG 1\n";
-constexpr std::size_t familyLength = 32;
-constexpr std::uintmax_t largestCompanion = 4096;
+constexpr mode_t privateMode = 0600;
 
-bool isFamily(std::string_view text) {
-  return text.size() == familyLength && text.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+// The first page of a companion; less when it is shorter.
+std::string startOf(const fs::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  std::string start(store::framesBegin, '\0');
+  in.read(start.data(), static_cast<std::streamsize>(start.size()));
+  start.resize(static_cast<std::size_t>(in.gcount()));
+  return start;
 }
 
-// Takes "word value LF" off the front of `rest`.
-std::optional<std::string> takeField(std::string_view& rest, std::string_view word) {
-  const auto end = rest.find('\n');
-  if (end == std::string_view::npos || !rest.starts_with(word)) return std::nullopt;
-  std::string value(rest.substr(word.size(), end - word.size()));
-  rest.remove_prefix(end + 1);
-  return value;
+std::optional<store::LogHead> headOf(const fs::path& file) {
+  return store::readLogHead(startOf(file));
 }
 
-std::optional<std::string> parseCompanion(std::string_view content) {
-  if (!content.starts_with(magic)) return std::nullopt;
-  content.remove_prefix(magic.size());
-  if (!takeField(content, "database ")) return std::nullopt;
-  auto family = takeField(content, "family ");
-  if (!family || !isFamily(*family) || content != "end\n") return std::nullopt;
-  return family;
+[[noreturn]] void failDamaged(const fs::path& file, const std::string& database) {
+  throw Error(9004,
+              "An error occurred while processing the log for database '" + database + "'. The log file '" +
+                  file.string() + "' is damaged.",
+              21);
 }
 
-std::uint32_t bigEndian(const unsigned char* bytes) {
-  return (std::uint32_t{bytes[0]} << 24) | (std::uint32_t{bytes[1]} << 16) | (std::uint32_t{bytes[2]} << 8) |
-         bytes[3];
-}
-
-}  // namespace
-
-std::string newFamily() {
-  std::array<unsigned char, familyLength / 2> bytes{};
-  randombytes_buf(bytes.data(), bytes.size());
-  std::array<char, familyLength + 1> text{};
-  sodium_bin2hex(text.data(), text.size(), bytes.data(), bytes.size());
-  return {text.data(), familyLength};
-}
-
-void writeCompanion(const fs::path& file, const std::string& database, const std::string& family) {
-  const std::string content = std::string(magic) + "database " + database + "\nfamily " + family + "\nend\n";
-  const int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+void writePage(const fs::path& file, const store::LogPage& page) {
+  const int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, privateMode);
   bool good = fd >= 0;
   int reason = errno;
   if (good) {
-    good = ::write(fd, content.data(), content.size()) == static_cast<ssize_t>(content.size()) &&
-           ::fsync(fd) == 0;
+    good = ::write(fd, page.data(), page.size()) == static_cast<ssize_t>(page.size()) && ::fsync(fd) == 0;
     reason = errno;
     ::close(fd);
     if (!good) ::unlink(file.c_str());
@@ -80,20 +62,77 @@ void writeCompanion(const fs::path& file, const std::string& database, const std
                           file.string() + "'.");
 }
 
-std::string readCompanion(const fs::path& file, const std::string& database) {
-  std::error_code ignored;
-  std::optional<std::string> family;
-  if (fs::file_size(file, ignored) <= largestCompanion) {
-    std::ifstream in(file, std::ios::binary);
-    const std::string content{std::istreambuf_iterator<char>(in), {}};
-    family = parseCompanion(content);
+// Held while a companion of the first format is converted, so that two processes do not both do it.
+class FileTurn {
+ public:
+  explicit FileTurn(const fs::path& file) : fd_(::open(file.c_str(), O_RDONLY | O_CLOEXEC)) {
+    if (fd_ >= 0) ::flock(fd_, LOCK_EX);
   }
-  if (!family)
-    throw Error(9004,
-                "An error occurred while processing the log for database '" + database + "'. The log file '" +
-                    file.string() + "' is damaged.",
-                21);
-  return *family;
+  ~FileTurn() {
+    if (fd_ >= 0) ::close(fd_);
+  }
+  FileTurn(const FileTurn&) = delete;
+  FileTurn& operator=(const FileTurn&) = delete;
+
+ private:
+  int fd_;
+};
+
+void convertCompanion(const fs::path& data, const fs::path& log, const std::string& database) {
+  const FileTurn turn(log);
+  const auto head = headOf(log);
+  if (!head || head->version != 1) return;
+  if (takeOldLogIn(data, head->family) != head->family)
+    throw Error(5173, "One or more files do not match the primary file of the database: '" + log.string() +
+                          "' does not belong to database '" + database + "'.");
+  fs::path made = log;
+  made += ".unfinished";
+  std::error_code error;
+  fs::remove(made, error);
+  writeCompanion(made, head->database, head->family);
+  fs::rename(made, log, error);
+  if (error) throw Error(5123, "The log file '" + log.string() + "' could not be converted: " + error.message());
+}
+
+// The data file's mark; nothing for a file of the first format or none at all.
+std::optional<store::Mark> markOf(const fs::path& data) {
+  const auto start = store::readStart(data, store::markOffset + store::markSize);
+  if (!store::isDataFile(start)) return std::nullopt;
+  const unsigned char* bytes = start.data() + store::markOffset;
+  if (store::isUnmarked(bytes)) return std::nullopt;
+  return store::decodeMark(bytes);
+}
+
+void makeMissing(const fs::path& data, const fs::path& log, const std::string& database) {
+  const auto mark = markOf(data);
+  if (mark && mark->inUse)
+    throw Error(5120, "Unable to open the physical file \"" + log.string() +
+                          "\". Operating system error 2: \"2(The system cannot find the file specified.)\". The "
+                          "data file '" +
+                          data.string() + "' of database '" + database + "' was not closed without it.");
+  const std::string family = mark ? familyInPages(data) : takeOldLogIn(data);
+  if (!family.empty())
+    writePage(log, store::makeLogPage({2, database, family}, mark.value_or(store::Mark())));
+}
+
+}  // namespace
+
+std::string newFamily() {
+  std::array<unsigned char, 16> bytes{};
+  randombytes_buf(bytes.data(), bytes.size());
+  std::array<char, 2 * bytes.size() + 1> text{};
+  sodium_bin2hex(text.data(), text.size(), bytes.data(), bytes.size());
+  return text.data();
+}
+
+void writeCompanion(const fs::path& file, const std::string& database, const std::string& family) {
+  writePage(file, store::makeLogPage({2, database, family}, store::Mark()));
+}
+
+std::string readCompanion(const fs::path& file, const std::string& database) {
+  const auto head = headOf(file);
+  if (!head) failDamaged(file, database);
+  return head->family;
 }
 
 std::vector<fs::path> companionCandidates(const fs::path& log) {
@@ -107,60 +146,28 @@ std::vector<fs::path> companionCandidates(const fs::path& log) {
   return found;
 }
 
-void checkCompanion(const fs::path& log, const std::string& database, const std::string& family) {
-  const auto matches = [&](const fs::path& file) { return readCompanion(file, database) == family; };
+fs::path readyCompanion(const fs::path& data, const fs::path& log, const std::string& database) {
   std::error_code error;
-  if (fs::exists(log, error)) {
-    // The usual case costs no look through the folder.
-    try {
-      if (matches(log)) return;
-    } catch (const Error&) {
-      if (companionCandidates(log).size() < 2) throw;
+  if (!fs::is_regular_file(data, error) || !store::isDataFile(store::readStart(data, store::markOffset)))
+    return log;  // opening tells
+  const auto mark = markOf(data);
+  const auto fits = [&](const fs::path& file) {
+    const auto head = headOf(file);
+    return head && (!mark || store::identityOf(head->family) == mark->identity);
+  };
+  // The usual case costs no look through the folder.
+  fs::path chosen = log;
+  if (!fs::exists(log, error) || !fits(log)) {
+    const auto candidates = companionCandidates(log);
+    if (candidates.empty()) {
+      makeMissing(data, log, database);
+    } else {
+      const auto fitting = std::find_if(candidates.begin(), candidates.end(), fits);
+      chosen = fitting == candidates.end() ? candidates.front() : *fitting;
     }
   }
-  const auto candidates = companionCandidates(log);
-  if (candidates.empty()) {
-    writeCompanion(log, database, family);
-    return;
-  }
-  std::optional<Error> damage;
-  for (const auto& file : candidates) {
-    try {
-      if (matches(file)) return;
-    } catch (const Error& found) {
-      damage = found;
-    }
-  }
-  if (damage) throw *damage;
-  throw Error(5173, "One or more files do not match the primary file of the database: '" +
-                        candidates.front().string() + "' does not belong to database '" + database + "'.");
-}
-
-void checkDataFile(const fs::path& data) {
-  std::error_code error;
-  const auto size = fs::file_size(data, error);
-  std::ifstream in(data, std::ios::binary);
-  if (error || !in)
-    throw Error(5120, "Unable to open the physical file \"" + data.string() + "\". Operating system error " +
-                          (error ? "2: \"2(The system cannot find the file specified.)\"."
-                                 : "5: \"5(Access is denied.)\"."));
-  std::array<char, 100> header{};
-  in.read(header.data(), header.size());
-  static constexpr char expected[] = "SQLite format 3";
-  if (in.gcount() != static_cast<std::streamsize>(header.size()) ||
-      std::memcmp(header.data(), expected, sizeof expected) != 0)
-    throw Error(5172, "The header for file '" + data.string() + "' is not a valid database file header.");
-  const auto* bytes = reinterpret_cast<const unsigned char*>(header.data());
-  std::uintmax_t pageSize = (std::uintmax_t{bytes[16]} << 8) | bytes[17];
-  if (pageSize == 1) pageSize = 65536;
-  fs::path log = data;
-  log += "-wal";
-  const bool logged = fs::exists(log, error) && fs::file_size(log, error) > 0;
-  // With frames still in the write-ahead log the file may be shorter than its header says.
-  if (!logged && size < pageSize * bigEndian(bytes + 28))
-    throw Error(823,
-                "I/O error (file is shorter than its header tells) detected in file '" + data.string() + "'.",
-                24);
+  if (const auto head = headOf(chosen); head && head->version == 1) convertCompanion(data, chosen, database);
+  return chosen;
 }
 
 }  // namespace engine

@@ -1,11 +1,5 @@
-// The companion NAME_log.ldf of a data file. SQLite keeps its own write-ahead log; the companion's work
-// is to tell whether two files belong together.
-//
-//   companion = magic database family end
-//   magic     = "ZEMBERA-LOG 1" LF
-//   database  = "database " name LF          name when the file was made; a rename leaves it
-//   family    = "family " 32 hexdigit LF     the same number lies in the data file's zb_meta
-//   end       = "end" LF
+// The companion NAME_log.ldf of a data file: it holds the write-ahead log and tells whether two files belong
+// together (log_format.h).
 #pragma once
 
 #include <filesystem>
@@ -16,7 +10,8 @@ namespace engine {
 
 std::string newFamily();  // 32 random hexadecimal digits
 
-// Writes a companion that must not exist yet, to the disk. Error 5123 when it cannot be written.
+// Writes a companion without log, which must not exist yet, to the disk. Error 5123 when it cannot be
+// written.
 void writeCompanion(const std::filesystem::path& file, const std::string& database,
                     const std::string& family);
 
@@ -26,11 +21,11 @@ std::string readCompanion(const std::filesystem::path& file, const std::string& 
 // Files in the data file's folder that differ from `log` only in letter case, `log` itself first.
 std::vector<std::filesystem::path> companionCandidates(const std::filesystem::path& log);
 
-// Passes when one candidate holds `family` or there is none (then `log` is made anew, as an attach
-// without a log file does). Error 5173 when all belong to another family, 9004 when damaged.
-void checkCompanion(const std::filesystem::path& log, const std::string& database, const std::string& family);
-
-// Throws 5120 (missing, unreadable), 5172 (not a data file) or 823 (shorter than its header tells).
-void checkDataFile(const std::filesystem::path& data);
+// The companion to open the data file with: the candidate that names the data file's identity, else `log`,
+// which opening then refuses by name. A data file that was closed properly and has none gets a new one, as
+// an attach without a log file does; one whose log was in use does not (5120). A companion of the first
+// format is converted, after the log that stood beside it has been taken in. 5173, 9004.
+std::filesystem::path readyCompanion(const std::filesystem::path& data, const std::filesystem::path& log,
+                                     const std::string& database);
 
 }  // namespace engine

@@ -3,12 +3,14 @@
 #include <cstring>
 #include <vector>
 
-#include "engine/store/failure.h"
+#include "engine/catalog/failure.h"
 #include "engine/store/file_layer.h"
 #include "engine/store/layer_files.h"
 #include "engine/store/page_checksum.h"
 
 namespace engine::store {
+
+using lite::failWith;
 
 namespace {
 

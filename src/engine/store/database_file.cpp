@@ -12,6 +12,8 @@
 #include "engine/catalog.h"
 #include "engine/function.h"
 #include "engine/store/companion.h"
+#include "engine/store/file_layer.h"
+#include "engine/store/page_checksum.h"
 #include "engine/value.h"
 
 namespace engine {
@@ -21,27 +23,35 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int busyMilliseconds = 10000;
+constexpr mode_t privateMode = 0600;
 
 // A handle of its own on one file.
 class FileHandle {
  public:
-  FileHandle(const fs::path& file, int flags) : file_(file.string()) {
-    const int rc = sqlite3_open_v2(file_.c_str(), &db_, flags, nullptr);
+  explicit FileHandle(const std::string& uri) {
+    // The name itself says what may be made.
+    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI;
+    const int rc = sqlite3_open_v2(uri.c_str(), &db_, flags, nullptr);
     if (rc != SQLITE_OK) {
-      sqlite3_close(db_);
-      throw Error(5120, "Unable to open the physical file \"" + file_ + "\": " + sqlite3_errstr(rc) + ".");
+      try {
+        lite::fail(db_, rc);
+      } catch (...) {
+        sqlite3_close(db_);
+        throw;
+      }
     }
     sqlite3_extended_result_codes(db_, 1);
     sqlite3_busy_timeout(db_, busyMilliseconds);
     registerFunctions(db_, &functions_);
   }
+  FileHandle(const DatabaseFiles& files, bool create)
+      : FileHandle(store::fileUri(files.data, files.log, files.name, create)) {}
   ~FileHandle() { sqlite3_close_v2(db_); }
   FileHandle(const FileHandle&) = delete;
   FileHandle& operator=(const FileHandle&) = delete;
   operator sqlite3*() const { return db_; }
 
  private:
-  std::string file_;
   FunctionContext functions_;
   sqlite3* db_ = nullptr;
 };
@@ -52,11 +62,66 @@ class FileHandle {
                         file.string() + "'.");
 }
 
+[[noreturn]] void failDamaged(const fs::path& file, const Error& error) {
+  const std::string text = error.what();
+  if (text.find(file.string()) != std::string::npos) throw Error(error);
+  throw Error(error.number(), "The database file '" + file.string() + "' is damaged: " + text, 24);
+}
+
 void syncFolder(const fs::path& folder) {
   const int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (fd < 0) return;
   ::fsync(fd);
   ::close(fd);
+}
+
+// The companion, where it is ready; opening makes what is needed of it.
+DatabaseFiles ready(const DatabaseFiles& files) {
+  return {files.data, readyCompanion(files.data, files.log, files.name), files.name};
+}
+
+std::string familyIn(const fs::path& data, const FileHandle& db) {
+  try {
+    lite::Stmt family(db, "SELECT value FROM zb_meta WHERE key='family'");
+    if (family.step()) return family.text(0);
+  } catch (const Error& error) {
+    if (error.number() != 8630) failDamaged(data, error);  // else: the table is missing
+  }
+  throw Error(5171, data.string() + " is not a primary database file.");
+}
+
+// Without the layer: pages as they are.
+std::string plainUri(const fs::path& data, const char* options) {
+  std::string uri = "file:";
+  for (const char c : data.string()) {
+    static constexpr char digits[] = "0123456789ABCDEF";
+    if (c == '?' || c == '#' || c == '%') {
+      uri += '%';
+      uri += digits[static_cast<unsigned char>(c) >> 4];
+      uri += digits[c & 15];
+    } else {
+      uri += c;
+    }
+  }
+  return uri + options;
+}
+
+void makeEmpty(const fs::path& file) {
+  const int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, privateMode);
+  if (fd < 0) failCreate(file, errno);
+  ::close(fd);
+}
+
+void reserveChecksums(sqlite3* db) {
+  int bytes = static_cast<int>(store::checksumSize);
+  sqlite3_file_control(db, "main", SQLITE_FCNTL_RESERVE_BYTES, &bytes);
+}
+
+bool isLeft(const fs::path& data) {
+  fs::path index = data;
+  index += "-shm";
+  std::error_code error;
+  return fs::exists(index, error);
 }
 
 }  // namespace
@@ -67,17 +132,25 @@ fs::path unfinishedName(const fs::path& file) {
   return name;
 }
 
-void buildDataFile(const fs::path& file, const std::string& family,
+void buildDataFile(const DatabaseFiles& files, const std::string& family,
                    const std::function<void(sqlite3*)>& more) {
-  removeDataFile(file);
+  const auto clear = [&] {
+    removeDataFile(files.data);
+    std::error_code error;
+    fs::remove(files.log, error);
+  };
+  clear();
   try {
-    FileHandle db(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    writeCompanion(files.log, files.name, family);
+    makeEmpty(files.data);
+    FileHandle db(files, true);
+    reserveChecksums(db);
     lite::exec(db, "PRAGMA journal_mode=MEMORY; BEGIN");
     makeSystemTables(db, "main", family);
     if (more) more(db);
     lite::exec(db, "COMMIT; PRAGMA journal_mode=WAL");
   } catch (const Error&) {
-    removeDataFile(file);
+    clear();
     throw;
   }
 }
@@ -100,52 +173,99 @@ void putInPlace(const fs::path& from, const fs::path& to) {
   failCreate(to, errno);
 }
 
-std::string readFamily(const fs::path& file) {
-  checkDataFile(file);
-  FileHandle db(file, SQLITE_OPEN_READWRITE);
-  try {
-    lite::Stmt family(db, "SELECT value FROM zb_meta WHERE key='family'");
-    if (family.step()) return family.text(0);
-  } catch (const Error& error) {
-    if (error.number() != 8630)  // else: the table is missing
-      throw Error(error.number(), "The database file '" + file.string() + "' is damaged: " + error.what(),
-                  24);
-  }
-  throw Error(5171, file.string() + " is not a primary database file.");
+std::string readFamily(const DatabaseFiles& files) {
+  const FileHandle db(ready(files), false);
+  return familyIn(files.data, db);
 }
 
-void checkPages(const fs::path& file) {
-  checkDataFile(file);
-  FileHandle db(file, SQLITE_OPEN_READWRITE);
-  std::string found;
+std::string familyInPages(const fs::path& data) {
   try {
-    lite::Stmt check(db, "PRAGMA quick_check(1)");
-    if (check.step()) found = check.text(0);
-  } catch (const Error& error) {
-    found = error.what();
+    const FileHandle db(plainUri(data, "?mode=ro&immutable=1"));
+    return familyIn(data, db);
+  } catch (const Error&) {
+    return {};
   }
-  if (found != "ok")
-    throw Error(
-        824, "A logical consistency-based I/O error was detected in file '" + file.string() + "': " + found,
-        24);
 }
 
-bool settleDataFile(const fs::path& file) {
-  FileHandle db(file, SQLITE_OPEN_READWRITE);
+std::string takeOldLogIn(const fs::path& data, const std::string& wanted) {
+  const FileHandle db(plainUri(data, "?mode=rw"));
+  sqlite3_db_config(db, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+  std::string family = familyIn(data, db);
+  if (!wanted.empty() && family != wanted) return family;
+  // Harmless where there is none. With it SQLite removes the file when this handle closes.
   lite::exec(db, "PRAGMA wal_checkpoint(TRUNCATE)");
+  sqlite3_db_config(db, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
+  return family;
+}
+
+void checkPages(const DatabaseFiles& given) {
+  const DatabaseFiles files = ready(given);
+  const FileHandle db(files, false);
+  const auto fail = [&](const std::string& found) {
+    throw Error(824,
+                "A logical consistency-based I/O error was detected in file '" + files.data.string() +
+                    "': " + found,
+                24);
+  };
+  try {
+    lite::exec(db, "SELECT count(*) FROM sqlite_master; PRAGMA wal_checkpoint");
+    for (std::uint32_t page = 1, pages = store::pageCount(db, "main"); page <= pages; ++page)
+      if (const auto damage = store::checkPage(db, "main", page)) throw Error(*damage);
+    lite::Stmt check(db, "PRAGMA quick_check(1)");
+    if (!check.step() || check.text(0) != "ok") fail(check.text(0));
+  } catch (const Error& error) {
+    const bool told = std::string_view(error.what()).find(files.data.parent_path().string()) != std::string::npos;
+    if (told || error.number() == 1222) throw;
+    fail(error.what());
+  }
+}
+
+bool settleDataFile(const DatabaseFiles& given) {
+  const DatabaseFiles files = ready(given);
   // Idle sessions of other processes close their files within a moment.
-  for (int attempt = 0; attempt < 20; ++attempt) {
-    sqlite3_busy_timeout(db, 0);
-    lite::Stmt mode(db, "PRAGMA journal_mode=DELETE");
-    try {
-      if (mode.step() && mode.text(0) == "delete") break;
-    } catch (const Error& error) {
-      if (error.number() != 1222) throw;
+  constexpr int attempts = 20;
+  for (int attempt = 0; attempt < attempts; ++attempt) {
+    {
+      const FileHandle db(files, false);
+      sqlite3_busy_timeout(db, 0);
+      try {
+        lite::exec(db, "PRAGMA synchronous=FULL; PRAGMA wal_checkpoint(TRUNCATE)");
+      } catch (const Error& error) {
+        if (error.number() != 1222) throw;
+      }
     }
-    if (attempt == 19) return false;
+    if (!isLeft(files.data)) return true;
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
   }
-  return true;
+  return false;
+}
+
+void renewDataFile(const DatabaseFiles& given) {
+  const DatabaseFiles files = ready(given);
+  if (!settleDataFile(files))
+    throw Error(5030, "The database '" + files.name + "' could not be exclusively locked to perform the operation.");
+  const fs::path made = unfinishedName(files.data);
+  removeDataFile(made);
+  try {
+    makeEmpty(made);
+    {
+      const FileHandle db(files, false);
+      reserveChecksums(db);
+      lite::Stmt copy(db, "VACUUM INTO ?");
+      copy.bind(store::fileUri(made, files.log, files.name, true)).run();
+    }
+    {
+      const FileHandle copy({made, files.log, files.name}, false);
+      lite::exec(copy, "PRAGMA journal_mode=MEMORY; UPDATE zb_meta SET value=" + std::to_string(fileFormat) +
+                           " WHERE key='format'");
+    }
+    store::finishCopy(files.data, made);
+  } catch (...) {
+    removeDataFile(made);
+    throw;
+  }
+  if (::rename(made.c_str(), files.data.c_str()) != 0) failCreate(files.data, errno);
+  syncFolder(files.data.parent_path());
 }
 
 void removeDataFile(const fs::path& file) {

@@ -5,11 +5,13 @@
 #include <new>
 #include <vector>
 
-#include "engine/store/failure.h"
+#include "engine/catalog/failure.h"
 #include "engine/store/layer_files.h"
 #include "engine/store/page_checksum.h"
 
 namespace engine::store {
+
+using lite::failWith;
 
 namespace {
 
@@ -207,6 +209,43 @@ void noteWaiting(const std::filesystem::path& data) {
   sharedLog(data.string())->noteWaiting();
 }
 
+std::vector<unsigned char> readStart(const std::filesystem::path& data, std::size_t size) {
+  std::vector<unsigned char> bytes(size);
+  RealFile file;
+  int flags = 0;
+  const std::string name = data.string() + std::string(2, '\0');  // SQLite's names end in more than one zero
+  const bool read = file.open(below(), name.c_str(), SQLITE_OPEN_READONLY | SQLITE_OPEN_MAIN_DB, &flags) ==
+                        SQLITE_OK &&
+                    file.read(bytes.data(), size, 0) == SQLITE_OK;
+  if (!read) bytes.clear();
+  return bytes;
+}
+
+bool isDataFile(const std::vector<unsigned char>& start) {
+  return start.size() >= markOffset && isDataHeader(start.data());
+}
+
+void finishCopy(const std::filesystem::path& original, const std::filesystem::path& copy) {
+  const auto start = readStart(original, markOffset + markSize);
+  std::vector<unsigned char> page = readStart(copy, pageSize);
+  RealFile file;
+  int flags = 0;
+  const std::string name = copy.string() + std::string(2, '\0');
+  bool good = !start.empty() && !page.empty() &&
+              file.open(below(), name.c_str(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_MAIN_DB, &flags) == SQLITE_OK;
+  if (good) {
+    const bool unmarked = isUnmarked(start.data() + markOffset);
+    Mark mark = decodeMark((unmarked ? page : start).data() + markOffset);
+    mark.checksummed = true;
+    const auto bytes = encodeMark(mark);
+    std::copy(bytes.begin(), bytes.end(), page.begin() + markOffset);
+    page[18] = page[19] = 2;  // goes with a log
+    storeChecksum(page.data(), page.size(), pageChecksum(page.data(), page.size(), 1));
+    good = file.write(page.data(), page.size(), 0) == SQLITE_OK && file.sync() == SQLITE_OK;
+  }
+  if (!good) throw Error(823, "I/O error detected in file '" + copy.string() + "'.", 24);
+}
+
 std::uint32_t pageCount(sqlite3* db, const std::string& alias) {
   sqlite3_file* file = fileOf(db, alias);
   if (!file || dataOf(file).pageSize == 0) return 0;
@@ -228,7 +267,7 @@ std::optional<Error> checkPage(sqlite3* db, const std::string& alias, std::uint3
   if (code != SQLITE_OK)
     return Error(823, "I/O error detected in file '" + data.path + "' at page " + std::to_string(page) + ".", 24);
   if (!data.checksummed || verifyPage(data, buffer.data(), page) == SQLITE_OK) return std::nullopt;
-  return takeFailure(SQLITE_CORRUPT);
+  return lite::takeFailure(SQLITE_CORRUPT);
 }
 
 // ---- the index of the log ----

@@ -11,8 +11,9 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
-#include "engine/error.h"
+#include "engine/value.h"
 
 namespace engine::store {
 
@@ -34,6 +35,16 @@ bool isInPlace(sqlite3* db, const std::string& alias);
 // Sessions of this process that wait for the database's write lock, so that a commit lets them in before
 // its flush. Seen by itself where SQLite finds the lock taken.
 void noteWaiting(const std::filesystem::path& data);
+
+// The first bytes of a data file; fewer when it is shorter or cannot be read. Through the layer below, for
+// whoever opens and closes a file beside SQLite takes its locks away.
+std::vector<unsigned char> readStart(const std::filesystem::path& data, std::size_t size);
+
+bool isDataFile(const std::vector<unsigned char>& start);
+
+// Gives the copy of a data file the mark of the original, whose log it goes with from now on, and brings
+// it to the disk.
+void finishCopy(const std::filesystem::path& original, const std::filesystem::path& copy);
 
 // One page of the file: nothing, or what is wrong with it.
 std::optional<Error> checkPage(sqlite3* db, const std::string& alias, std::uint32_t page);

@@ -80,6 +80,7 @@ struct DataState {
   const volatile unsigned char* index = nullptr;  // SQLite's shared index of the log
   bool holdsWrite = false, holdsCheckpoint = false;
   bool checkpointing = false, marked = false;  // a checkpoint runs; its mark is written
+  bool paired = false;                         // checkPair() has passed; the log may be taken in once
   int lock = SQLITE_LOCK_NONE;
 
   int learn();                                                // from the file's header

@@ -3,10 +3,12 @@
 #include <cstring>
 #include <vector>
 
-#include "engine/store/failure.h"
+#include "engine/catalog/failure.h"
 #include "engine/store/layer_files.h"
 
 namespace engine::store {
+
+using lite::failWith;
 
 namespace {
 
@@ -52,6 +54,12 @@ int verifyFrame(const LogState& log, const unsigned char* page, int size, sqlite
 
 int readLog(sqlite3_file* file, void* to, int size, sqlite3_int64 at) {
   const LogState& log = logOf(file);
+  // SQLite reads the header to take the log in. The last one to close a file does so without any lock.
+  if (at == 0 && size == static_cast<int>(logHeaderSize)) {
+    if (!log.data->paired)
+      if (const int refused = checkPair(*log.data); refused != SQLITE_OK) return refused;
+    log.data->paired = false;
+  }
   const int code = log.real.read(to, static_cast<std::size_t>(size), at + origin);
   if (code != SQLITE_OK || static_cast<std::uint32_t>(size) != log.data->pageSize) return code;
   return verifyFrame(log, static_cast<const unsigned char*>(to), size, at);

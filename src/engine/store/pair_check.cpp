@@ -4,10 +4,12 @@
 #include <cstring>
 #include <vector>
 
-#include "engine/store/failure.h"
+#include "engine/catalog/failure.h"
 #include "engine/store/layer_files.h"
 
 namespace engine::store {
+
+using lite::failWith;
 
 namespace {
 
@@ -148,8 +150,10 @@ class PairCheck {
 
 int checkPair(DataState& data) {
   if (!data.log) return SQLITE_OK;
+  data.paired = false;
   try {
     PairCheck(data).run();
+    data.paired = true;
     return SQLITE_OK;
   } catch (const Error& error) {
     return failWith(SQLITE_CORRUPT, error);

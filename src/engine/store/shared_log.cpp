@@ -2,7 +2,6 @@
 #include <chrono>
 #include <map>
 
-#include "engine/store/failure.h"
 #include "engine/store/layer_files.h"
 
 namespace engine::store {

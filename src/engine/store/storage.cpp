@@ -2,6 +2,7 @@
 
 #include "engine/store/companion.h"
 #include "engine/store/database_file.h"
+#include "engine/store/file_layer.h"
 #include "engine/store/storage_impl.h"
 
 namespace engine {
@@ -27,22 +28,11 @@ constexpr const char* masterName = "master";
                        "' does not exist. Make sure that the name is entered correctly.");
 }
 
-// A file name as an SQLite URI that never makes the file.
-std::string fileUri(const std::filesystem::path& file) {
-  static constexpr char digits[] = "0123456789ABCDEF";
-  std::string uri = "file:";
-  for (unsigned char c : file.string()) {
-    const bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-                       c == '/' || c == '.' || c == '_' || c == '-';
-    if (plain) {
-      uri += static_cast<char>(c);
-    } else {
-      uri += '%';
-      uri += digits[c >> 4];
-      uri += digits[c & 15];
-    }
-  }
-  return uri + "?mode=rw";
+[[noreturn]] void failDamaged(const DatabaseEntry& entry, const Error& error) {
+  const std::string file = entry.data.string(), text = error.what();
+  const bool damage = error.number() == 824 || error.number() == 823;
+  if (!damage || text.find(entry.data.parent_path().string()) != std::string::npos) throw Error(error);
+  throw Error(error.number(), "The database file '" + file + "' is damaged: " + text, 24);
 }
 
 sqlite3* openHandle(FunctionContext* functions) {
@@ -200,41 +190,32 @@ bool Store::Impl::close(Attached& one) {
 void Store::Impl::tune(Attached& one) {
   if (one.tuned || !sqlite3_get_autocommit(db)) return;
   for (const char* pragma :
-       {"journal_mode=WAL", "synchronous=NORMAL", "secure_delete=OFF", "cache_size=-8000"})
+       {"journal_mode=WAL", "secure_delete=OFF", "cache_size=-8000", "journal_size_limit=67108864"})
     lite::exec(db, "PRAGMA " + one.alias + "." + pragma);
+  const char* durability = instance->delayedDurability() ? "NORMAL" : "FULL";
+  lite::exec(db, "PRAGMA " + one.alias + ".synchronous=" + durability);
   one.tuned = true;
 }
 
 Attached& Store::Impl::open(const DatabaseEntry& entry) {
   makeRoom();
-  const std::string file = entry.data.string();
-  // What is attached within a transaction cannot be detached before its end: look first.
-  if (sqlite3_get_autocommit(db))
-    checkDataFile(entry.data);
-  else
-    checkCompanion(entry.log, entry.name, readFamily(entry.data));
   auto one = std::make_unique<Attached>();
   one->entry = entry;
   one->alias = "d" + std::to_string(entry.id);
   if (!orphans.empty()) one->alias += "_" + std::to_string(++orphanCount);
   one->lastUse = ++clock;
+  const std::filesystem::path log = readyCompanion(entry.data, entry.log, entry.name);
   {
     lite::Stmt attach(db, "ATTACH ? AS " + one->alias);
-    attach.bind(fileUri(entry.data)).run();
+    attach.bind(store::fileUri(entry.data, log, entry.name));
+    try {
+      attach.run();
+    } catch (const Error& error) {
+      failDamaged(entry, error);
+    }
   }
   try {
-    try {
-      lite::Stmt family(db, atAlias("SELECT value FROM @.zb_meta WHERE key='family'", one->alias));
-      if (family.step()) one->family = family.text(0);
-    } catch (const Error& error) {
-      if (error.number() == 8630)  // the table is missing
-        throw Error(5171, file + " is not a primary database file.");
-      if (error.number() == 824 || error.number() == 823)
-        throw Error(error.number(), "The database file '" + file + "' is damaged: " + error.what(), 24);
-      throw;
-    }
-    one->cacheKey = one->family + file;
-    checkCompanion(entry.log, entry.name, one->family);
+    checkAttached(*one, readCompanion(log, entry.name));
     tune(*one);
   } catch (...) {
     one->version.reset();
@@ -243,6 +224,33 @@ Attached& Store::Impl::open(const DatabaseEntry& entry) {
     throw;
   }
   return *(attached[foldName(entry.name)] = std::move(one));
+}
+
+// That it is one of ours, of a format that is known, with the companion of its family.
+void Store::Impl::checkAttached(Attached& one, const std::string& family) {
+  const std::string file = one.entry.data.string();
+  std::int64_t format = 0;
+  try {
+    lite::Stmt meta(db, atAlias("SELECT key, value FROM @.zb_meta WHERE key IN ('family', 'format')", one.alias));
+    while (meta.step()) {
+      if (meta.text(0) == "family")
+        one.family = meta.text(1);
+      else
+        format = meta.integer(1);
+    }
+  } catch (const Error& error) {
+    if (error.number() == 8630)  // the table is missing
+      throw Error(5171, file + " is not a primary database file.");
+    failDamaged(one.entry, error);
+  }
+  one.cacheKey = one.family + file;
+  if (format > fileFormat)
+    throw Error(948, "The database '" + one.entry.name + "' cannot be opened because it is version " +
+                         std::to_string(format) + ". This server supports version " +
+                         std::to_string(fileFormat) + " and earlier. A downgrade path is not supported.");
+  if (family != one.family)
+    throw Error(5173, "One or more files do not match the primary file of the database: '" +
+                          one.entry.log.string() + "' does not belong to database '" + one.entry.name + "'.");
 }
 
 // Within a transaction an alias that failed stays until its end.
@@ -422,6 +430,28 @@ void Store::detach(std::string_view database) {
                 "Cannot drop the database '" + std::string(database) + "' because it is currently in use.");
 }
 
+void Store::renew(std::string_view name) {
+  Impl& self = *impl_;
+  const DatabaseEntry entry = *(self.entryOf(name) ? self.entryOf(name) : (failMissing(name), nullptr));
+  LockFile service(self.instance->lockFile());
+  service.waitExclusive(LockFile::serviceLock);
+  self.locks.release(LockFile::statementLock);  // or nobody could wait for all statements
+  struct Halt {
+    Impl& self;
+    explicit Halt(Impl& impl) : self(impl) { self.instance->shared()->stopped.store(1); }
+    ~Halt() {
+      self.instance->shared()->generation.fetch_add(1);
+      self.instance->shared()->stopped.store(0);
+      self.locks.waitShared(LockFile::statementLock);
+    }
+  } halt(self);
+  service.waitExclusive(LockFile::statementLock);
+  service.release(LockFile::statementLock);
+  self.closeFiles();
+  self.instance->closeIdle();
+  renewDataFile({entry.data, entry.log, entry.name});
+}
+
 void Store::useDatabase(std::string_view name) {
   Impl& self = *impl_;
   const std::int64_t id = self.find(name).entry.id;
@@ -493,19 +523,25 @@ void Store::commit() {
   // What this handle has changed itself it need not look for, unless others changed something meanwhile.
   if (endedBefore == self.seenChanges && definitions && !self.masterChanged()) ++self.seenChanges;
   self.settleChanges(true);
+  for (const auto& [name, one] : self.attached) store::flush(self.db, one->alias);
+}
+
+bool Store::noteLoss() {
+  Impl& self = *impl_;
+  if (self.depth == 0 || !sqlite3_get_autocommit(self.db)) return false;
+  for (auto& [name, one] : self.attached) one->raised = 0;
+  self.depth = 0;
+  self.settleChanges(false);
+  return true;
 }
 
 void Store::rollback() {
   Impl& self = *impl_;
-  if (self.depth == 0) return;
+  if (self.depth == 0 || noteLoss()) return;
   for (auto& [name, one] : self.attached) one->raised = 0;
   --self.depth;
-  // A full disk or a write error may have ended SQLite's transaction by itself.
-  if (!sqlite3_get_autocommit(self.db)) {
-    const std::string mark = " s" + std::to_string(self.depth);
-    lite::exec(self.db,
-               self.depth == 0 ? std::string("ROLLBACK") : "ROLLBACK TO" + mark + "; RELEASE" + mark);
-  }
+  const std::string mark = " s" + std::to_string(self.depth);
+  lite::exec(self.db, self.depth == 0 ? std::string("ROLLBACK") : "ROLLBACK TO" + mark + "; RELEASE" + mark);
   if (self.depth == 0) {
     self.settleChanges(false);
     return;

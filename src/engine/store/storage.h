@@ -75,6 +75,9 @@ class Store {
   void commit();
   void rollback();
   bool inTransaction() const;
+  // After a failure: a full disk or a write error may have made SQLite undo the whole transaction. Then
+  // nothing is open any more, and the answer is true.
+  bool noteLoss();
   void writeLock(std::string_view database);
 
   // For the definition statements, inside begin() .. commit(): takes the write lock by giving the database
@@ -84,6 +87,10 @@ class Store {
   // changes it any more.
   void lockDefinitions(std::string_view database);
   void markChanged(std::string_view database, std::shared_ptr<DatabaseCatalog> now = nullptr);
+  // Builds the database's file anew, of the current format with checksums in every page. For that moment
+  // the service stands still: running statements are waited for, others are refused. 5030 while somebody
+  // keeps the file open all the same.
+  void renew(std::string_view database);
   // Closes the database's file in this handle; 3702 when a statement still reads it.
   void detach(std::string_view database);
   // The list of databases is read anew (after a change in master by this handle).

@@ -38,6 +38,7 @@ struct Store::Impl {
   void refresh();
   void refreshDatabases();
   void tune(Attached& attached);
+  void checkAttached(Attached& attached, const std::string& family);
   void makeRoom();
   bool close(Attached& attached);
   void closeFiles();

@@ -3,9 +3,9 @@
 
 #include <optional>
 
-#include "engine/error.h"
+#include "engine/value/error.h"
 
-namespace engine::store {
+namespace engine::lite {
 
 // Keeps the error for this thread and returns `code`, for SQLite.
 int failWith(int code, const Error& error);
@@ -13,4 +13,4 @@ int failWith(int code, const Error& error);
 std::optional<Error> takeFailure(int code);
 void forgetFailure();
 
-}  // namespace engine::store
+}  // namespace engine::lite

@@ -1,6 +1,6 @@
-#include "engine/store/failure.h"
+#include "engine/catalog/failure.h"
 
-namespace engine::store {
+namespace engine::lite {
 
 namespace {
 
@@ -30,4 +30,4 @@ void forgetFailure() {
   kept.reset();
 }
 
-}  // namespace engine::store
+}  // namespace engine::lite

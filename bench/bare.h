@@ -71,7 +71,7 @@ class Sqlite {
     };
     sqlite3_create_collation(handle_, "TRCI", SQLITE_UTF8, nullptr, byBytes);
     sqlite3_busy_timeout(handle_, 10000);
-    run("PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA secure_delete=OFF; "
+    run("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA secure_delete=OFF; "
         "PRAGMA cache_size=-8000; PRAGMA wal_autocheckpoint=2000; PRAGMA temp_store=FILE");
   }
   ~Sqlite() { sqlite3_close_v2(handle_); }

@@ -60,6 +60,7 @@ const Komut& firmaSilKomutu();
 const Komut& guncelleKomutu();
 const Komut& ornekVeriKomutu();
 const Komut& semaKomutu();
+const Komut& denetleKomutu();
 const Komut& parametreKomutu();
 const Komut& parametreKopyalaKomutu();
 const Komut& parametreKarsilastirKomutu();

@@ -302,7 +302,7 @@ int verifyPage(DataState& data, const unsigned char* page, std::uint32_t number)
   std::uint64_t found = storedChecksum(page, size), actual = pageChecksum(page, size, number);
   if (found == actual || isBlank(page, size)) return SQLITE_OK;
   return failWith(
-      SQLITE_CORRUPT,
+      SQLITE_IOERR_DATA,
       Error(824,
             "SQL Server detected a logical consistency-based I/O error: incorrect checksum (expected: " +
                 hexadecimal(found) + "; actual: " + hexadecimal(actual) +

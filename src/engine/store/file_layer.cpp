@@ -267,7 +267,7 @@ std::optional<Error> checkPage(sqlite3* db, const std::string& alias, std::uint3
   if (code != SQLITE_OK)
     return Error(823, "I/O error detected in file '" + data.path + "' at page " + std::to_string(page) + ".", 24);
   if (!data.checksummed || verifyPage(data, buffer.data(), page) == SQLITE_OK) return std::nullopt;
-  return lite::takeFailure(SQLITE_CORRUPT);
+  return lite::takeFailure(SQLITE_IOERR_DATA);
 }
 
 // ---- the index of the log ----

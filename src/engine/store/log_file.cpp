@@ -43,7 +43,7 @@ int verifyFrame(const LogState& log, const unsigned char* page, int size, sqlite
   FrameSum sum = addToSum({number32(before), number32(before + 4)}, head.bigEnd, frame, 8);
   sum = addToSum(sum, head.bigEnd, page, static_cast<std::size_t>(size));
   if (sum == storedFrameSum(frame)) return SQLITE_OK;
-  return failWith(SQLITE_CORRUPT,
+  return failWith(SQLITE_IOERR_DATA,
                   Error(824,
                         "SQL Server detected a logical consistency-based I/O error: incorrect checksum. It "
                         "occurred during a read of page (1:" +

@@ -5,8 +5,7 @@ namespace engine {
 
 void Server::checkFiles(const std::filesystem::path& data, const std::filesystem::path& log,
                         const std::string& name) {
-  checkCompanion(log, name, readFamily(data));
-  checkPages(data);
+  checkPages({data, log, name});
 }
 
 }  // namespace engine

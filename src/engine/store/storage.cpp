@@ -541,7 +541,12 @@ void Store::rollback() {
   for (auto& [name, one] : self.attached) one->raised = 0;
   --self.depth;
   const std::string mark = " s" + std::to_string(self.depth);
-  lite::exec(self.db, self.depth == 0 ? std::string("ROLLBACK") : "ROLLBACK TO" + mark + "; RELEASE" + mark);
+  const std::string undo = self.depth == 0 ? std::string("ROLLBACK") : "ROLLBACK TO" + mark + "; RELEASE" + mark;
+  // A cancellation from another thread may strike just here. It must not keep anything from being undone.
+  int rc = SQLITE_INTERRUPT;
+  for (int attempt = 0; rc == SQLITE_INTERRUPT && attempt < 100; ++attempt)
+    rc = sqlite3_exec(self.db, undo.c_str(), nullptr, nullptr, nullptr) & 0xFF;
+  if (rc != SQLITE_OK) lite::fail(self.db, rc);
   if (self.depth == 0) {
     self.settleChanges(false);
     return;

@@ -1,5 +1,9 @@
 #include "settings/ui/ekranlar.h"
 
+#include "settings/ui/barkod_gramaj.h"
+#include "settings/ui/el_terminali.h"
+#include "settings/ui/numaralar.h"
+#include "settings/ui/rapor_evrak.h"
 #include "settings/ui/sabit_tanimlar.h"
 #include "settings/ui/taksitli_satis.h"
 #include "settings/ui/tanim_ekrani.h"
@@ -19,6 +23,10 @@ struct TanimKaydi {
 void ekranlariTanit(ui::EkranKaydi& kayit) {
   kayit.tanit<SabitTanimlar>("SabitTanimlar_Frm");
   kayit.tanit<TaksitliSatis>("TaksitliSatisTanimlar_Frm");
+  kayit.tanit<Numaralar>("Numaralar_Frm");
+  kayit.tanit<BarkodGramaj>("BarkodGramajFrm");
+  kayit.tanit<ElTerminali>("ElTerminaliTanimKartifrm");
+  kayit.tanit<RaporEvrak>("RprEvrakTsrFrm");
   kayit.tanit<IsyeriEkrani>("MNIsyeri");
   const TanimKaydi tanimlar[] = {{"MNAmbar", {"ambar", "Ambar Tanımları", {"ambar"}}},
                                  {"MnSatici", {"satici", "Satıcı Tanımları", {"satici"}}},

@@ -1,0 +1,195 @@
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+#include "cli/komut.h"
+#include "cli/metin_satirlari.h"
+#include "cli/oturum_ac.h"
+#include "cli/sonuc_yaz.h"
+#include "settings/firma_baglanti.h"
+#include "settings/numara.h"
+#include "settings/tanim_dosyasi.h"
+
+namespace cli {
+
+namespace {
+
+constexpr std::array<Secenek, 5> tanimOptions = {
+    {{"TUR", "isyeri, ambar, satici, fiyat, doviz, renk, beden, drop, tarti, terminal ya da rapor", true,
+      Secenek::Tur::Konum, ""},
+     {"--ad", "Firmanın veritabanı adı (terminal ve rapor için gerekmez)", false, Secenek::Tur::Metin, "AD"},
+     {"-i,--girdi", "Tanımları bu dosyadan alır (sekmeyle ayrılmış, UTF-8; - standart girdi)", false,
+      Secenek::Tur::Metin, "DOSYA"},
+     {"--dene", "Yazmaz, neyin değişeceğini gösterir", false, Secenek::Tur::Bayrak, ""},
+     {"--bicim", "Listenin biçimi: tsv (varsayılan), tablo ya da json", false, Secenek::Tur::Metin,
+      "BİÇİM"}}};
+
+constexpr std::string_view tanimMore =
+    "-i verilmezse tanımları listeler. Dosyanın ilk satırı kolon adlarıdır; listenin yazdığı dosya olduğu\n"
+    "gibi geri alınabilir. Bir satır kimliğiyle, yoksa koduyla var olan kayda yazılır, bulunamazsa eklenir.\n"
+    "Ekranın denetimlerinden biri bile bir satırı reddederse satırı söylenir ve hiçbir şey yazılmaz.";
+
+int listele(Ortam& ortam, session::Oturum& oturum, const settings::ListeTuru& tur, Bicim bicim) {
+  const auto liste = tur.yukle(oturum, tur);
+  if (!liste.hata.empty()) {
+    ortam.err << liste.hata << "\n";
+    return reddedildi;
+  }
+  std::vector<std::string_view> basliklar;
+  std::vector<std::size_t> kolonlar;  // a hidden column without a heading is none of the table's
+  for (std::size_t i = 0; i < tur.kolonlar.size(); ++i) {
+    if (tur.kolonlar[i].gizli && tur.kolonlar[i].baslik.empty() && tur.kolonlar[i].anahtar != tur.kimlik)
+      continue;
+    basliklar.push_back(tur.kolonlar[i].anahtar);
+    kolonlar.push_back(i);
+  }
+  std::vector<std::vector<std::string>> satirlar;
+  for (const auto& satir : liste.satirlar) {
+    std::vector<std::string> hucreler;
+    for (const std::size_t i : kolonlar) hucreler.push_back(satir.hucreler[i]);
+    satirlar.push_back(std::move(hucreler));
+  }
+  sonucYaz(ortam.out, MetinSatirlari(basliklar, satirlar), bicim);
+  return tamam;
+}
+
+std::optional<std::string> girdi(Ortam& ortam, const std::string& dosya) {
+  if (dosya == "-") return std::string(std::istreambuf_iterator<char>(ortam.in), {});
+  std::ifstream akis(dosya, std::ios::binary);
+  if (!akis) {
+    ortam.err << "Dosya okunamadı: " << dosya << "\n";
+    return std::nullopt;
+  }
+  return std::string(std::istreambuf_iterator<char>(akis), {});
+}
+
+int yukle(Ortam& ortam, session::Oturum& oturum, const settings::ListeTuru& tur, const Degerler& values) {
+  const auto metin = girdi(ortam, values.metin("girdi"));
+  if (!metin) return reddedildi;
+  const bool dene = values.var("dene");
+  const auto sonuc = settings::Liste_Yukle(oturum, tur, *metin, dene);
+  if (!sonuc.hata.empty()) {
+    ortam.err << sonuc.hata << "\nHiçbir şey yazılmadı.\n";
+    return reddedildi;
+  }
+  for (const std::string& fark : sonuc.farklar) ortam.out << fark << "\n";
+  ortam.out << sonuc.eklenen << " satır " << (dene ? "eklenecek, " : "eklendi, ") << sonuc.degisen
+            << " satır " << (dene ? "değişecek\n" : "değişti\n");
+  return tamam;
+}
+
+int tanim(Ortam& ortam, const Degerler& values) {
+  const settings::ListeTuru* tur = settings::listeTuru(values.metin("TUR"));
+  if (!tur) {
+    ortam.err << "Bilinmeyen tanım türü: " << values.metin("TUR") << " (" << settings::listeTurleri()
+              << ")\n";
+    return yanlisKullanim;
+  }
+  const auto bicim = bicimOku(values.metin("bicim", "tsv"));
+  if (!bicim) {
+    ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << " (tsv, tablo ya da json)\n";
+    return yanlisKullanim;
+  }
+  if (tur->firmali && !values.var("ad")) {
+    ortam.err << "Zorunlu seçenek verilmedi: --ad\n";
+    return yanlisKullanim;
+  }
+  KomutOturumu komut(ortam);
+  if (!komut.katalogaBagla()) return reddedildi;
+  if (const std::string hata = settings::Liste_Bagla(komut.oturum, *tur, values.metin("ad")); !hata.empty()) {
+    ortam.err << hata << "\n";
+    return reddedildi;
+  }
+  return values.var("girdi") ? yukle(ortam, komut.oturum, *tur, values)
+                             : listele(ortam, komut.oturum, *tur, *bicim);
+}
+
+// --- Counters
+
+constexpr std::array<Secenek, 4> numaraOptions = {
+    {{"--ad", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "AD"},
+     {"--yaz", "Yazılacak son numara; birden çok kez verilebilir", false, Secenek::Tur::Coklu, "ANAHTAR=NO"},
+     {"--dene", "Yazmaz, neyin değişeceğini gösterir", false, Secenek::Tur::Bayrak, ""},
+     {"--bicim", "Listenin biçimi: tablo (varsayılan), tsv ya da json", false, Secenek::Tur::Metin,
+      "BİÇİM"}}};
+
+constexpr std::string_view numaraMore =
+    "--yaz verilmezse sayaçları listeler. BARKOD 23, öbür sayaçlar 10 karakterdir; uzun numara kesilir.";
+
+int numaraListele(Ortam& ortam, const settings::NumaraListesi& liste, Bicim bicim) {
+  static constexpr std::array<std::string_view, 3> basliklar = {"Anahtar", "Numara", "Etiket"};
+  std::vector<std::vector<std::string>> satirlar;
+  for (const auto& n : liste.numaralar) satirlar.push_back({n.anahtar, n.numara, n.etiket});
+  sonucYaz(ortam.out, MetinSatirlari(basliklar, satirlar), bicim);
+  return tamam;
+}
+
+int numaraYaz(Ortam& ortam, session::Oturum& oturum, const settings::NumaraListesi& liste,
+              const Degerler& values) {
+  std::vector<settings::NumaraYazisi> yazilar;
+  std::string hata, rapor;
+  for (const std::string& atama : values.liste("yaz")) {
+    const std::size_t esit = std::min(atama.find('='), atama.size());
+    const std::string anahtar = atama.substr(0, esit),
+                      numara = atama.substr(std::min(esit + 1, atama.size()));
+    const auto at = std::find_if(liste.numaralar.begin(), liste.numaralar.end(),
+                                 [&](const auto& n) { return n.anahtar == anahtar; });
+    if (at == liste.numaralar.end())
+      hata = "Bilinmeyen sayaç: " + anahtar;
+    else if (numara.empty())
+      hata = "ANAHTAR=NO bekleniyordu: " + atama;
+    else if (!at->var)
+      hata = "IP_" + anahtar + " tablosu yok.";
+    else if (const auto harf = session::yabanciHarf(numara))
+      hata = anahtar + ": “" + *harf + "” harfi kullanılamaz (1254 Türkçe kod sayfasında yok).";
+    if (!hata.empty()) break;
+    yazilar.push_back({anahtar, numara});
+    rapor += anahtar + ": " + at->numara + " -> " +
+             session::ilkHarfler(numara, settings::numaraUzunlugu(anahtar)) + "\n";
+  }
+  if (hata.empty() && !values.var("dene")) hata = settings::Numaralari_Yaz(oturum, yazilar);
+  if (!hata.empty()) {
+    ortam.err << hata << "\nHiçbir şey yazılmadı.\n";
+    return reddedildi;
+  }
+  ortam.out << rapor;
+  return tamam;
+}
+
+int numara(Ortam& ortam, const Degerler& values) {
+  const auto bicim = bicimOku(values.metin("bicim", "tablo"));
+  if (!bicim) {
+    ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << " (tablo, tsv ya da json)\n";
+    return yanlisKullanim;
+  }
+  KomutOturumu komut(ortam);
+  if (!komut.katalogaBagla()) return reddedildi;
+  settings::NumaraListesi liste;
+  // The catalog knows whether there is such a company.
+  komut.oturum.Secili_Firma = values.metin("ad");
+  liste.hata = settings::Tanim_Firma_Bagla(komut.oturum);
+  if (liste.hata.empty()) liste.hata = settings::Firma_Bagla(komut.oturum, values.metin("ad"));
+  if (liste.hata.empty()) liste = settings::Numaralari_Oku(komut.oturum);
+  if (!liste.hata.empty()) {
+    ortam.err << liste.hata << "\n";
+    return reddedildi;
+  }
+  return values.liste("yaz").empty() ? numaraListele(ortam, liste, *bicim)
+                                     : numaraYaz(ortam, komut.oturum, liste, values);
+}
+
+}  // namespace
+
+const Komut& tanimKomutu() {
+  static const Komut command{"tanim", "Firmanın tanımlarını listeler ya da bir dosyadan alır", tanimMore,
+                             tanimOptions, tanim};
+  return command;
+}
+
+const Komut& numaraKomutu() {
+  static const Komut command{"numara", "Fiş numarası sayaçlarını listeler ya da yazar", numaraMore,
+                             numaraOptions, numara};
+  return command;
+}
+
+}  // namespace cli

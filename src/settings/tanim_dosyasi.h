@@ -1,0 +1,48 @@
+// Definition lists as text files, through the checks of their screens.
+//
+//   file  = header { line }          UTF-8; lines end with a line feed
+//   header, line = cell { TAB cell }
+//   cell  = text                     a backslash before t, n, r stands for tab, line feed, carriage return;
+//                                    a backslash of the text is doubled
+//
+// The header names grid columns, in any order; columns that are not named keep what they have. A line belongs
+// to the row with its identity, else to the row with its key; without such a row it is a new one.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "settings/tanim.h"
+
+namespace settings {
+
+struct ListeTuru {
+  std::string_view ad;
+  bool firmali = true;  // lies in a company's database; otherwise in the catalog
+  std::vector<IzgaraKolonu> kolonlar;
+  std::string_view kimlik, kod;  // columns that find a row again; empty: every line is a new row
+  TanimListesi (*yukle)(session::Oturum&, const ListeTuru&) = nullptr;
+  // The fault of the grid; `dokunulan` holds the rows that the file names.
+  Kontrol (*kontrol)(session::Oturum&, const ListeTuru&, IzgaraSatirlari&,
+                     const std::vector<int>& dokunulan) = nullptr;
+  std::string (*kaydet)(session::Oturum&, const ListeTuru&, const IzgaraSatirlari&,
+                        const std::vector<int>& dokunulan) = nullptr;
+};
+
+const ListeTuru* listeTuru(std::string_view ad);
+std::string listeTurleri();  // their names, comma between
+
+// Connects to the company (or the catalog); the reason when it cannot.
+std::string Liste_Bagla(session::Oturum& oturum, const ListeTuru& tur, const std::string& firma);
+
+struct DosyaSonucu {
+  std::string hata = {};  // names its line; nothing was written
+  int eklenen = 0, degisen = 0;
+  std::vector<std::string> farklar = {};  // one line each, for people
+};
+// Takes a file into the list. With `dene` nothing is written.
+DosyaSonucu Liste_Yukle(session::Oturum& oturum, const ListeTuru& tur, std::string_view dosya, bool dene);
+
+}  // namespace settings

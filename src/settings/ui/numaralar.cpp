@@ -1,0 +1,114 @@
+#include "settings/ui/numaralar.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "session/metin.h"
+#include "settings/firma_baglanti.h"
+#include "settings/numara.h"
+#include "settings/ui/firma_secimi.h"
+#include "ui/izgara.h"
+#include "ui/theme.h"
+
+namespace settings_ui {
+
+namespace {
+
+enum Kolon { Etiket, Anahtar, No, Eski };
+constexpr int satirBoyu = 23;  // 350 twips
+
+ui::IzgaraModeli::Kolonlar kolonlar() {
+  using session::HucreTuru;
+  return {{"Etiket", "İşlem Tipi", 300, HucreTuru::Metin, false, true},
+          {"Anahtar", "", 0, HucreTuru::Metin, true},
+          {"No", "İşlem Görmüş Son Numara", 240},
+          {"Eski", "", 0, HucreTuru::Metin, true}};
+}
+
+}  // namespace
+
+Numaralar::Numaralar(session::Oturum& oturum, ui::ConsolePort&)
+    : Kart("numarator", "Fiş Numaraları"),
+      oturum_(oturum),
+      firma_(new FirmaSecimi("Ayarların Uygulananacağı Firma :")),
+      izgara_(new ui::Izgara(oturum, "Numaralar_Frm.FisGrd", kolonlar())),
+      hata_(new QLabel) {
+  setObjectName("Numaralar_Frm");
+  izgara_->satirEklenir = false;
+  izgara_->verticalHeader()->setDefaultSectionSize(satirBoyu);
+  izgara_->veri().duzenlenir = [this](int satir, int) { return var_[static_cast<std::size_t>(satir)]; };
+  hata_->setProperty("rol", "uyari");
+  hata_->setWordWrap(true);
+  hata_->hide();
+  body()->addWidget(firma_);
+  body()->addWidget(hata_);
+  body()->addWidget(izgara_, 1);
+  tamam_ = button("TamamBtn", "Kaydet", "kaydet", true);
+  auto* iptal = button("IptalBtn", "Çıkış", "cikis");
+  hint()->setText("[F2 -> Kayıt]     [F3 -> Çıkış]");
+  shortcut(Qt::Key_F2, tamam_);
+  shortcut(Qt::Key_F3, iptal);
+  shortcut(Qt::Key_Escape, iptal);
+  connect(firma_, &FirmaSecimi::degisti, this, [this] {
+    // The numbers of one company do not go over to the next.
+    if (izgara_->birakilir()) return firmaDegisti();
+    firma_->sec(secili_);
+  });
+  connect(tamam_, &QPushButton::clicked, this, &Numaralar::kaydet);
+  connect(iptal, &QPushButton::clicked, this, [this] {
+    if (izgara_->birakilir()) kapan();
+  });
+}
+
+void Numaralar::ac() {
+  firma_->doldur(settings::Firma_Listesi(oturum_));
+  firmaDegisti();
+  izgara_->setFocus();
+}
+
+void Numaralar::firmaDegisti() {
+  secili_ = firma_->firma();
+  subheading()->setText(ui::text(secili_));
+  std::string hata = secili_.empty() ? "Katalogda firma yok." : settings::Firma_Bagla(oturum_, secili_);
+  settings::NumaraListesi liste;
+  if (hata.empty()) {
+    liste = settings::Numaralari_Oku(oturum_);
+    hata = liste.hata;
+  }
+  session::IzgaraSatirlari satirlar;
+  var_.clear();
+  for (const settings::Numara& n : liste.numaralar) {
+    satirlar.push_back({{n.etiket, n.anahtar, n.numara, n.numara}});
+    var_.push_back(n.var);
+  }
+  izgara_->doldur(satirlar);
+  izgara_->git(0, No);
+  hata_->setText(ui::text(hata));
+  hata_->setVisible(!hata.empty());
+  tamam_->setEnabled(hata.empty());
+  izgara_->setEnabled(hata.empty());
+}
+
+void Numaralar::kaydet() {
+  oturum_.Son_Hata.clear();
+  if (!izgara_->duzenlemeyiBitir()) return;
+  std::vector<settings::NumaraYazisi> yazilar;
+  const auto satirlar = izgara_->veri().satirlar();
+  for (const auto& satir : satirlar) {
+    const std::string yeni = session::Trim(satir.hucreler[No]);
+    if (!yeni.empty() && yeni != session::Trim(satir.hucreler[Eski]))
+      yazilar.push_back({satir.hucreler[Anahtar], yeni});
+  }
+  if (const std::string hata = settings::Numaralari_Yaz(oturum_, yazilar); !hata.empty()) {
+    oturum_.kutular->message(hata, session::Icon::Stop);
+    return;
+  }
+  const int satir = izgara_->satir();
+  firmaDegisti();
+  izgara_->git(satir, No);
+  oturum_.kutular->message("Fiş Numaraları Başarı İle Ayarlandı.");
+}
+
+}  // namespace settings_ui

@@ -1,0 +1,140 @@
+// Counters, scale layouts, terminal files, report texts: their screens.
+#include <QCheckBox>
+#include <QComboBox>
+#include <QPlainTextEdit>
+#include <QTableWidget>
+#include <fstream>
+
+#include "ortam.h"
+#include "settings/ui/barkod_gramaj.h"
+#include "settings/ui/el_terminali.h"
+#include "settings/ui/numaralar.h"
+#include "settings/ui/rapor_evrak.h"
+#include "support/temp_folder.h"
+#include "ui/izgara.h"
+
+namespace settings_ui {
+namespace {
+
+using namespace screen;
+
+class KucukEkranlar : public test::EkranTest {
+ protected:
+  void ac(ui::Kart& ekran) {
+    ekran.resize(1000, 650);
+    screen::show(ekran);
+    ekran.ac();
+  }
+  static ui::Izgara& izgara(QWidget& ekran) { return *find<ui::Izgara>(ekran, "FisGrd"); }
+};
+
+TEST_F(KucukEkranlar, OnlyChangedCountersAreWritten) {
+  Numaralar ekran(oturum(), konsol);
+  ac(ekran);
+  EXPECT_EQ(izgara(ekran).veri().adet(), 28);
+  izgara(ekran).git(0, "No");
+  test::yaz("0000000123456");
+  key(Qt::Key_Return);
+  izgara(ekran).git(1, "No");
+  key(Qt::Key_Delete);
+  const auto deyim = deyimler([&] { key(Qt::Key_F2); });
+  EXPECT_EQ(kutular().texts(), std::vector<std::string>{"Fiş Numaraları Başarı İle Ayarlandı."});
+  ASSERT_GE(deyim.size(), 2U);
+  EXPECT_EQ(deyim[0], "BEGIN TRANSACTION UPDATE IP_SATFATFIS SET IP='0000000123'\n");
+  EXPECT_EQ(rows("BAZ2012", "SELECT IP FROM IP_SATFATFIS UNION ALL SELECT IP FROM IP_ALFATFIS"),
+            "0000000123\n0000000000")
+      << "an emptied cell keeps the counter";
+  QSignalSpy kapandi(&ekran, &ui::Kart::kapandi);
+  test::yaz("5");
+  key(Qt::Key_Return);
+  key(Qt::Key_Escape);
+  EXPECT_EQ(kapandi.count(), 0);
+  kutular().answers = {true};
+  key(Qt::Key_Escape);
+  EXPECT_EQ(kapandi.count(), 1);
+  run("BAZ2012", "UPDATE IP_SATFATFIS SET IP='0000000000'");
+}
+
+TEST_F(KucukEkranlar, ALayoutIsTypedTriedAndSaved) {
+  run("BAZ2012", "DELETE FROM TARTIBARKOD");
+  BarkodGramaj ekran(oturum(), konsol);
+  ac(ekran);
+  QSignalSpy kapandi(&ekran, &ui::Kart::kapandi);
+  for (const char* hucre : {"7", "5", "2", "3"}) {
+    test::yaz(hucre);
+    key(Qt::Key_Return);
+  }
+  EXPECT_EQ(izgara(ekran).veri().adet(), 2);
+  EXPECT_EQ(izgara(ekran).veri().hucre(1, 6), "1");
+  type(find<QLineEdit>(ekran, "DenemeBarkodu"), "0712345012501");
+  EXPECT_EQ(find<QLabel>(ekran, "DenemeSonucu")->text().section("   ", 0, 3),
+            "Bayrak 07   Stok kodu 12345   Kilogram 01   Gram 250");
+  key(Qt::Key_F2);
+  EXPECT_EQ(kutular().last(), "Lütfen 2. satırdaki Bayrak Koduna Sayısal Bir Deger giriniz");
+  EXPECT_EQ(kutular().shown.back().icon, session::Icon::Stop);
+  izgara(ekran).setFocus();
+  izgara(ekran).git(1, "Bayrak_Kodu");
+  tikla(ekran, "SilBtn");
+  key(Qt::Key_F2);
+  EXPECT_EQ(kapandi.count(), 1);
+  EXPECT_EQ(rows("BAZ2012", "SELECT Bayrak_Kodu,Master_Kod,KG,GR,Adetli FROM TARTIBARKOD"), "07|5|2|3|0");
+}
+
+TEST_F(KucukEkranlar, ATerminalFileIsDefinedPreviewedAndDeleted) {
+  run("Defination_DB", "DELETE FROM DISVERITANIM");
+  const support::TempFolder klasor;
+  const auto dosya = klasor.path / "t.txt";
+  std::ofstream(dosya) << "8690000000017;5\n8690000000024;12\n";
+  ElTerminali ekran(oturum(), konsol);
+  ac(ekran);
+  tikla(ekran, "TamamBtn");
+  EXPECT_EQ(kutular().last(), "Kaydedilecek tanım yok. Yeni bir tanım için önce Yeni düğmesine basınız.");
+  tikla(ekran, "EkleBtn");
+  EXPECT_EQ(find<QLineEdit>(ekran, "Tanim_ID")->text(), "0");
+  type(find<QComboBox>(ekran, "Tanim_Kod")->lineEdit(), "T1");
+  type(find<QLineEdit>(ekran, "Tanim_Ad"), "Depo");
+  ekran.dosyaSec = [&](QWidget*) { return QString::fromStdString(dosya.string()); };
+  tikla(ekran, "brws");
+  find<QCheckBox>(ekran, "AyiracVar")->click();
+  type(find<QLineEdit>(ekran, "Ayirac"), ";;");
+  EXPECT_EQ(find<QLineEdit>(ekran, "Ayirac")->text(), ";");
+  auto& veri = izgara(ekran).veri();
+  EXPECT_FALSE(veri.duzenlenirMi(0, 3)) << "no widths with a separator";
+  EXPECT_EQ(veri.yaz(0, 1, "1") + veri.yaz(0, 2, "1") + veri.yaz(3, 1, "1") + veri.yaz(3, 2, "2"), "");
+  veri.yaz(1, 2, "abc");
+  EXPECT_EQ(veri.hucre(1, 2), "");
+  auto* onizleme = find<QTableWidget>(ekran, "OnizlemeGrd");
+  ASSERT_EQ(onizleme->rowCount(), 2);
+  EXPECT_EQ(onizleme->item(1, 0)->text() + "|" + onizleme->item(1, 1)->text(), "8690000000024|12");
+  tikla(ekran, "TamamBtn");
+  EXPECT_EQ(kutular().last(), "Dış Veri Aktarım Parametresi Kaydedildi.");
+  EXPECT_EQ(rows("Defination_DB",
+                 "SELECT Tanim_Kod,Tanim_Ad,Ayirac,Barkod,Barkod_Bas,Miktar_Bas FROM DISVERITANIM"),
+            "T1|Depo|;|1|1|2");
+  tikla(ekran, "SilBtn");
+  EXPECT_EQ(kutular().last(), "Seçili Veri Alım Parametresi Silinecektir. Onaylıyormusunuz?");
+  EXPECT_EQ(rows("Defination_DB", "SELECT COUNT(*) FROM DISVERITANIM"), "1");
+  kutular().answers = {true};
+  tikla(ekran, "SilBtn");
+  EXPECT_EQ(rows("Defination_DB", "SELECT COUNT(*) FROM DISVERITANIM"), "0");
+}
+
+TEST_F(KucukEkranlar, ReportTextsFollowModuleAndKind) {
+  run("Defination_DB", "DELETE FROM TSRSQL INSERT INTO TSRSQL(Modul,Kisim,DEF_SQL) VALUES(3,2,'SELECT 1')");
+  RaporEvrak ekran(oturum(), konsol);
+  ac(ekran);
+  auto* metin = find<QPlainTextEdit>(ekran, "PRSQL");
+  tikla(ekran, "PrtKaydet");
+  EXPECT_TRUE(kutular().shown.empty()) << "without module and kind nothing happens";
+  find<QTableWidget>(ekran, "PRModulFlx")->setCurrentCell(2, 1);
+  EXPECT_EQ(metin->toPlainText(), "");
+  find<QTableWidget>(ekran, "KisimFlx")->setCurrentCell(0, 1);
+  EXPECT_EQ(metin->toPlainText(), "SELECT 1");
+  metin->setPlainText("SELECT 2");
+  tikla(ekran, "PrtKaydet");
+  EXPECT_EQ(kutular().texts(), std::vector<std::string>{"Kayıt Başarı İle Gerçekleştirildi !"});
+  EXPECT_EQ(rows("Defination_DB", "SELECT DEF_SQL FROM TSRSQL ORDER BY TSR_ID"), "SELECT 1\nSELECT 2");
+}
+
+}  // namespace
+}  // namespace settings_ui

@@ -126,48 +126,6 @@ TEST(Schema, PointOfSaleTriggersHaveAnOlderForm) {
   EXPECT_EQ(schema::trigger("STOKUPDATE")->baseText, schema::trigger("STOKUPDATE")->text);
 }
 
-TEST(TableDefinition, MakesTheStatementOfEitherStage) {
-  const EmbeddedText file{"t.tbl",
-                          "# comment\n"
-                          "TABLE T B COLLATE Turkish_CI_AS\n"
-                          "  ID    INT       NOT NULL  IDENTITY      B\n"
-                          "  Kod   CHAR(26)  NULL                    B  BASE CHAR(15)\n"
-                          "  Ad    CHAR(5)   NOT NULL  DEFAULT ' '   B\n"
-                          "  Gone  BIT       NULL                    B  DROPPED\n"
-                          "  N1..N2 TEXT     NULL      FILL 'a b'    U\n"
-                          "  PRIMARY KEY NONCLUSTERED (Kod, ID)\n"
-                          "  INSERT INTO T(Ad) VALUES ('x')\n"
-                          "  UPGRADE INSERT INTO T(Ad) VALUES ('y')\n"};
-  const auto tables = parseTables(file);
-  ASSERT_EQ(tables.size(), 1u);
-  EXPECT_EQ(createStatement(tables[0], Stage::Base),
-            "CREATE TABLE T (ID INT NOT NULL IDENTITY, Kod CHAR(15) COLLATE Turkish_CI_AS NOT NULL, "
-            "Ad CHAR(5) COLLATE Turkish_CI_AS NOT NULL DEFAULT ' ', Gone BIT NULL, "
-            "PRIMARY KEY NONCLUSTERED (Kod, ID))");
-  EXPECT_EQ(createStatement(tables[0], Stage::Upgrade),
-            "CREATE TABLE T (ID INT NOT NULL IDENTITY, Kod CHAR(26) COLLATE Turkish_CI_AS NOT NULL, "
-            "Ad CHAR(5) COLLATE Turkish_CI_AS NOT NULL DEFAULT ' ', N1 TEXT NULL, N2 TEXT NULL, "
-            "PRIMARY KEY NONCLUSTERED (Kod, ID))");
-  EXPECT_EQ(tables[0].column("n2")->fill, "a b");
-  EXPECT_EQ(tables[0].firstRows, std::vector<std::string>{"INSERT INTO T(Ad) VALUES ('x')"});
-  EXPECT_EQ(tables[0].upgradeRows, std::vector<std::string>{"INSERT INTO T(Ad) VALUES ('y')"});
-}
-
-TEST(TableDefinition, RefusesWhatItDoesNotKnow) {
-  const char* const bad[] = {
-      "  A INT NULL B\n",                      // no table
-      "TABLE T X\n",                           // no such stage
-      "TABLE T B\n  A INT MAYBE B\n",          // no nullability
-      "TABLE T B\n  A INT NULL\n",             // no stage
-      "TABLE T B\n  A INT NULL B WHATEVER\n",  // no such note
-      "TABLE T B\n  A INT NULL B\n  a INT NULL B\n",
-      "TABLE T B\n  A INT NULL B\n  PRIMARY KEY (C)\n",
-  };
-  for (const char* text : bad) {
-    EXPECT_THROW(parseTables({"bad.tbl", text}), std::invalid_argument) << text;
-  }
-}
-
 // Others compare the texts letter by letter: no layout of the files may come into them. The sums are over the
 // texts as the servers have always had them.
 TEST(Schema, TextsOfViewsAndTriggersAreTheExactOnes) {

@@ -183,15 +183,16 @@ class FakeServer {
 
   std::vector<std::pair<std::string, Answer>> script;
   std::deque<std::optional<db::SqlError>> openErrors;
-  std::vector<db::ConnectionParts> openings;  // also those that failed
-  std::vector<std::string> statements;
-  std::function<void(std::string_view)> beforeRun;  // a slow server
-  std::vector<db::TableColumn> columns;             // what tableColumns() tells of every table
+  std::vector<db::ConnectionParts> openings;            // also those that failed
+  std::vector<std::string> statements;                  // of all connections
+  std::deque<std::vector<std::string>> connectionLogs;  // of each, in the order made: "DATABASE> statement"
+  std::function<void(std::string_view)> beforeRun;      // a slow server
+  std::vector<db::TableColumn> columns;                 // what tableColumns() tells of every table
 };
 
 class FakeConnection : public db::Connection {
  public:
-  explicit FakeConnection(FakeServer& server) : server_(server) {}
+  explicit FakeConnection(FakeServer& server) : server_(server), log_(server.connectionLogs.emplace_back()) {}
 
   void open(const db::ConnectionParts& parts) override {
     server_.openings.push_back(parts);
@@ -209,13 +210,17 @@ class FakeConnection : public db::Connection {
     return "fake:" + parts_.server + "/" + parts_.database + (parts_.integrated ? "/integrated" : "");
   }
   const db::ConnectionParts& parts() const override { return parts_; }
-  void run(std::string_view batch, db::BatchSink& sink) override { server_.run(batch, sink); }
+  void run(std::string_view batch, db::BatchSink& sink) override {
+    log_.push_back(parts_.database + "> " + std::string(batch));
+    server_.run(batch, sink);
+  }
   std::vector<db::TableColumn> tableColumns(const std::string&, const std::string&) override {
     return server_.columns;
   }
 
  private:
   FakeServer& server_;
+  std::vector<std::string>& log_;
   db::ConnectionParts parts_;
   db::State state_ = db::State::Closed;
 };

@@ -267,6 +267,7 @@ ui::Izgara* YetkiFrm::bayrakIzgarasi(const char* ad, rights::Bolum) {
                               {{"Sec", "Seç", tikGenisligi, HucreTuru::Tik},
                                {"Yazi", "Yetki", adGenisligi, HucreTuru::Metin, false, true}});
   grid->satirEklenir = false;
+  grid->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   grid->verticalHeader()->hide();
   // A click beside the box counts, too.
   connect(grid, &QAbstractItemView::clicked, this, [grid](const QModelIndex& index) {

@@ -26,7 +26,7 @@ struct KisayolSatiri {
 };
 
 struct KasiyerDuzeni {
-  std::string Kullanici_ID, Firma_ID, firma;
+  std::string Kullanici_ID, Kullanici_Ad, Firma_ID, firma;
   std::vector<std::string> Firma_Combo;
   bool okundu = false;
   std::vector<FisDegeri> FisGrd = std::vector<FisDegeri>(fisTanimlari().size());

@@ -114,6 +114,7 @@ bool Kasiyer_Getir(Oturum& oturum, KasiyerDuzeni& duzen) {
     const int at = row.fieldIndex(name);
     return at < 0 ? db::Value() : row.field(at);
   };
+  duzen.Kullanici_Ad = field("Kullanici_Ad").trimmed();
   for (std::size_t i = 0; i < fisTanimlari().size(); ++i) {
     const FisTanimi& tanim = fisTanimlari()[i];
     if (!tanim.deger.empty() && !kodunuBul(oturum, tanim, field(tanim.deger), duzen.FisGrd[i])) return false;

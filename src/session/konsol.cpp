@@ -1,6 +1,8 @@
 #include "session/konsol.h"
 
 #include <algorithm>
+#include <map>
+#include <set>
 
 #include "session/firma_bul.h"
 #include "session/metin.h"
@@ -52,6 +54,29 @@ constexpr std::array<MenuRow, 4> menuRows = {
      {dugum::F, false, {false, false, true, false, false, false, false}},
      {dugum::K, true, {false, true, true, true, true, true, false}},
      {dugum::K, false, {false, false, true, false, false, true, false}}}};
+
+// Who may use what, in one read. Without it the tree stands all the same.
+void baglariKoy(Oturum& oturum, std::vector<Dugum>& nodes) {
+  db::Recordset& row = oturum.Kayitlar;
+  if (Sorgu_Ac(oturum, row, "SELECT sysfrm_ID,sysus_ID FROM sysusfrmlng") != 0 ||
+      row.state() == db::State::Closed)
+    return;
+  std::map<std::int64_t, std::set<std::int64_t>> byCompany;
+  for (; !row.eof(); row.moveNext())
+    byCompany[row.field("sysfrm_ID").integer()].insert(row.field("sysus_ID").integer());
+  const auto tie = [](Dugum& node, const Dugum& other) {
+    node.baglar += (node.baglar.empty() ? "" : ", ") + other.text;
+  };
+  for (Dugum& company : nodes) {
+    const auto users = company.kind == dugum::F ? byCompany.find(company.id) : byCompany.end();
+    if (users == byCompany.end()) continue;
+    for (Dugum& user : nodes) {
+      if (user.kind != dugum::K || !users->second.contains(user.id)) continue;
+      tie(company, user);
+      tie(user, company);
+    }
+  }
+}
 
 bool isCompany(std::string_view kind) {
   return kind == dugum::F || kind == dugum::FT;
@@ -228,6 +253,7 @@ std::vector<Dugum> Alan_Listesi_Doldur(Oturum& oturum) {
   append(Firma_Listesi_Doldur(oturum));
   nodes.push_back({std::string(dugum::KT), "Kullanıcı Tanımları", 0, "", ""});
   append(Kullanici_Listesi_Doldur(oturum));
+  baglariKoy(oturum, nodes);
   return nodes;
 }
 

@@ -25,6 +25,8 @@ struct Dugum {
   std::int64_t id = 0;   // sysfrm_ID or sysus_ID; 0 for a branch
   std::string password;  // of a user, unscrambled; empty when it cannot be
   std::string kod;       // of a company: its code
+  // Of a company the users who may use it, of a user his companies, by name and with commas between.
+  std::string baglar = {};
 };
 int resimSirasi(std::string_view kind);  // image index by kind
 

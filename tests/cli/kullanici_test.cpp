@@ -11,15 +11,22 @@ namespace {
 class KullaniciKomutlari : public testing::Test {
  protected:
   support::KomutSatiri cli{db::makeConnectionFactory};
+  // Made once for all tests of the program; each takes a copy.
+  static const std::filesystem::path& hazir() {
+    static support::KomutSatiri made{db::makeConnectionFactory};
+    static const bool filled = [] {
+      bool well = made.calistir({"kur", "--sunucu", "(yerel)"}, "gizli\nabc\n") == 0;
+      for (const char* ad : {"MERKEZ", "SUBE"})
+        well = made.calistir({"firma-olustur", "--ad", ad, "--kod", "00001", "--unvan", ad}) == 0 && well;
+      const std::vector<std::string> ali = {"kullanici-ekle", "--ad",          "ali",  "--firma",
+                                            "merkez, SUBE",   "--smtp-sunucu", "posta"};
+      return made.calistir(ali, "kale7\n") == 0 && well;
+    }();
+    EXPECT_TRUE(filled) << made.err;
+    return made.dizin;
+  }
   void SetUp() override {
-    ASSERT_EQ(cli.calistir({"kur", "--sunucu", "(yerel)"}, "gizli\nabc\n"), 0) << cli.err;
-    for (const char* ad : {"MERKEZ", "SUBE"})
-      ASSERT_EQ(cli.calistir({"firma-olustur", "--ad", ad, "--kod", "00001", "--unvan", ad}), 0) << cli.err;
-    ASSERT_EQ(
-        cli.calistir({"kullanici-ekle", "--ad", "ali", "--firma", "merkez, SUBE", "--smtp-sunucu", "posta"},
-                     "kale7\n"),
-        0)
-        << cli.err;
+    std::filesystem::copy(hazir(), cli.dizin, std::filesystem::copy_options::recursive);
   }
   std::string goster(const std::string& bicim, const std::string& firma = "MERKEZ",
                      const std::string& ad = "ALİ") {

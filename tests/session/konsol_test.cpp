@@ -35,6 +35,17 @@ TEST_F(KonsolTest, TreeInReadingOrder) {
   EXPECT_EQ(nodes[4].password + nodes[5].password, "");
 }
 
+TEST_F(KonsolTest, NodesTellWhoUsesWhat) {
+  server.rows("FROM sysfrmlng", {"sysfrm_ID", "sysfrm_dbnm", "sysfrm_kd"},
+              {{4, "MAGAZA", "1"}, {5, "SUBE", "2"}});
+  server.rows("FROM sysuslng", {"sysus_ID", "sysus_nm", "sysus"}, {{7, "ALİ", ""}, {8, "VELİ", ""}});
+  // A pair twice, and one of a company that is gone.
+  server.rows("FROM sysusfrmlng", {"sysfrm_ID", "sysus_ID"}, {{4, 7}, {5, 7}, {4, 8}, {4, 8}, {9, 8}});
+  std::vector<std::string> ties;
+  for (const auto& node : Alan_Listesi_Doldur(oturum)) ties.push_back(node.baglar);
+  EXPECT_EQ(ties, (std::vector<std::string>{"", "ALİ, VELİ", "ALİ", "", "MAGAZA, SUBE", "MAGAZA"}));
+}
+
 TEST_F(KonsolTest, UnreachableCatalogLeavesTheBranches) {
   for (int i = 0; i < 4; ++i) server.failOpening(db::SqlError(db::ErrorKind::LinkBroken, 0, "kopuk"));
   const auto nodes = Alan_Listesi_Doldur(oturum);

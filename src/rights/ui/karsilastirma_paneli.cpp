@@ -37,6 +37,7 @@ KarsilastirmaPaneli::KarsilastirmaPaneli(session::Oturum& oturum, Gosterilen gos
   kullanici_->setObjectName("Karsi_Kullanici");
   firma_->setObjectName("Karsi_Firma");
   liste_->setObjectName("FarkGrd");
+  liste_->setHorizontalHeaderLabels({"Yetki", "", ""});
   liste_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   liste_->setSelectionBehavior(QAbstractItemView::SelectRows);
   liste_->setSelectionMode(QAbstractItemView::SingleSelection);

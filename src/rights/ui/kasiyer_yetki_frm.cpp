@@ -68,6 +68,7 @@ void KasiyerYetkiFrm::firmaSecildi(int sira) {
 
 void KasiyerYetkiFrm::goster() {
   const QScopedValueRollback showing(gosteriyor_, true);
+  subheading()->setText(ui::text(duzen_.Kullanici_Ad));
   fisGoster();
   for (std::size_t i = 0; i < kolonlar_.size(); ++i) koy(kolonlar_[i], duzen_.kolonlar[i]);
   session::IzgaraSatirlari nesneler;

@@ -154,7 +154,7 @@ QWidget* KasiyerYetkiFrm::fisSekmesi() {
 QWidget* KasiyerYetkiFrm::ayarSekmesi() {
   auto* page = new QWidget;
   auto* columns = new QHBoxLayout(page);
-  columns->setContentsMargins(ui::gap, 0, ui::gap, ui::gap);
+  columns->setContentsMargins(ui::gap, ui::gapSmall, ui::gap, ui::gap);
   columns->setSpacing(ui::gap);
   QGroupBox* genel = frame("Frame1", "Genel Ayarlar");
   QGroupBox* aygit = frame("Frame2", "Aygıtlar ve Satış");

@@ -26,7 +26,7 @@ namespace {
 
 using session::HucreTuru;
 
-constexpr int tikGenisligi = 52, kodGenisligi = 90, adGenisligi = 170, isaretGenisligi = 90;
+constexpr int tikGenisligi = 52, kodGenisligi = 82, adGenisligi = 116, isaretGenisligi = 86;
 constexpr int sonucYuksekligi = 150, agacEnAz = 370, sekmeEnAz = 380;
 
 // "Tümüne Uygula": a box and the caption of the rows that it goes to.

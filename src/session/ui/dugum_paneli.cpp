@@ -17,7 +17,7 @@
 namespace session_ui {
 namespace {
 
-constexpr int pictureSize = 48, rowCount = 3, buttonIcon = 20;
+constexpr int pictureSize = 48, rowCount = 4, buttonIcon = 20;
 
 QLabel* label(const char* role, bool wrap = false) {
   auto* result = new QLabel;
@@ -139,10 +139,12 @@ void DugumPaneli::goster(const session::Dugum& dugum, int altSayisi) {
     satir(0, "Firma Kodu", ui::text(dugum.kod));
     satir(1, "Sunucu", ui::text(oturum_.Server_Adi));
     satir(2, "Veri Klasörü", ui::text(oturum_.Veri_Klasoru));
+    satir(3, "Kullanıcıları", dugum.baglar.empty() ? QString("(yok)") : ui::text(dugum.baglar));
   } else if (dugum.kind == session::dugum::K) {
     const bool yonetici = dugum.id == 1;
     doldur("kullanici", ad, yonetici ? "Yönetici (Supervisor)" : "Kullanıcı");
     satir(0, "Kullanıcı No", QString::number(dugum.id));
+    satir(1, "Firmaları", dugum.baglar.empty() ? QString("(yok)") : ui::text(dugum.baglar));
   } else {
     const bool firma = dugum.kind == session::dugum::FT;
     doldur(firma ? "firmalar" : "kullanicilar", ad,

@@ -23,7 +23,7 @@ namespace {
 // The smallest fits a notebook's screen at one and a half times the usual size of letters.
 constexpr QSize smallestWindow(910, 480), usualWindow(1120, 720);
 
-enum DugumRolu { KindRole = Qt::UserRole, IdRole, KodRole };
+enum DugumRolu { KindRole = Qt::UserRole, IdRole, BaglarRole };
 
 // Image list of the tree by image index.
 QString dugumResmi(std::string_view kind) {
@@ -127,6 +127,7 @@ void ZemberaMenu::Alan_Listesi_Doldur() {
     oge->setIcon(0, ui::icon(dugumResmi(d.kind)));
     oge->setData(0, KindRole, ui::text(d.kind));
     oge->setData(0, IdRole, QVariant::fromValue<qlonglong>(d.id));
+    oge->setData(0, BaglarRole, ui::text(d.baglar));
     if (!yaprak) oge->setFirstColumnSpanned(true);
     if (yaprak && d.kind == eski.kind && d.id == eski.id) secili = oge;
   }
@@ -141,6 +142,7 @@ session::Dugum ZemberaMenu::dugum(const QTreeWidgetItem* oge) const {
   sonuc.kind = ui::utf8(oge->data(0, KindRole).toString());
   sonuc.text = ui::utf8(oge->text(0));
   sonuc.id = oge->data(0, IdRole).toLongLong();
+  sonuc.baglar = ui::utf8(oge->data(0, BaglarRole).toString());
   sonuc.kod = ui::utf8(oge->text(1));
   return sonuc;
 }

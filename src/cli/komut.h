@@ -76,6 +76,8 @@ const Komut& yetkiYazKomutu();
 const Komut& yetkiKopyalaKomutu();
 const Komut& yetkiKarsilastirKomutu();
 const Komut& yetkiCizelgeKomutu();
+const Komut& kasiyerGosterKomutu();
+const Komut& kasiyerYazKomutu();
 const Komut& yedekleKomutu();
 const Komut& yedekListeleKomutu();
 const Komut& geriAlKomutu();

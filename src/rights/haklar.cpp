@@ -134,8 +134,8 @@ std::vector<Fark> farklar(const YetkiDuzeni& sol, const YetkiDuzeni& sag) {
   return out;
 }
 
-bool yetkiAc(session::Oturum& oturum, YetkiDuzeni& duzen, const std::string& kullanici,
-             const std::string& firma) {
+bool kullaniciyiBul(session::Oturum& oturum, YetkiDuzeni& duzen, const std::string& kullanici,
+                    const std::string& firma) {
   duzen = YetkiDuzeni{};
   if (!katalogaBaglan(oturum)) return false;
   const std::string ad = session::Buyuk_Harf(session::Trim(kullanici));
@@ -156,11 +156,20 @@ bool yetkiAc(session::Oturum& oturum, YetkiDuzeni& duzen, const std::string& kul
     return false;
   }
   const std::string istenen = session::Buyuk_Harf(session::Trim(firma));
-  for (const std::string& each : duzen.Firma_Combo)
-    if (session::Buyuk_Harf(each) == istenen) return Firma_Sec(oturum, duzen, each);
+  for (const std::string& each : duzen.Firma_Combo) {
+    if (session::Buyuk_Harf(each) != istenen) continue;
+    duzen.firma = each;
+    return true;
+  }
   oturum.kutular->message(duzen.Kullanici_Ad + " kullanıcısının bu firmada yetki kaydı yok: " + firma,
                           session::Icon::Stop);
   return false;
+}
+
+bool yetkiAc(session::Oturum& oturum, YetkiDuzeni& duzen, const std::string& kullanici,
+             const std::string& firma) {
+  return kullaniciyiBul(oturum, duzen, kullanici, firma) &&
+         Firma_Sec(oturum, duzen, std::string(duzen.firma));
 }
 
 }  // namespace rights

@@ -39,6 +39,10 @@ std::vector<Fark> farklar(const YetkiSatiri& sol, const YetkiSatiri& sag);
 // The same with warehouses and workplaces, which say something only in one company.
 std::vector<Fark> farklar(const YetkiDuzeni& sol, const YetkiDuzeni& sag);
 
+// Number, name and companies of a user, and the database among them that is meant. False with the reason
+// shown.
+bool kullaniciyiBul(session::Oturum& oturum, YetkiDuzeni& duzen, const std::string& kullanici,
+                    const std::string& firma);
 // Opens the rights of a user, by name, in the company of that database. False with the reason shown.
 bool yetkiAc(session::Oturum& oturum, YetkiDuzeni& duzen, const std::string& kullanici,
              const std::string& firma);

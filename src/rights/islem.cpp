@@ -12,9 +12,15 @@ using session::Oturum;
 
 namespace {
 
+constexpr int kilitZamani = 1222;  // the server's number for a lock that did not come in time
+
 void goster(Oturum& oturum, std::string_view yapilamadi, const db::SqlError& hata) {
   oturum.Son_Hata = std::to_string(hata.number()) + " : " + hata.what();
-  oturum.kutular->message(std::string(yapilamadi) + "\n" + oturum.Son_Hata, session::Icon::Stop);
+  const char* kilitli =
+      "\nBilgiler başka bir program tarafından kilitlenmiş; lütfen biraz sonra yeniden deneyiniz.";
+  oturum.kutular->message(
+      std::string(yapilamadi) + (hata.serverNumber() == kilitZamani ? kilitli : "\n" + oturum.Son_Hata),
+      session::Icon::Stop);
 }
 
 }  // namespace
@@ -37,7 +43,7 @@ bool hatayiGoster(Oturum& oturum, std::string_view yapilamadi, const std::functi
 
 bool tekIslem(Oturum& oturum, std::string_view yapilamadi, const std::function<bool()>& is) {
   try {
-    oturum.Baglanti->execute("BEGIN TRAN");
+    oturum.Baglanti->execute(islemBasi);
     if (is()) {
       oturum.Baglanti->execute("COMMIT TRAN");
       return true;

@@ -35,7 +35,8 @@ struct KasiyerDuzeni {
   std::vector<TeraziSatiri> TeraziGRD;
   std::vector<KisayolSatiri> StokFlx;
 };
-inline constexpr int enCokKisayol = 60;  // places of StokFlx on the screen
+inline constexpr int enCokKisayol = 60;   // places of StokFlx on the screen, unless more are stored
+inline constexpr int sonKisayol = 10000;  // no place behind it is taken for one
 
 // Opens the settings of the user Secili_ID in his first company; of the company chosen. False with the
 // reason shown.

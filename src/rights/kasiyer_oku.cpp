@@ -152,7 +152,7 @@ bool Kisayol_Getir(Oturum& oturum, KasiyerDuzeni& duzen) {
     cards[id] = {id, row.field("Stok_Kod").trimmed(), row.field("Stok_Adi").trimmed()};
   }
   for (const auto& [place, stok] : places) {
-    if (place < 1 || place > enCokKisayol || !cards.contains(stok)) continue;
+    if (place < 1 || place > sonKisayol || !cards.contains(stok)) continue;
     duzen.StokFlx.resize(std::max(duzen.StokFlx.size(), static_cast<std::size_t>(place)));
     duzen.StokFlx[static_cast<std::size_t>(place - 1)] = cards[stok];
   }

@@ -134,6 +134,10 @@ bool Firma_ID_Al(Oturum& oturum, YetkiDuzeni& duzen) {
 bool Yetki_Getir(Oturum& oturum, YetkiDuzeni& duzen) {
   duzen.okundu = false;
   duzen.satir = YetkiSatiri{};
+  duzen.YetkiAmbarGrd.clear();
+  duzen.YetkiIsyeriGrd.clear();
+  duzen.kasalar.clear();
+  duzen.cariler.clear();
   db::Recordset kayitlar;
   if (ac(oturum, kayitlar,
          "SELECT * FROM Kullanici WHERE Firma_ID='" + duzen.Firma_ID + "' AND Kullanici_ID='" +

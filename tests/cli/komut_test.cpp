@@ -23,9 +23,30 @@ class KomutTest : public Test {
 };
 
 TEST_F(KomutTest, HelpOfEveryCommandIsTurkish) {
-  for (const char* command :
-       {"kur", "sql", "firma-listele", "firma-olustur", "firma-sil", "guncelle", "ornek-veri", "sema",
-        "parametre", "parametre-kopyala", "parametre-karsilastir", "numara", "tanim"}) {
+  for (const char* command : {"kur",
+                              "sql",
+                              "firma-listele",
+                              "firma-olustur",
+                              "firma-sil",
+                              "guncelle",
+                              "ornek-veri",
+                              "sema",
+                              "parametre",
+                              "parametre-kopyala",
+                              "parametre-karsilastir",
+                              "numara",
+                              "tanim",
+                              "kullanici-listele",
+                              "kullanici-ekle",
+                              "kullanici-degistir",
+                              "kullanici-sil",
+                              "yetki-goster",
+                              "yetki-yaz",
+                              "yetki-kopyala",
+                              "yetki-karsilastir",
+                              "yetki-cizelge",
+                              "kasiyer-goster",
+                              "kasiyer-yaz"}) {
     EXPECT_EQ(cli.calistir({command, "--help"}), 0) << command;
     EXPECT_NE(cli.out.find("Kullanım: zembera-cli " + std::string(command)), std::string::npos) << cli.out;
     EXPECT_NE(cli.out.find("Çıkış kodları"), std::string::npos) << cli.out;

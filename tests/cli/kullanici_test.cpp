@@ -188,4 +188,60 @@ TEST_F(KullaniciKomutlari, RightsAreCopiedComparedAndLaidOut) {
   EXPECT_EQ(html.find("http"), std::string::npos);
 }
 
+TEST_F(KullaniciKomutlari, TillSettingsGoOutAndComeBackWhole) {
+  sql("INSERT INTO STOKKART(Stok_Kod,Stok_Ad) VALUES('ELMA','Elma') INSERT INTO KASAKART(Kasa_Kod) "
+      "VALUES('K1') INSERT INTO "
+      "TARTIBARKOD(Bayrak_Kodu) VALUES('27')",
+      "MERKEZ");
+  const auto json = [&] {
+    EXPECT_EQ(cli.calistir({"kasiyer-goster", "--kullanici", "ALİ", "--firma", "MERKEZ", "--bicim", "json"}),
+              0)
+        << cli.err;
+    return cli.out;
+  };
+  const auto write = [&](const std::string& text) {
+    return cli.calistir({"kasiyer-yaz", "--kullanici", "ALİ", "--firma", "MERKEZ", "-i", "-"}, text);
+  };
+  const std::string before = json();
+  EXPECT_EQ(write("{\"Def_Kasa_ID\": \"K1\", \"KS_Degistirsin\": 1, \"FisNo\": 1, \"RaporYazici\": "
+                  "\"yazıcı\",\n\"Teraziler\": \"27\", "
+                  "\"kisayollar\": [{\"sira\": 2, \"stok\": \"elma\"}]}"),
+            0)
+      << cli.err;
+  EXPECT_EQ(cli.err, "Yetkilendirme İşlemi Başarı İle Tamamlandı.\n");
+  std::string wanted = before;
+  const std::pair<std::string, std::string> changes[] = {
+      {"\"Def_Kasa_ID\": \"\"", "\"Def_Kasa_ID\": \"K1\""},
+      {"\"KS_Degistirsin\": 0", "\"KS_Degistirsin\": 1"},
+      {"\"FisNo\": 0", "\"FisNo\": 1"},
+      {"\"RaporYazici\": \"\"", "\"RaporYazici\": \"yazıcı\""},
+      {"\"Teraziler\": \"\"", "\"Teraziler\": \"27\""},
+      {"\"kisayollar\": []", "\"kisayollar\": [\n    {\"sira\": 2, \"stok\": \"ELMA\"}\n  ]"}};
+  for (const auto& [from, to] : changes) {
+    ASSERT_NE(wanted.find(from), std::string::npos) << from;
+    wanted.replace(wanted.find(from), from.size(), to);
+  }
+  EXPECT_EQ(json(), wanted);
+  EXPECT_EQ(write(wanted), 0) << cli.err;
+  EXPECT_EQ(json(), wanted);
+
+  const std::pair<const char*, const char*> wrong[] = {
+      {"{\"FisNo\": 1,\n\"Yok\": 1}", "satır 2: bilinmeyen kasiyer ayarı: Yok"},
+      {"{\"FisNo\": 2}", "satır 1: FisNo 0 ya da 1 olabilir"},
+      {"{\"TerPort\": \"12345678901\"}", "satır 1: TerPort en çok 10 karakter olabilir."},
+      {"{\"Teraziler\": \"99\"}", "satır 1: bu firmada böyle bir terazi yok: 99"},
+      {"{\"kisayollar\": [{\"sira\": 61, \"stok\": \"ELMA\"}]}",
+       "satır 1: kısayolun sırası 1 ile 60 arasında ve tek olmalı, stoğu verilmeli"},
+      {"{\"kisayollar\": [\n{\"sira\": 1, \"stok\": \"YOK\"}]}",
+       "satır 2: bu firmada böyle bir stok yok: YOK"},
+  };
+  for (const auto& [text, fault] : wrong) {
+    EXPECT_EQ(write(text), 1) << text;
+    EXPECT_EQ(cli.err, "-: " + std::string(fault) + "\nHiçbir şey yazılmadı.\n");
+  }
+  EXPECT_EQ(write("{\"Def_Kasa_ID\": \"K9\", \"FisNo\": 0}"), 1);
+  EXPECT_EQ(cli.err, "Kasa Kodu bulunamadı: K9\n");
+  EXPECT_EQ(json(), wanted);
+}
+
 }  // namespace

@@ -1,3 +1,4 @@
+#include "rights/islem.h"
 #include "rights/ortam.h"
 #include "rights/varsayilan.h"
 #include "session/metin.h"
@@ -69,7 +70,7 @@ TEST_F(KullaniciTest, ANewUserHasEverythingInEachTickedCompany) {
   const std::string sifreli = *session::Sifrele("Kale99");
   EXPECT_EQ(
       surucu.izleme.deyimler,
-      (Texts{"BEGIN TRAN", "SELECT * FROM sysuslng WHERE sysus_nm='ALİ'",
+      (Texts{std::string(rights::islemBasi), "SELECT * FROM sysuslng WHERE sysus_nm='ALİ'",
              "INSERT INTO sysuslng(sysus_nm,sysus_lgn,sysus,Yonetici,sendusing,smtpserver,smtpserverport,"
              "smtpauthenticate,sendusername,sendpassword) VALUES ('ALİ','ALİ','" +
                  sifreli + "',0,1,'posta.example',' ',1,' ',' ')",

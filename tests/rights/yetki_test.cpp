@@ -1,3 +1,4 @@
+#include "rights/islem.h"
 #include "rights/ortam.h"
 #include "rights/yetki_duzeni.h"
 
@@ -194,7 +195,7 @@ TEST_F(YetkiTest, StatementsStayFew) {
   surucu.izleme.sifirla();
   ASSERT_TRUE(rights::TamamBtn(o(), duzen)) << s.boxes.last();
   EXPECT_LE(surucu.izleme.deyimler.size(), 10u);
-  EXPECT_EQ(surucu.izleme.deyimler.front(), "BEGIN TRAN");
+  EXPECT_EQ(surucu.izleme.deyimler.front(), rights::islemBasi);
   EXPECT_EQ(surucu.izleme.deyimler.back(), "COMMIT TRAN");
   EXPECT_EQ(rows("SELECT COUNT(*) FROM MERKEZ.dbo.KULLANICIAMBAR") +
                 rows("SELECT COUNT(*) FROM MERKEZ.dbo.KULLANICIISYERI"),
@@ -242,6 +243,19 @@ TEST_F(YetkiTest, WhatCannotBeReadCannotBeSaved) {
       Texts{
           "Bu firmanın yetkileri okunamadı; kaydedilirse verilmiş yetkiler silinir. Hiçbir şey yazılmadı."});
   EXPECT_EQ(rows("SELECT * FROM Kullanici ORDER BY ID"), before);
+}
+
+TEST_F(YetkiTest, WhatAnotherProgramHoldsIsToldAfterAWhile) {
+  YetkiDuzeni duzen = ac();
+  duzen.treelist.degistir(satir("Banka"), false);
+  run("BEGIN TRAN UPDATE Kullanici SET KR=0 WHERE Kullanici_ID=2");
+  EXPECT_FALSE(rights::TamamBtn(o(), duzen));
+  EXPECT_EQ(s.boxes.texts(),
+            Texts{"Yetkiler kaydedilemedi; hiçbir şey değiştirilmedi.\nBilgiler başka bir program tarafından "
+                  "kilitlenmiş; lütfen biraz sonra yeniden deneyiniz."});
+  run("ROLLBACK TRAN");
+  EXPECT_TRUE(rights::TamamBtn(o(), duzen));
+  EXPECT_EQ(kolon("BANKA,KR"), "0|1");
 }
 
 TEST_F(YetkiTest, MessagesOfWhatIsMissing) {

@@ -54,6 +54,8 @@ AramaListesi::AramaListesi(session::Oturum& oturum, const rights::KasiyerDuzeni&
   liste_->verticalHeader()->hide();
   liste_->horizontalHeader()->resizeSection(0, kodGenisligi);
   liste_->horizontalHeader()->setStretchLastSection(true);
+  liste_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  liste_->horizontalHeader()->setHighlightSections(false);
   liste_->horizontalHeader()->setSortIndicatorShown(true);
   liste_->horizontalHeader()->setSortIndicator(0, Qt::AscendingOrder);
   liste_->horizontalHeader()->setSectionsClickable(true);

@@ -85,7 +85,7 @@ void KasiyerYetkiFrm::goster() {
   for (const rights::TeraziSatiri& terazi : duzen_.TeraziGRD)
     teraziler.push_back({{tik(terazi.Sec), terazi.kod, terazi.aciklama}});
   teraziler_->doldur(teraziler);
-  duzen_.StokFlx.resize(static_cast<std::size_t>(rights::enCokKisayol));
+  duzen_.StokFlx.resize(std::max(duzen_.StokFlx.size(), static_cast<std::size_t>(rights::enCokKisayol)));
   kisayolGoster();
   tamam_->setEnabled(duzen_.okundu);
 }

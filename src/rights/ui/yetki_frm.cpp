@@ -23,7 +23,7 @@ namespace rights_ui {
 
 namespace {
 
-constexpr int secKolonu = 0;
+constexpr int secKolonu = 0, isaretKolonu = 3;
 
 std::string tik(bool acik) {
   return acik ? "1" : "0";
@@ -46,6 +46,13 @@ void bayraklariOku(const ui::Izgara& izgara, rights::YetkiSatiri& satir, rights:
     const rights::Kolon& kolon = rights::kolonlar()[i];
     if (kolon.bolum == bolum && kolon.tur == rights::KolonTuru::Bit && row < izgara.veri().adet())
       satir.degerler[i] = izgara.veri().hucre(row++, secKolonu) == "1";
+  }
+}
+
+void yerleriOku(const ui::Izgara& izgara, rights::Yerler& yerler) {
+  for (int row = 0; row < izgara.veri().adet(); ++row) {
+    yerler[static_cast<std::size_t>(row)].Sec = izgara.veri().hucre(row, secKolonu) == "1";
+    yerler[static_cast<std::size_t>(row)].varsayilan = izgara.veri().hucre(row, isaretKolonu) == "1";
   }
 }
 
@@ -125,13 +132,13 @@ void YetkiFrm::yerleriGoster(ui::Izgara* izgara, const rights::Yerler& yerler) {
 
 // One mark in the whole grid, and none on a row that is not ticked.
 void YetkiFrm::yerYazildi(ui::Izgara* izgara, rights::Yerler& yerler, int satir, int kolon) {
-  constexpr int isaretKolonu = 3;
   const bool acik = izgara->veri().hucre(satir, kolon) == "1";
   const auto at = static_cast<std::size_t>(satir);
+  yerleriOku(*izgara, yerler);  // a step taken back has changed the grid alone
   if (kolon == isaretKolonu)
     rights::varsayilanYap(yerler, at, acik);
-  else if (yerler[at].Sec != acik)
-    rights::secimiCevir(yerler, at);
+  else if (!acik)
+    yerler[at].varsayilan = false;
   for (int row = 0; row < izgara->veri().adet(); ++row) {
     const rights::YerYetkisi& yer = yerler[static_cast<std::size_t>(row)];
     izgara->veri().koy(row, secKolonu, tik(yer.Sec));
@@ -140,12 +147,6 @@ void YetkiFrm::yerYazildi(ui::Izgara* izgara, rights::Yerler& yerler, int satir,
 }
 
 void YetkiFrm::oku() {
-  const auto yerleriOku = [](const ui::Izgara& izgara, rights::Yerler& yerler) {
-    for (int row = 0; row < izgara.veri().adet(); ++row) {
-      yerler[static_cast<std::size_t>(row)].Sec = izgara.veri().hucre(row, 0) == "1";
-      yerler[static_cast<std::size_t>(row)].varsayilan = izgara.veri().hucre(row, 3) == "1";
-    }
-  };
   duzen_.treelist = agac_->agac();
   bayraklariOku(*genel_, duzen_.satir, rights::Bolum::Genel);
   bayraklariOku(*kasiyer_, duzen_.satir, rights::Bolum::Kasiyer);

@@ -46,7 +46,7 @@ QComboBox* liste(const char* ad) {
   auto* box = new QComboBox;
   box->setObjectName(ad);
   box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  box->setMinimumContentsLength(6);
+  box->setMinimumContentsLength(9);
   return box;
 }
 

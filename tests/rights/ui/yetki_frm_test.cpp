@@ -120,6 +120,13 @@ TEST_F(YetkiFrmTest, GridsAndBoxesAreSaved) {
   EXPECT_EQ(ambar->veri().satirlar()[1].hucreler, (std::vector<std::string>{"1", "2", "Depo", "1"}));
   tiklaHucre(ambar, 0, 2);
   EXPECT_EQ(ambar->veri().hucre(0, 0), "0");
+  ambar->setFocus();
+  key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(ambar->veri().hucre(0, 0), "1");
+  tiklaHucre(ambar, 1, 0);  // the step taken back stays taken back, and the mark goes with the tick
+  EXPECT_EQ(ambar->veri().satirlar()[0].hucreler[0] + ambar->veri().satirlar()[1].hucreler[3], "10");
+  tiklaHucre(ambar, 1, 3);
+  tiklaHucre(ambar, 0, 0);
   key(Qt::Key_F2);
   EXPECT_EQ(s.boxes.last(), "Firma İçin Yetkilendirme Tamamlandı.");
   EXPECT_EQ(

@@ -67,6 +67,7 @@ const Komut& parametreKarsilastirKomutu();
 const Komut& numaraKomutu();
 const Komut& tanimKomutu();
 const Komut& devirKomutu();
+const Komut& maliyetKomutu();
 const Komut& kullaniciListeleKomutu();
 const Komut& kullaniciEkleKomutu();
 const Komut& kullaniciDegistirKomutu();

@@ -134,7 +134,7 @@ void Baglam::mesaj(const std::string& metin) {
 void Baglam::adim(std::int64_t deger, std::int64_t enCok) {
   if (enCok > 0) o.ilerleme->step(std::min(deger, enCok), enCok);
   o.ilerleme->pump();
-  if (g.iptal && g.iptal()) throw DevirIptal{};
+  if ((g.iptal && g.iptal()) || o.ilerleme->cancelled()) throw DevirIptal{};
 }
 
 void Baglam::atla(std::string_view tablo, std::string ad, std::string neden) {

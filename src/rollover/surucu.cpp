@@ -96,7 +96,7 @@ class Kosu {
     }
     Tanimlari_Devret(b_);
     Kartlari_Devret(b_);
-    b_.mesaj("Devir Kanıtı Hazırlanıyor...!");
+    b_.mesaj("Devir İşlemlerinin Tamamlanması İçin Kalan Ayarlar Yapılırken Lütfen Bekleyiniz.");
     s_.kanit = kanitHazirla(b_);
     b_.eslemeKaldir();
     b_.yap(b_.g.deneme ? "ROLLBACK TRAN" : "COMMIT TRAN");

@@ -3,6 +3,7 @@
 #include "company/ui/ekranlar.h"
 #include "maintenance/ui/ekranlar.h"
 #include "rights/ui/ekranlar.h"
+#include "rollover/ui/ekranlar.h"
 #include "settings/ui/ekranlar.h"
 
 namespace session_ui {
@@ -13,6 +14,7 @@ ui::EkranKaydi butunEkranlar() {
   company_ui::ekranlariTanit(kayit);
   rights_ui::ekranlariTanit(kayit);
   maintenance_ui::ekranlariTanit(kayit);
+  rollover_ui::ekranlariTanit(kayit);
   settings_ui::ekranlariTanit(kayit);
   return kayit;
 }

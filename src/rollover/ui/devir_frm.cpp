@@ -60,8 +60,13 @@ DevirFrm::DevirFrm(session::Oturum& oturum, ui::ConsolePort& konsol)
   sol->addStretch(1);
   auto* yan = new QHBoxLayout;
   yan->setSpacing(ui::gap);
-  yan->addLayout(sol, 3);
-  yan->addWidget(secenekCercevesi(), 4);
+  constexpr int solEn = 440;
+  auto* taraflar = new QWidget;
+  taraflar->setMaximumWidth(solEn);
+  sol->setContentsMargins(0, 0, 0, 0);
+  taraflar->setLayout(sol);
+  yan->addWidget(taraflar);
+  yan->addWidget(secenekCercevesi(), 1);
   body()->addLayout(yan, 1);
   kanit_ = button("KanitBtn", "Devir Kanıtı", "incele");
   deneme_ = button("DenemeBtn", "Deneme", "soru");
@@ -89,11 +94,16 @@ QWidget* DevirFrm::tarafCercevesi(int i) {
   Taraf& t = taraf_[static_cast<std::size_t>(i)];
   t.combo = new QComboBox;
   t.combo->setObjectName("Firma_Combo" + QString::number(i));
+  t.combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  t.combo->setMinimumContentsLength(10);
   auto* etiket = new QLabel("Firmayı Seçiniz");
   etiket->setBuddy(t.combo);
+  etiket->setProperty("rol", "alan");
   grid->addWidget(etiket, 0, 0, Qt::AlignRight | Qt::AlignVCenter);
   grid->addWidget(t.combo, 0, 1);
   auto* keys = new ui::FieldKeys(this, ui::cardColours, true);
+  auto* tarihler = new QHBoxLayout;
+  tarihler->setSpacing(ui::gapSmall);
   for (std::size_t a = 0; a < alanlar.size(); ++a) {
     auto* edit = new QLineEdit;
     edit->setObjectName(alanlar[a].ad + QString::number(i));
@@ -101,10 +111,27 @@ QWidget* DevirFrm::tarafCercevesi(int i) {
     if (alanlar[a].metin == &DevirTarafi::Bas_Tar || alanlar[a].metin == &DevirTarafi::Bit_Tar) {
       edit->setMaxLength(tarihUzunlugu);
       edit->setPlaceholderText("GG.AA.YYYY");
+      edit->setMinimumWidth(fontMetrics().horizontalAdvance("00.00.0000") + 2 * ui::gap);
     } else {
       edit->setMaxLength(50);
     }
-    row(grid, grid->rowCount(), alanlar[a].yazi[static_cast<std::size_t>(i)], edit);
+    // Both ends of the period share a line.
+    if (alanlar[a].metin == &DevirTarafi::Bit_Tar) {
+      auto* bitis = new QLabel(alanlar[a].yazi[static_cast<std::size_t>(i)]);
+      bitis->setBuddy(edit);
+      bitis->setProperty("rol", "alan");
+      tarihler->addWidget(bitis);
+      tarihler->addWidget(edit, 1);
+    } else if (alanlar[a].metin == &DevirTarafi::Bas_Tar) {
+      auto* bas = new QLabel(alanlar[a].yazi[static_cast<std::size_t>(i)]);
+      bas->setBuddy(edit);
+      bas->setProperty("rol", "alan");
+      grid->addWidget(bas, grid->rowCount(), 0, Qt::AlignRight | Qt::AlignVCenter);
+      tarihler->addWidget(edit, 1);
+      grid->addLayout(tarihler, grid->rowCount() - 1, 1);
+    } else {
+      row(grid, grid->rowCount(), alanlar[a].yazi[static_cast<std::size_t>(i)], edit);
+    }
     t.alan[a] = edit;
     const std::string onceki = a == 0 ? "" : alanlar[a - 1].ad + std::to_string(i);
     const std::string sonraki = a + 1 == alanlar.size() ? "TamamBtn" : alanlar[a + 1].ad + std::to_string(i);
@@ -137,11 +164,11 @@ QWidget* DevirFrm::secenekCercevesi() {
   auto* etiket = new QLabel("Ciro Takip Süresi");
   etiket->setBuddy(ciro_);
   auto* satir = new QHBoxLayout;
-  satir->addWidget(eksi_);
-  satir->addStretch(1);
   satir->addWidget(etiket);
   satir->addWidget(ciro_);
   satir->addWidget(new QLabel("gün"));
+  satir->addStretch(1);
+  duzen->addWidget(eksi_);
   duzen->addLayout(satir);
   return kutu;
 }

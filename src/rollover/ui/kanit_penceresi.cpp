@@ -34,7 +34,7 @@ KanitPenceresi::KanitPenceresi(session::Oturum& oturum, rollover::Kanit kanit, Q
   tablo_->setSelectionBehavior(QAbstractItemView::SelectRows);
   tablo_->setSelectionMode(QAbstractItemView::SingleSelection);
   tablo_->setWordWrap(false);
-  static constexpr int enler[] = {215, 130, 190, 125, 125, 120};
+  static constexpr int enler[] = {235, 105, 165, 105, 105, 100};
   for (int i = 0; i < static_cast<int>(std::size(enler)); ++i) tablo_->setColumnWidth(i, enler[i]);
   tablo_->horizontalHeader()->setStretchLastSection(true);
   farklar_->setObjectName("YalnizcaFarklar");

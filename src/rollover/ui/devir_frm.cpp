@@ -60,7 +60,7 @@ DevirFrm::DevirFrm(session::Oturum& oturum, ui::ConsolePort& konsol)
   sol->addStretch(1);
   auto* yan = new QHBoxLayout;
   yan->setSpacing(ui::gap);
-  constexpr int solEn = 440;
+  constexpr int solEn = 465;
   auto* taraflar = new QWidget;
   taraflar->setMaximumWidth(solEn);
   sol->setContentsMargins(0, 0, 0, 0);

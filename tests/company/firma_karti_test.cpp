@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
 
 #include "company/base_schema.h"
 #include "company/kart_alanlari.h"
@@ -152,6 +153,110 @@ TEST(FirmaKarti, NewCompanyGoesThroughItsStepsInOrder) {
   EXPECT_EQ(s.oturum.Baglanti->parts().database, "master");
 }
 
+// Columns of an INSERT statement with their values as SQL.
+std::map<std::string, std::string> satir(const std::string& insert) {
+  const auto parcala = [](std::string_view text) {
+    std::vector<std::string> out(1);
+    bool quoted = false;
+    for (const char c : text) {
+      quoted ^= c == '\'';
+      if (c == ',' && !quoted)
+        out.emplace_back();
+      else if (c != '[' && c != ']')
+        out.back() += c;
+    }
+    return out;
+  };
+  const std::size_t open = insert.find('('), close = insert.find(") VALUES (");
+  const auto kolonlar = parcala(std::string_view(insert).substr(open + 1, close - open - 1));
+  const auto degerler = parcala(std::string_view(insert).substr(close + 10, insert.rfind(')') - close - 10));
+  std::map<std::string, std::string> out;
+  for (std::size_t i = 0; i < std::min(kolonlar.size(), degerler.size()); ++i) out[kolonlar[i]] = degerler[i];
+  EXPECT_EQ(kolonlar.size(), degerler.size());
+  return out;
+}
+
+TEST(FirmaKarti, RowOfANewCompanyIsWrittenWhole) {
+  KartSunucusu s;
+  FirmaKarti kart = gecerliKart();
+  kart.Sehir = " İZMİR ";
+  EXPECT_TRUE(company::Kaydet(s.oturum, kart));
+  const std::string bas = db::literal(db::DateTime{2012, 1, 1}),
+                    bit = db::literal(db::DateTime{2012, 12, 31});
+  std::map<std::string, std::string> beklenen = {
+      {"sysfrm_nm", "'Örnek Ticaret'"},
+      {"sysfrm_dbnm", "'ORNEK2012'"},
+      {"sysfrm_kd", "'00001'"},
+      {"Mali_Yil_Baslangic", bas},
+      {"KilitBasTarih", bas},
+      {"Mali_Yil_Bitis", bit},
+      {"KilitBitTarih", bit},
+      {"sehir", "'İZMİR'"},
+      {"DBVRSYN", "'2012.002'"},
+      {"YR_DT", db::literal(db::DateTime{2012, 3, 14})},
+      {"HesapTakipTipi", "'Aylık'"},
+      {"TransferFirma", "''"},
+      {"DipNotTahsilat", "'ÖDEMENİZ İÇİN TEŞEKKÜR EDERİZ'"},
+      {"DipNotAlisVeris", "'MAĞAZAMIZI TERCİH ETTİĞİNİZ İÇİN TEŞEKKÜR EDERİZ'"}};
+  const std::pair<const char*, std::vector<const char*>> sayilar[] = {
+      {"2", {"AnaParaVirgul", "BirimFiyatVirGul", "DovizVirgul", "DovizBirimFiyatVirgul"}},
+      {"4", {"KurVirgul"}},
+      {"18", {"DefKDV"}},
+      {"15", {"IrsTakipSuresi"}},
+      {"3", {"SatisYapma", "TahsilatYapma"}},
+      {"16777215", {"StokMinRenk", "StokMaxRenk", "StokSFRRenk"}},
+      {"1",
+       {"PosVar", "SatirISK_Dahil", "FaturaAltiISK_Dahil", "Masraflar_Dahil", "SecimdeGelecekMiktar",
+        "KasaHareketListeTipi", "KasiyerStokListeTipi", "MuhasebelesecekFisler", "MuhBenzerSatirBirlestir",
+        "MasraflarSatistaKardir", "VadeFarkiTipi", "Yazarkasa"}},
+      {"0",
+       {"DovizVar",
+        "RenkBedenVar",
+        "BarkodVar",
+        "EmanetVar",
+        "OnceEmanetAl",
+        "HareketKilit",
+        "OzelRenkli",
+        "Renk_Ozel",
+        "Renk_Doviz",
+        "Renk_TL",
+        "StokMinSeviye",
+        "StokMaxSeviye",
+        "StokSFRSeviye",
+        "StokSeviyeOzelKontrol",
+        "KDV_Dahildir",
+        "CariStokFiyatBagli",
+        "FarkliISKBirlessin",
+        "PuanVar",
+        "PesinIndirimi",
+        "AlistaFiyatDegis",
+        "SatistaFiyatDegis",
+        "OnlineMuhasebe",
+        "AmbarKarNoktasidir",
+        "AmbarBakiyesiGoster",
+        "AmbarYetkiyeBagli",
+        "IsyeriYetkiyeBagli",
+        "MuafGun",
+        "VadeFarki",
+        "SatisVadeFarki",
+        "KrediLimiti",
+        "Pesinat",
+        "TaksitSayisi",
+        "IhtarSayisi",
+        "TahsilatIhtarSayisi",
+        "FarkliFiyatBirlessin",
+        "TaksitliSatisModu"}}};
+  for (const auto& [deger, kolonlar] : sayilar)
+    for (const char* kolon : kolonlar) beklenen[kolon] = deger;
+  ASSERT_TRUE(s.sent("INSERT INTO [sysfrmlng]"));
+  const auto metin = [](const std::map<std::string, std::string>& row) {
+    std::string out;
+    for (const auto& [kolon, deger] : row) out += kolon + "=" + deger + "\n";
+    return out;
+  };
+  EXPECT_EQ(metin(satir(s.server.statements[s.first("INSERT INTO [sysfrmlng]")])), metin(beklenen));
+}
+
 TEST(FirmaKarti, RefusedCreationStillRegistersAndLeavesOutTheSchema) {
   KartSunucusu s;
   s.server.fail("CREATE DATABASE", db::SqlError(db::ErrorKind::StatementRefused, 5170, "file exists"));
@@ -190,12 +295,18 @@ TEST(FirmaKarti, FileInTheDataFolderStopsTheCreation) {
   s.oturum.Veri_Klasoru = folder.string();
   FirmaKarti kart = gecerliKart();
   EXPECT_TRUE(company::Kaydet(s.oturum, kart));
-  EXPECT_EQ(s.oturum.Son_Hata.rfind("Bu Firma SQL SERVER Tarafından Tanınmıyor Ama Dosyası var.\nDosya için "
-                                    "Lütfen" +
-                                        folder.string() + "\\ORNEK2012.mdf Yoluna Bakınız.\n",
-                                    0),
-            0u)
-      << s.oturum.Son_Hata;
+  EXPECT_EQ(
+      s.oturum.Son_Hata,
+      "Bu Firma SQL SERVER Tarafından Tanınmıyor Ama Dosyası var.\n"
+      "Dosya için Lütfen" +
+          folder.string() +
+          "\\ORNEK2012.mdf Yoluna Bakınız.\n"
+          "Eğer Bu Firmayı Oluşturmak istiyorsanız.Aşağıdaki Adımları Uygulayınız.\n"
+          "1- Bu Dosyayı Yukarıda Belirtilen Yoldan Başka Bir Yere Alınız.\n"
+          "2- Firmayı Oluşturunuz.\n"
+          "3- Muhtemelen Var Olan Dosya Bir Korven Firmasının Bilgilerini İçerdiği İçin.\n"
+          "   Bu Bilgileri Geri alabilmek SQL SERVER'i Durdurduktan Sonra Buradn Aldığınız Dosyayı Üzerine "
+          "Kopyalayınız.\n\nYADA Lütfen Proram Satıcınızı Arayınız.");
   EXPECT_FALSE(s.sent("CREATE DATABASE"));
 }
 

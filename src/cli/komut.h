@@ -61,6 +61,7 @@ const Komut& guncelleKomutu();
 const Komut& ornekVeriKomutu();
 const Komut& semaKomutu();
 const Komut& denetleKomutu();
+const Komut& sunucuAyarlaKomutu();
 const Komut& parametreKomutu();
 const Komut& parametreKopyalaKomutu();
 const Komut& parametreKarsilastirKomutu();

@@ -80,6 +80,8 @@ class ProcedureCall {
   void checkTable();
   // ALTER DATABASE .. SET PAGE_VERIFY CHECKSUM
   void verifyPages();
+  // ALTER DATABASE .. SET DELAYED_DURABILITY
+  void delayDurability();
 
  private:
   void tellChecked(const std::string& database, const std::string& table);
@@ -134,6 +136,7 @@ const P::Procedure procedures[] = {
     {"dbcc checkdb", {{{"@database", false}, {"@noindex", false}, {"@no_infomsgs", false}}}, &P::checkDatabase},
     {"dbcc checktable", {{{"@table", true}, {"@noindex", false}, {"@no_infomsgs", false}}}, &P::checkTable},
     {"alter database page_verify", {{{"@database", true}}}, &P::verifyPages},
+    {"alter database delayed_durability", {{{"@database", true}, {"@delayed", true}}}, &P::delayDurability},
     {"sp_rename", {{{"@objname", true}, {"@newname", true}, {"@objtype", false}}}, &P::rename},
 };
 
@@ -241,6 +244,13 @@ void ProcedureCall::verifyPages() {
   if (store().inTransaction())
     throw Error(226, "ALTER DATABASE statement not allowed within multi-statement transaction.");
   store().renew(text(0));
+}
+
+void ProcedureCall::delayDurability() {
+  onlyAdministrators();
+  if (store().inTransaction())
+    throw Error(226, "ALTER DATABASE statement not allowed within multi-statement transaction.");
+  store().setDelayedDurability(text(0), text(1) == "1");
 }
 
 int runProcedure(Executor& executor, const ExecStatement& statement) {

@@ -39,18 +39,30 @@ StatementPtr SqlParser::dbccStatement() {
 }
 
 // ALTER DATABASE database SET PAGE_VERIFY CHECKSUM
+// ALTER DATABASE database SET DELAYED_DURABILITY = FORCED | DISABLED
 StatementPtr SqlParser::alterDatabase() {
   const int atLine = line();
   expect("ALTER");
   expect("DATABASE");
   ExecStatement exec;
-  exec.procedure.object = "alter database page_verify";
-  ExecArgument& database = exec.args.emplace_back();
-  database.value = make(Expr::Kind::Literal);
-  database.value->literal = {LiteralKind::Text, name(), -1};
+  const auto add = [&](const std::string& text) {
+    ExecArgument& argument = exec.args.emplace_back();
+    argument.value = make(Expr::Kind::Literal);
+    argument.value->literal = {LiteralKind::Text, text, -1};
+  };
+  add(name());
   expect("SET");
-  if (!isWord("PAGE_VERIFY") || !isWord("CHECKSUM", 1)) unsupported("ALTER DATABASE");
-  pos_ += 2;
+  if (isWord("PAGE_VERIFY") && isWord("CHECKSUM", 1)) {
+    exec.procedure.object = "alter database page_verify";
+    pos_ += 2;
+    return wrap(std::move(exec), atLine);
+  }
+  if (!accept("DELAYED_DURABILITY")) unsupported("ALTER DATABASE");
+  expectSymbol('=');
+  if (!isWord("FORCED") && !isWord("DISABLED")) unsupported("DELAYED_DURABILITY");
+  exec.procedure.object = "alter database delayed_durability";
+  add(isWord("FORCED") ? "1" : "0");
+  ++pos_;
   return wrap(std::move(exec), atLine);
 }
 

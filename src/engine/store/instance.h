@@ -35,10 +35,6 @@ class Instance {
   LoginGuard& logins() { return logins_; }
   IdentityMarks& identityMarks() { return identityMarks_; }
 
-  // Commits are told before they are on the disk; a power cut may take the last moments.
-  bool delayedDurability() const { return delayedDurability_.load(std::memory_order_relaxed); }
-  void setDelayedDurability(bool delayed) { delayedDurability_ = delayed; }
-
   bool stopped() const { return shared_->stopped.load(std::memory_order_acquire) != 0; }
 
   // Catalogs read by one session serve the others; only committed ones are kept.
@@ -66,7 +62,6 @@ class Instance {
   std::condition_variable ending_;
   std::mutex endingMutex_;
   bool ended_ = false;
-  std::atomic<bool> delayedDurability_ = false;
   std::thread watcher_;
 };
 

@@ -192,8 +192,9 @@ void Store::Impl::tune(Attached& one) {
   for (const char* pragma :
        {"journal_mode=WAL", "secure_delete=OFF", "cache_size=-8000", "journal_size_limit=67108864"})
     lite::exec(db, "PRAGMA " + one.alias + "." + pragma);
-  const char* durability = instance->delayedDurability() ? "NORMAL" : "FULL";
-  lite::exec(db, "PRAGMA " + one.alias + ".synchronous=" + durability);
+  const auto master = attached.find(masterName);
+  const bool delayed = one.delayed || (master != attached.end() && master->second->delayed);
+  lite::exec(db, "PRAGMA " + one.alias + ".synchronous=" + (delayed ? "NORMAL" : "FULL"));
   one.tuned = true;
 }
 
@@ -231,10 +232,12 @@ void Store::Impl::checkAttached(Attached& one, const std::string& family) {
   const std::string file = one.entry.data.string();
   std::int64_t format = 0;
   try {
-    lite::Stmt meta(db, atAlias("SELECT key, value FROM @.zb_meta WHERE key IN ('family', 'format')", one.alias));
+    lite::Stmt meta(db, atAlias("SELECT key, value FROM @.zb_meta WHERE key IN ('family', 'format', 'delayed')", one.alias));
     while (meta.step()) {
       if (meta.text(0) == "family")
         one.family = meta.text(1);
+      else if (meta.text(0) == "delayed")
+        one.delayed = meta.integer(1) != 0;
       else
         format = meta.integer(1);
     }
@@ -428,6 +431,21 @@ void Store::detach(std::string_view database) {
   if (found != impl_->attached.end() && !impl_->close(*found->second))
     throw Error(3702,
                 "Cannot drop the database '" + std::string(database) + "' because it is currently in use.");
+}
+
+void Store::setDelayedDurability(std::string_view database, bool delayed) {
+  Attached& one = impl_->find(database);
+  begin();
+  try {
+    lite::Stmt put(impl_->db, atAlias("INSERT OR REPLACE INTO @.zb_meta(key, value) VALUES('delayed', ?)", one.alias));
+    put.bind(delayed ? 1 : 0).run();
+  } catch (const Error&) {
+    rollback();
+    throw;
+  }
+  commit();
+  one.delayed = delayed;
+  for (auto& [name, each] : impl_->attached) each->tuned = false;
 }
 
 void Store::renew(std::string_view name) {

@@ -91,6 +91,10 @@ class Store {
   // the service stands still: running statements are waited for, others are refused. 5030 while somebody
   // keeps the file open all the same.
   void renew(std::string_view database);
+  // Whether commits are told before they are on the disk: a power cut may then take the last moments, while
+  // a kill still takes nothing. For `master` it holds for all databases. Handles that are open already keep
+  // what they have until they open the database anew.
+  void setDelayedDurability(std::string_view database, bool delayed);
   // Closes the database's file in this handle; 3702 when a statement still reads it.
   void detach(std::string_view database);
   // The list of databases is read anew (after a change in master by this handle).

@@ -22,6 +22,7 @@ struct Attached {
   std::shared_ptr<const DatabaseCatalog> catalog;  // null: to be read
   bool changed = false;                            // by the open transaction
   std::int64_t raised = 0;                         // the version that a change under way has taken
+  bool delayed = false;                            // durability, as the file says
   bool tuned = false;                              // its pragmas are set
   std::unique_ptr<lite::Stmt> version, lock, raise, takeIdentity, readIdentity, beginIdentity, noteIdentity;
 };

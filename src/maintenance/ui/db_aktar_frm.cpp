@@ -34,7 +34,7 @@ DbAktarFrm::DbAktarFrm(session::Oturum& oturum, ui::ConsolePort& konsol)
   base_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
   base_->setSelectionMode(QAbstractItemView::SingleSelection);
   genel_->setObjectName("Genel");
-  auto* hepsi = new QPushButton(ui::icon("tik"), "Tümünü Seç");
+  auto* hepsi = new QPushButton("Tümünü Seç");
   hepsi->setObjectName("TmS");
   auto* hicbiri = new QPushButton("Tümünü Kaldır");
   hicbiri->setObjectName("TmK");

@@ -4,6 +4,7 @@
 #include <QFileSystemModel>
 #include <QGridLayout>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QLocale>
 #include <QStorageInfo>
@@ -26,6 +27,7 @@ KlasorSecici::KlasorSecici(const Adlar& adlar, QWidget* parent)
       model_(new QFileSystemModel(this)),
       surucu_(new QComboBox),
       agac_(new QTreeView),
+      yol_(new QLineEdit),
       dosyalar_(new QListWidget) {
   surucu_->setObjectName(adlar.surucu);
   agac_->setObjectName(adlar.klasor);
@@ -33,6 +35,9 @@ KlasorSecici::KlasorSecici(const Adlar& adlar, QWidget* parent)
   surucu_->setAccessibleName("Sürücü");
   agac_->setAccessibleName("Klasörler");
   dosyalar_->setAccessibleName("Klasördeki dosyalar");
+  yol_->setObjectName(QString(adlar.klasor) + "_Yol");
+  yol_->setAccessibleName("Klasörün yolu");
+  yol_->setToolTip("Klasörün yolu; yazıp Enter'a basınca oraya gidilir");
   model_->setFilter(QDir::AllDirs | QDir::NoDotAndDotDot);
   model_->setRootPath("/");
   agac_->setModel(model_);
@@ -49,13 +54,20 @@ KlasorSecici::KlasorSecici(const Adlar& adlar, QWidget* parent)
   grid->setSpacing(ui::gapSmall);
   grid->addWidget(surucu_, 0, 0);
   grid->addWidget(agac_, 1, 0);
-  grid->addWidget(dosyalar_, 0, 1, 2, 1);
+  grid->addWidget(yol_, 0, 1);
+  grid->addWidget(dosyalar_, 1, 1);
   grid->setColumnStretch(0, 3);
   grid->setColumnStretch(1, 2);
   connect(surucu_, &QComboBox::activated, this, [this] { surucuDegisti(); });
   connect(agac_->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
     yenile();
     emit degisti();
+  });
+  // The tree is read in the background: only then is there something to scroll to.
+  connect(model_, &QFileSystemModel::directoryLoaded, this,
+          [this] { agac_->scrollTo(agac_->currentIndex(), QAbstractItemView::PositionAtCenter); });
+  connect(yol_, &QLineEdit::returnPressed, this, [this] {
+    if (!git(ui::utf8(yol_->text().trimmed()))) yol_->setText(yol(klasor()));
   });
   connect(agac_, &QTreeView::customContextMenuRequested, this,
           [this](const QPoint& yer) { emit menuIstendi(agac_->viewport()->mapToGlobal(yer)); });
@@ -78,6 +90,7 @@ bool KlasorSecici::git(const std::filesystem::path& klasor) {
 void KlasorSecici::yenile() {
   dosyalar_->clear();
   const std::filesystem::path dizin = klasor();
+  yol_->setText(yol(dizin));
   for (const std::string& ad : maintenance::klasorDosyalari(dizin)) {
     std::error_code hata;
     const auto boy = std::filesystem::file_size(dizin / ad, hata);

@@ -6,6 +6,7 @@
 
 class QComboBox;
 class QFileSystemModel;
+class QLineEdit;
 class QListWidget;
 class QTreeView;
 
@@ -36,6 +37,7 @@ class KlasorSecici : public QWidget {
   QFileSystemModel* model_;
   QComboBox* surucu_;
   QTreeView* agac_;
+  QLineEdit* yol_;
   QListWidget* dosyalar_;
 };
 

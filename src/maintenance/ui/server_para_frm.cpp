@@ -78,7 +78,7 @@ ServerParaFrm::ServerParaFrm(session::Oturum& oturum, ui::ConsolePort&)
   body()->addWidget(not_);
   body()->addWidget(sonuc_);
   body()->addStretch(1);
-  auto* deneBtn = button("DeneBtn", "Bağlantıyı Dene", "tik");
+  auto* deneBtn = button("DeneBtn", "Bağlantıyı Dene", "incele");
   auto* kaydetBtn = button("Kaydet", "KAYDET", "kaydet", true);
   auto* cikis = button("Cikis", "ÇIKIŞ", "cikis");
   hint()->setText("  Escape (Çıkış)  F2 (Kaydet)");

@@ -198,11 +198,11 @@ void ServisMenu::goster(std::vector<Bulgu> bulgular) {
     if (!bulgular_[i].satirlar.empty()) ilk = static_cast<int>(i);
   for (const Bulgu& bulgu : bulgular_) {
     const QString sayi = bulgu.hata.empty() ? QString::number(bulgu.satirlar.size()) : QString("?");
-    auto* oge = new QListWidgetItem(ui::icon(bulgu.satirlar.empty() && bulgu.hata.empty() ? "tik" : "uyari"),
-                                    ui::text(bulgu.denetim->ad) + "  (" + sayi + ")");
+    auto* oge =
+        new QListWidgetItem(ui::icon(bulgu.satirlar.empty() && bulgu.hata.empty() ? "bilgi" : "uyari"),
+                            ui::text(bulgu.denetim->ad) + "  (" + sayi + ")");
     bulguListesi_->addItem(oge);
   }
-  findChild<QWidget*>("BulguPaneli")->setVisible(!bulgular_.empty());
   bulguListesi_->setCurrentRow(ilk);
   bulguSecildi(ilk);
 }
@@ -216,9 +216,10 @@ void ServisMenu::bulguSecildi(int sira) {
   const Bulgu& bulgu = var ? bulgular_[static_cast<std::size_t>(sira)] : bos;
   kopyala_->setEnabled(!bulgu.satirlar.empty());
   csv_->setEnabled(!bulgu.satirlar.empty());
-  anlam_->setText(!var                 ? QString()
-                  : bulgu.hata.empty() ? ui::text(bulgu.denetim->anlam)
-                                       : ui::text(bulgu.hata));
+  anlam_->setText(
+      !var ? QString("Denetimlerin bulduğu satırlar burada gösterilir; hiçbir şey kendiliğinden onarılmaz.")
+      : bulgu.hata.empty() ? ui::text(bulgu.denetim->anlam)
+                           : ui::text(bulgu.hata));
   QStringList basliklar;
   for (const std::string& baslik : bulgu.basliklar) basliklar << ui::text(baslik);
   satirlar_->setColumnCount(static_cast<int>(basliklar.size()));

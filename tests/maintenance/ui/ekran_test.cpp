@@ -58,7 +58,12 @@ TEST(YedekFrm, BacksUpAndRestoresTheChosenCompany) {
   EXPECT_EQ(focusName(), "Firma_Combo");
   EXPECT_EQ(firma->count(), 2);
   EXPECT_EQ(firma->currentText(), "MAGAZA");
-  EXPECT_TRUE(e.frm.klasorler()->git(hedef));
+  type(find<QLineEdit>(e.frm, "Dir1_Yol"), (hedef / "yok").c_str());
+  key(Qt::Key_Return);
+  EXPECT_NE(e.frm.klasorler()->klasor(), hedef);
+  type(find<QLineEdit>(e.frm, "Dir1_Yol"), hedef.c_str());
+  key(Qt::Key_Return);
+  EXPECT_EQ(e.frm.klasorler()->klasor(), hedef);
   e.tikla("YedekleBtn");
   EXPECT_EQ(o.s.boxes.last(), "Yedekleme İşlemi Başarı İle Tamamlanmıştır");
   EXPECT_EQ(icerik(hedef), Adlar{"MAGAZA_2012_03_14"});

@@ -197,7 +197,7 @@ TEST_F(Yedek, EndsWhatAKilledRunLeft) {
   o.yaz("MAGAZA", "yeni");
   for (const bool geri : {false, true}) {
     bool bitti = false;
-    for (int n = 1; !bitti; n += geri ? 1 : 2) {
+    for (int n = 1; !bitti; n += geri ? 1 : 4) {
       o.birak();
       const pid_t cocuk = ::fork();
       if (cocuk == 0) {

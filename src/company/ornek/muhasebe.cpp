@@ -2,8 +2,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <functional>
 #include <memory>
 #include <span>
+#include <utility>
 
 #include "company/ornek/adimlar.h"
 #include "company/ornek/muhasebe_kurallari.h"
@@ -156,23 +158,43 @@ const FisTuru& turu(const Kural& kural) {
 // Debit and credit of one slip by account.
 using Toplamlar = std::map<std::string, std::array<std::int64_t, 2>>;
 
-void topla(Toplamlar& to, const Kural& kural, const db::Rows& rows, std::int64_t row) {
+void topluyaEkle(Toplamlar& to, const Kural& kural, const db::Rows& rows, std::int64_t row) {
   for (std::size_t i = 0; i < 3; ++i) {
     const bool borclu = *kural.borc[i] != 0, alacakli = *kural.alacak[i] != 0;
     if (!borclu && !alacakli) continue;
-    const std::int64_t kurus = std::llround(rows.value(row, static_cast<int>(i) + 1).real() * 100);
+    const std::int64_t kurus = std::llround(rows.value(row, static_cast<int>(i) + 2).real() * 100);
     if (borclu) to[kural.borc[i]][0] += kurus;
     if (alacakli) to[kural.alacak[i]][1] += kurus;
   }
 }
 
-std::unique_ptr<db::Rows> gunlukToplamlar(Baglam& b, const Kural& kural) {
-  std::string toplamlar(kural.tutarlar);
-  for (std::size_t at = toplamlar.find(','); at != std::string::npos; at = toplamlar.find(',', at + 6))
-    toplamlar.replace(at, 1, "),SUM(");
-  return b.y.baglanti().query("SELECT DATEDIFF(d," + db::literal(b.donem.bas) + ",d.Tarih),SUM(" + toplamlar +
-                              ") FROM " + kural.kaynak + " GROUP BY d.Tarih");
-}
+// Sums of documents by day and kind; one query serves all rules that ask for the same.
+class GunlukToplamlar {
+ public:
+  explicit GunlukToplamlar(Baglam& b) : b_(b) {}
+
+  void topla(const Kural& kural, const std::function<Toplamlar&(std::int64_t gun)>& to) {
+    const auto [at, yeni] = bilinen_.try_emplace({kural.kaynak, kural.tutarlar});
+    if (yeni) at->second = oku(kural);
+    const db::Rows& rows = *at->second;
+    for (std::int64_t r = 0; r < rows.count(); ++r)
+      if (rows.value(r, 1).trimmed() == kural.tip)
+        topluyaEkle(to(rows.value(r, 0).integer()), kural, rows, r);
+  }
+
+ private:
+  std::unique_ptr<db::Rows> oku(const Kural& kural) {
+    std::string toplamlar(kural.tutarlar);
+    for (std::size_t at = toplamlar.find(','); at != std::string::npos; at = toplamlar.find(',', at + 6))
+      toplamlar.replace(at, 1, "),SUM(");
+    return b_.y.baglanti().query("SELECT DATEDIFF(d," + db::literal(b_.donem.bas) +
+                                 ",d.Tarih),d.Islem_Tipi,SUM(" + toplamlar + ") FROM " + kural.kaynak +
+                                 " GROUP BY d.Tarih,d.Islem_Tipi");
+  }
+
+  Baglam& b_;
+  std::map<std::pair<std::string, std::string>, std::unique_ptr<db::Rows>> bilinen_;
+};
 
 std::vector<FisSatiri> satirlari(const Toplamlar& toplamlar) {
   std::vector<FisSatiri> out;
@@ -190,15 +212,15 @@ void baglantilariYaz(Baglam& b, const Kural& kural, const FisTuru& tur) {
       "INSERT INTO MUHASEBEBAGLANTI (MFis_ID,Entegre_ID,Entegre_Islem_Tipi,Modul_No,YR_Kullanici,"
       "YR_Tarih,YR_Saat,Deg_Kullanici,Deg_Tarih,Deg_Saat) SELECT DISTINCT f.Fis_ID,d." +
       std::string(kural.numara) + ",d.Islem_Tipi," + std::to_string(kural.modul) + "," + an.izDegerleri +
-      " FROM MUHFISKART f," + kural.kaynak + " AND f.Tarih=d.Tarih AND f.Islem_Tipi='" + tur.tip + "'");
+      " FROM MUHFISKART f," + kural.kaynak + " AND d.Islem_Tipi='" + kural.tip + "'" +
+      " AND f.Tarih=d.Tarih AND f.Islem_Tipi='" + tur.tip + "'");
 }
 
-void acilisFisi(Baglam& b, SatirDeposu& depo) {
+void acilisFisi(Baglam& b, SatirDeposu& depo, GunlukToplamlar& gunluk) {
   constexpr std::int64_t demirbas = 2'500'000;
   Toplamlar toplamlar;
   for (const Kural& kural : acilisKurallari()) {
-    const auto rows = gunlukToplamlar(b, kural);
-    for (std::int64_t r = 0; rows && r < rows->count(); ++r) topla(toplamlar, kural, *rows, r);
+    gunluk.topla(kural, [&](std::int64_t) -> Toplamlar& { return toplamlar; });
   }
   toplamlar["255"][0] = demirbas;
   std::int64_t& sermaye = toplamlar["500"][1];
@@ -217,13 +239,13 @@ void muhasebeYaz(Baglam& b) {
   b.adim("Muhasebe fişleri yazılıyor");
   hesaplariHazirla(b);
   SatirDeposu depo(b);
-  acilisFisi(b, depo);
+  GunlukToplamlar gunluk(b);
+  acilisFisi(b, depo, gunluk);
   std::vector<std::array<Toplamlar, gunTurleri.size()>> gunler(static_cast<std::size_t>(b.donem.gunler));
   for (const Kural& kural : kurallar()) {
     const auto yer = static_cast<std::size_t>(&turu(kural) - gunTurleri.data());
-    const auto rows = gunlukToplamlar(b, kural);
-    for (std::int64_t r = 0; rows && r < rows->count(); ++r)
-      topla(gunler[static_cast<std::size_t>(rows->value(r, 0).integer())][yer], kural, *rows, r);
+    gunluk.topla(kural,
+                 [&](std::int64_t gun) -> Toplamlar& { return gunler[static_cast<std::size_t>(gun)][yer]; });
   }
   std::int64_t yevmiye = 1;
   for (std::int64_t gun = 0; gun < b.donem.gunler; ++gun) {

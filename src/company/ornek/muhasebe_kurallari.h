@@ -15,7 +15,8 @@ struct Hesap {
 // name the account of each sum, in their order; empty where it goes nowhere on that side.
 struct Kural {
   int modul;
-  const char* kaynak;  // rows of documents, called d
+  const char* kaynak;  // rows of documents, called d, of all kinds
+  const char* tip;     // this kind
   const char* numara;  // of the document; null when another rule has linked it
   const char* tutarlar;
   std::array<const char*, 3> borc, alacak;

@@ -175,6 +175,9 @@ bool Izgara::tusIsle(QKeyEvent* event) {
       (event->key() == Qt::Key_Y && event->modifiers() == Qt::ControlModifier))
     return model_->yinele(), true;
   const QModelIndex index = currentIndex();
+  if ((event->key() == Qt::Key_Up && index.row() == 0) ||
+      (event->key() == Qt::Key_Down && index.isValid() && sonGorunurSatir(index.row())))
+    emit kenardanCikildi(event->key());
   const bool tik = index.isValid() && index.data(Qt::CheckStateRole).isValid();
   switch (event->key()) {
     case Qt::Key_Return:

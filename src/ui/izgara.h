@@ -52,6 +52,8 @@ class Izgara : public QTableView {
   void silIstendi();
   void ctrlEnter(int satir, int kolon);
   void hucreyeGirildi(int satir, int kolon);
+  // Up on the first row, Down on the last one (a Qt key).
+  void kenardanCikildi(int tus);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

@@ -158,6 +158,9 @@ void ElTerminali::izgaraKur() {
     return std::string();
   };
   connect(&veri, &ui::IzgaraModeli::icerikDegisti, this, &ElTerminali::onizle);
+  izgara_->setProperty(ui::tagProperty, ";Ayirac|Dosya_Yol;;TamamBtn");
+  connect(izgara_, &ui::Izgara::kenardanCikildi, this,
+          [this](int tus) { ui::Alan_Gecis_Tus(*this, ui::windowsKey(tus), izgara_, false); });
 }
 
 QWidget* ElTerminali::onizlemeCercevesi() {
@@ -196,7 +199,10 @@ QString ElTerminali::kod() const {
 void ElTerminali::ac() {
   Yeni_Kayit_ = false;
   listeDoldur(settings::Terminal_Listesi(oturum_), {});
-  temizle();
+  settings::TerminalTanimi ilk;
+  const auto ogeler = settings::terminalOgeleri();
+  for (std::size_t i = 0; i < ogeler.size(); ++i) ilk.ogeler[i].Secim = ogeler[i].tasarimdaSecili;
+  goster(ilk);
   Tanim_Kod_->setFocus();
 }
 
@@ -279,6 +285,7 @@ void ElTerminali::onizle() {
     for (std::size_t k = 0; k < o.satirlar[s].size(); ++k)
       onizleme_->setItem(static_cast<int>(s), static_cast<int>(k),
                          new QTableWidgetItem(ui::text(o.satirlar[s][k])));
+  onizleme_->resizeColumnsToContents();
   onizlemeHatasi_->setText(o.hata.empty() ? QString("İlk %1 satır").arg(o.satirlar.size())
                                           : ui::text(o.hata));
 }

@@ -204,7 +204,7 @@ QWidget* SabitTanimlar::riskTanimi() {
   auto* cerceve = frame("Frame_Risk", "Risk Tanımı");
   auto* duzen = new QVBoxLayout(cerceve);
   duzen->setContentsMargins(ui::gap, ui::gapSmall, ui::gap, ui::gapSmall);
-  auto* izgara = new DuzenIzgarasi(290, 3);
+  auto* izgara = new DuzenIzgarasi(315, 3);
   int i = 0;
   for (const char* risk : riskler) {
     auto* kutu = new QCheckBox(risk);

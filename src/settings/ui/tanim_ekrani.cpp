@@ -21,7 +21,7 @@ using settings::SatirSilme;
 namespace {
 
 constexpr const char* tuslar = "[F2 -> Kayıt]     [F3 -> Çıkış]";
-constexpr int izgaraBoyu = 330;
+constexpr int izgaraBoyu = 330, isyeriBoyu = 180;
 
 std::string metni(const ui::IzgaraModeli& veri, int satir, std::string_view kolon) {
   return session::Trim(veri.hucre(satir, veri.kolon(kolon)));
@@ -161,6 +161,8 @@ std::string TanimEkrani::denetle(Bolum& b, int satir, int kolon, const std::stri
 
 void TanimEkrani::yazildi(Bolum& b, int satir, int kolon) {
   ui::IzgaraModeli& veri = b.izgara->veri();
+  // Where three grids stand side by side, a text in the last row makes room for the next.
+  if (bolumler_.size() > 1 && satir == veri.adet() - 1) veri.satirEkle(veri.adet());
   const std::string_view anahtar = b.tur->kolonlar[static_cast<std::size_t>(kolon)].anahtar;
   if (std::ranges::find(b.tur->tekTikler, anahtar) == b.tur->tekTikler.end() ||
       veri.hucre(satir, kolon) != "1")
@@ -341,6 +343,7 @@ IsyeriEkrani::IsyeriEkrani(session::Oturum& oturum, ui::ConsolePort& konsol)
     connect(&izgara->veri(), &ui::IzgaraModeli::icerikDegisti, this,
             [this, bag = parca.bag] { bagKaydet(bag); });
   }
+  this->izgara().setMinimumHeight(isyeriBoyu);
   body()->addWidget(bagHata_);
   body()->addLayout(duzen);
   connect(&this->izgara(), &ui::Izgara::satirSecildi, this, [this] {

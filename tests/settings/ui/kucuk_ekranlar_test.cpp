@@ -87,6 +87,12 @@ TEST_F(KucukEkranlar, ATerminalFileIsDefinedPreviewedAndDeleted) {
   std::ofstream(dosya) << "8690000000017;5\n8690000000024;12\n";
   ElTerminali ekran(oturum(), konsol);
   ac(ekran);
+  auto& grid = izgara(ekran);
+  EXPECT_EQ(grid.veri().hucre(0, 1) + grid.veri().hucre(1, 1) + grid.veri().hucre(3, 1), "101") << "at design";
+  grid.setFocus();
+  grid.git(0, "Bas");
+  key(Qt::Key_Up);
+  EXPECT_EQ(focusName(), "Ayirac") << "the first row hands the key on";
   tikla(ekran, "TamamBtn");
   EXPECT_EQ(kutular().last(), "Kaydedilecek tanım yok. Yeni bir tanım için önce Yeni düğmesine basınız.");
   tikla(ekran, "EkleBtn");

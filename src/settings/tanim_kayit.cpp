@@ -63,18 +63,15 @@ Atamalar atamalar(const Oturum& oturum, const TanimTuru& tur, const IzgaraSatiri
   return a;
 }
 
-std::string ekleme(const std::string& tablo, const Atamalar& a) {
-  return "INSERT INTO " + tablo + "(" + a.sutunlar + ") VALUES(" + a.degerler + ")";
-}
-
-// A row that another administrator deleted meanwhile comes back as a new one.
-std::string yazma(const Oturum& oturum, const TanimTuru& tur, const std::string& tablo,
-                  const IzgaraSatiri& satir) {
+void yaz(TopluYazici& yazici, const Oturum& oturum, const TanimTuru& tur, const std::string& tablo,
+         const IzgaraSatiri& satir) {
   const Atamalar a = atamalar(oturum, tur, satir);
+  const std::string baslik = "INSERT INTO " + tablo + "(" + a.sutunlar + ")";
   const std::string kimlik = hucre(tur, satir, tur.kimlik);
-  if (kimlik.empty() || tur.kayit == KayitYolu::SilVeEkle) return ekleme(tablo, a);
-  return "UPDATE " + tablo + " SET " + a.atama + " WHERE " + std::string(tur.kimlik) + "=" + kimlik +
-         " IF @@ROWCOUNT=0 " + ekleme(tablo, a);
+  if (kimlik.empty() || tur.kayit == KayitYolu::SilVeEkle) return yazici.satirEkle(baslik, a.degerler);
+  // A row that another administrator deleted meanwhile comes back as a new one.
+  yazici.ekle("UPDATE " + tablo + " SET " + a.atama + " WHERE " + std::string(tur.kimlik) + "=" + kimlik +
+              " IF @@ROWCOUNT=0 " + baslik + " VALUES(" + a.degerler + ")");
 }
 
 bool biter(const TanimTuru& tur, const IzgaraSatiri& satir) {
@@ -109,7 +106,7 @@ void yazmalar(TopluYazici& yazici, const Oturum& oturum, const TanimTuru& tur,
   for (const IzgaraSatiri& satir : satirlar) {
     if (biter(tur, satir)) break;
     if (satir.gizli) continue;
-    yazici.ekle(yazma(oturum, tur, tablo, satir));
+    yaz(yazici, oturum, tur, tablo, satir);
     // Every stock price takes the new description of its list.
     if (tur.ad == "fiyat")
       yazici.ekle("UPDATE  " + db + "STOKFIYAT SET Fiyat_Aciklama=" +

@@ -55,8 +55,8 @@ constexpr std::array dovizTablosu = {T{"Doviz_Kod", "Doviz_Kod"}, T{"Doviz_Ad", 
                                      T{"Default_Doviz", "Default_Doviz", 0, false, false, true}};
 
 constexpr std::array renkKolonlari = {K{"Renk_ID", "", 0, Sayi, gizli},
-                                      K{"Renk_Kod", "RENK KODU", 110, Metin, acik, yazilir, oldugu, 10},
-                                      K{"Renk", "RENK", 160, Metin, acik, yazilir, oldugu, 10}};
+                                      K{"Renk_Kod", "RENK KODU", 100, Metin, acik, yazilir, oldugu, 10},
+                                      K{"Renk", "RENK", 130, Metin, acik, yazilir, oldugu, 10}};
 constexpr std::array renkTablosu = {T{"Renk_Kod", "Renk_Kod"}, T{"Renk", "Renk_Adi"}};
 constexpr std::array bedenKolonlari = {K{"Beden_ID", "", 0, Sayi, gizli},
                                        K{"Beden", "BEDEN", 160, Metin, acik, yazilir, oldugu, 10}};

@@ -5,11 +5,36 @@
 namespace settings {
 
 namespace {
-constexpr int enCokDeyim = 100;  // statements of a round trip
+constexpr int enCokSatir = 50;   // new rows of a statement
+constexpr int enCokDeyim = 100;  // statements and new rows of a round trip
 constexpr std::size_t enCokBayt = 64'000;
 }  // namespace
 
 void TopluYazici::ekle(const std::string& deyim) {
+  satirlariBitir();
+  yiginaKoy(deyim, 1);
+}
+
+void TopluYazici::satirEkle(const std::string& baslik, const std::string& degerler) {
+  if (baslik != baslik_ || satirSayisi_ >= enCokSatir) {
+    satirlariBitir();
+    baslik_ = baslik;
+    satirlar_ = baslik + " SELECT ";
+  } else {
+    satirlar_ += " UNION ALL SELECT ";
+  }
+  satirlar_ += degerler;
+  ++satirSayisi_;
+}
+
+void TopluYazici::satirlariBitir() {
+  if (satirSayisi_ == 0) return;
+  yiginaKoy(satirlar_, satirSayisi_);
+  baslik_.clear();
+  satirSayisi_ = 0;
+}
+
+void TopluYazici::yiginaKoy(const std::string& deyim, int satir) {
   // The first batch opens the transaction, so that a single statement takes no round trip more.
   if (!acik_) {
     yigin_ = "BEGIN TRANSACTION ";
@@ -17,7 +42,8 @@ void TopluYazici::ekle(const std::string& deyim) {
   }
   yigin_ += deyim;
   yigin_ += '\n';
-  if (++sayi_ >= enCokDeyim || yigin_.size() >= enCokBayt) gonder();
+  sayi_ += satir;
+  if (sayi_ >= enCokDeyim || yigin_.size() >= enCokBayt) gonder();
 }
 
 void TopluYazici::gonder() {
@@ -29,6 +55,7 @@ void TopluYazici::gonder() {
 }
 
 void TopluYazici::bitir() {
+  satirlariBitir();
   if (!acik_) return;
   gonder();
   // By itself: a batch goes on behind a statement that was refused.

@@ -16,13 +16,20 @@ class TopluYazici {
   TopluYazici& operator=(const TopluYazici&) = delete;
 
   void ekle(const std::string& deyim);
+  // A new row: "INSERT INTO T(A,B)" and "1,'x'". Rows of one heading that follow one another share a
+  // statement.
+  void satirEkle(const std::string& baslik, const std::string& degerler);
   void bitir();
 
  private:
   void gonder();
+  void yiginaKoy(const std::string& deyim, int satir);
+  void satirlariBitir();
   db::Connection& baglanti_;
   std::string yigin_;
   int sayi_ = 0;
+  std::string baslik_, satirlar_;  // of the statement that still takes rows
+  int satirSayisi_ = 0;
   bool acik_ = false;
 };
 

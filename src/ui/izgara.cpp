@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QScopedValueRollback>
+#include <QStyle>
 #include <QTimer>
 #include <algorithm>
 
@@ -76,6 +77,24 @@ void Izgara::kolonGoster(std::string_view kolon, bool goster) {
 void Izgara::gizliSatirlar(int ilk, int son) {
   for (int i = ilk; i <= son; ++i)
     if (isRowHidden(i) != model_->gizli(i)) setRowHidden(i, model_->gizli(i));
+}
+
+// Grids of the role "turuncu" paint their selection while they have the focus.
+void Izgara::odakGoster(bool odakta) {
+  if (!property("rol").isValid()) return;
+  setProperty("odakta", odakta);
+  style()->unpolish(this);
+  style()->polish(this);
+}
+
+void Izgara::focusInEvent(QFocusEvent* event) {
+  QTableView::focusInEvent(event);
+  odakGoster(true);
+}
+
+void Izgara::focusOutEvent(QFocusEvent* event) {
+  QTableView::focusOutEvent(event);
+  odakGoster(false);
 }
 
 // --- Moving

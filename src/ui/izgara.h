@@ -59,6 +59,8 @@ class Izgara : public QTableView {
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   bool event(QEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
   void currentChanged(const QModelIndex& now, const QModelIndex& before) override;
 
  private:
@@ -75,6 +77,7 @@ class Izgara : public QTableView {
   // Checks and stores what stands in the editor; false when it is refused.
   bool editordenYaz(QWidget* editor, const QModelIndex& index);
   void gizliSatirlar(int ilk, int son);
+  void odakGoster(bool odakta);
   void genislikleriOku();
   void genislikleriYaz();
 

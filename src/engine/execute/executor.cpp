@@ -308,7 +308,7 @@ Executor::Flow Executor::dispatch(const Statement& statement) {
   if (std::holds_alternative<ReturnStatement>(node)) return Flow::Return;
   if (const auto* exec = std::get_if<ExecStatement>(&node)) {
     runExec(*exec);
-    lastError_ = 0;
+    if (!exec->text) lastError_ = 0;  // a text's own last statement has told its number
     return Flow::Next;
   }
 
@@ -330,7 +330,7 @@ Executor::Flow Executor::dispatch(const Statement& statement) {
   else if (const auto* print = std::get_if<PrintStatement>(&node))
     runPrint(*print), rowCount_ = 0;
   else if (const auto* raise = std::get_if<RaiserrorStatement>(&node))
-    runRaiserror(*raise);
+    return runRaiserror(*raise), Flow::Next;
   else if (const auto* transaction = std::get_if<TransactionStatement>(&node))
     runTransaction(*transaction), rowCount_ = 0;
   else if (const auto* use = std::get_if<UseStatement>(&node))

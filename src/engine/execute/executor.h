@@ -30,7 +30,8 @@ struct Frame {
   const TriggerTables* trigger = nullptr;
   std::int64_t triggerId = 0;
   std::string triggerDatabase;
-  const std::vector<int>* updated = nullptr;  // columns set by the statement that fired; null: all
+  TriggerEvent event = TriggerEvent::Insert;
+  const std::vector<int>* updated = nullptr;  // columns that the UPDATE has set
   Datum scopeIdentity;
 };
 
@@ -142,7 +143,8 @@ class Executor {
   void clearTriggerTables(const TriggerTables& tables, TriggerEvent event);
   void copyInserted(const TriggerTables& tables, const std::vector<std::int64_t>& rows);
   void fire(const TriggerTables& tables, TriggerEvent event, const std::vector<int>* updated);
-  void runTrigger(const TriggerInfo& trigger, const TriggerTables& tables, const std::vector<int>* updated);
+  void runTrigger(const TriggerInfo& trigger, const TriggerTables& tables, TriggerEvent event,
+                  const std::vector<int>* updated);
   Prepared& internal(const std::string& sql);
 
   // session_functions.cpp

@@ -201,6 +201,7 @@ void Executor::runRaiserror(const RaiserrorStatement& statement) {
       values.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(3, values.size())), values.end());
   const std::string text = formatMessage(pattern, arguments);
   if (severity <= 10) {
+    lastError_ = statement.setError ? id : 0;
     if (resultsWanted()) sink_->onMessage(id, text);
     return;
   }

@@ -226,6 +226,7 @@ void Executor::insertRows(CompiledInsert& plan, std::vector<std::int64_t>* rows)
   if (furthest) noteIdentity(store_, plan.tableDatabase, *plan.table, *furthest);
   if (identityRun_.used && identityRun_.last != identityRun_.first)
     noteIdentity(store_, plan.tableDatabase, *plan.table, identityRun_.last);
+  if (plan.table->identityColumn() < 0) identity_ = Datum();
   if (!furthest && !identityRun_.used) return;
   identity_ = furthest ? explicitLast : Datum(identityRun_.last);
   (nesting_ > 0 ? frame_->scopeIdentity : topIdentity_) = identity_;

@@ -101,22 +101,24 @@ void Executor::runAssignment(CompiledQuery& query) {
   for (std::size_t i = 0; i < last.size(); ++i) assign(query.slots[i], last[i], query.columns[i].type);
 }
 
-// Columns of SELECT INTO: types and NULL as the query has them; identity goes along from a single table.
+// Columns of SELECT INTO: types and NULL as the query has them; identity goes along from a single table that
+// is not grouped, when it is listed once.
 std::vector<ColumnInfo> Executor::columnsFor(const SelectStatement& select, const BoundSelect& bound) {
   std::vector<ColumnInfo> columns;
-  const bool carriesIdentity = isOneTable(select);
-  bool hasIdentity = false;
+  const bool carriesIdentity = isOneTable(select) && select.cores[0].groupBy.empty() &&
+                               std::count_if(bound.columns.begin(), bound.columns.end(),
+                                             [](const ResultColumn& column) { return column.identity; }) == 1;
   for (const ResultColumn& from : bound.columns) {
     ColumnInfo column;
     column.name = from.name;
     column.type = from.type;
     column.nullable = from.nullable;
-    if (carriesIdentity && from.identity && !hasIdentity) {
+    if (carriesIdentity && from.identity) {
       const TableInfo* table = store_.catalog(from.baseDatabase)->table(from.baseTable);
       const int position = table ? table->columnIndex(from.baseColumn) : -1;
       if (position >= 0) {
         const ColumnInfo& base = table->columns[static_cast<std::size_t>(position)];
-        column.identity = hasIdentity = true;
+        column.identity = true;
         column.seed = base.seed;
         column.step = base.step;
       }
@@ -147,7 +149,12 @@ void Executor::selectInto(const SelectStatement& select, const BoundSelect& boun
                  {"SELECT max(" + quoteName(table->columns[static_cast<std::size_t>(identity)].name) +
                       ") FROM " + target,
                   {}});
-    if (top.step()) noteIdentity(store_, database, *table, sqlite3_column_int64(top.get(), 0));
+    if (top.step()) {
+      identity_ = columnDatum(top.get(), 0);
+      noteIdentity(store_, database, *table, identity_.integer());
+    }
+  } else if (identity < 0) {
+    identity_ = Datum();
   }
   transaction.commit();
   rowCount_ = rows;

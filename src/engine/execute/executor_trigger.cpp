@@ -113,11 +113,11 @@ void Executor::copyInserted(const TriggerTables& tables, const std::vector<std::
 
 void Executor::fire(const TriggerTables& tables, TriggerEvent event, const std::vector<int>* updated) {
   for (const auto& trigger : triggersFor(*tables.table, tables.database, event))
-    runTrigger(*trigger, tables, updated);
+    runTrigger(*trigger, tables, event, updated);
   clearTriggerTables(tables, event);
 }
 
-void Executor::runTrigger(const TriggerInfo& trigger, const TriggerTables& tables,
+void Executor::runTrigger(const TriggerInfo& trigger, const TriggerTables& tables, TriggerEvent event,
                           const std::vector<int>* updated) {
   if (nesting_ >= nestingLimit)
     throw Error(217,
@@ -138,6 +138,7 @@ void Executor::runTrigger(const TriggerInfo& trigger, const TriggerTables& table
   frame.trigger = &tables;
   frame.triggerId = trigger.id;
   frame.triggerDatabase = tables.database;
+  frame.event = event;
   frame.updated = updated;
 
   // A trigger works in its table's database, whatever the statement's current one is.

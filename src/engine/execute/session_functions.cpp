@@ -162,12 +162,12 @@ struct SessionFunctions {
     return executor.systemValue(SystemValue::Login);
   }
 
-  // UPDATE(column) in a trigger: was it set by the statement?
+  // UPDATE(column) in a trigger: was it set by the statement? An INSERT sets all, a DELETE none.
   static Datum updated(Executor& executor, const Arguments& arguments) {
     const Frame& frame = *executor.frame_;
     if (!frame.trigger) return 0;
     const int ordinal = frame.trigger->table->columnIndex(arguments[0].text());
-    if (!frame.updated) return 1;
+    if (!frame.updated) return frame.event == TriggerEvent::Insert ? 1 : 0;
     for (const int column : *frame.updated)
       if (column == ordinal) return 1;
     return 0;

@@ -28,6 +28,8 @@ std::string argumentAs(Arguments arguments, std::size_t index, const Type& type)
 std::int64_t constantInteger(Arguments arguments, std::size_t index, std::int64_t otherwise);
 
 BoundFunction bound(const Type& result, std::string sql, bool nullable = true);
+// One that gives NULL for arguments out of its reach.
+BoundFunction boundWithNulls(const Type& result, std::string sql);
 
 // The families' tables.
 std::span<const FunctionInfo> textFunctions();

@@ -126,6 +126,12 @@ std::int64_t constantInteger(Arguments arguments, std::size_t index, std::int64_
                                                                                   : otherwise;
 }
 
+BoundFunction boundWithNulls(const Type& result, std::string sql) {
+  BoundFunction function = bound(result, std::move(sql));
+  function.ownNulls = true;
+  return function;
+}
+
 BoundFunction bound(const Type& result, std::string sql, bool nullable) {
   BoundFunction function;
   function.result = result;

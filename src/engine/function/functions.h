@@ -52,7 +52,8 @@ struct FunctionArgument {
 
 struct BoundFunction {
   Type result;
-  bool nullable = true;
+  bool nullable = true;   // when an argument is
+  bool ownNulls = false;  // can give NULL from arguments that are not
   bool aggregate = false;
   bool deterministic = true;
   std::string sql;  // template: $1, $2 .. are the arguments, $D the place of DISTINCT

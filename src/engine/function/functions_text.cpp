@@ -106,14 +106,15 @@ BoundFunction bindReplicate(const FunctionInfo& info, Arguments arguments) {
   const std::int64_t times = constantInteger(arguments, 1, longestText);
   const Type result =
       varyingText(isUnicode(text.id), text.length * std::clamp<std::int64_t>(times, 0, longestText));
-  return bound(result, call("z_replicate", {textArgument(arguments, 0), argumentAs(arguments, 1, integer),
-                                            std::to_string(result.length)}));
+  return boundWithNulls(result,
+                        call("z_replicate", {textArgument(arguments, 0), argumentAs(arguments, 1, integer),
+                                             std::to_string(result.length)}));
 }
 
 BoundFunction bindSpace(const FunctionInfo&, Arguments arguments) {
   const Type result = varyingText(false, constantInteger(arguments, 0, longestText));
-  return bound(result,
-               call("z_replicate", {"' '", argumentAs(arguments, 0, integer), std::to_string(longestText)}));
+  return boundWithNulls(
+      result, call("z_replicate", {"' '", argumentAs(arguments, 0, integer), std::to_string(longestText)}));
 }
 
 BoundFunction bindStuff(const FunctionInfo& info, Arguments arguments) {
@@ -121,28 +122,30 @@ BoundFunction bindStuff(const FunctionInfo& info, Arguments arguments) {
   const Type text = textArgumentType(arguments[0].type), inserted = textArgumentType(arguments[3].type);
   const Type result =
       varyingText(isUnicode(text.id) || isUnicode(inserted.id), text.length + inserted.length);
-  return bound(result, call("z_stuff", {textArgument(arguments, 0), argumentAs(arguments, 1, integer),
-                                        argumentAs(arguments, 2, integer),
-                                        "coalesce(" + textArgument(arguments, 3) + ",'')"}));
+  return boundWithNulls(
+      result, call("z_stuff",
+                   {textArgument(arguments, 0), argumentAs(arguments, 1, integer),
+                    argumentAs(arguments, 2, integer), "coalesce(" + textArgument(arguments, 3) + ",'')"}));
 }
 
 BoundFunction bindStr(const FunctionInfo&, Arguments arguments) {
   constexpr int defaultWidth = 10, widest = 255;
   const std::int64_t width = arguments.size() > 1 ? constantInteger(arguments, 1, widest) : defaultWidth;
-  return bound(varyingText(false, width),
-               call("z_str", {argumentAs(arguments, 0, {TypeId::Float}),
-                              arguments.size() > 1 ? argumentAs(arguments, 1, integer) : "10",
-                              arguments.size() > 2 ? argumentAs(arguments, 2, integer) : "0"}));
+  return boundWithNulls(varyingText(false, width),
+                        call("z_str", {argumentAs(arguments, 0, {TypeId::Float}),
+                                       arguments.size() > 1 ? argumentAs(arguments, 1, integer) : "10",
+                                       arguments.size() > 2 ? argumentAs(arguments, 2, integer) : "0"}));
 }
 
 BoundFunction bindChar(const FunctionInfo& info, Arguments arguments) {
   const bool unicode = info.name[0] == 'N';
-  return bound({unicode ? TypeId::NChar : TypeId::Char, 1},
-               call(unicode ? "z_nchar" : "z_char", {argumentAs(arguments, 0, integer)}));
+  return boundWithNulls({unicode ? TypeId::NChar : TypeId::Char, 1},
+                        call(unicode ? "z_nchar" : "z_char", {argumentAs(arguments, 0, integer)}));
 }
 
 BoundFunction bindAscii(const FunctionInfo& info, Arguments arguments) {
-  return bound(integer, call(info.name[0] == 'U' ? "z_unicode" : "z_ascii", {textArgument(arguments, 0)}));
+  return boundWithNulls(integer,
+                        call(info.name[0] == 'U' ? "z_unicode" : "z_ascii", {textArgument(arguments, 0)}));
 }
 
 BoundFunction bindCharIndex(const FunctionInfo&, Arguments arguments) {
@@ -152,13 +155,15 @@ BoundFunction bindCharIndex(const FunctionInfo&, Arguments arguments) {
 }
 
 BoundFunction bindPatIndex(const FunctionInfo&, Arguments arguments) {
-  return bound(integer, call("z_patindex", {textArgument(arguments, 0), textArgument(arguments, 1)}));
+  const bool unicode = isUnicode(arguments[0].type.id) || isUnicode(arguments[1].type.id);
+  return bound(integer, call("z_patindex",
+                             {textArgument(arguments, 0), textArgument(arguments, 1), unicode ? "1" : "0"}));
 }
 
 BoundFunction bindQuoteName(const FunctionInfo&, Arguments arguments) {
-  return bound({TypeId::NVarChar, 258},
-               call("z_quotename",
-                    {textArgument(arguments, 0), arguments.size() > 1 ? textArgument(arguments, 1) : "'['"}));
+  return boundWithNulls({TypeId::NVarChar, 258},
+                        call("z_quotename", {textArgument(arguments, 0),
+                                             arguments.size() > 1 ? textArgument(arguments, 1) : "'['"}));
 }
 
 constexpr std::array functions = {

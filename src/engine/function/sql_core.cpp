@@ -154,7 +154,8 @@ LikePattern readPattern(sqlite3_context*, int count, Values values) {
   return LikePattern(textOf(values[1]), escape);
 }
 
-// z_like(text, pattern, width of fixed text or 0[, escape]); a constant pattern is read once.
+// z_like(text, pattern, width of fixed text, 0 or, with blanks that count, -1[, escape]); a constant pattern
+// is read once.
 void like(sqlite3_context* context, int count, Values values) {
   auto* known = static_cast<LikePattern*>(sqlite3_get_auxdata(context, 1));
   std::unique_ptr<LikePattern> read;
@@ -170,7 +171,7 @@ void like(sqlite3_context* context, int count, Values values) {
     padded.append(static_cast<std::size_t>(std::max<std::int64_t>(0, width - characterCount(text))), ' ');
     matches = known->matches(padded);
   } else {
-    matches = known->matches(text);
+    matches = known->matches(text, width < 0);
   }
   sqlite3_result_int(context, matches);
   if (read && count == 3)

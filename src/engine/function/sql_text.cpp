@@ -163,10 +163,11 @@ void charIndex(sqlite3_context* context, int, Values values) {
 }
 
 void patIndex(sqlite3_context* context, int, Values values) {
+  const bool exact = sqlite3_value_int(values[2]) != 0;
   const auto* known = static_cast<LikePattern*>(sqlite3_get_auxdata(context, 0));
-  if (known) return sqlite3_result_int64(context, known->find(textOf(values[1])));
+  if (known) return sqlite3_result_int64(context, known->find(textOf(values[1]), exact));
   auto pattern = std::make_unique<LikePattern>(textOf(values[0]));
-  sqlite3_result_int64(context, pattern->find(textOf(values[1])));
+  sqlite3_result_int64(context, pattern->find(textOf(values[1]), exact));
   sqlite3_set_auxdata(context, 0, pattern.release(), [](void* p) { delete static_cast<LikePattern*>(p); });
 }
 
@@ -200,7 +201,7 @@ constexpr std::array functions = {
     SqlFunction{"z_ascii", 1, strict<ascii>},
     SqlFunction{"z_unicode", 1, strict<unicode>},
     SqlFunction{"z_charindex", 3, strict<charIndex>},
-    SqlFunction{"z_patindex", 2, strict<patIndex>},
+    SqlFunction{"z_patindex", 3, strict<patIndex>},
     SqlFunction{"z_quotename", 2, strict<quoteName>},
 };
 

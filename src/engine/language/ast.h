@@ -301,6 +301,7 @@ struct PrintStatement {
 };
 struct RaiserrorStatement {
   std::vector<ExprPtr> args;  // message, severity, state, arguments
+  bool setError = false;      // WITH SETERROR
 };
 enum class TransactionAction : std::uint8_t { Begin, Commit, Rollback, Save };
 struct TransactionStatement {

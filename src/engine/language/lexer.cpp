@@ -135,6 +135,7 @@ class Lexer {
     if (c == '\'') return quoted(LiteralKind::Text, pos_, '\'');
     if (c == '"') return quotedWord('"');
     if (c == '[') return quotedWord(']');
+    if (c == '{') fail(50000, "'ODBC escape {' is not supported by the embedded server.", line_);
     fail(102, std::string("Incorrect syntax near '") + (c == '\0' ? "" : std::string(1, c)) + "'.", line_);
   }
 

@@ -90,6 +90,7 @@ StatementPtr SqlParser::raiserrorStatement() {
   if (accept("WITH")) {
     do {
       if (!isAnyWord({"LOG", "NOWAIT", "SETERROR"})) syntaxError();
+      raise.setError = raise.setError || isWord("SETERROR");
       ++pos_;
     } while (acceptSymbol(','));
   }

@@ -72,9 +72,29 @@ ExprPtr SqlParser::castExpr() {
   return finish(std::move(expr));
 }
 
+// IIF(condition, a, b) is CASE WHEN condition THEN a ELSE b END. Stands behind its name.
+ExprPtr SqlParser::choiceExpr() {
+  Nesting nesting(*this, Light);
+  ExprPtr expr = make(Expr::Kind::Case);
+  if (++cases_ > mostCases) fail(125, "Case expressions may only be nested to level 10.");
+  expectSymbol('(');
+  WhenClause& clause = expr->whens.emplace_back();
+  clause.when = condition();
+  expectSymbol(',');
+  clause.then = operators(Additive);
+  expectSymbol(',');
+  expr->right = operators(Additive);
+  expectSymbol(')');
+  --cases_;
+  return finish(std::move(expr));
+}
+
 // Stands behind the function's name, on its bracket.
 ExprPtr SqlParser::call(std::string name) {
   if (equalsKeyword(name, "CAST")) return castExpr();
+  if (equalsKeyword(name, "IIF")) return choiceExpr();
+  for (const std::string_view missing : {"TRY_CAST", "TRY_CONVERT", "PARSE", "TRY_PARSE"})
+    if (equalsKeyword(name, missing)) unsupported(missing);
   Nesting nesting(*this, Light);
   ExprPtr expr = make(Expr::Kind::Function);
   expr->name = std::move(name);
@@ -84,7 +104,7 @@ ExprPtr SqlParser::call(std::string name) {
       expr->distinct = true;
     else
       accept("ALL");
-    if (isSymbol('*') && equalsKeyword(expr->name, "COUNT")) {
+    if (isSymbol('*') && (equalsKeyword(expr->name, "COUNT") || equalsKeyword(expr->name, "COUNT_BIG"))) {
       ++pos_;
       expr->star = true;
     } else {

@@ -70,6 +70,7 @@ class SqlParser {
   void skipBrackets();                                       // a bracketed run whose content does not matter
   std::string sourceSince(std::size_t first) const;          // text of the tokens from index `first` to here
   void markStructural(std::size_t first, std::size_t last);  // literals among tokens [first, last)
+  void nameMissing(std::size_t at) const;  // throws when the token belongs to a construct that is not there
   [[noreturn]] void syntaxError(std::size_t ahead = 0) const;
   [[noreturn]] void fail(int number, const std::string& text) const;
   [[noreturn]] void unsupported(std::string_view construct) const;
@@ -115,6 +116,7 @@ class SqlParser {
   ExprPtr wordOperand();
   ExprPtr caseExpr();
   ExprPtr castExpr();
+  ExprPtr choiceExpr();
   ExprPtr convertExpr();
   ExprPtr call(std::string name);
   ExprPtr updatePredicate();

@@ -182,6 +182,7 @@ bool containsAggregate(const Expr& expr);
 bool containsSubquery(const Expr& expr);
 // Ends a statement whose SQLite text has multiplied beyond reason.
 void requireReasonable(const std::string& sql);
+[[noreturn]] void throwTooLarge();  // 8623
 bool isAggregateName(std::string_view foldedName);
 // 8120 and its kin: a column that is neither grouped by nor aggregated.
 Error ungroupedColumn(const Scope& scope, const Source& source, const SourceColumn& column);

@@ -89,11 +89,14 @@ bool containsSubquery(const Expr& expr) {
 
 void requireReasonable(const std::string& sql) {
   constexpr std::size_t longest = 4'000'000;
-  if (sql.size() > longest)
-    throw Error(
-        8623,
-        "The query processor ran out of internal resources and could not produce a query plan. Simplify "
-        "the query.");
+  if (sql.size() > longest) throwTooLarge();
+}
+
+void throwTooLarge() {
+  throw Error(
+      8623,
+      "The query processor ran out of internal resources and could not produce a query plan. Simplify "
+      "the query.");
 }
 
 Binder::Binder(const BindContext& context) : context_(context) {}

@@ -123,7 +123,7 @@ BoundExpr Binder::bindFunction(const Expr& expr, Scope* scope) {
   const BoundFunction function = engine::bindFunction(*info, arguments);
   BoundExpr result;
   result.type = function.result;
-  result.nullable = function.nullable && (nullable || branches);
+  result.nullable = function.nullable && (nullable || branches || function.ownNulls);
   result.sql = functionSql(function, sqls);
   requireReasonable(result.sql);
   return result;

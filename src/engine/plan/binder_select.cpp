@@ -59,6 +59,21 @@ int starWidth(const Scope& scope, const Expr& star) {
   return width;
 }
 
+// SQLite takes at most 500 arms in one UNION, and walks through them by recursion.
+constexpr std::size_t armsTogether = 400, mostArms = 10000;
+
+// A query as the first arm of another one. OFFSET keeps SQLite from making one UNION of both again.
+std::string enclosed(const std::string& sql, const std::vector<Type>& types) {
+  std::string list;
+  for (std::size_t i = 0; i < types.size(); ++i) {
+    const std::string name = "c" + std::to_string(i);
+    list += (i ? ", " : "") + name;
+    if (isCharacter(types[i].id)) list += std::string(" COLLATE ") + sqliteCollation;
+    list += " AS " + name;
+  }
+  return "SELECT " + list + " FROM (" + sql + " LIMIT -1 OFFSET 0)";
+}
+
 }  // namespace
 
 BoundSelect Binder::bindQuery(const SelectStatement& select) {
@@ -326,6 +341,7 @@ std::vector<Type> Binder::outputColumns(const std::vector<BoundCore>& cores, Bou
 
 std::vector<Binder::BoundCore> Binder::bindCores(const SelectStatement& select, Scope* parent,
                                                  const CoreShape& shape) {
+  if (select.cores.size() > mostArms) throwTooLarge();
   std::vector<BoundCore> cores(select.cores.size());
   CoreShape coreShape = shape;
   for (std::size_t i = 0; i < cores.size(); ++i) {
@@ -370,6 +386,7 @@ BoundSelect Binder::bindSelect(const SelectStatement& select, Scope* parent, con
   const std::string order = orderBy(select, first, !single || first.distinct);
   for (std::size_t i = 0; i < cores.size(); ++i) {
     const std::string sql = coreSql(cores[i], types, shape);
+    if (i > 0 && i % armsTogether == 0) bound.sql = enclosed(bound.sql, types);
     if (i > 0) bound.sql += select.setOps[i - 1] == SetOp::UnionAll ? " UNION ALL " : " UNION ";
     if (!cores[i].top) {
       bound.sql += sql;

@@ -21,8 +21,8 @@ Datum decimalArithmetic(BinaryOp op, const Exact& left, const Exact& right, cons
 
 // The DECIMAL that holds every value of an exact type.
 Type asDecimal(const Type& type);
-// The type that an operand takes before the operator works on it. Beside a DECIMAL a text takes the type of the
-// other side; the result's would move its point.
+// The type that an operand takes before the operator works on it. Beside a DECIMAL a text takes the type of
+// the other side; the result's would move its point.
 Type operandType(const Type& operand, const Type& other, const Type& result);
 
 }  // namespace engine

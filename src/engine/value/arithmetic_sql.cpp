@@ -205,10 +205,16 @@ std::string comparisonSql(BinaryOp op, const std::string& left, const Type& left
 std::string likeSql(const std::string& text, const Type& textType, const std::string& pattern,
                     const Type& patternType, const std::string& escape, bool negated) {
   const bool isText = isCharacter(textType.id);
-  std::string sql = "z_like(" + (isText ? text : convertSql(text, textType, varyingText(textType))) + ',';
+  // Unicode on either side makes the blanks at the end of the text count.
+  const bool unicode = isUnicode(textType.id) || isUnicode(patternType.id);
+  std::string sql = "z_like(";
+  sql += !isText   ? convertSql(text, textType, varyingText(textType))
+         : unicode ? padSql(text, textType)
+                   : text;
+  sql += ',';
   sql += isCharacter(patternType.id) ? padSql(pattern, patternType)
                                      : convertSql(pattern, patternType, varyingText(patternType));
-  sql += ',' + std::to_string(isFixedText(textType.id) ? textType.length : 0);
+  sql += ',' + std::to_string(unicode ? -1 : isFixedText(textType.id) ? textType.length : 0);
   if (!escape.empty()) sql += ',' + escape;
   return negated ? "(NOT " + sql + "))" : sql + ')';
 }

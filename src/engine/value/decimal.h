@@ -23,8 +23,8 @@ bool multiplyOverflows(Int128 left, Int128 right, Int128& product);
 // left * right / 10^drop, rounded half away from zero, through 256 bits; drop up to 76; false when it does
 // not fit.
 bool multiplyScaled(Int128 left, Int128 right, int drop, Int128& product);
-// left * 10^raise / right, cut toward zero, without losing a digit; raise up to 76, right not 0; false when it
-// does not fit.
+// left * 10^raise / right, cut toward zero, without losing a digit; raise up to 76, right not 0; false when
+// it does not fit.
 bool divideScaled(Int128 left, int raise, Int128 right, Int128& quotient);
 // The remainder of left * 10^-leftScale by right * 10^-rightScale, in the larger scale; right is not 0.
 Int128 moduloScaled(Int128 left, int leftScale, Int128 right, int rightScale);

@@ -96,12 +96,13 @@ bool LikePattern::accepts(const Element& element, char32_t character) const {
 }
 
 // Only the latest % needs to be tried again: an earlier one can do no better.
-bool LikePattern::matchFrom(std::string_view text, std::size_t at, std::size_t element, bool trailing) const {
+bool LikePattern::matchFrom(std::string_view text, std::size_t at, std::size_t element,
+                            bool blanksAside) const {
   constexpr std::size_t none = static_cast<std::size_t>(-1);
   std::size_t retryElement = none, retryAt = 0;
   while (true) {
     if (element == elements_.size()) {
-      if (!trailing || onlyBlanks(text, at)) return true;
+      if (at == text.size() || (blanksAside && onlyBlanks(text, at))) return true;
     } else if (elements_[element].kind == Kind::Many) {
       if (++element == elements_.size()) return true;
       retryElement = element;
@@ -122,17 +123,17 @@ bool LikePattern::matchFrom(std::string_view text, std::size_t at, std::size_t e
   }
 }
 
-bool LikePattern::matches(std::string_view text) const {
-  return !broken_ && matchFrom(text, 0, 0, true);
+bool LikePattern::matches(std::string_view text, bool exact) const {
+  return !broken_ && matchFrom(text, 0, 0, !exact);
 }
 
-std::int64_t LikePattern::find(std::string_view text) const {
+std::int64_t LikePattern::find(std::string_view text, bool exact) const {
   if (broken_ || elements_.empty()) return 0;
   const bool anywhere = elements_.front().kind == Kind::Many;
   if (anywhere && elements_.size() == 1) return 1;
   std::int64_t position = 1;
   for (std::size_t at = 0; at <= text.size(); ++position) {
-    if (matchFrom(text, at, anywhere ? 1 : 0, true)) return position;
+    if (matchFrom(text, at, anywhere ? 1 : 0, !exact)) return position;
     if (!anywhere || at == text.size()) return 0;
     nextCharacter(text, at);
   }

@@ -218,7 +218,6 @@ Value operate(char op, const Value& a, const Value& b) {
   out.errors.insert(b.errors.begin(), b.errors.end());
   out.null = a.null || b.null;
   out.open = a.open || b.open;
-  if (!out.errors.empty()) return out;
   // Each side takes the common type; with decimals a text takes its partner's, everything else its own.
   const auto operand = [&](const Value& value, const Value& other) {
     if (result.kind != Kind::Decimal) return converted(value, result);
@@ -228,7 +227,7 @@ Value operate(char op, const Value& a, const Value& b) {
     return exact;
   };
   const Value x = operand(a, b), y = operand(b, a);
-  if (out.null) {
+  if (out.errors.empty() && out.null) {
     out.open = out.open || !x.errors.empty() || !y.errors.empty();
     return out;
   }

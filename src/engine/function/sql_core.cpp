@@ -110,6 +110,11 @@ void moneyToFloat(sqlite3_context* context, int, Values values) {
   sqlite3_result_double(context, decimalToDouble(sqlite3_value_int64(values[0]), 4));
 }
 
+// z_tied(condition, column): the condition, which no longer looks like a constant.
+void tied(sqlite3_context* context, int, Values values) {
+  sqlite3_result_value(context, values[0]);
+}
+
 // z_ar(operator, left, right, left's type, right's type)
 void anyArithmetic(sqlite3_context* context, int, Values values) {
   setDatum(context, arithmetic(static_cast<BinaryOp>(sqlite3_value_int(values[0])), datumOf(values[1]),
@@ -196,6 +201,7 @@ constexpr std::array functions = {
     SqlFunction{"z_xor", 2, strict<exclusiveOr>},
     SqlFunction{"z_f8", 1, strict<checkFloat>},
     SqlFunction{"z_fdiv", 2, strict<divideFloats>},
+    SqlFunction{"z_tied", 2, tied},
     SqlFunction{"z_mf", 1, strict<moneyToFloat>},
     SqlFunction{"z_mmul", 2, strict<multiplyMoney<TypeId::Money>>},
     SqlFunction{"z_smul", 2, strict<multiplyMoney<TypeId::SmallMoney>>},

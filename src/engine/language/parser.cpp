@@ -219,15 +219,13 @@ void SqlParser::nameMissing(std::size_t at) const {
       {{"LINENO"}, "LINENO"},
       {{"DUMP"}, "DUMP"},
       {{"LOAD"}, "LOAD"},
-      {{"{"}, "ODBC escape {"},
   };
   constexpr std::size_t wordsBehind = 2;
   for (const Construct& construct : constructs)
     for (std::size_t first = at - std::min(at, wordsBehind); first <= at; ++first) {
       const auto here = [&](std::size_t i) {
         return construct.words[i].empty() ||
-               (first + i < tokens_.size() && (tokens_[first + i].source == construct.words[i] ||
-                                               equalsKeyword(tokens_[first + i].source, construct.words[i])));
+               (first + i < tokens_.size() && equalsKeyword(tokens_[first + i].source, construct.words[i]));
       };
       if (here(0) && here(1) && here(2)) unsupported(construct.name);
     }

@@ -129,7 +129,10 @@ class Binder {
 
   // binder_function.cpp
   BoundExpr bindFunction(const Expr& expr, Scope* scope);
-  BoundExpr bindAggregate(const Expr& expr, Scope* scope);
+  BoundExpr bindAggregate(const Expr& expr, Scope* from);
+  static Scope* scopeOf(const Expr& column, Scope* scope);
+  static Scope* aggregateScope(const Expr& expr, Scope* scope);
+  static bool aggregatesItself(const Expr& expr, Scope& scope);
   std::optional<BoundExpr> bindSystemFunction(const Expr& expr, const std::string& name, Scope* scope);
 
   // binder_select.cpp
@@ -137,6 +140,8 @@ class Binder {
   struct BoundCore;
   void bindCore(const SelectStatement& select, std::size_t index, Scope* parent, const CoreShape& shape,
                 BoundCore& out);
+  void gather(BoundCore& out);
+  static std::string gatheredSql(const BoundCore& core);
   void sortBeforeAssigning(const SelectStatement& select, BoundCore& out);
   void bindItems(const SelectCore& core, const CoreShape& shape, BoundCore& out);
   void expandStar(const Expr& star, const CoreShape& shape, int surplus, BoundCore& out);
@@ -154,9 +159,10 @@ class Binder {
   };
   FromPiece bindTableSource(const TableSource& source, Scope& scope);
   FromPiece bindJoin(const TableSource& source, Scope& scope);
+  std::string bindOn(const Expr& on, Scope& scope, std::size_t first, std::size_t middle);
   FromPiece bindNamed(const TableSource& source, Scope& scope);
   FromPiece bindDerived(const TableSource& source, Scope& scope);
-  std::string bindView(const ViewInfo& view, const std::string& database, Source& source);
+  std::string bindView(const ViewInfo& view, const std::string& database, Source& source, const Scope& scope);
   bool bindSystemTable(const std::string& database, const ObjectName& name, Source& source, std::string& sql);
   const TableInfo* pseudoTable(const ObjectName& name, std::string& sql) const;
   std::string newHandle() { return "t" + std::to_string(++handles_); }
@@ -179,6 +185,10 @@ std::string quoteName(std::string_view name);
 // True when the trees mean the same in `scope` (columns by what they resolve to is left to the caller).
 bool sameExpr(const Expr& left, const Expr& right);
 bool containsAggregate(const Expr& expr);
+// Every column that the expression names, those of subqueries aside.
+void forEachColumn(const Expr& expr, const std::function<void(const Expr&)>& action);
+// A grouped query with a subquery that looks at its aggregates: on the left of ANY and ALL, or inside.
+bool subqueriesAskAggregates(const SelectStatement& select, const SelectCore& core);
 bool containsSubquery(const Expr& expr);
 // Ends a statement whose SQLite text has multiplied beyond reason.
 void requireReasonable(const std::string& sql);

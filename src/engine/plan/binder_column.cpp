@@ -17,11 +17,17 @@ bool isMeant(const Source& source, const Expr& expr) {
   return !source.aliased && source.database == foldName(expr.database);
 }
 
+// The group that is the column itself.
+const BoundExpr* groupOf(const Scope& scope, const SourceColumn& column) {
+  if (!scope.grouped || scope.inAggregate > 0) return nullptr;
+  for (std::size_t i = 0; i < scope.groups.size(); ++i)
+    if (scope.groups[i].second.column && scope.groupSqls[i] == column.sql) return &scope.groups[i].second;
+  return nullptr;
+}
+
 // Columns outside of aggregates must be built of what the query groups by.
 void checkGrouping(const Scope& scope, const Source& source, const SourceColumn& column) {
-  if (!scope.grouped || scope.inAggregate > 0) return;
-  for (const auto& [group, bound] : scope.groups)
-    if (bound.column && bound.sql == column.sql) return;
+  if (!scope.grouped || scope.inAggregate > 0 || groupOf(scope, column)) return;
   throw ungroupedColumn(scope, source, column);
 }
 
@@ -74,6 +80,14 @@ int VariableTable::find(std::string_view name) const {
   return -1;
 }
 
+// The scope that a column is found in, from `scope` outwards.
+Scope* Binder::scopeOf(const Expr& column, Scope* scope) {
+  const std::string key = foldName(column.name);
+  for (Scope* at = scope; at; at = at->parent)
+    if (const Found found = findColumn(*at, column, key); found.column || found.sourceSeen) return at;
+  return nullptr;
+}
+
 BoundExpr Binder::bindColumn(const Expr& expr, Scope* scope) {
   const std::string key = foldName(expr.name);
   for (Scope* at = scope; at; at = at->parent) {
@@ -85,7 +99,8 @@ BoundExpr Binder::bindColumn(const Expr& expr, Scope* scope) {
     checkGrouping(*at, *found.source, *found.column);
     if (found.source->target) need(found.source->tableDatabase, found.source->table->name, Action::Select);
     BoundExpr bound;
-    bound.sql = found.column->sql;
+    const BoundExpr* group = groupOf(*at, *found.column);
+    bound.sql = group ? group->sql : found.column->sql;
     bound.type = found.column->info.type;
     bound.nullable = found.column->info.nullable;
     bound.column = true;

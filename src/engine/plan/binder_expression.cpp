@@ -394,6 +394,8 @@ BoundExpr Binder::bindConversion(const Expr& expr, Scope* scope) {
   if (style == 0) {
     BoundExpr bound = convert(operand, expr.type);
     bound.column = false;
+    if (bound.type == operand.type)
+      bound.parameter = -1;  // CAST(5 AS INT) is an INT, no literal of one digit
     return bound;
   }
   BoundExpr bound;

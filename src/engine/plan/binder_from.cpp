@@ -69,6 +69,32 @@ void checkDuplicate(const Scope& scope, const Source& added) {
                             "distinguish them.");
 }
 
+bool hasOuterJoin(const TableSource& source) {
+  if (source.kind != TableSource::Kind::Join) return false;
+  return source.join == JoinKind::Right || source.join == JoinKind::Full || hasOuterJoin(*source.left) ||
+         hasOuterJoin(*source.right);
+}
+
+// Whether the text has a column of the source `handle`.
+bool mentions(const std::string& sql, const std::string& handle) {
+  const std::string prefix = handle + ".";
+  for (auto at = sql.find(prefix); at != sql.npos; at = sql.find(prefix, at + 1)) {
+    const char before = at > 0 ? sql[at - 1] : ' ';
+    const bool inName = before == '_' || (before >= '0' && before <= '9') || (before >= 'a' && before <= 'z');
+    if (!inName) return true;
+  }
+  return false;
+}
+
+// A query in FROM. Merged into joins with RIGHT or FULL, SQLite takes a column of it that is a constant for
+// a value even where its row is missing: such a query is kept apart by OFFSET.
+std::string inBrackets(const BoundSelect& select, const Scope& scope) {
+  const bool plain = std::all_of(select.columns.begin(), select.columns.end(),
+                                 [](const ResultColumn& column) { return !column.baseColumn.empty(); });
+  if (plain || !scope.outerJoins) return "(" + select.sql + ")";
+  return "(SELECT * FROM (" + select.sql + ") LIMIT -1 OFFSET 0)";
+}
+
 }  // namespace
 
 Error columnListError(const std::string& name, bool more) {
@@ -127,6 +153,7 @@ Source& Binder::bindTarget(const ObjectName& name, Scope& scope) {
 
 std::string Binder::bindFrom(const std::vector<std::unique_ptr<TableSource>>& from, Scope& scope) {
   std::string sql;
+  for (const auto& source : from) scope.outerJoins = scope.outerJoins || hasOuterJoin(*source);
   for (const auto& source : from) {
     const FromPiece piece = bindTableSource(*source, scope);
     // A × (B left join C) is (A × B) left join C, since an ON sees nothing of A; RIGHT and FULL are not.
@@ -165,7 +192,7 @@ Binder::FromPiece Binder::bindJoin(const TableSource& source, Scope& scope) {
   if (source.on) {
     const std::size_t outside = scope.visibleFrom;
     scope.visibleFrom = first;
-    piece.sql += " ON " + bindCondition(*source.on, &scope).sql;
+    piece.sql += " ON " + bindOn(*source.on, scope, first, middle);
     scope.visibleFrom = outside;
   }
   // The side that may find no partner gives NULLs.
@@ -173,6 +200,21 @@ Binder::FromPiece Binder::bindJoin(const TableSource& source, Scope& scope) {
   if (source.join == JoinKind::Left || source.join == JoinKind::Full)
     allowNull(scope, middle, scope.sources.size());
   return piece;
+}
+
+// A term without a column of its join is a constant to SQLite, which asks it once and before all rows: where
+// it does not hold, the rows that RIGHT and FULL joins owe behind it are lost. Such terms are tied to a
+// column.
+std::string Binder::bindOn(const Expr& on, Scope& scope, std::size_t first, std::size_t middle) {
+  if (!scope.outerJoins) return bindCondition(on, &scope).sql;
+  if (on.kind == Expr::Kind::Binary && on.binary == BinaryOp::And)
+    return "(" + bindOn(*on.left, scope, first, middle) + " AND " + bindOn(*on.right, scope, first, middle) +
+           ")";
+  const std::string sql = bindCondition(on, &scope).sql;
+  for (std::size_t i = first; i < scope.sources.size(); ++i)
+    if (mentions(sql, scope.sources[i].handle)) return sql;
+  const Source& source = scope.sources[middle];
+  return source.columns.empty() ? sql : "z_tied(" + sql + "," + source.columns[0].sql + ")";
 }
 
 Binder::FromPiece Binder::bindNamed(const TableSource& at, Scope& scope) {
@@ -204,7 +246,7 @@ Binder::FromPiece Binder::bindNamed(const TableSource& at, Scope& scope) {
       addTableColumns(*table, catalog->name, source);
     } else if (const ViewInfo* view = catalog->view(at.name.object)) {
       need(database, view->name, Action::Select);
-      piece.sql = bindView(*view, database, source);
+      piece.sql = bindView(*view, database, source, scope);
     } else if (!bindSystemTable(database, at.name, source, piece.sql)) {
       throw invalidObject(at.name);
     }
@@ -240,7 +282,7 @@ Binder::FromPiece Binder::bindDerived(const TableSource& at, Scope& scope) {
   }
   checkDuplicate(scope, source);
   FromPiece piece;
-  piece.sql = "(" + select.sql + ") AS " + source.handle;
+  piece.sql = inBrackets(select, scope) + " AS " + source.handle;
   scope.sources.push_back(std::move(source));
   return piece;
 }
@@ -268,7 +310,8 @@ bool Binder::bindSystemTable(const std::string& database, const ObjectName& name
 
 // A view is its query as a derived table, bound in the view's own database. Its columns are those it
 // had at creation, whatever * would give now.
-std::string Binder::bindView(const ViewInfo& view, const std::string& database, Source& source) {
+std::string Binder::bindView(const ViewInfo& view, const std::string& database, Source& source,
+                             const Scope& scope) {
   if (!throughViews_) {
     for (const ViewColumn& column : view.columns) {
       ResultColumn as;
@@ -304,7 +347,7 @@ std::string Binder::bindView(const ViewInfo& view, const std::string& database, 
   if (select.columns.size() != names.size())
     throw Error(4502, "View '" + view.name + "' has other columns than its tables give now.");
   for (std::size_t i = 0; i < names.size(); ++i) addDerivedColumn(select.columns[i], names[i], i, source);
-  return "(" + select.sql + ")";
+  return inBrackets(select, scope);
 }
 
 }  // namespace engine

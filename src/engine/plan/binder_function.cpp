@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 
 #include "engine/function.h"
@@ -129,7 +130,34 @@ BoundExpr Binder::bindFunction(const Expr& expr, Scope* scope) {
   return result;
 }
 
-BoundExpr Binder::bindAggregate(const Expr& expr, Scope* scope) {
+// The scope whose rows an aggregate is over: that of its innermost column.
+Scope* Binder::aggregateScope(const Expr& expr, Scope* scope) {
+  Scope* owner = nullptr;
+  const auto inside = [&](Scope* found) {
+    for (Scope* at = scope; found && at; at = at->parent)
+      if (at == owner || at == found) {
+        owner = at;
+        return;
+      }
+  };
+  forEachColumn(expr, [&](const Expr& column) { inside(scopeOf(column, scope)); });
+  return owner && !owner->gathered.empty() ? owner : scope;
+}
+
+// Whether the expression holds an aggregate over the rows of `scope` itself.
+bool Binder::aggregatesItself(const Expr& expr, Scope& scope) {
+  if (expr.kind == Expr::Kind::Function && isAggregateName(foldName(expr.name)))
+    return aggregateScope(expr, &scope) == &scope;
+  const auto inside = [&](const ExprPtr& e) { return e && aggregatesItself(*e, scope); };
+  if (inside(expr.left) || inside(expr.right)) return true;
+  if (std::any_of(expr.args.begin(), expr.args.end(), inside)) return true;
+  return std::any_of(expr.whens.begin(), expr.whens.end(),
+                     [&](const WhenClause& w) { return inside(w.when) || inside(w.then); });
+}
+
+BoundExpr Binder::bindAggregate(const Expr& expr, Scope* from) {
+  Scope* scope = from ? aggregateScope(expr, from) : from;
+  if (scope && from->inAggregate > 0) throw nestedAggregate();
   if (!scope || !scope->aggregatesAllowed)
     throw Error(147,
                 "An aggregate may not appear in the WHERE clause unless it is in a subquery contained in a "
@@ -152,6 +180,10 @@ BoundExpr Binder::bindAggregate(const Expr& expr, Scope* scope) {
   result.nullable = function.nullable;
   result.aggregate = true;
   result.sql = functionSql(function, sqls, expr.distinct);
+  if (!scope->gathered.empty()) {
+    const std::string name = scope->gathered + ".a" + std::to_string(scope->aggregates.size());
+    scope->aggregates.push_back(std::exchange(result.sql, name));
+  }
   return result;
 }
 

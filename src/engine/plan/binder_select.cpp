@@ -12,6 +12,7 @@ struct Binder::BoundCore {
   std::vector<std::string> names;
   std::vector<std::string> variables;
   std::string from, where, groupBy, having, limit;
+  std::string groupColumns;  // of scope.gathered
   const Expr* top = nullptr;
   bool topPercent = false;
   bool distinct = false;
@@ -24,12 +25,6 @@ namespace {
 std::string withCollation(const BoundExpr& expr) {
   if (!isCharacter(expr.type.id) || expr.column) return expr.sql;
   return expr.sql + " COLLATE " + sqliteCollation;
-}
-
-bool isAggregated(const SelectCore& core) {
-  if (core.having) return true;
-  return std::any_of(core.items.begin(), core.items.end(),
-                     [](const SelectItem& item) { return item.expr && containsAggregate(*item.expr); });
 }
 
 Error notSortable() {
@@ -133,20 +128,46 @@ void Binder::bindCore(const SelectStatement& select, std::size_t index, Scope* p
     out.scope.groups.emplace_back(group.get(), std::move(bound));
   }
   out.scope.hasGroupBy = !core.groupBy.empty();
-  out.scope.grouped = out.scope.hasGroupBy || isAggregated(core);
+  const bool counted = std::any_of(core.items.begin(), core.items.end(), [&](const SelectItem& item) {
+    return aggregatesItself(*item.expr, out.scope);
+  });
+  out.scope.grouped = out.scope.hasGroupBy || core.having || counted;
   out.aggregated = out.scope.grouped && !out.scope.hasGroupBy;
+  for (const auto& [written, bound] : out.scope.groups) out.scope.groupSqls.push_back(bound.sql);
+  if (out.scope.grouped && subqueriesAskAggregates(select, core)) gather(out);
   out.scope.aggregatesAllowed = true;
   if (stepwise_ && !parent && !shape.subquery && !out.scope.grouped && !select.orderBy.empty())
     sortBeforeAssigning(select, out);
   bindItems(core, shape, out);
-  const bool counted = std::any_of(core.items.begin(), core.items.end(),
-                                   [](const SelectItem& item) { return containsAggregate(*item.expr); });
   // SQLite takes a HAVING without GROUP BY only beside an aggregate.
-  if (out.aggregated && !counted) out.items[0].sql = "iif(count(*)>=0," + out.items[0].sql + ",NULL)";
+  if (out.aggregated && !counted && out.scope.gathered.empty())
+    out.items[0].sql = "iif(count(*)>=0," + out.items[0].sql + ",NULL)";
   if (core.having) {
     out.scope.clause = Scope::Clause::Having;
-    out.having = " HAVING " + bindCondition(*core.having, &out.scope).sql;
+    out.having = bindCondition(*core.having, &out.scope).sql;
   }
+}
+
+// From here on the list names groups and aggregates as columns of a query of their own.
+void Binder::gather(BoundCore& out) {
+  out.scope.gathered = newHandle();
+  for (std::size_t i = 0; i < out.scope.groups.size(); ++i) {
+    BoundExpr& group = out.scope.groups[i].second;
+    out.groupColumns += (i ? ", " : "") + withCollation(group) + " AS g" + std::to_string(i);
+    group.sql = out.scope.gathered + ".g" + std::to_string(i);
+  }
+}
+
+// FROM and what follows it, of a core whose groups stand in a query of their own.
+std::string Binder::gatheredSql(const BoundCore& core) {
+  std::string list = core.groupColumns;
+  // SQLite makes one group of all rows only where it counts something.
+  const std::vector<std::string> one = {"count(*)"};
+  const auto& aggregates = core.scope.aggregates.empty() ? one : core.scope.aggregates;
+  for (std::size_t i = 0; i < aggregates.size(); ++i)
+    list += (list.empty() ? "" : ", ") + aggregates[i] + " AS a" + std::to_string(i);
+  return " FROM (SELECT " + list + core.from + core.where + core.groupBy + ") AS " + core.scope.gathered +
+         (core.having.empty() ? "" : " WHERE " + core.having);
 }
 
 // SQLite computes a select list before it sorts. Where the list assigns variables that it reads, the rows
@@ -229,9 +250,12 @@ void Binder::expandStar(const Expr& star, const CoreShape& shape, int surplus, B
       bound.nullable = column.info.nullable;
       bound.column = true;
       bound.origin = column.info;
-      if (out.scope.grouped && std::none_of(out.scope.groups.begin(), out.scope.groups.end(),
-                                            [&](const auto& group) { return group.second.sql == bound.sql; }))
+      const auto group = std::find(out.scope.groupSqls.begin(), out.scope.groupSqls.end(), bound.sql);
+      if (out.scope.grouped && group == out.scope.groupSqls.end())
         throw ungroupedColumn(out.scope, source, column);
+      if (out.scope.grouped)
+        bound.sql =
+            out.scope.groups[static_cast<std::size_t>(group - out.scope.groupSqls.begin())].second.sql;
       out.items.push_back(std::move(bound));
       out.names.push_back(column.info.name);
     }
@@ -314,7 +338,8 @@ std::string Binder::coreSql(const BoundCore& core, const std::vector<Type>& type
       item = withCollation(convert(core.items[i], types[i]));
     sql += (i ? ", " : "") + item + " AS c" + std::to_string(i);
   }
-  return sql + core.from + core.where + core.groupBy + core.having;
+  if (!core.scope.gathered.empty()) return sql + gatheredSql(core);
+  return sql + core.from + core.where + core.groupBy + (core.having.empty() ? "" : " HAVING " + core.having);
 }
 
 // The columns that come out: types common to all cores, names of the first.

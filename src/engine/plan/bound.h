@@ -92,6 +92,12 @@ struct Scope {
   int inAggregate = 0;
   bool aggregatesAllowed = false;
   std::vector<std::pair<const Expr*, BoundExpr>> groups;
+  std::vector<std::string> groupSqls;  // what each is over the tables; `groups` has what the list may name
+  // Where subqueries look at the groups, these stand with the aggregates in a query of their own: its handle
+  // and its aggregates.
+  std::string gathered;
+  std::vector<std::string> aggregates;
+  bool outerJoins = false;  // FROM has RIGHT or FULL joins
 };
 
 struct BoundSelect {

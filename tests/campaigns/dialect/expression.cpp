@@ -164,8 +164,11 @@ Value Expression::value(const std::vector<Value>& row) const {
       return constant_;
     case Form::Operator:
       return operate(word_[0], left_->value(row), right_->value(row));
-    case Form::Negation:
-      return negated(left_->value(row));
+    case Form::Negation: {
+      Value out = negated(left_->value(row));
+      out.literal = out.literal && left_->form_ == Form::Constant;
+      return out;
+    }
     case Form::Cast:
       return converted(left_->value(row), to_);
     case Form::Choice: {

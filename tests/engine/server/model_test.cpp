@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "campaigns/dialect/exact_cases.h"
+#include "campaigns/dialect/query_cases.h"
 
 namespace {
 
@@ -21,6 +22,10 @@ TEST(Model, ConversionsGiveWhatPlainArithmeticGives) {
 
 TEST(Model, AggregatesGiveWhatPlainArithmeticGives) {
   EXPECT_EQ(told(campaign::runAggregates(2012, 4000)), "");
+}
+
+TEST(Model, JoinsAndGroupingsGiveTheRowsOfNestedLoops) {
+  EXPECT_EQ(told(campaign::runQueries(2012, 1500)), "");
 }
 
 }  // namespace

@@ -355,7 +355,13 @@ std::vector<Type> Binder::outputColumns(const std::vector<BoundCore>& cores, Bou
     }
     types.push_back(type.id == TypeId::Null ? Type{TypeId::Int} : type);
     ResultColumn column;
-    if (cores.size() == 1 && first.items[i].column) column = first.items[i].origin;
+    // A column of a query around is a constant here, and no column of this one's tables.
+    const auto own = [&](const Source& source) {
+      return first.items[i].sql.starts_with(source.handle + ".");
+    };
+    const bool plain =
+        first.items[i].column && std::any_of(first.scope.sources.begin(), first.scope.sources.end(), own);
+    if (cores.size() == 1 && plain) column = first.items[i].origin;
     column.name = first.names[i];
     column.type = types.back();
     column.nullable = nullable;

@@ -1,0 +1,158 @@
+// A year rolled over, by scale of the example data (arguments, default 1 10): processor time of the run onto
+// an empty upgraded company, its statements, its memory, and the time of the same rows written by set-based
+// SQL in the same library without triggers. Ratios of one run.
+//
+//   devir_bench 1 10 100
+#include <cstdio>
+#include <cstdlib>
+
+#include "bench/bare.h"
+#include "catalog/sunucu_hazirla.h"
+#include "company/firma_karti.h"
+#include "company/ornek_veri.h"
+#include "company/upgrade/guncelle.h"
+#include "db/drivers.h"
+#include "engine/server.h"
+#include "rollover/devir.h"
+#include "session/statements.h"
+#include "session/yerel_ortam.h"
+#include "support/izleyen_surucu.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Silent : session::Boxes, session::Progress {
+  void message(const std::string& text, session::Icon, std::string_view) override {
+    std::fprintf(stderr, "%s\n", text.c_str());
+  }
+  bool ask(const std::string&, session::Icon, std::string_view) override { return true; }
+  void text(const std::string&) override {}
+  void step(std::int64_t, std::int64_t) override {}
+  void whole(std::int64_t, std::int64_t) override {}
+  void pump() override {}
+};
+
+void firmaYap(session::Oturum& o, const std::string& ad, const std::string& kod, const std::string& yil) {
+  o.Yeni_Kayit = true;
+  company::FirmaKarti kart;
+  kart.Firma_Adi = kart.Firma_Unvani = ad;
+  kart.Firma_Kodu = kod;
+  kart.Bas_Tar = "01/01/" + yil;
+  kart.Bit_Tar = "31/12/" + yil;
+  company::Kaydet(o, kart);
+  company::upgrade::Veritabani_Guncelle(o, ad);
+}
+
+double processorOf(const std::function<void()>& work) {
+  const double before = bench::processorSeconds();
+  work();
+  return bench::processorSeconds() - before;
+}
+
+// Every row of the target once more, table by table in one statement each.
+double taban(const fs::path& folder) {
+  bench::Sqlite from(folder / "veri" / "HEDEF.mdf");
+  bench::Sqlite to(folder / "taban.db");
+  const auto tablolar = bench::tablesOf(from);
+  for (const auto& tablo : tablolar)
+    for (const auto& tanim : bench::definitionsOf(from, tablo)) to.run(tanim);
+  to.run("ATTACH '" + (folder / "veri" / "HEDEF.mdf").string() + "' AS kaynak");
+  return processorOf([&] {
+    to.run("BEGIN");
+    for (const auto& tablo : tablolar) {
+      sqlite3_stmt* deyim =
+          to.prepare("INSERT INTO main.\"" + tablo + "\" SELECT * FROM kaynak.\"" + tablo + "\"");
+      to.once(deyim);
+      sqlite3_finalize(deyim);
+    }
+    to.run("COMMIT");
+  });
+}
+
+// What a statement per row and two per reference would be: counted from the rows, not sent.
+std::int64_t satirSatir(db::Connection& c) {
+  struct Tablo {
+    const char* ad;
+    int referans;
+  };
+  constexpr Tablo tablolar[] = {{"STOKKART", 13},   {"CARIKART", 4},      {"STOKFIYAT", 1}, {"MUHKART", 1},
+                                {"CEKKART", 4},     {"CEK", 5},           {"SENETKART", 4}, {"SENET", 5},
+                                {"SIPARISKART", 3}, {"SIPARISHAREKET", 4}};
+  std::int64_t toplam = 0;
+  for (const Tablo& t : tablolar)
+    toplam += c.query(std::string("SELECT COUNT(*) FROM HEDEF.dbo.") + t.ad)->value(0, 0).integer() *
+              (2 + 2 * t.referans);
+  // Openings: card, history or due day, row.
+  for (const char* const t : {"STOKHAREKET", "ACILIS"})
+    toplam += c.query(std::string("SELECT COUNT(*) FROM HEDEF.dbo.") + t)->value(0, 0).integer() * 3;
+  return toplam;
+}
+
+double olc(int olcek, double ilk) {
+  const bench::Folder temporary;
+  const fs::path& folder = temporary.path;
+  engine::Server::create(folder / "veri", "sa", "gizli");
+  support::IzleyenSurucu surucu(db::makeConnectionFactory(folder));
+  Silent silent;
+  session::YerelSaat saat;
+  session::YerelPlatform platform(folder);
+  session::Oturum o;
+  o.surucu = &surucu;
+  o.kutular = &silent;
+  o.ilerleme = &silent;
+  o.saat = &saat;
+  o.platform = &platform;
+  o.Server_Adi = "(yerel)";
+  o.SQL_Login = "sa";
+  o.SQL_Sifre = "gizli";
+  o.Tanim_DB_Versiyon = o.Firma_DB_Versiyon = "2012.002";
+  catalog::Sunucu_Hazirla(o, {"Korvena", "abc", ""});
+  o.Veri_Klasoru = o.Baglanti->query("SELECT sysdtyl FROM sysDTYL")->value(0, 0).trimmed();
+  firmaYap(o, "KAYNAK", "00001", "2012");
+  firmaYap(o, "HEDEF", "00002", "2013");
+  const auto veri = company::Ornek_Veri_Yaz(o, "KAYNAK", {olcek, 1});
+  if (!veri.hata.empty()) throw std::runtime_error(veri.hata);
+  session::Katalog_Bagla(o, "Defination_DB");
+  rollover::DevirGirdisi g;
+  rollover::Firma_Kayit_Getir(o, "KAYNAK", g.taraf[0]);
+  rollover::Firma_Kayit_Getir(o, "HEDEF", g.taraf[1]);
+  surucu.izleme.sifirla();
+  const long once = bench::statusKilobytes("VmRSS");
+  rollover::DevirSonucu sonuc;
+  const double sure = processorOf([&] { sonuc = rollover::Devret(o, g); });
+  if (!sonuc.tamam) throw std::runtime_error(sonuc.hata);
+  const auto deyim = static_cast<std::int64_t>(surucu.izleme.deyimler.size());
+  const std::int64_t saf = satirSatir(*o.Baglanti);
+  o.Kayitlar.close();
+  o.Baglanti.reset();
+  const double tabanSure = taban(folder);
+  std::printf(
+      "scale %d: source %lld rows, written %lld, %.2f s of the processor, floor %.2f s (ratio %.1f), %lld "
+      "statements (naive %lld, %.0f times), %+ld kB, unexplained %lld",
+      olcek, static_cast<long long>(veri.satir), static_cast<long long>(sonuc.eklenen), sure, tabanSure,
+      sure / tabanSure, static_cast<long long>(deyim), static_cast<long long>(saf),
+      static_cast<double>(saf) / static_cast<double>(deyim), bench::statusKilobytes("VmRSS") - once,
+      static_cast<long long>(sonuc.kanit.aciklanmayan()));
+  if (ilk > 0) std::printf(", time per scale %.2f of the first", sure / olcek / ilk);
+  std::printf("\n");
+  std::fflush(stdout);
+  return sure / olcek;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    double ilk = 0;
+    for (int i = 1; i < std::max(argc, 3); ++i) {
+      const int olcek = i < argc ? std::atoi(argv[i]) : (i == 1 ? 1 : 10);
+      const double birim = olc(std::max(1, olcek), ilk);
+      if (ilk == 0) ilk = birim;
+    }
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
+  }
+  return 0;
+}

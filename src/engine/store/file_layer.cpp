@@ -211,9 +211,10 @@ void noteWaiting(const std::filesystem::path& data) {
 
 std::vector<unsigned char> readStart(const std::filesystem::path& data, std::size_t size) {
   std::vector<unsigned char> bytes(size);
+  // SQLite's names end in more than one zero, and its files read theirs until they are closed.
+  const std::string name = data.string() + std::string(2, '\0');
   RealFile file;
   int flags = 0;
-  const std::string name = data.string() + std::string(2, '\0');  // SQLite's names end in more than one zero
   const bool read = file.open(below(), name.c_str(), SQLITE_OPEN_READONLY | SQLITE_OPEN_MAIN_DB, &flags) ==
                         SQLITE_OK &&
                     file.read(bytes.data(), size, 0) == SQLITE_OK;
@@ -228,9 +229,9 @@ bool isDataFile(const std::vector<unsigned char>& start) {
 void finishCopy(const std::filesystem::path& original, const std::filesystem::path& copy) {
   const auto start = readStart(original, markOffset + markSize);
   std::vector<unsigned char> page = readStart(copy, pageSize);
+  const std::string name = copy.string() + std::string(2, '\0');
   RealFile file;
   int flags = 0;
-  const std::string name = copy.string() + std::string(2, '\0');
   bool good = !start.empty() && !page.empty() &&
               file.open(below(), name.c_str(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_MAIN_DB, &flags) == SQLITE_OK;
   if (good) {

@@ -43,7 +43,8 @@ std::vector<std::string> adlar(KomutOturumu& komut, const Degerler& values) {
 bool denetle(KomutOturumu& komut, const std::string& ad, bool yenile) {
   Iletiler iletiler(komut.ortam);
   try {
-    if (yenile) komut.oturum.Baglanti->run("ALTER DATABASE " + koseli(ad) + " SET PAGE_VERIFY CHECKSUM", iletiler);
+    if (yenile)
+      komut.oturum.Baglanti->run("ALTER DATABASE " + koseli(ad) + " SET PAGE_VERIFY CHECKSUM", iletiler);
     komut.oturum.Baglanti->run("DBCC CHECKDB (" + koseli(ad) + ") WITH NO_INFOMSGS", iletiler);
     komut.ortam.out << ad << ": sağlam\n";
     return true;
@@ -63,14 +64,16 @@ int run(Ortam& ortam, const Degerler& values) {
     return reddedildi;
   }
   bool whole = true;
-  for (const std::string& ad : adlar(komut, values)) whole = denetle(komut, ad, values.var("yenile")) && whole;
+  for (const std::string& ad : adlar(komut, values))
+    whole = denetle(komut, ad, values.var("yenile")) && whole;
   return whole ? tamam : reddedildi;
 }
 
 }  // namespace
 
 const Komut& denetleKomutu() {
-  static const Komut command{"denetle", "Veritabanlarının dosyalarını baştan sona denetler", more, options, run};
+  static const Komut command{"denetle", "Veritabanlarının dosyalarını baştan sona denetler", more, options,
+                             run};
   return command;
 }
 

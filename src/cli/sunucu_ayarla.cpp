@@ -11,7 +11,8 @@ constexpr std::array<Secenek, 1> options = {
       Secenek::Tur::Metin, "DEĞER"}}};
 
 constexpr std::string_view more =
-    "ertelenmis daha hızlıdır, ama elektrik kesilirse bildirilmiş son kayıtlar yok olabilir; program kapanır ya\n"
+    "ertelenmis daha hızlıdır, ama elektrik kesilirse bildirilmiş son kayıtlar yok olabilir; program kapanır "
+    "ya\n"
     "da öldürülürse bir şey kaybolmaz. Açık oturumlar yeniden bağlanınca uyar. Yalnız gömülü sunucu içindir.";
 
 class Sessiz : public db::BatchSink {
@@ -43,8 +44,9 @@ int run(Ortam& ortam, const Degerler& values) {
     ortam.err << hataSatiri(error) << "\n";
     return reddedildi;
   }
-  ortam.out << (wanted == "tam" ? "Dayanıklılık: tam.\n"
-                                : "Dayanıklılık: ertelenmiş. Elektrik kesilirse son kayıtlar yok olabilir.\n");
+  ortam.out << (wanted == "tam"
+                    ? "Dayanıklılık: tam.\n"
+                    : "Dayanıklılık: ertelenmiş. Elektrik kesilirse son kayıtlar yok olabilir.\n");
   return tamam;
 }
 

@@ -1,5 +1,6 @@
-// The disk fails at the n-th call, for every n until the work gets through: each call once, then that call and
-// all after it. The error is told, the state is as before, and after the disk has healed the work is done.
+// The disk fails at the n-th call, for every n until the work gets through: each call once, then that call
+// and all after it. The error is told, the state is as before, and after the disk has healed the work is
+// done.
 #include <signal.h>
 #include <sys/wait.h>
 
@@ -30,14 +31,14 @@ constexpr Work works[] = {
      "DELETE FROM T WHERE A>=5000"},
     {"table", {"CREATE TABLE Y (A INT PRIMARY KEY, B CHAR(5))"}, "DROP TABLE Y"},
     {"upgrade",
-     {"ALTER TABLE T ADD C INT NULL", "ALTER TABLE T ALTER COLUMN C BIGINT",
-      "CREATE INDEX TC ON T (C)"},
+     {"ALTER TABLE T ADD C INT NULL", "ALTER TABLE T ALTER COLUMN C BIGINT", "CREATE INDEX TC ON T (C)"},
      ""},
     {"database", {"CREATE DATABASE YENI"}, "DROP DATABASE YENI"},
 };
 
 constexpr const char* state =
-    "SELECT ID,A,B FROM T ORDER BY ID SELECT name FROM sysobjects ORDER BY name SELECT name FROM syscolumns WHERE "
+    "SELECT ID,A,B FROM T ORDER BY ID SELECT name FROM sysobjects ORDER BY name SELECT name FROM syscolumns "
+    "WHERE "
     "id=OBJECT_ID('T') ORDER BY colid SELECT name FROM sysindexes WHERE id=OBJECT_ID('T') ORDER BY name "
     "SELECT name FROM master..sysdatabases ORDER BY name";
 
@@ -85,7 +86,8 @@ class Campaign {
     for (int n = 0; struck && findings_ < 10; n += step_) {
       const std::string before = content();
       const std::string at = std::string(work.what) + ", call " + std::to_string(n) +
-                             (kind.lasting ? " and later" : "") + ", code " + std::to_string(kind.code) + ": ";
+                             (kind.lasting ? " and later" : "") + ", code " + std::to_string(kind.code) +
+                             ": ";
       Fault fault = kind;
       fault.after = n;
       ++calls_;
@@ -107,7 +109,8 @@ class Campaign {
       struck = disk_.disarm();
       run(*session_, "IF @@TRANCOUNT>0 ROLLBACK");
       run(*session_, "BEGIN TRAN ROLLBACK");  // begins anew
-      if (number != 0 && number != 1105 && number != 823 && number != 3906 && number != 5123 && number != 5120 && number != 9001)
+      if (number != 0 && number != 1105 && number != 823 && number != 3906 && number != 5123 &&
+          number != 5120 && number != 9001)
         fail(at + "told " + std::to_string(number) + " " + first);
       const std::string after = content();
       // Of single statements those before the failing one stand.
@@ -139,7 +142,8 @@ class Campaign {
       disk_.arm({kind.code, n, kind.lasting});
       server_->stop();
       struck = disk_.disarm();
-      for (const auto& damaged : server_->start()) fail("start: " + damaged.name + " " + damaged.error.what());
+      for (const auto& damaged : server_->start())
+        fail("start: " + damaged.name + " " + damaged.error.what());
       if (content() != before) fail("stop, call " + std::to_string(n) + ": other rows after the start");
     }
   }

@@ -1,8 +1,7 @@
 // One bit of a data file or its log is turned. No query gives other rows than before, and what a page says is
 // told by DBCC CHECKDB wherever it lies.
-#include <sys/wait.h>
-
 #include <signal.h>
+#include <sys/wait.h>
 
 #include "campaigns/campaign.h"
 #include "engine/store/log_format.h"
@@ -39,7 +38,8 @@ void fill(const fs::path& folder) {
     run(*session, "CREATE INDEX TA ON T (A)");
     for (int i = 0; i < 700; ++i)
       run(*session, "INSERT INTO T VALUES (" + std::to_string(i) + "," + std::to_string(i * 37 % 500) +
-                        ",'satır " + std::to_string(i) + "',REPLICATE('ş'," + std::to_string(i % 90 * 60) + "))");
+                        ",'satır " + std::to_string(i) + "',REPLICATE('ş'," + std::to_string(i % 90 * 60) +
+                        "))");
     run(*session, "DBCC CHECKDB");  // writes the log into the file
     for (int i = 700; i < 760; ++i)
       run(*session, "INSERT INTO T VALUES (" + std::to_string(i) + ",7,'x',REPLICATE('y',300))");
@@ -94,14 +94,15 @@ int main(int count, char** values) {
     if (!error && seen != wanted) what = "other rows were served";
     // Pages that the log holds anew are written over before they are read.
     if (!error && seen == wanted && checked.empty() && !inLog && !mark) ++unread;
-    if (error && seen.find(inLog ? "F_log.ldf" : "F.mdf") == std::string::npos) what = "not told by name: " + seen;
+    if (error && seen.find(inLog ? "F_log.ldf" : "F.mdf") == std::string::npos)
+      what = "not told by name: " + seen;
     told += error || !checked.empty() ? 1 : 0;
     if (what.empty()) continue;
     ++findings;
     std::cout << "round " << round << " of seed " << arguments.seed << ": byte " << at
               << (inLog ? " of the log: " : " of the data: ") << what.substr(0, 500) << std::endl;
   }
-  std::cout << arguments.rounds << " flips, " << told << " told, " << unread
-            << " written over by the log, " << findings << " findings\n";
+  std::cout << arguments.rounds << " flips, " << told << " told, " << unread << " written over by the log, "
+            << findings << " findings\n";
   return findings == 0 ? 0 : 1;
 }

@@ -61,8 +61,9 @@ Step nextStep(const Model& model, int worker, std::mt19937& random) {
                   if (row % 7 == pick) ++value;
               }};
     case 3:
-      return {{"DELETE FROM " + table + " WHERE ID%7=" + text(pick)},
-              [=](Model& m) { std::erase_if(m.rows, [&](const auto& each) { return each.first % 7 == pick; }); }};
+      return {{"DELETE FROM " + table + " WHERE ID%7=" + text(pick)}, [=](Model& m) {
+                std::erase_if(m.rows, [&](const auto& each) { return each.first % 7 == pick; });
+              }};
     case 4:
       return {{"BEGIN TRAN", insert(id, 1), insert(id + 1, 2), "UPDATE " + table + " SET A=A+5", "COMMIT"},
               [=](Model& m) {
@@ -88,8 +89,9 @@ Step nextStep(const Model& model, int worker, std::mt19937& random) {
     case 9:
       return toggle(model, "Y" + w, "SELECT * INTO A..Y" + w + " FROM " + table, "DROP TABLE A..Y" + w);
     case 10:
-      return {{"UPDATE " + table + " SET A=A WHERE ID>0", "USE A DBCC CHECKTABLE (W" + w + ") WITH NO_INFOMSGS"},
-              [](Model&) {}};
+      return {
+          {"UPDATE " + table + " SET A=A WHERE ID>0", "USE A DBCC CHECKTABLE (W" + w + ") WITH NO_INFOMSGS"},
+          [](Model&) {}};
     case 11:
       return toggle(model, "D" + w, "CREATE DATABASE D" + w, "DROP DATABASE D" + w);
     default:
@@ -230,7 +232,8 @@ class Campaign {
       if (check.number != 0) fail(number, check.messages);
       for (int w = 0; w < workers; ++w) {
         must(*session, "DELETE FROM A..W" + text(w) + " WHERE ID%2=0");
-        std::erase_if(models_[static_cast<std::size_t>(w)].rows, [](const auto& each) { return each.first % 2 == 0; });
+        std::erase_if(models_[static_cast<std::size_t>(w)].rows,
+                      [](const auto& each) { return each.first % 2 == 0; });
       }
     }
     return workers;
@@ -265,7 +268,8 @@ int main(int count, char** values) {
   const auto arguments = campaign::arguments(count, values, 700);
   campaign::Campaign campaign(arguments.seed);
   int kills = 0;
-  for (int round = 1; round <= arguments.rounds && campaign.failures() < 5; ++round) kills += campaign.round(round);
+  for (int round = 1; round <= arguments.rounds && campaign.failures() < 5; ++round)
+    kills += campaign.round(round);
   std::cout << kills << " kills, " << campaign.failures() << " findings\n";
   return campaign.failures() == 0 ? 0 : 1;
 }

@@ -12,10 +12,10 @@
 #include <memory>
 #include <string>
 
-#include "engine/store/companion.h"
-#include "engine/store/file_layer.h"
 #include "engine/function/functions.h"
 #include "engine/session_fixture.h"
+#include "engine/store/companion.h"
+#include "engine/store/file_layer.h"
 
 namespace scenarios {
 
@@ -79,8 +79,8 @@ class DataFolder : public testing::Test {
       const std::string name = entry.path().stem().string();
       const auto log = engine::readyCompanion(entry.path(), folder / (name + "_log.ldf"), name);
       const std::string uri = engine::store::fileUri(entry.path(), log, name);
-      ASSERT_EQ(sqlite3_open_v2(uri.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI,
-                                nullptr),
+      ASSERT_EQ(sqlite3_open_v2(uri.c_str(), &db,
+                                SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI, nullptr),
                 SQLITE_OK);
       engine::registerFunctions(db, &functions);
       sqlite3_stmt* check = nullptr;

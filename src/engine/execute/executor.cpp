@@ -233,12 +233,13 @@ void Executor::refuseAfterLoss(const Statement& statement) {
   const auto* exec = std::get_if<ExecStatement>(&node);
   const bool harmless =
       (select && !(*select)->cores.front().into) || std::holds_alternative<DeclareStatement>(node) ||
-      std::holds_alternative<SetVariableStatement>(node) || std::holds_alternative<SetOptionStatement>(node) ||
-      std::holds_alternative<PrintStatement>(node) || std::holds_alternative<RaiserrorStatement>(node) ||
-      std::holds_alternative<UseStatement>(node) || std::holds_alternative<IfStatement>(node) ||
-      std::holds_alternative<WhileStatement>(node) || std::holds_alternative<BlockStatement>(node) ||
-      std::holds_alternative<BreakStatement>(node) || std::holds_alternative<ContinueStatement>(node) ||
-      std::holds_alternative<ReturnStatement>(node) || (exec && exec->text);
+      std::holds_alternative<SetVariableStatement>(node) ||
+      std::holds_alternative<SetOptionStatement>(node) || std::holds_alternative<PrintStatement>(node) ||
+      std::holds_alternative<RaiserrorStatement>(node) || std::holds_alternative<UseStatement>(node) ||
+      std::holds_alternative<IfStatement>(node) || std::holds_alternative<WhileStatement>(node) ||
+      std::holds_alternative<BlockStatement>(node) || std::holds_alternative<BreakStatement>(node) ||
+      std::holds_alternative<ContinueStatement>(node) || std::holds_alternative<ReturnStatement>(node) ||
+      (exec && exec->text);
   if (harmless) return;
   throw BatchError(Error(3998,
                          "Uncommittable transaction is detected at the end of the batch. The transaction is "

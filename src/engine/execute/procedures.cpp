@@ -133,7 +133,9 @@ const P::Procedure procedures[] = {
     {"sp_addrolemember", {{{"@rolename", true}, {"@membername", true}}}, &P::addRole},
     {"sp_droprolemember", {{{"@rolename", true}, {"@membername", true}}}, &P::dropRole},
     {"sp_helpdb", {{{"@dbname", false}}}, &P::helpDatabases},
-    {"dbcc checkdb", {{{"@database", false}, {"@noindex", false}, {"@no_infomsgs", false}}}, &P::checkDatabase},
+    {"dbcc checkdb",
+     {{{"@database", false}, {"@noindex", false}, {"@no_infomsgs", false}}},
+     &P::checkDatabase},
     {"dbcc checktable", {{{"@table", true}, {"@noindex", false}, {"@no_infomsgs", false}}}, &P::checkTable},
     {"alter database page_verify", {{{"@database", true}}}, &P::verifyPages},
     {"alter database delayed_durability", {{{"@database", true}, {"@delayed", true}}}, &P::delayDurability},
@@ -235,7 +237,8 @@ void ProcedureCall::checkDatabase() {
 void ProcedureCall::checkTable() {
   std::string name = text(0);
   for (const char* owner : {"dbo.", "."})
-    if (const auto at = name.rfind(owner); at != std::string::npos) name.erase(0, at + std::string(owner).size());
+    if (const auto at = name.rfind(owner); at != std::string::npos)
+      name.erase(0, at + std::string(owner).size());
   tellChecked(executor_.database(), name);
 }
 

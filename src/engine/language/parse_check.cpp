@@ -5,8 +5,8 @@
 namespace engine {
 
 namespace {
-constexpr std::string_view options[] = {"ALL_ERRORMSGS",  "EXTENDED_LOGICAL_CHECKS", "NO_INFOMSGS", "TABLOCK",
-                                        "PHYSICAL_ONLY", "DATA_PURITY"};
+constexpr std::string_view options[] = {"ALL_ERRORMSGS", "EXTENDED_LOGICAL_CHECKS", "NO_INFOMSGS",
+                                        "TABLOCK",       "PHYSICAL_ONLY",           "DATA_PURITY"};
 }
 
 // DBCC CHECKDB [(database | 0 [, NOINDEX])] [WITH option, ...]

@@ -91,7 +91,8 @@ void convertCompanion(const fs::path& data, const fs::path& log, const std::stri
   fs::remove(made, error);
   writeCompanion(made, head->database, head->family);
   fs::rename(made, log, error);
-  if (error) throw Error(5123, "The log file '" + log.string() + "' could not be converted: " + error.message());
+  if (error)
+    throw Error(5123, "The log file '" + log.string() + "' could not be converted: " + error.message());
 }
 
 // The data file's mark; nothing for a file of the first format or none at all.
@@ -106,10 +107,11 @@ std::optional<store::Mark> markOf(const fs::path& data) {
 void makeMissing(const fs::path& data, const fs::path& log, const std::string& database) {
   const auto mark = markOf(data);
   if (mark && mark->inUse)
-    throw Error(5120, "Unable to open the physical file \"" + log.string() +
-                          "\". Operating system error 2: \"2(The system cannot find the file specified.)\". The "
-                          "data file '" +
-                          data.string() + "' of database '" + database + "' was not closed without it.");
+    throw Error(5120,
+                "Unable to open the physical file \"" + log.string() +
+                    "\". Operating system error 2: \"2(The system cannot find the file specified.)\". The "
+                    "data file '" +
+                    data.string() + "' of database '" + database + "' was not closed without it.");
   const std::string family = mark ? familyInPages(data) : takeOldLogIn(data);
   if (!family.empty())
     writePage(log, store::makeLogPage({2, database, family}, mark.value_or(store::Mark())));

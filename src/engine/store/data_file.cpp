@@ -191,25 +191,10 @@ int unmapIndex(sqlite3_file* file, int remove) {
 
 }  // namespace
 
-const sqlite3_io_methods dataMethods = {2,
-                                        closeFile,
-                                        readFile,
-                                        writeFile,
-                                        truncateFile,
-                                        syncFile,
-                                        fileSize,
-                                        lockFile,
-                                        unlockFile,
-                                        checkReserved,
-                                        controlFile,
-                                        sectorSize,
-                                        characteristics,
-                                        mapIndex,
-                                        lockIndex,
-                                        indexBarrier,
-                                        unmapIndex,
-                                        nullptr,
-                                        nullptr};
+const sqlite3_io_methods dataMethods = {
+    2,         closeFile,    readFile,      writeFile,   truncateFile, syncFile,        fileSize,
+    lockFile,  unlockFile,   checkReserved, controlFile, sectorSize,   characteristics, mapIndex,
+    lockIndex, indexBarrier, unmapIndex,    nullptr,     nullptr};
 
 DataState& dataOf(sqlite3_file* file) {
   return *reinterpret_cast<LayerFile*>(file)->data;

@@ -202,10 +202,10 @@ void checkPages(const DatabaseFiles& given) {
   const DatabaseFiles files = ready(given);
   const FileHandle db(files, false);
   const auto fail = [&](const std::string& found) {
-    throw Error(824,
-                "A logical consistency-based I/O error was detected in file '" + files.data.string() +
-                    "': " + found,
-                24);
+    throw Error(
+        824,
+        "A logical consistency-based I/O error was detected in file '" + files.data.string() + "': " + found,
+        24);
   };
   try {
     lite::exec(db, "SELECT count(*) FROM sqlite_master; PRAGMA wal_checkpoint");
@@ -214,7 +214,8 @@ void checkPages(const DatabaseFiles& given) {
     lite::Stmt check(db, "PRAGMA quick_check(1)");
     if (!check.step() || check.text(0) != "ok") fail(check.text(0));
   } catch (const Error& error) {
-    const bool told = std::string_view(error.what()).find(files.data.parent_path().string()) != std::string::npos;
+    const bool told =
+        std::string_view(error.what()).find(files.data.parent_path().string()) != std::string::npos;
     if (told || error.number() == 1222) throw;
     fail(error.what());
   }
@@ -243,7 +244,8 @@ bool settleDataFile(const DatabaseFiles& given) {
 void renewDataFile(const DatabaseFiles& given) {
   const DatabaseFiles files = ready(given);
   if (!settleDataFile(files))
-    throw Error(5030, "The database '" + files.name + "' could not be exclusively locked to perform the operation.");
+    throw Error(
+        5030, "The database '" + files.name + "' could not be exclusively locked to perform the operation.");
   const fs::path made = unfinishedName(files.data);
   removeDataFile(made);
   try {

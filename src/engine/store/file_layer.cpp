@@ -215,9 +215,9 @@ std::vector<unsigned char> readStart(const std::filesystem::path& data, std::siz
   const std::string name = data.string() + std::string(2, '\0');
   RealFile file;
   int flags = 0;
-  const bool read = file.open(below(), name.c_str(), SQLITE_OPEN_READONLY | SQLITE_OPEN_MAIN_DB, &flags) ==
-                        SQLITE_OK &&
-                    file.read(bytes.data(), size, 0) == SQLITE_OK;
+  const bool read =
+      file.open(below(), name.c_str(), SQLITE_OPEN_READONLY | SQLITE_OPEN_MAIN_DB, &flags) == SQLITE_OK &&
+      file.read(bytes.data(), size, 0) == SQLITE_OK;
   if (!read) bytes.clear();
   return bytes;
 }
@@ -232,8 +232,9 @@ void finishCopy(const std::filesystem::path& original, const std::filesystem::pa
   const std::string name = copy.string() + std::string(2, '\0');
   RealFile file;
   int flags = 0;
-  bool good = !start.empty() && !page.empty() &&
-              file.open(below(), name.c_str(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_MAIN_DB, &flags) == SQLITE_OK;
+  bool good =
+      !start.empty() && !page.empty() &&
+      file.open(below(), name.c_str(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_MAIN_DB, &flags) == SQLITE_OK;
   if (good) {
     const bool unmarked = isUnmarked(start.data() + markOffset);
     Mark mark = decodeMark((unmarked ? page : start).data() + markOffset);
@@ -266,7 +267,8 @@ std::optional<Error> checkPage(sqlite3* db, const std::string& alias, std::uint3
   buffer.resize(data.pageSize);
   const int code = data.real.read(buffer.data(), buffer.size(), std::int64_t{page - 1} * data.pageSize);
   if (code != SQLITE_OK)
-    return Error(823, "I/O error detected in file '" + data.path + "' at page " + std::to_string(page) + ".", 24);
+    return Error(823, "I/O error detected in file '" + data.path + "' at page " + std::to_string(page) + ".",
+                 24);
   if (!data.checksummed || verifyPage(data, buffer.data(), page) == SQLITE_OK) return std::nullopt;
   return lite::takeFailure(SQLITE_IOERR_DATA);
 }

@@ -106,7 +106,8 @@ class Check {
     for (const auto& [folded, table] : catalog_->tables)
       if (only.empty() || folded == foldName(only)) tables[folded] = table.get();
     if (!only.empty() && tables.empty())
-      throw Error(2501, "Cannot find a table or object with the name \"" + only + "\". Check the system catalog.");
+      throw Error(2501,
+                  "Cannot find a table or object with the name \"" + only + "\". Check the system catalog.");
     if (only.empty()) pages();
     countPages();
     for (const auto& [folded, table] : tables) check(*table);
@@ -157,14 +158,16 @@ class Check {
   }
 
   void structure(const TableInfo& table) {
-    lite::Stmt rows(store_.handle(), "PRAGMA " + alias_ + ".integrity_check(" + lite::quoted(table.name) + ")");
+    lite::Stmt rows(store_.handle(),
+                    "PRAGMA " + alias_ + ".integrity_check(" + lite::quoted(table.name) + ")");
     while (rows.step()) {
       const std::string text = rows.text(0);
       if (text == "ok") continue;
       int number = tableError;
       for (const Complaint& each : complaints)
         if (text.find(each.words) != std::string::npos) number = each.number;
-      tell(number, "Table error: table '" + table.name + "' (ID " + std::to_string(table.id) + "). " + text + ".");
+      tell(number,
+           "Table error: table '" + table.name + "' (ID " + std::to_string(table.id) + "). " + text + ".");
     }
   }
 
@@ -177,7 +180,8 @@ class Check {
     }
     lite::Stmt rows(store_.handle(), sql + " FROM " + alias_ + "." + lite::quoted(table.name));
     if (!rows.step()) return 0;
-    const std::string at = "Object ID " + std::to_string(table.id) + ", table '" + table.name + "'. Column \"";
+    const std::string at =
+        "Object ID " + std::to_string(table.id) + ", table '" + table.name + "'. Column \"";
     for (std::size_t i = 0; i < table.columns.size(); ++i) {
       const ColumnInfo& column = table.columns[i];
       const int place = static_cast<int>(1 + 2 * i);
@@ -185,8 +189,8 @@ class Check {
         tell(2570, at + column.name + "\" value is out of range for data type \"" + typeName(column.type.id) +
                        "\" in " + std::to_string(bad) + " rows. Update column to a legal value.");
       if (const auto bad = rows.integer(place + 1))
-        tell(8970, at + column.name + "\" was created NOT NULL, but is NULL in " + std::to_string(bad) +
-                       " rows.");
+        tell(8970,
+             at + column.name + "\" was created NOT NULL, but is NULL in " + std::to_string(bad) + " rows.");
     }
     return rows.integer(0);
   }

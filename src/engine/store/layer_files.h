@@ -83,7 +83,7 @@ struct DataState {
   bool paired = false;                         // checkPair() has passed; the log may be taken in once
   int lock = SQLITE_LOCK_NONE;
 
-  int learn();                                                // from the file's header
+  int learn();  // from the file's header
   void learnHeader(const unsigned char* header);
   int readMark();
   int writeMark(const Mark& next, bool toDisk);
@@ -92,7 +92,7 @@ struct DataState {
 struct LogState {
   DataState* data = nullptr;
   RealFile real;
-  Durable last;       // commit frame that was written last
+  Durable last;  // commit frame that was written last
   std::uint64_t owed = 0;
   bool headerNew = false;  // and not on the disk yet
 };

@@ -154,25 +154,10 @@ int settleMark(DataState& data, bool inUse) {
 
 }  // namespace
 
-const sqlite3_io_methods logMethods = {1,
-                                       closeLog,
-                                       readLog,
-                                       writeLog,
-                                       truncateLog,
-                                       syncLog,
-                                       logSize,
-                                       lockLog,
-                                       lockLog,
-                                       checkLogReserved,
-                                       controlLog,
-                                       logSector,
-                                       logCharacteristics,
-                                       nullptr,
-                                       nullptr,
-                                       nullptr,
-                                       nullptr,
-                                       nullptr,
-                                       nullptr};
+const sqlite3_io_methods logMethods = {
+    1,       closeLog,         readLog,    writeLog,  truncateLog,        syncLog, logSize, lockLog,
+    lockLog, checkLogReserved, controlLog, logSector, logCharacteristics, nullptr, nullptr, nullptr,
+    nullptr, nullptr,          nullptr};
 
 LogState& logOf(sqlite3_file* file) {
   return *reinterpret_cast<LayerFile*>(file)->log;

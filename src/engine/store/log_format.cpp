@@ -146,7 +146,8 @@ std::optional<LogHead> readLogHead(std::string_view start) {
   if (!database || !family || !isFamily(*family) || !takeField(rest, "end")) return std::nullopt;
   head.database = std::move(*database);
   head.family = std::move(*family);
-  if (head.version == 1) return start.size() < longestHead && rest.empty() ? std::optional(head) : std::nullopt;
+  if (head.version == 1)
+    return start.size() < longestHead && rest.empty() ? std::optional(head) : std::nullopt;
   if (!padded || rest.find_first_not_of('\0') != std::string_view::npos) return std::nullopt;
   return head;
 }

@@ -51,8 +51,7 @@ std::uint64_t pageChecksum(const unsigned char* page, std::size_t size, std::uin
   }
   add(sums, page + from, size - checksumSize - from);
   std::uint64_t sum = 0;
-  for (std::size_t lane = 0; lane < lanes; ++lane)
-    sum += turned(sums[lane], static_cast<int>(1 + 13 * lane));
+  for (std::size_t lane = 0; lane < lanes; ++lane) sum += turned(sums[lane], static_cast<int>(1 + 13 * lane));
   sum = (sum ^ (sum >> 31)) * spread;
   sum ^= sum >> 29;
   return sum == 0 ? 1 : sum;

@@ -20,7 +20,8 @@ class PairCheck {
   void run() {
     readLogPage();
     data_.identity = identityOf(head_.family);
-    if (data_.readMark() != SQLITE_OK) throw Error(823, "I/O error detected in file '" + data_.path + "'.", 24);
+    if (data_.readMark() != SQLITE_OK)
+      throw Error(823, "I/O error detected in file '" + data_.path + "'.", 24);
     if (data_.mark.identity != data_.identity) failForeign();
     if (isBlankLogHeader(page_.data() + logOrigin)) return checkEmpty();
     const auto shape = readLogShape(page_.data() + logOrigin);
@@ -86,7 +87,8 @@ class PairCheck {
     const bool read = data_.real.read(header, sizeof header, 0) == SQLITE_OK;
     const std::int64_t wanted = std::int64_t{data_.pageSize} * number32(header + 28);
     if (!read || data_.real.size() < wanted)
-      throw Error(823, "I/O error (file is shorter than its header tells) detected in file '" + data_.path + "'.",
+      throw Error(823,
+                  "I/O error (file is shorter than its header tells) detected in file '" + data_.path + "'.",
                   24);
   }
 

@@ -232,7 +232,9 @@ void Store::Impl::checkAttached(Attached& one, const std::string& family) {
   const std::string file = one.entry.data.string();
   std::int64_t format = 0;
   try {
-    lite::Stmt meta(db, atAlias("SELECT key, value FROM @.zb_meta WHERE key IN ('family', 'format', 'delayed')", one.alias));
+    lite::Stmt meta(
+        db,
+        atAlias("SELECT key, value FROM @.zb_meta WHERE key IN ('family', 'format', 'delayed')", one.alias));
     while (meta.step()) {
       if (meta.text(0) == "family")
         one.family = meta.text(1);
@@ -437,7 +439,8 @@ void Store::setDelayedDurability(std::string_view database, bool delayed) {
   Attached& one = impl_->find(database);
   begin();
   try {
-    lite::Stmt put(impl_->db, atAlias("INSERT OR REPLACE INTO @.zb_meta(key, value) VALUES('delayed', ?)", one.alias));
+    lite::Stmt put(impl_->db,
+                   atAlias("INSERT OR REPLACE INTO @.zb_meta(key, value) VALUES('delayed', ?)", one.alias));
     put.bind(delayed ? 1 : 0).run();
   } catch (const Error&) {
     rollback();
@@ -559,7 +562,8 @@ void Store::rollback() {
   for (auto& [name, one] : self.attached) one->raised = 0;
   --self.depth;
   const std::string mark = " s" + std::to_string(self.depth);
-  const std::string undo = self.depth == 0 ? std::string("ROLLBACK") : "ROLLBACK TO" + mark + "; RELEASE" + mark;
+  const std::string undo =
+      self.depth == 0 ? std::string("ROLLBACK") : "ROLLBACK TO" + mark + "; RELEASE" + mark;
   // A cancellation from another thread may strike just here. It must not keep anything from being undone.
   int rc = SQLITE_INTERRUPT;
   for (int attempt = 0; rc == SQLITE_INTERRUPT && attempt < 100; ++attempt)

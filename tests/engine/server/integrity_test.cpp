@@ -34,7 +34,8 @@ class IntegrityTest : public SessionTest {
     spoil(all);
     std::ofstream(data(), std::ios::binary | std::ios::trunc) << all;
     reported.clear();
-    for (const auto& damaged : server->start()) reported += damaged.name + "!" + std::to_string(damaged.error.number());
+    for (const auto& damaged : server->start())
+      reported += damaged.name + "!" + std::to_string(damaged.error.number());
     session = open("master");
   }
   // SQLite's own pen, past every rule of the server.
@@ -61,11 +62,13 @@ TEST_F(IntegrityTest, AWholeDatabaseIsToldTableByTable) {
   const std::string none = " found 0 allocation errors and 0 consistency errors in database 'FIRMA'.\n";
   const std::string t = "# There are 300 rows in 3 pages for object \"T\".\n";
   EXPECT_EQ(run("DBCC CHECKDB"), "# DBCC results for 'FIRMA'.\n" + t +
-                                     "# There are 1 rows in 1 pages for object \"U\".\n# CHECKDB" + none + end);
+                                     "# There are 1 rows in 1 pages for object \"U\".\n# CHECKDB" + none +
+                                     end);
   EXPECT_EQ(run("DBCC CHECKTABLE ('dbo.T')"), "# DBCC results for 'T'.\n" + t + "# CHECKTABLE" + none + end);
-  for (const char* quiet : {"DBCC CHECKDB WITH NO_INFOMSGS", "DBCC CHECKDB (0) WITH NO_INFOMSGS",
-                            "DBCC CHECKDB ('firma', NOINDEX) WITH ALL_ERRORMSGS, NO_INFOMSGS",
-                            "DBCC CHECKDB ([master]) WITH NO_INFOMSGS", "DBCC CHECKTABLE (U) WITH NO_INFOMSGS"})
+  for (const char* quiet :
+       {"DBCC CHECKDB WITH NO_INFOMSGS", "DBCC CHECKDB (0) WITH NO_INFOMSGS",
+        "DBCC CHECKDB ('firma', NOINDEX) WITH ALL_ERRORMSGS, NO_INFOMSGS",
+        "DBCC CHECKDB ([master]) WITH NO_INFOMSGS", "DBCC CHECKTABLE (U) WITH NO_INFOMSGS"})
     EXPECT_EQ(run(quiet), "") << quiet << message;
   EXPECT_EQ(run("DBCC CHECKDB ('yok')"), "!911\n");
   EXPECT_EQ(run("DBCC CHECKTABLE ('yok')"), "!2501\n");
@@ -77,9 +80,11 @@ TEST_F(IntegrityTest, ValuesAndIndexesAreComparedWithTheirDefinitions) {
   write("UPDATE @.T SET A=70000 WHERE ID IN (3,4)");
   write("UPDATE @.T SET B='longer than twenty characters' WHERE ID=7");
   const std::string printed = run("DBCC CHECKTABLE (T) WITH NO_INFOMSGS");
-  EXPECT_NE(printed.find("Column \"A\" value is out of range for data type \"smallint\" in 2 rows"), std::string::npos)
+  EXPECT_NE(printed.find("Column \"A\" value is out of range for data type \"smallint\" in 2 rows"),
+            std::string::npos)
       << printed;
-  EXPECT_NE(printed.find("Column \"B\" value is out of range for data type \"varchar\" in 1 rows"), std::string::npos);
+  EXPECT_NE(printed.find("Column \"B\" value is out of range for data type \"varchar\" in 1 rows"),
+            std::string::npos);
   EXPECT_TRUE(printed.ends_with("!2570\n")) << printed;
   EXPECT_NE(printed.find("found 0 allocation errors and 2 consistency errors"), std::string::npos) << printed;
   EXPECT_EQ(run("DBCC CHECKTABLE (U) WITH NO_INFOMSGS"), "");
@@ -91,7 +96,7 @@ TEST_F(IntegrityTest, ADamagedPageIsToldAndTheOthersServe) {
     std::size_t at = all.find("satir");
     ASSERT_NE(at, std::string::npos);
     all[at] = 'S';
-      });
+  });
   EXPECT_EQ(reported, "FIRMA!824");
   EXPECT_EQ(run("USE FIRMA"), "");
   EXPECT_EQ(run("SELECT A FROM U"), "5\n");
@@ -138,7 +143,8 @@ TEST_F(FullDiskTest, ATransactionIsWholeOrGone) {
     disk.arm({SQLITE_FULL, n, true});
     // More than SQLite keeps in memory.
     const std::string large =
-        run("DECLARE @i INT SET @i=0 WHILE @i<60 BEGIN INSERT INTO T SELECT 2,REPLICATE('x',200) FROM T WHERE A=0 "
+        run("DECLARE @i INT SET @i=0 WHILE @i<60 BEGIN INSERT INTO T SELECT 2,REPLICATE('x',200) FROM T "
+            "WHERE A=0 "
             "SET @i=@i+1 END INSERT INTO T SELECT TOP 50000 3,x.B FROM T x,T y,T z");
     struck = disk.disarm();
     const std::string open = run("SELECT @@TRANCOUNT");

@@ -2,6 +2,8 @@
 #include <CLI/CLI.hpp>
 #include <QApplication>
 #include <QMessageBox>
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include "catalog/sunucu_hazirla.h"
@@ -14,11 +16,11 @@
 #include "session/yerel_ortam.h"
 #include "ui/boxes.h"
 #include "ui/progress.h"
+#include "ui/renkler.h"
 #include "ui/theme.h"
+#include "ui/uzun_is.h"
 
 namespace {
-
-constexpr const char* programVersion = "2012.002";
 
 std::string sunucuHazirla(session::Oturum& oturum, const std::string& yonetici, const std::string& sifre) {
   const catalog::KurulumRaporu rapor = catalog::Sunucu_Hazirla(oturum, {yonetici, sifre, {}});
@@ -66,7 +68,14 @@ int calistir(QApplication& uygulama, const std::filesystem::path& klasor) {
 
   session_ui::Pencereler pencereler(oturum, sunucuHazirla);
   QObject::connect(&pencereler, &session_ui::Pencereler::cikis, &uygulama, &QApplication::quit);
-  return QApplication::exec();
+  const int sonuc = QApplication::exec();
+  // A connection that a server keeps waiting would hold the end up for its whole time-out; nothing of it is
+  // written anywhere.
+  if (ui::birakilanIsVar()) {
+    std::fflush(nullptr);
+    std::_Exit(sonuc);
+  }
+  return sonuc;
 }
 
 void turkceKonus(CLI::App& secenekler) {
@@ -87,16 +96,30 @@ int main(int argc, char** argv) {
   bool surum = false;
   secenekler.add_option("--dizin", dizin, "Program klasörü (sys.inf burada durur)")->type_name("KLASÖR");
   secenekler.add_flag("--surum", surum, "Sürümü yazar ve çıkar");
-  // Qt's own options (-platform, -style ...) are left to it.
+  std::string renkler = "masaustu";
+  secenekler.add_option("--renkler", renkler, "Renk düzeni: masaustu, acik ya da koyu")
+      ->check(CLI::IsMember({"masaustu", "acik", "koyu"}).description(""))
+      ->type_name("DÜZEN");
+  // Help and version need no screen.
   secenekler.allow_extras();
   CLI11_PARSE(secenekler, argc, argv);
   if (surum) {
-    std::printf("Zembera %s\n", programVersion);
+    std::printf("Zembera %s\n", session::programSurumu.data());
     return 0;
   }
+  // The toolkit takes its own options (-platform, -style ...); what is left over then is nobody's.
   QApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
   Uygulama uygulama(argc, argv);
+  secenekler.allow_extras(false);
+  CLI11_PARSE(secenekler, argc, argv);
+  if (!dizin.empty() && !std::filesystem::is_directory(dizin)) {
+    std::fprintf(stderr, "Klasör yok: %s\n", dizin.c_str());
+    return 2;
+  }
   QApplication::setApplicationName("Zembera");
+  ui::renkDuzeniSec(renkler == "koyu"   ? ui::RenkDuzeni::Koyu
+                    : renkler == "acik" ? ui::RenkDuzeni::Acik
+                                        : ui::RenkDuzeni::Masaustu);
   ui::applyTheme(uygulama);
   return calistir(uygulama, dizin.empty() ? platform::programFolder() : std::filesystem::absolute(dizin));
 }

@@ -12,7 +12,7 @@
 
 namespace catalog {
 
-inline constexpr std::string_view catalogDatabase = "Defination_DB";
+inline constexpr std::string_view catalogDatabase = session::katalogVeritabani;
 
 // The statement of Katalog_Olustur that always fails: it leaves out sysus_lgn, which may not be NULL.
 inline constexpr std::string_view refusedSupervisorRow =

@@ -94,7 +94,7 @@ void eklemeleriYap(Oturum& oturum) {
 
 void satirlariYaz(Oturum& oturum, const YoneticiSatiri& yonetici, const std::string& klasor) {
   db::Connection& baglanti = *oturum.Baglanti;
-  baglanti.execute("INSERT INTO VRSYN(DEFDBVRSYN) VALUES ('2012.002')");
+  baglanti.execute("INSERT INTO VRSYN(DEFDBVRSYN) VALUES ('" + std::string(session::programSurumu) + "')");
   baglanti.execute("UPDATE sysDTYL SET sysdtyl='" + db::escape(klasor) + "'");
   // The refused row of Katalog_Olustur may have used up number 1, which alone makes a supervisor.
   const std::string ad = db::escape(yonetici.ad);

@@ -62,7 +62,8 @@ int run(Ortam& ortam, const Degerler& values) {
   FirmaKarti kart;
   company::Firma_Karti_Ac(komut.oturum, kart);
   fill(kart, values);
-  if (!company::Kaydet(komut.oturum, kart)) return reddedildi;  // the card has shown its fault
+  if (!company::Kaydet(komut.oturum, kart, company::AdVarken::Yazma))
+    return reddedildi;  // the card has shown its fault
   const std::string& error = komut.oturum.Son_Hata;
   if (!error.empty() && !komut.kutular.gosterildi(error)) ortam.err << error << "\n";
   // The card shows nothing when all went well; each of its boxes tells of something that did not.

@@ -11,13 +11,11 @@ namespace cli {
 
 namespace {
 
-constexpr std::string_view version = "2012.002";
-
 void loadSupervisor(session::Oturum& o) {
-  o.Program_Versiyon = o.Tanim_DB_Versiyon = o.Firma_DB_Versiyon = version;
+  o.Program_Versiyon = o.Tanim_DB_Versiyon = o.Firma_DB_Versiyon = session::programSurumu;
   o.Ondalik_Ayrac = ",";
   o.Binlik_Ayrac = ".";
-  o.Katalog_Adi = "Defination_DB";
+  o.Katalog_Adi = session::katalogVeritabani;
   o.Kullanici_ID = 1;
   o.Supervisor = true;
   o.Kayitlar.open(*o.Baglanti, "SELECT * FROM sysDTYL");
@@ -49,7 +47,7 @@ bool KomutOturumu::katalogaBagla() {
   if (const std::string bitirilen = maintenance::Bakimi_Tamamla(oturum); !bitirilen.empty())
     ortam.err << bitirilen << "\n";
   try {
-    session::Katalog_Bagla(oturum, "Defination_DB");
+    session::Katalog_Bagla(oturum, std::string(session::katalogVeritabani));
     loadSupervisor(oturum);
     return true;
   } catch (const db::SqlError& error) {

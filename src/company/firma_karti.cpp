@@ -1,8 +1,8 @@
 #include "company/firma_karti.h"
 
-#include "catalog/katalog.h"
 #include "company/kart_alanlari.h"
 #include "company/standart_plan.h"
+#include "session/kademe.h"
 #include "session/konsol.h"
 #include "session/metin.h"
 #include "session/statements.h"
@@ -24,8 +24,8 @@ void bosKart(Oturum& oturum, FirmaKarti& kart) {
 // Leaves the company's row open in Kayitlar. False when it could not be had; the box has been shown.
 bool firmaSatiriniAc(Oturum& oturum) {
   if (!oturum.Baglanti || oturum.Baglanti->state() != db::State::Open ||
-      oturum.Baglanti->parts().database != catalog::catalogDatabase) {
-    session::Katalog_Bagla(oturum, std::string(catalog::catalogDatabase));
+      oturum.Baglanti->parts().database != session::katalogVeritabani) {
+    session::Katalog_Bagla(oturum, std::string(session::katalogVeritabani));
   }
   session::Sorgu_Ac_Mesajli(
       oturum, oturum.Kayitlar,
@@ -46,6 +46,12 @@ bool hesapPlaniVar(Oturum& oturum, const std::string& veritabani) {
          oturum.Kayitlar.state() == db::State::Open && !oturum.Kayitlar.eof();
 }
 
+bool veritabaniVar(Oturum& oturum, const std::string& veritabani) {
+  return session::Sorgu_Ac(oturum, oturum.Kayitlar, "SELECT DB_ID('" + db::escape(veritabani) + "')") != 0 ||
+         oturum.Kayitlar.state() == db::State::Closed || oturum.Kayitlar.eof() ||
+         !oturum.Kayitlar.field(0).isNull();
+}
+
 void varOlanKart(Oturum& oturum, FirmaKarti& kart, KartDurumu& durum) {
   kart = FirmaKarti{};
   durum.Firma_Adi_Salt = true;
@@ -61,19 +67,31 @@ void varOlanKart(Oturum& oturum, FirmaKarti& kart, KartDurumu& durum) {
     return;
   }
   oturum.Eski_Firma_Adi = session::Trim(kart.Firma_Adi);
+  if (!veritabaniVar(oturum, oturum.Eski_Firma_Adi)) {
+    durum.Uyari = "\"" + oturum.Eski_Firma_Adi + "\" veritabanı sunucuda yok.";
+    durum.StandartHesapPlani_Acik = false;
+    return;
+  }
   durum.StandartHesapPlani_Acik = !hesapPlaniVar(oturum, oturum.Eski_Firma_Adi);
 }
 
-void mastereBaglan(Oturum& oturum) {
-  if (oturum.Baglanti && oturum.Baglanti->state() == db::State::Open) {
-    oturum.Baglanti->close();
+// The chart that was ticked, where there is a company to take it.
+void planYukle(Oturum& oturum, const FirmaKarti& kart, OlusturSonucu sonuc, AdVarken adVarken) {
+  if (!kart.StandartHesapPlani) {
+    return;
   }
-  try {
-    session::Katalog_Bagla(oturum, "master");
-  } catch (const db::SqlError& hata) {
-    oturum.kutular->message(hata.what(), session::Icon::Stop);
+  if (sonuc != OlusturSonucu::Tamam &&
+      (sonuc == OlusturSonucu::DosyaVar || adVarken == AdVarken::Yazma ||
+       !oturum.kutular->ask("\"" + session::Trim(kart.Firma_Adi) +
+                            "\" adında bir firma zaten var; yeni firma oluşturulmadı.\nStandart hesap planı "
+                            "var olan bu firmaya yüklensin mi?"))) {
+    return;
   }
+  Standart_Plan_Yukle(oturum, kart.Firma_Adi);
 }
+
+// The whole bar tells schema and chart together, in thousandths: the chart takes about this share.
+constexpr int semaPayi = 620, butun = 1000;
 
 }  // namespace
 
@@ -103,7 +121,7 @@ void Yerlestir(Oturum& oturum, FirmaKarti& kart) {
   }
 }
 
-bool Kaydet(Oturum& oturum, FirmaKarti& kart) {
+bool Kaydet(Oturum& oturum, FirmaKarti& kart, AdVarken adVarken) {
   if (oturum.Inceleme) {
     return false;
   }
@@ -115,12 +133,19 @@ bool Kaydet(Oturum& oturum, FirmaKarti& kart) {
     oturum.kutular->message(kart.Hata_Metni, session::Icon::Stop);
     return false;
   }
-  // Firma_Olustur leaves its failures in Son_Hata, and the card looks at Hata_Metni only: it closes.
-  Firma_Olustur(oturum, kart);
-  if (kart.StandartHesapPlani) {
-    Standart_Plan_Yukle(oturum, kart.Firma_Adi);
+  OlusturSonucu sonuc;
+  {
+    const session::Kademe kademe(oturum, 0, kart.StandartHesapPlani ? semaPayi : butun);
+    sonuc = Firma_Olustur(oturum, kart);
   }
-  mastereBaglan(oturum);
+  if (sonuc == OlusturSonucu::Basarisiz) {
+    return false;
+  }
+  {
+    const session::Kademe kademe(oturum, semaPayi, butun);
+    planYukle(oturum, kart, sonuc, adVarken);
+  }
+  session::CNN_Bagla(oturum, oturum.Server_Adi, "master");
   return true;
 }
 

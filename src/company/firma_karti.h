@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "session/oturum.h"
 
@@ -15,18 +16,19 @@ struct FirmaKarti {
   std::string Bas_Tar, Bit_Tar;  // DD/MM/YYYY
   std::string Vergi_Dairesi, Vergi_Numarasi;
   bool StandartHesapPlani = false;
-  std::string Hata_Metni;  // first fault of the card, empty without one
+  std::string Hata_Metni;        // first fault of the card, empty without one
+  std::string_view Hatali_Alan;  // the column whose text is at fault
 };
 
 // How the screen stands after it was opened.
 struct KartDurumu {
   bool Firma_Adi_Salt = false;          // Firma_Adi is read-only
-  bool Frame2_Gorunur = true;           // hidden for a new company, whose form is 6936 twips high
+  bool Frame2_Gorunur = true;           // hidden for a new company
   bool StandartHesapPlani_Acik = true;  // off when the company has a chart already
   bool Kayit_Acik = true;               // off: KaydetBtn, Frame1, Firma_Unvani, Frame3, Frame4
   std::string DurumPanel = "  Escape (Çıkış)  F2 (Kaydet)";
+  std::string Uyari;  // what is wrong with the company itself, to be shown on the card; empty: nothing
 };
-inline constexpr int yeniKartYuksekligi = 6936;  // twips
 
 // Opens the card as Yeni_Kayit, Inceleme and Secili_ID of the session tell.
 KartDurumu Firma_Karti_Ac(session::Oturum& oturum, FirmaKarti& kart);
@@ -38,14 +40,26 @@ void Yerlestir(session::Oturum& oturum, FirmaKarti& kart);
 // server takes, and each text against its column.
 void Kayit_Kontrol(FirmaKarti& kart);
 
+enum class OlusturSonucu : std::uint8_t {
+  Tamam,      // statements of the schema that were refused have shown their boxes
+  AdVar,      // the server knows a database of that name; nothing was written, Son_Hata holds the card's text
+  DosyaVar,   // a file of that name lies in the data folder; likewise
+  Basarisiz,  // the server failed; boxes have told how, and what stands
+};
+
 // Makes the database and its catalog rows (Yeni_Kayit), or writes the card of the company Secili_ID.
 // Hedef_Firma_Adi holds the trimmed Firma_Adi. A failure leaves its text in Son_Hata.
-void Firma_Olustur(session::Oturum& oturum, const FirmaKarti& kart);
+OlusturSonucu Firma_Olustur(session::Oturum& oturum, const FirmaKarti& kart);
+
+// What happens to a chart that was asked for with a name that is taken: the card asks whether it goes into
+// the company that stands, the shell leaves that company alone.
+enum class AdVarken : std::uint8_t { Sor, Yazma };
 
 // KaydetBtn. True when the form is to be unloaded and the console's list refreshed; the card's own faults
-// are shown in a box and keep it open. A failure of Firma_Olustur does not keep it open: its text is left
-// in Son_Hata, which is empty when all went well.
-bool Kaydet(session::Oturum& oturum, FirmaKarti& kart);
+// are shown in a box and keep it open, and so does a failure of the server: what was typed is not lost. A
+// name that is taken and a file in the way do not keep it open: their text is left in Son_Hata, which is
+// empty when all went well.
+bool Kaydet(session::Oturum& oturum, FirmaKarti& kart, AdVarken adVarken = AdVarken::Sor);
 
 // The successor of the greatest company code, "00001" without any.
 std::string Sonraki_Firma_Kodu(session::Oturum& oturum);

@@ -1,6 +1,7 @@
 // Making a company, and writing the card of one that exists.
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "catalog/create_database.h"
 #include "catalog/katalog.h"
@@ -11,6 +12,7 @@
 #include "platform/folders.h"
 #include "rights/varsayilan.h"
 #include "session/firma_bul.h"
+#include "session/konsol.h"
 #include "session/metin.h"
 #include "session/statements.h"
 
@@ -20,7 +22,7 @@ namespace {
 
 using session::Oturum;
 
-const std::string katalog(catalog::catalogDatabase);
+const std::string katalog(session::katalogVeritabani);
 
 // Texts for a name that the server knows already. The blank at the end and the missing full stop belong to
 // the card of an existing company alone.
@@ -34,22 +36,32 @@ constexpr AdVarMetni eskiAdVar = {
     "Bu İsimle Bir Firma Zaten Var ",
     "Bu Serverda daha önce Default Tanımı Yapılmış. Bu Default Tanımı Yeniden Set Etmek İstermisiniz"};
 
-// True when the query gives a row.
-bool satirVar(Oturum& oturum, const std::string& sql) {
-  session::Sorgu_Ac_Mesajli(oturum, oturum.Kayitlar, sql);
-  return oturum.Kayitlar.state() == db::State::Open && !oturum.Kayitlar.eof();
+// Shows a failure that ended a step, and leaves it in Son_Hata.
+void hatayiGoster(Oturum& oturum, const db::SqlError& hata) {
+  oturum.Son_Hata = std::to_string(hata.number()) + " : " + hata.what();
+  oturum.kutular->message(oturum.Son_Hata, session::Icon::Stop);
 }
 
-// Connects to master and looks for Hedef_Firma_Adi. False with Son_Hata set when the name is taken or the
-// look-up failed.
-bool adBos(Oturum& oturum, const AdVarMetni& metin) {
+enum class AdDurumu : std::uint8_t { Bos, Dolu, Bilinmiyor };
+
+// Connects to master and looks for Hedef_Firma_Adi. Without an answer the usual boxes have been shown and
+// Son_Hata holds the failure.
+AdDurumu adaBak(Oturum& oturum) {
   session::Katalog_Bagla(oturum, "master");
   oturum.Son_Hata.clear();
-  if (satirVar(oturum,
-               "SELECT name FROM  sysdatabases where name='" + db::escape(oturum.Hedef_Firma_Adi) + "'")) {
-    oturum.Son_Hata = oturum.Katalog_Kurulumu ? metin.kurulum : metin.firma;
+  session::Sorgu_Ac_Mesajli(
+      oturum, oturum.Kayitlar,
+      "SELECT name FROM  sysdatabases where name='" + db::escape(oturum.Hedef_Firma_Adi) + "'");
+  if (!oturum.Son_Hata.empty()) {
+    return AdDurumu::Bilinmiyor;
   }
-  return oturum.Son_Hata.empty();
+  return oturum.Kayitlar.state() == db::State::Open && !oturum.Kayitlar.eof() ? AdDurumu::Dolu
+                                                                              : AdDurumu::Bos;
+}
+
+OlusturSonucu adVar(Oturum& oturum, const AdVarMetni& metin) {
+  oturum.Son_Hata = oturum.Katalog_Kurulumu ? metin.kurulum : metin.firma;
+  return OlusturSonucu::AdVar;
 }
 
 // A run that ended between CREATE DATABASE and the company's row leaves a database that no list shows. It
@@ -77,20 +89,13 @@ bool sahipsizVeritabani(Oturum& oturum) {
   }
 }
 
-// Asks whether to go on with a database left behind; then Son_Hata is cleared again.
-bool kaldigiYerden(Oturum& oturum) {
-  const std::string hata = oturum.Son_Hata;
-  if (oturum.Katalog_Kurulumu || hata != yeniAdVar.firma || !sahipsizVeritabani(oturum) ||
-      !oturum.kutular->ask("\"" + oturum.Hedef_Firma_Adi +
-                               "\" adında, firma listesinde olmayan ve içi boş bir veritabanı var; yarıda "
-                               "kalmış bir kurulumdan kalmış olabilir.\nFirma bu veritabanında "
-                               "oluşturulsun mu?",
-                           session::Icon::Question)) {
-    oturum.Son_Hata = hata;
-    return false;
-  }
-  oturum.Son_Hata.clear();
-  return true;
+// Whether to go on with a database that was left behind.
+bool kaldigiYerdenSor(Oturum& oturum) {
+  return oturum.kutular->ask("\"" + oturum.Hedef_Firma_Adi +
+                                 "\" adında, firma listesinde olmayan ve içi boş bir veritabanı var; yarıda "
+                                 "kalmış bir kurulumdan kalmış olabilir.\nFirma bu veritabanında "
+                                 "oluşturulsun mu?",
+                             session::Icon::Question);
 }
 
 std::string dosyaVarMetni(const std::string& dosya) {
@@ -134,24 +139,18 @@ void alanlariYaz(Oturum& oturum, const FirmaKarti& kart, bool yeni) {
 }
 
 // A row of that name is the trace of a run that broke off: its database is not there any more, or was not
-// made. It is written anew, for two rows of one database could not be deleted one by one. True when found.
-bool eskiSatir(Oturum& oturum, const std::optional<session::FirmaSatiri>& eski) {
-  db::Recordset& kayitlar = oturum.Kayitlar;
-  for (; eski && !kayitlar.eof(); kayitlar.moveNext()) {
-    if (kayitlar.field("sysfrm_ID").integer() == eski->id) {
-      return true;
-    }
+// made. It goes with all that hangs on it, so that the new company has no one else's address, parameters and
+// users; two rows of one database could not be deleted one by one, either.
+void eskiSatiriSil(Oturum& oturum, std::int64_t id) {
+  for (const std::string& cumle : session::firmaSilmeCumleleri(id)) {
+    oturum.Baglanti->execute(cumle);
   }
-  return false;
 }
 
-// True when the row is a new one.
-bool katalogSatiri(Oturum& oturum, const FirmaKarti& kart, const std::optional<session::FirmaSatiri>& eski) {
+void satirYaz(Oturum& oturum, const FirmaKarti& kart) {
   db::Recordset& kayitlar = oturum.Kayitlar;
-  const bool yeni = !eskiSatir(oturum, eski);
-  if (yeni) {
-    kayitlar.addNew();
-  }
+  kayitlar.open(*oturum.Baglanti, "Select * from sysfrmlng", db::Cursor::Keyset, db::Lock::BatchOptimistic);
+  kayitlar.addNew();
   alanlariYaz(oturum, kart, true);
   db::DateTime bugun = oturum.saat->now();
   bugun.hour = bugun.minute = bugun.second = bugun.millisecond = 0;
@@ -161,7 +160,6 @@ bool katalogSatiri(Oturum& oturum, const FirmaKarti& kart, const std::optional<s
     kayitlar.set(column, value);
   }
   kayitlar.updateBatch();
-  return yeni;
 }
 
 // Two runs may have found the name free at one time: the row that came first stays, the other run takes its
@@ -178,12 +176,11 @@ bool satirBizim(Oturum& oturum) {
     return true;
   }
   oturum.Baglanti->execute("DELETE FROM sysfrmlng WHERE sysfrm_ID=" + std::to_string(numara));
-  oturum.Son_Hata = yeniAdVar.firma;
   return false;
 }
 
 // The company belongs to user 1, with every right.
-void yoneticiyeVer(Oturum& oturum, bool yeniSatir) {
+void yoneticiyeVer(Oturum& oturum) {
   db::Recordset& kayitlar = oturum.Kayitlar;
   session::Sorgu_Ac_Mesajli(
       oturum, kayitlar,
@@ -194,12 +191,6 @@ void yoneticiyeVer(Oturum& oturum, bool yeniSatir) {
     numara = session::Firma_Bul(oturum, oturum.Hedef_Firma_Adi).value().id;
   }
   const std::string id = std::to_string(numara);
-  if (!yeniSatir) {
-    session::Sorgu_Ac_Mesajli(oturum, kayitlar,
-                              "DELETE FROM sysusfrmlng WHERE sysfrm_ID=" + id + " AND sysus_ID=1");
-    session::Sorgu_Ac_Mesajli(oturum, kayitlar,
-                              "DELETE FROM Kullanici WHERE Firma_ID='" + id + "' AND Kullanici_ID='1'");
-  }
   session::Sorgu_Ac_Mesajli(oturum, kayitlar,
                             "INSERT INTO sysusfrmlng(sysfrm_ID,sysus_ID) VALUES (" + id + ",1)");
   session::Sorgu_Ac_Mesajli(oturum, kayitlar, "SELECT * FROM sysuslng WHERE sysus_ID='1'");
@@ -231,119 +222,159 @@ std::string yaridaKaldi(const Oturum& oturum) {
          "listeden silip yeniden oluşturunuz.";
 }
 
-// Registers the company; a database that this run made goes with a row that could not be written. `durum`
-// tells what stands when it throws.
-void kataloglaTanit(Oturum& oturum, const FirmaKarti& kart, bool yaratildi, std::string& durum) {
-  durum = listelenemedi(oturum);
-  bool yeniSatir = false;
+enum class Liste : std::uint8_t { Bizim, Baskasinin, Yazilamadi };
+
+// Registers the company; a database that this run made goes with a row that could not be written.
+Liste listeyeYaz(Oturum& oturum, const FirmaKarti& kart, bool yaratildi) {
   try {
     session::Katalog_Bagla(oturum, katalog);
     const auto eski = session::Firma_Bul(oturum, oturum.Hedef_Firma_Adi);
-    oturum.Kayitlar.open(*oturum.Baglanti, "Select * from sysfrmlng", db::Cursor::Keyset,
-                         db::Lock::BatchOptimistic);
-    yeniSatir = katalogSatiri(oturum, kart, eski);
-  } catch (const db::SqlError&) {
+    if (eski) {
+      oturum.Baglanti->execute("BEGIN TRAN");
+      eskiSatiriSil(oturum, eski->id);
+    }
+    satirYaz(oturum, kart);
+    if (eski) {
+      oturum.Baglanti->execute("COMMIT TRAN");
+      return Liste::Bizim;
+    }
+  } catch (const db::SqlError& hata) {
     if (yaratildi) {
       veritabaniniGeriAl(oturum);
     }
-    throw;
+    hatayiGoster(oturum, hata);
+    return Liste::Yazilamadi;
   }
-  if (yeniSatir && !satirBizim(oturum)) {
-    durum.clear();
-    return;
-  }
-  durum = yaridaKaldi(oturum);
-  yoneticiyeVer(oturum, yeniSatir);
+  return satirBizim(oturum) ? Liste::Bizim : Liste::Baskasinin;
 }
 
-// False when it broke off.
+// False when it broke off; statements that were refused have shown their boxes.
+bool sahibineVer(Oturum& oturum) {
+  const std::string onceki = std::exchange(oturum.Son_Hata, {});
+  try {
+    yoneticiyeVer(oturum);
+  } catch (const db::SqlError& hata) {
+    hatayiGoster(oturum, hata);
+  }
+  if (!oturum.Son_Hata.empty()) {
+    return false;
+  }
+  oturum.Son_Hata = onceki;
+  return true;
+}
+
 bool semayiYaz(Oturum& oturum) {
-  session::Katalog_Bagla(oturum, oturum.Hedef_Firma_Adi);
-  if (oturum.Katalog_Kurulumu) {
-    catalog::Katalog_Olustur(oturum);
-    return true;
+  try {
+    session::Katalog_Bagla(oturum, oturum.Hedef_Firma_Adi);
+    if (oturum.Katalog_Kurulumu) {
+      catalog::Katalog_Olustur(oturum);
+      return true;
+    }
+    return Firma_Tablolari_Olustur(oturum);
+  } catch (const db::SqlError& hata) {
+    hatayiGoster(oturum, hata);
+    return false;
   }
-  return Firma_Tablolari_Olustur(oturum);
 }
 
-// False when another run has made a database of that name since it was looked for; Son_Hata says so. Any
-// other failure has been shown and is left in Son_Hata.
-bool veritabaniniYarat(Oturum& oturum) {
+enum class Yaratma : std::uint8_t { Oldu, AdAlinmis, Reddedildi };
+
+// Another run may have made a database of that name since it was looked for. A refusal has been shown and is
+// left in Son_Hata.
+Yaratma veritabaniniYarat(Oturum& oturum) {
   constexpr int adAlinmis = 1801;
   const std::string sql = catalog::createDatabaseStatement(oturum.Hedef_Firma_Adi, oturum.Veri_Klasoru);
   try {
     oturum.Kayitlar.open(*oturum.Baglanti, sql, db::Cursor::Keyset, db::Lock::BatchOptimistic);
+    return Yaratma::Oldu;
   } catch (const db::SqlError& hata) {
     if (hata.serverNumber() == adAlinmis) {
-      oturum.Son_Hata = oturum.Katalog_Kurulumu ? yeniAdVar.kurulum : yeniAdVar.firma;
-      return false;
+      return Yaratma::AdAlinmis;
     }
     oturum.Son_Hata = std::to_string(hata.number()) + " : " + hata.what();
     oturum.kutular->message(oturum.Son_Hata);
     oturum.kutular->message(sql);
+    return Yaratma::Reddedildi;
   }
-  return true;
 }
 
-// `durum` tells what stands when the run broke off; empty when it came to its end.
-void yeniFirmaOlustur(Oturum& oturum, const FirmaKarti& kart, std::string& durum) {
-  bool yaratildi = false;
-  if (adBos(oturum, yeniAdVar)) {
-    if (!dosyaYok(oturum)) {
-      return;
-    }
-    if (!veritabaniniYarat(oturum)) {
-      return;
-    }
-    yaratildi = oturum.Son_Hata.empty();
-  } else if (!kaldigiYerden(oturum)) {
-    return;
-  }
-  const bool veritabaniVar = oturum.Son_Hata.empty();
+OlusturSonucu yarimKaldi(Oturum& oturum, const std::string& kalan) {
+  oturum.kutular->message(kalan, session::Icon::Stop);
+  return OlusturSonucu::Basarisiz;
+}
+
+// Everything behind CREATE DATABASE.
+OlusturSonucu tanitVeDoldur(Oturum& oturum, const FirmaKarti& kart, Yaratma yaratma) {
   if (!oturum.Katalog_Kurulumu) {
     // A database that was there keeps the spelling of its name.
     FirmaKarti yazilan = kart;
     yazilan.Firma_Adi = oturum.Hedef_Firma_Adi;
-    kataloglaTanit(oturum, yazilan, yaratildi, durum);
+    switch (listeyeYaz(oturum, yazilan, yaratma == Yaratma::Oldu)) {
+      case Liste::Yazilamadi:
+        return yarimKaldi(oturum, listelenemedi(oturum));
+      case Liste::Baskasinin:
+        return adVar(oturum, yeniAdVar);
+      case Liste::Bizim:
+        break;
+    }
+    if (!sahibineVer(oturum)) {
+      return yarimKaldi(oturum, yaridaKaldi(oturum));
+    }
   }
   // Without a database the company stays listed, and the server's own text has told why.
-  if (!veritabaniVar || (oturum.Son_Hata.empty() && semayiYaz(oturum))) {
-    durum.clear();
+  if (yaratma == Yaratma::Reddedildi) {
+    return OlusturSonucu::Basarisiz;
   }
+  return semayiYaz(oturum) ? OlusturSonucu::Tamam : yarimKaldi(oturum, yaridaKaldi(oturum));
+}
+
+OlusturSonucu yeniFirmaOlustur(Oturum& oturum, const FirmaKarti& kart) {
+  const AdDurumu ad = adaBak(oturum);
+  if (ad == AdDurumu::Bilinmiyor) {
+    return OlusturSonucu::Basarisiz;
+  }
+  if (ad == AdDurumu::Dolu) {
+    if (oturum.Katalog_Kurulumu || !sahipsizVeritabani(oturum) || !kaldigiYerdenSor(oturum)) {
+      return adVar(oturum, yeniAdVar);
+    }
+    // Not made by this run: it is not taken back when its row cannot be written.
+    return tanitVeDoldur(oturum, kart, Yaratma::AdAlinmis);
+  }
+  if (!dosyaYok(oturum)) {
+    return OlusturSonucu::DosyaVar;
+  }
+  const Yaratma yaratma = veritabaniniYarat(oturum);
+  return yaratma == Yaratma::AdAlinmis ? adVar(oturum, yeniAdVar) : tanitVeDoldur(oturum, kart, yaratma);
 }
 
 // The database itself keeps its name.
-void firmayiDegistir(Oturum& oturum, const FirmaKarti& kart) {
-  if (session::Trim(oturum.Eski_Firma_Adi) != session::Trim(kart.Firma_Adi) && !adBos(oturum, eskiAdVar)) {
-    return;
+OlusturSonucu firmayiDegistir(Oturum& oturum, const FirmaKarti& kart) {
+  if (session::Trim(oturum.Eski_Firma_Adi) != session::Trim(kart.Firma_Adi)) {
+    const AdDurumu ad = adaBak(oturum);
+    if (ad != AdDurumu::Bos) {
+      return ad == AdDurumu::Dolu ? adVar(oturum, eskiAdVar) : OlusturSonucu::Basarisiz;
+    }
   }
   oturum.Katalog_Adi = katalog;
   session::Katalog_Bagla(oturum, katalog);
   if (session::Komut_Calistir(
           oturum, oturum.Kayitlar,
           "Select * from sysfrmlng WHERE sysfrm_ID= " + std::to_string(oturum.Secili_ID)) != 0) {
-    return;
+    return OlusturSonucu::Basarisiz;
   }
   alanlariYaz(oturum, kart, false);
   oturum.Kayitlar.updateBatch();
+  return OlusturSonucu::Tamam;
 }
 
 }  // namespace
 
-void Firma_Olustur(Oturum& oturum, const FirmaKarti& kart) {
-  std::string durum;
+OlusturSonucu Firma_Olustur(Oturum& oturum, const FirmaKarti& kart) {
   try {
-    if (oturum.Yeni_Kayit) {
-      yeniFirmaOlustur(oturum, kart, durum);
-    } else {
-      firmayiDegistir(oturum, kart);
-    }
+    return oturum.Yeni_Kayit ? yeniFirmaOlustur(oturum, kart) : firmayiDegistir(oturum, kart);
   } catch (const db::SqlError& hata) {
-    oturum.Son_Hata = std::to_string(hata.number()) + " : " + hata.what();
-    oturum.kutular->message(oturum.Son_Hata, session::Icon::Stop);
-  }
-  if (!durum.empty()) {
-    oturum.kutular->message(durum, session::Icon::Stop);
+    hatayiGoster(oturum, hata);
+    return OlusturSonucu::Basarisiz;
   }
 }
 

@@ -1,5 +1,8 @@
 #include "company/kart_alanlari.h"
 
+#include <algorithm>
+
+#include "catalog/katalog.h"
 #include "session/metin.h"
 #include "session/tarih.h"
 
@@ -94,6 +97,18 @@ const std::pair<std::string_view, db::Value> yeniFirma[] = {
 
 std::span<const KartAlani> kartAlanlari() {
   return alanlar;
+}
+
+const KartAlani& kartAlani(std::string_view column) {
+  return *std::find_if(std::begin(alanlar), std::end(alanlar),
+                       [&](const KartAlani& alan) { return alan.column == column; });
+}
+
+std::size_t kartAlaniGenisligi(std::string_view column) {
+  static const catalog::TableDef& firmalar =
+      *std::ranges::find(catalog::catalogTables(), std::string("sysfrmlng"), &catalog::TableDef::name);
+  const std::string& type = firmalar.column(column)->type;
+  return type.starts_with("CHAR(") ? std::stoul(type.substr(5)) : 0;
 }
 
 db::Value kartDegeri(const FirmaKarti& kart, const KartAlani& alan) {

@@ -22,6 +22,11 @@ struct KartAlani {
 // In the order in which they are written.
 std::span<const KartAlani> kartAlanlari();
 
+// By its column, as it is spelt above.
+const KartAlani& kartAlani(std::string_view column);
+// Characters that the column takes; 0 for one without a limit.
+std::size_t kartAlaniGenisligi(std::string_view column);
+
 // What goes into sysfrmlng for the text of one field: a date or the trimmed text.
 db::Value kartDegeri(const FirmaKarti& kart, const KartAlani& alan);
 

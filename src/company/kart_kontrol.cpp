@@ -1,8 +1,6 @@
 // The card's tests, in their order.
 #include <algorithm>
-#include <array>
 
-#include "catalog/katalog.h"
 #include "company/firma_karti.h"
 #include "company/kart_alanlari.h"
 #include "platform/code_page.h"
@@ -44,29 +42,37 @@ constexpr std::string_view yasakAciklamasi =
     "\nDatabase Adı Harf ile Başlar ve Harf ve Numara Dışında Noktalama İşaretleri ve Boşluk Gibi "
     "Karakterler Kulanılamaz.\nTürkçe Karakterler Kullanılamaz (Ş,Ç,Ö,Ü,İ,ı) ";
 
+// The server's own dates begin here.
+constexpr int ilkYil = 1753;
+
 bool tarihGecerli(const std::string& metin) {
-  return metin.size() == 10 && session::tarihMi(metin);
+  db::DateTime tarih;
+  return metin.size() == 10 && session::tarihOku(metin, tarih) && tarih.year >= ilkYil;
 }
 bool dolu(const std::string& metin) {
   return !session::Trim(metin).empty();
 }
 
 struct Sinama {
+  std::string_view alan;  // the column of the field at fault
   bool (*gecer)(const FirmaKarti&);
   std::string_view metin;
 };
 
 constexpr Sinama sinamalar[] = {
-    {[](const FirmaKarti& k) { return tarihGecerli(k.Bas_Tar); },
+    {"Mali_Yil_Baslangic", [](const FirmaKarti& k) { return tarihGecerli(k.Bas_Tar); },
      "Firmamnın Mali Başlangıç Tarihi Girilmemiş Yada Yanlış Girilmiş"},
-    {[](const FirmaKarti& k) { return tarihGecerli(k.Bit_Tar); },
+    {"Mali_Yil_Bitis", [](const FirmaKarti& k) { return tarihGecerli(k.Bit_Tar); },
      "Firmamnın Mali Bitiş Tarihi Girilmemiş Yada Yanlış Girilmiş"},
     // Compared as the texts stand, day first: the later date of two may sort before the earlier one.
-    {[](const FirmaKarti& k) { return k.Bas_Tar <= k.Bit_Tar; }, "Baslangıç ve Bitiş Tarihini Düzeltiniz."},
-    {[](const FirmaKarti& k) { return dolu(k.Firma_Kodu); }, "Firma Kodunu boş geçemezsiniz."},
-    {[](const FirmaKarti& k) { return dolu(k.Firma_Adi); }, "Database Adını boş geçemezsiniz."},
-    {[](const FirmaKarti& k) { return dolu(k.Firma_Unvani); }, "Firma Ünvanını boş geçemezsiniz."},
-    {[](const FirmaKarti& k) { return k.Firma_Adi[0] < '0' || k.Firma_Adi[0] > '9'; },
+    {"Mali_Yil_Bitis", [](const FirmaKarti& k) { return k.Bas_Tar <= k.Bit_Tar; },
+     "Baslangıç ve Bitiş Tarihini Düzeltiniz."},
+    {"sysfrm_kd", [](const FirmaKarti& k) { return dolu(k.Firma_Kodu); }, "Firma Kodunu boş geçemezsiniz."},
+    {"sysfrm_dbnm", [](const FirmaKarti& k) { return dolu(k.Firma_Adi); },
+     "Database Adını boş geçemezsiniz."},
+    {"sysfrm_nm", [](const FirmaKarti& k) { return dolu(k.Firma_Unvani); },
+     "Firma Ünvanını boş geçemezsiniz."},
+    {"sysfrm_dbnm", [](const FirmaKarti& k) { return k.Firma_Adi[0] < '0' || k.Firma_Adi[0] > '9'; },
      "Database Adı Numara ile Başlayamaz"},
 };
 
@@ -83,55 +89,54 @@ std::string adHatasi(const FirmaKarti& kart) {
   return uygun ? "" : "Database Adı içinde Kullanılamayan Karakter Var." + std::string(yasakAciklamasi);
 }
 
-// Width of a CHAR column of sysfrmlng; 0 for any other type.
-std::size_t genislik(std::string_view column) {
-  static const catalog::TableDef* const firmalar = [] {
-    for (const catalog::TableDef& table : catalog::catalogTables()) {
-      if (table.name == "sysfrmlng") {
-        return &table;
-      }
-    }
-    return static_cast<const catalog::TableDef*>(nullptr);
-  }();
-  const std::string& type = firmalar->column(column)->type;
-  return type.starts_with("CHAR(") ? std::stoul(type.substr(5)) : 0;
-}
-
-// Why a text cannot be stored as it is: the columns hold one byte of code page 1254 per letter.
-std::string sigmayanAlan(const FirmaKarti& kart) {
-  for (const KartAlani& alan : kartAlanlari()) {
-    const std::size_t limit = genislik(alan.column);
-    const auto sayfa = platform::encode1254Exactly(session::Trim(kart.*alan.text));
-    if (!sayfa) {
-      return std::string(alan.caption) + " içinde Türkçe kod sayfasında (1254) olmayan karakter var.";
-    }
-    if (limit != 0 && sayfa->size() > limit) {
-      return std::string(alan.caption) + " en çok " + std::to_string(limit) + " karakter olabilir.";
-    }
+// Why the text of a field cannot be stored as it is: the columns hold one byte of code page 1254 per letter.
+std::string sigmazlik(const FirmaKarti& kart, const KartAlani& alan) {
+  const std::size_t limit = kartAlaniGenisligi(alan.column);
+  const auto sayfa = platform::encode1254Exactly(session::Trim(kart.*alan.text));
+  if (!sayfa) {
+    return std::string(alan.caption) + " içinde Türkçe kod sayfasında (1254) olmayan karakter var.";
+  }
+  if (limit != 0 && sayfa->size() > limit) {
+    return std::string(alan.caption) + " en çok " + std::to_string(limit) + " karakter olabilir.";
   }
   return "";
+}
+
+struct Kusur {
+  std::string metin;
+  std::string_view alan;
+};
+
+// The first fault; without a text there is none.
+Kusur ilkKusur(const FirmaKarti& kart) {
+  constexpr std::string_view ad = "sysfrm_dbnm";
+  for (const Sinama& sinama : sinamalar) {
+    if (!sinama.gecer(kart)) {
+      return {std::string(sinama.metin), sinama.alan};
+    }
+  }
+  for (const YasakKarakter& yasak : yasaklar) {
+    if (kart.Firma_Adi.find(yasak.character) != std::string::npos) {
+      return {std::string(yasak.metin) + std::string(yasakAciklamasi), ad};
+    }
+  }
+  if (std::string metin = adHatasi(kart); !metin.empty()) {
+    return {std::move(metin), ad};
+  }
+  for (const KartAlani& alan : kartAlanlari()) {
+    if (std::string metin = sigmazlik(kart, alan); !metin.empty()) {
+      return {std::move(metin), alan.column};
+    }
+  }
+  return {};
 }
 
 }  // namespace
 
 void Kayit_Kontrol(FirmaKarti& kart) {
-  kart.Hata_Metni.clear();
-  for (const Sinama& sinama : sinamalar) {
-    if (!sinama.gecer(kart)) {
-      kart.Hata_Metni = sinama.metin;
-      return;
-    }
-  }
-  for (const YasakKarakter& yasak : yasaklar) {
-    if (kart.Firma_Adi.find(yasak.character) != std::string::npos) {
-      kart.Hata_Metni = std::string(yasak.metin) + std::string(yasakAciklamasi);
-      return;
-    }
-  }
-  kart.Hata_Metni = adHatasi(kart);
-  if (kart.Hata_Metni.empty()) {
-    kart.Hata_Metni = sigmayanAlan(kart);
-  }
+  Kusur kusur = ilkKusur(kart);
+  kart.Hata_Metni = std::move(kusur.metin);
+  kart.Hatali_Alan = kusur.alan;
 }
 
 }  // namespace company

@@ -51,7 +51,7 @@ constexpr std::array steps = {ornek::tanimlariYaz, ornek::kartlariYaz,  ornek::a
 
 // The company's period from the catalog, and whether its stock may go below nothing; a fault in `hata`.
 Donem donemOku(session::Oturum& oturum, const std::string& firmaAdi, std::string& hata, bool& eksiStok) {
-  session::Katalog_Bagla(oturum, "Defination_DB");
+  session::Katalog_Bagla(oturum, std::string(session::katalogVeritabani));
   Donem donem;
   const auto firma = session::Firma_Bul(oturum, firmaAdi);
   if (!firma) {

@@ -20,7 +20,7 @@ constexpr const char* readOnlyText =
     "selected locktype.";
 
 [[noreturn]] void fail(const char* text) {
-  throw SqlError(ErrorKind::LinkBroken, 0, text);
+  throw SqlError(ErrorKind::StatementRefused, 0, text);
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ class Recordset {
 
   const std::vector<FieldInfo>& fields() const;
   int fieldIndex(std::string_view name) const;  // ASCII case ignored; -1 when there is none
-  // Value of the current row. Throws SqlError (LinkBroken kind, "Item cannot be found ...") on an
+  // Value of the current row. Throws SqlError (StatementRefused kind, "Item cannot be found ...") on an
   // unknown name, on a closed recordset and at end of file.
   Value field(std::string_view name) const;
   Value field(int ordinal) const;

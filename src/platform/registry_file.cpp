@@ -8,6 +8,7 @@
 #ifndef _WIN32
 
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 #include "platform/files.h"
@@ -75,9 +76,14 @@ void readLine(File& file, std::string_view line) {
   file.back().entries.push_back({std::string(line.substr(0, equals)), unescaped(line.substr(equals + 1))});
 }
 
-File load() {
+// Nothing when the file is there and cannot be read.
+std::optional<File> load() {
   File file;
-  const std::string text = readFile(registryFile()).value_or("");
+  std::error_code error;
+  const auto content = readFile(registryFile());
+  if (!content && std::filesystem::exists(registryFile(), error)) return std::nullopt;
+  if (error) return std::nullopt;
+  const std::string text = content.value_or("");
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t end = std::min(text.find('\n', at), text.size());
     readLine(file, std::string_view(text).substr(at, end - at));
@@ -118,14 +124,17 @@ std::filesystem::path registryFile() {
 }
 
 std::string registryRead(std::string_view root, std::string_view key, std::string_view value) {
-  File file = load();
+  File file = load().value_or(File{});
   const Entry* entry = findEntry(findSection(file, sectionName(root, key)), value);
   return entry != nullptr ? entry->text : std::string();
 }
 
 std::error_code registryWrite(std::string_view root, std::string_view key, std::string_view value,
                               std::string_view text) {
-  File file = load();
+  // Written anew from nothing, it would lose what it holds.
+  std::optional<File> loaded = load();
+  if (!loaded) return std::make_error_code(std::errc::permission_denied);
+  File& file = *loaded;
   const std::string name = sectionName(root, key);
   if (findSection(file, name) == nullptr) file.push_back({name, {}});
   Section* section = findSection(file, name);
@@ -137,8 +146,10 @@ std::error_code registryWrite(std::string_view root, std::string_view key, std::
 }
 
 bool registryHasKey(std::string_view root, std::string_view key) {
-  File file = load();
-  return findSection(file, sectionName(root, key)) != nullptr;
+  std::optional<File> file = load();
+  // One that cannot be read is not new: nobody may take it for a fresh account's.
+  if (!file) return true;
+  return findSection(*file, sectionName(root, key)) != nullptr;
 }
 
 }  // namespace platform

@@ -6,6 +6,9 @@
 #else
 #include <termios.h>
 #include <unistd.h>
+
+#include <csignal>
+#include <iterator>
 #endif
 
 namespace platform {
@@ -34,6 +37,29 @@ bool errorIsTerminal() {
 
 namespace {
 
+// The terminal as it was before it was made silent. A handler may only read it.
+termios loud{};
+constexpr int endings[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+struct sigaction before[std::size(endings)];
+
+// Gives the terminal its echo back and lets the signal do what it would have done.
+void restoreAndEnd(int signal) {
+  tcsetattr(STDIN_FILENO, TCSANOW, &loud);
+  ::signal(signal, SIG_DFL);
+  ::raise(signal);
+}
+
+void watchEndings(bool on) {
+  struct sigaction restore {};
+  restore.sa_handler = restoreAndEnd;
+  for (std::size_t i = 0; i < std::size(endings); ++i) {
+    if (on)
+      sigaction(endings[i], &restore, &before[i]);
+    else
+      sigaction(endings[i], &before[i], nullptr);
+  }
+}
+
 bool setEcho(bool on) {
   termios mode{};
   if (tcgetattr(STDIN_FILENO, &mode) != 0) return false;
@@ -41,7 +67,13 @@ bool setEcho(bool on) {
     mode.c_lflag |= ECHO;
   else
     mode.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-  return tcsetattr(STDIN_FILENO, TCSAFLUSH, &mode) == 0;
+  if (!on) {
+    tcgetattr(STDIN_FILENO, &loud);
+    watchEndings(true);
+  }
+  const bool changed = tcsetattr(STDIN_FILENO, TCSAFLUSH, &mode) == 0;
+  if (on || !changed) watchEndings(false);
+  return changed;
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 
 namespace rights {
 
-inline constexpr std::string_view katalogAdi = "Defination_DB";
+inline constexpr std::string_view katalogAdi = session::katalogVeritabani;
 
 // How a save begins: it waits five seconds at most for what another program holds.
 inline constexpr std::string_view islemBasi = "SET LOCK_TIMEOUT 5000 BEGIN TRAN";

@@ -1,5 +1,6 @@
 #include "session/bolgesel.h"
 
+#include <algorithm>
 #include <array>
 
 namespace session {
@@ -24,6 +25,18 @@ void writeWanted(Oturum& oturum) {
     Kayit_Yaz(oturum, kokKullanici, regionalKey, settings[index].value, settings[index].wanted);
 }
 
+bool allAsWanted(Oturum& oturum) {
+  return std::ranges::all_of(settings, [&](const Setting& setting) {
+    return Kayit_Oku(oturum, kokKullanici, regionalKey, setting.value) == setting.wanted;
+  });
+}
+
+void useWanted(Oturum& oturum) {
+  oturum.Ondalik_Ayrac = settings[0].wanted;
+  oturum.Binlik_Ayrac = settings[1].wanted;
+  oturum.Son_Hata.clear();
+}
+
 }  // namespace
 
 std::string Kayit_Oku(Oturum& oturum, std::string_view root, std::string_view key, std::string_view value) {
@@ -40,8 +53,7 @@ BolgeselSonuc BolgeselAyarlariAyarla(Oturum& oturum) {
   if (oturum.platform->registryKeyIsNew(kokKullanici, regionalKey)) {
     writeWanted(oturum);
     // Not read back: an account whose registry cannot be written would never get past the question.
-    oturum.Ondalik_Ayrac = settings[0].wanted;
-    oturum.Binlik_Ayrac = settings[1].wanted;
+    useWanted(oturum);
     return BolgeselSonuc::Tamam;
   }
   for (const Setting& setting : settings)
@@ -57,6 +69,14 @@ BolgeselSonuc BolgeselAyarlariAyarla(Oturum& oturum) {
       "Onaylıyormusunuz ?");
   if (!agreed) return BolgeselSonuc::ProgramBitsin;
   writeWanted(oturum);
+  if (!allAsWanted(oturum)) {
+    oturum.kutular->message(
+        "Bölgesel ayarlar yazılamadı; program bu oturumda gereken ayarlarla sürdürülecek.\n"
+        "Ayar dosyasının yazma iznini denetleyiniz.",
+        Icon::Warning);
+    useWanted(oturum);
+    return BolgeselSonuc::Tamam;
+  }
   oturum.kutular->message("Sistem Ayarlanız Tamamlandı.Bilgisayarınızın Yeniden Başlatılması Gerekiyor",
                           Icon::Information);
   oturum.platform->restart();

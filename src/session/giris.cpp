@@ -10,8 +10,7 @@ namespace session {
 
 namespace {
 
-constexpr std::string_view catalogName = "Defination_DB";
-constexpr std::string_view version = "2012.002";
+constexpr int veritabaniYok = 4060;
 
 void closeQuietly(Oturum& oturum) {
   try {
@@ -42,10 +41,9 @@ GirisSonucu checkUser(Oturum& oturum) {
 }
 
 GirisSonucu connectionFailed(Oturum& oturum, const db::SqlError& error) {
-  // The driver would only say that it found no server, not that none was named.
-  if (Trim(oturum.Server_Adi).empty())
-    return Giris_Basarisiz(oturum, error.number(), sysInfEksigi(oturum.platform->programFolder()));
-  if (!katalogEksik(oturum)) return Giris_Basarisiz(oturum, error.number(), error.what());
+  // Only a server that says so is asked once more.
+  const bool olabilir = error.serverNumber() == veritabaniYok || oturum.Ilk_Baglanti_Hatasi == veritabaniYok;
+  if (!olabilir || !katalogEksik(oturum)) return Giris_Basarisiz(oturum, error.number(), error.what());
   GirisSonucu sonuc;
   sonuc.adim = GirisSonucu::Adim::KatalogYok;
   sonuc.hataNo = error.number();
@@ -68,15 +66,19 @@ BolgeselSonuc Giris_Yukle(Oturum& oturum) {
 }
 
 GirisSonucu Giris_Tamam(Oturum& oturum, const std::string& kullanici, const std::string& sifre) {
-  oturum.Program_Versiyon = oturum.Tanim_DB_Versiyon = oturum.Firma_DB_Versiyon = version;
+  oturum.Program_Versiyon = oturum.Tanim_DB_Versiyon = oturum.Firma_DB_Versiyon = programSurumu;
   oturum.Giris_Hatali = 0;
   oturum.Kullanici_Adi = Buyuk_Harf(Trim(kullanici));
   const auto scrambled = Sifrele(Trim(sifre));
   // No stored password can hold a character that does not scramble.
   if (!scrambled) return wrongPassword(oturum);
   oturum.Kullanici_Sifre_Sifreli = *scrambled;
-  oturum.Katalog_Adi = catalogName;
+  oturum.Katalog_Adi = katalogVeritabani;
   closeQuietly(oturum);
+  // A driver would take no name for this machine.
+  if (Trim(oturum.Server_Adi).empty())
+    return Giris_Basarisiz(oturum, static_cast<std::int32_t>(db::ErrorKind::LinkBroken),
+                           sysInfEksigi(oturum.platform->programFolder()));
   try {
     Veritabani_Bagla(oturum, oturum.SQL_Surum, oturum.SQL_Login, oturum.SQL_Sifre, oturum.Katalog_Adi,
                      oturum.Server_Adi);
@@ -119,8 +121,8 @@ bool katalogEksik(Oturum& oturum) {
   try {
     const auto connection = oturum.surucu->make(oturum.Server_Adi);
     connection->open({oturum.Server_Adi, oturum.SQL_Login, oturum.SQL_Sifre, "master", false});
-    const auto rows =
-        connection->query("SELECT name FROM sysdatabases WHERE name='" + std::string(catalogName) + "'");
+    const auto rows = connection->query("SELECT name FROM sysdatabases WHERE name='" +
+                                        std::string(katalogVeritabani) + "'");
     return rows && rows->count() == 0;
   } catch (const db::SqlError&) {
     return false;

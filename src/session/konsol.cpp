@@ -90,7 +90,7 @@ bool isLeaf(std::string_view kind) {
 
 bool connectCatalog(Oturum& oturum) {
   try {
-    Katalog_Bagla(oturum, "Defination_DB");
+    Katalog_Bagla(oturum, std::string(katalogVeritabani));
     return true;
   } catch (const db::SqlError& error) {
     oturum.kutular->message(error.what());
@@ -98,24 +98,30 @@ bool connectCatalog(Oturum& oturum) {
   }
 }
 
-// Opens `sql` on the catalog and gives one node per row.
+// Opens `sql` on the catalog and gives one node per row; nothing when it could not be read.
 template <class Make>
-std::vector<Dugum> nodesOf(Oturum& oturum, std::string_view sql, Make make) {
-  std::vector<Dugum> nodes;
-  if (!connectCatalog(oturum)) return nodes;
+std::optional<std::vector<Dugum>> nodesOf(Oturum& oturum, std::string_view sql, Make make) {
+  if (!connectCatalog(oturum)) return std::nullopt;
   db::Recordset& rows = oturum.Kayitlar;
   Sorgu_Ac_Mesajli(oturum, rows, sql);
-  if (rows.state() == db::State::Closed) return nodes;
+  if (rows.state() == db::State::Closed) return std::nullopt;
+  std::vector<Dugum> nodes;
   for (; !rows.eof(); rows.moveNext()) nodes.push_back(make(rows));
   return nodes;
 }
 
-// Each statement begins with one of `deletions`; the id and an apostrophe follow.
-bool deleteRows(Oturum& oturum, std::span<const std::string_view> deletions, std::int64_t id) {
+bool deleteRows(Oturum& oturum, const std::vector<std::string>& deletions) {
   if (!connectCatalog(oturum)) return false;
-  for (const std::string_view deletion : deletions)
-    Sorgu_Ac_Mesajli(oturum, oturum.Kayitlar, std::string(deletion) + std::to_string(id) + "'");
+  for (const std::string& deletion : deletions) Sorgu_Ac_Mesajli(oturum, oturum.Kayitlar, deletion);
   return true;
+}
+
+// Each begins so; the id and an apostrophe follow.
+std::vector<std::string> withId(std::span<const std::string_view> beginnings, std::int64_t id) {
+  std::vector<std::string> statements;
+  for (const std::string_view beginning : beginnings)
+    statements.push_back(std::string(beginning) + std::to_string(id) + "'");
+  return statements;
 }
 
 KomutSonucu openScreen(Ekran ekran, std::string durum = {}) {
@@ -159,19 +165,36 @@ bool dropDatabase(Oturum& oturum) {
   return Komut_Calistir(oturum, oturum.Kayitlar, "DROP DATABASE " + oturum.Firma_DB_Adi) == 0;
 }
 
-// The server knows no such database: a creation or a deletion broke off, and the rows alone are left.
 bool databaseIsGone(Oturum& oturum) {
   return Sorgu_Ac(oturum, oturum.Kayitlar,
                   "SELECT name FROM sysdatabases WHERE name='" + db::escape(oturum.Firma_DB_Adi) + "'") ==
              0 &&
-         oturum.Kayitlar.state() == db::State::Open && oturum.Kayitlar.eof() &&
-         oturum.kutular->ask("\"" + oturum.Firma_DB_Adi +
+         oturum.Kayitlar.state() == db::State::Open && oturum.Kayitlar.eof();
+}
+
+// The server knows no such database: a creation or a deletion broke off, and the rows alone are left.
+bool askToDeleteTheRow(Oturum& oturum) {
+  return oturum.kutular->ask("\"" + oturum.Firma_DB_Adi +
                                  "\" firmasının veritabanı sunucuda yok; silinecek bir veritabanı "
                                  "kalmamış.\nFirmanın listedeki kaydı silinsin mi?",
                              Icon::Question, "Korvena");
 }
 
+// The database is gone, or has never been there and the row may go without it.
+bool databaseOutOfTheWay(Oturum& oturum) {
+  if (dropDatabase(oturum)) return true;
+  return databaseIsGone(oturum) && askToDeleteTheRow(oturum);
+}
+
 enum class Silme : std::uint8_t { Veritabaniyla, YalnizKayit, Yok };
+
+bool askToDeleteTheRowAlone(Oturum& oturum, const std::string& owner) {
+  return oturum.kutular->ask(
+      "\"" + oturum.Firma_DB_Adi + "\" kaydı, listedeki \"" + owner +
+          "\" firmasının veritabanını gösteriyor. Bu veritabanı silinmeyecek.\nYalnızca bu kayıt listeden "
+          "silinsin mi?",
+      Icon::Question, "Korvena");
+}
 
 // Two rows of the list may lead to one database; the one that is not its own must not take it along. When
 // that cannot be found out, nothing is deleted.
@@ -179,12 +202,7 @@ Silme whatToDelete(Oturum& oturum, std::int64_t id) {
   try {
     const auto owner = Veritabaninin_Sahibi(oturum, id, oturum.Firma_DB_Adi);
     if (!owner) return Silme::Veritabaniyla;
-    const bool agreed = oturum.kutular->ask(
-        "\"" + oturum.Firma_DB_Adi + "\" kaydı, listedeki \"" + *owner +
-            "\" firmasının veritabanını gösteriyor. Bu veritabanı silinmeyecek.\nYalnızca bu kayıt listeden "
-            "silinsin mi?",
-        Icon::Question, "Korvena");
-    return agreed ? Silme::YalnizKayit : Silme::Yok;
+    return askToDeleteTheRowAlone(oturum, *owner) ? Silme::YalnizKayit : Silme::Yok;
   } catch (const db::SqlError& error) {
     oturum.kutular->message(error.what());
     return Silme::Yok;
@@ -199,8 +217,7 @@ KomutSonucu deleteCompany(Oturum& oturum, const Dugum& node) {
   if (!agreed) return {};
   oturum.Firma_DB_Adi = Trim(node.text);
   const Silme silme = connectMaster(oturum) ? whatToDelete(oturum, node.id) : Silme::Yok;
-  if (silme == Silme::Yok ||
-      (silme == Silme::Veritabaniyla && !dropDatabase(oturum) && !databaseIsGone(oturum))) {
+  if (silme == Silme::Yok || (silme == Silme::Veritabaniyla && !databaseOutOfTheWay(oturum))) {
     oturum.kutular->message("Bu Firma Kullanımda Olabilir. Firma Bilgieri Silinemedi.");
     connectCatalog(oturum);
     return {};
@@ -229,46 +246,99 @@ int resimSirasi(std::string_view kind) {
   return at == images.end() ? 0 : at->image;
 }
 
-std::vector<Dugum> Firma_Listesi_Doldur(Oturum& oturum) {
+static std::optional<std::vector<Dugum>> firmaDugumleri(Oturum& oturum) {
   return nodesOf(oturum, "SELECT sysfrm_ID,sysfrm_dbnm,sysfrm_kd FROM sysfrmlng",
                  [](const db::Recordset& row) {
-                   return Dugum{std::string(dugum::F), row.field("sysfrm_dbnm").trimmed(),
-                                row.field("sysfrm_ID").integer(), "", row.field("sysfrm_kd").trimmed()};
+                   Dugum node;
+                   node.kind = dugum::F;
+                   node.text = row.field("sysfrm_dbnm").trimmed();
+                   node.id = row.field("sysfrm_ID").integer();
+                   node.kod = row.field("sysfrm_kd").trimmed();
+                   return node;
                  });
 }
 
-std::vector<Dugum> Kullanici_Listesi_Doldur(Oturum& oturum) {
-  return nodesOf(
-      oturum, "SELECT sysus_ID,sysus_nm,sysus FROM sysuslng ORDER BY sysus_nm", [](const db::Recordset& row) {
-        return Dugum{std::string(dugum::K), row.field("sysus_nm").trimmed(), row.field("sysus_ID").integer(),
-                     Sifre_Coz(row.field("sysus").trimmed()).value_or(""), ""};
-      });
+static std::optional<std::vector<Dugum>> kullaniciDugumleri(Oturum& oturum) {
+  return nodesOf(oturum, "SELECT sysus_ID,sysus_nm,sysus FROM sysuslng ORDER BY sysus_nm",
+                 [](const db::Recordset& row) {
+                   Dugum node;
+                   node.kind = dugum::K;
+                   node.text = row.field("sysus_nm").trimmed();
+                   node.id = row.field("sysus_ID").integer();
+                   node.password = Sifre_Coz(row.field("sysus").trimmed()).value_or("");
+                   return node;
+                 });
 }
 
-std::vector<Dugum> Alan_Listesi_Doldur(Oturum& oturum) {
-  std::vector<Dugum> nodes{{std::string(dugum::FT), "Firma Tanımları", 0, "", ""}};
-  const auto append = [&](std::vector<Dugum> more) {
-    nodes.insert(nodes.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+// What the console shows of a company beside its name. A catalog that cannot tell leaves it out.
+static void addCards(Oturum& oturum, std::vector<Dugum>& companies) {
+  db::Recordset& rows = oturum.Kayitlar;
+  if (companies.empty() ||
+      Sorgu_Ac(oturum, rows,
+               "SELECT sysfrm_ID,sysfrm_nm,Mali_Yil_Baslangic,Mali_Yil_Bitis,DBVRSYN FROM sysfrmlng") != 0)
+    return;
+  try {
+    for (; !rows.eof(); rows.moveNext()) {
+      const std::int64_t id = rows.field("sysfrm_ID").integer();
+      const auto node = std::ranges::find(companies, id, &Dugum::id);
+      if (node == companies.end()) continue;
+      node->unvan = rows.field("sysfrm_nm").trimmed();
+      node->surum = rows.field("DBVRSYN").trimmed();
+      const db::Value bas = rows.field("Mali_Yil_Baslangic"), bit = rows.field("Mali_Yil_Bitis");
+      if (const auto* b = bas.as<db::DateTime>(), *s = bit.as<db::DateTime>(); b && s) {
+        node->bas = *b;
+        node->bit = *s;
+      }
+    }
+  } catch (const db::SqlError&) {
+    // the names alone are enough
+  }
+}
+
+std::vector<Dugum> Firma_Listesi_Doldur(Oturum& oturum) {
+  return firmaDugumleri(oturum).value_or(std::vector<Dugum>{});
+}
+
+std::vector<Dugum> Kullanici_Listesi_Doldur(Oturum& oturum) {
+  return kullaniciDugumleri(oturum).value_or(std::vector<Dugum>{});
+}
+
+std::optional<std::vector<Dugum>> Alan_Listesi_Doldur(Oturum& oturum) {
+  auto companies = firmaDugumleri(oturum);
+  if (!companies) return std::nullopt;
+  auto users = kullaniciDugumleri(oturum);
+  if (!users) return std::nullopt;
+  addCards(oturum, *companies);
+  std::vector<Dugum> nodes;
+  const auto branch = [&](std::string_view kind, std::string text, std::vector<Dugum>& below) {
+    Dugum node;
+    node.kind = kind;
+    node.text = std::move(text);
+    nodes.push_back(std::move(node));
+    nodes.insert(nodes.end(), std::make_move_iterator(below.begin()), std::make_move_iterator(below.end()));
   };
-  append(Firma_Listesi_Doldur(oturum));
-  nodes.push_back({std::string(dugum::KT), "Kullanıcı Tanımları", 0, "", ""});
-  append(Kullanici_Listesi_Doldur(oturum));
+  branch(dugum::FT, "Firma Tanımları", *companies);
+  branch(dugum::KT, "Kullanıcı Tanımları", *users);
   baglariKoy(oturum, nodes);
   return nodes;
 }
 
-bool Firma_Sil(Oturum& oturum, std::int64_t id) {
-  static constexpr std::array<std::string_view, 4> deletions = {
+std::vector<std::string> firmaSilmeCumleleri(std::int64_t id) {
+  static constexpr std::array<std::string_view, 4> beginnings = {
       "DELETE FROM sysusfrmlng WHERE sysfrm_ID='", "DELETE FROM Kullanici WHERE Firma_ID='",
       "DELETE FROM sysfrmlng WHERE sysfrm_ID='", "DELETE FROM Kullanici_Menu WHERE Firma_ID='"};
-  return deleteRows(oturum, deletions, id);
+  return withId(beginnings, id);
+}
+
+bool Firma_Sil(Oturum& oturum, std::int64_t id) {
+  return deleteRows(oturum, firmaSilmeCumleleri(id));
 }
 
 bool Kullanici_Sil(Oturum& oturum, std::int64_t id) {
-  static constexpr std::array<std::string_view, 4> deletions = {
+  static constexpr std::array<std::string_view, 4> beginnings = {
       "DELETE FROM sysusfrmlng WHERE sysus_ID='", "DELETE FROM Kullanici WHERE Kullanici_ID='",
       "DELETE FROM sysuslng WHERE sysus_ID='", "DELETE FROM Kullanici_Menu WHERE Kullanici_ID='"};
-  return deleteRows(oturum, deletions, id);
+  return deleteRows(oturum, withId(beginnings, id));
 }
 
 MenuDurumu menuDurumu(std::string_view kind, bool supervisor) {

@@ -27,15 +27,22 @@ struct Dugum {
   std::string kod;       // of a company: its code
   // Of a company the users who may use it, of a user his companies, by name and with commas between.
   std::string baglar = {};
+  // Of a company, where they could be read: title, period (both days or neither), version of its schema.
+  std::string unvan = {}, surum = {};
+  std::optional<db::DateTime> bas = {}, bit = {};
+  friend bool operator==(const Dugum&, const Dugum&) = default;
 };
 int resimSirasi(std::string_view kind);  // image index by kind
 
-// The tree in reading order: branch "FT", its companies, branch "KT", its users.
-std::vector<Dugum> Alan_Listesi_Doldur(Oturum& oturum);
+// The tree in reading order: branch "FT", its companies, branch "KT", its users. Nothing when one of the two
+// lists could not be read; a box has told why.
+std::optional<std::vector<Dugum>> Alan_Listesi_Doldur(Oturum& oturum);
 // Connect to the catalog first. A failure is shown in a box and gives an empty list.
 std::vector<Dugum> Firma_Listesi_Doldur(Oturum& oturum);
 std::vector<Dugum> Kullanici_Listesi_Doldur(Oturum& oturum);
 
+// What removes a company from the catalog, in its order.
+std::vector<std::string> firmaSilmeCumleleri(std::int64_t id);
 // Remove the rows of one company or user from the catalog. False when the catalog could not be reached.
 bool Firma_Sil(Oturum& oturum, std::int64_t id);
 bool Kullanici_Sil(Oturum& oturum, std::int64_t id);

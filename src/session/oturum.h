@@ -12,6 +12,12 @@
 
 namespace session {
 
+inline constexpr std::string_view katalogVeritabani = "Defination_DB";
+// Of the program, of the catalog and of the company databases that it makes.
+inline constexpr std::string_view programSurumu = "2012.002";
+
+class YedekBilgisi;
+
 // Everything but the connections.
 struct OturumDegerleri {
   // Text
@@ -34,7 +40,8 @@ struct OturumDegerleri {
   int Kullanici_ID = 0;
   bool Supervisor = false;
   int SQL_Surum = 0;
-  int Giris_Hatali = 0;  // -1 after a failed login: the console comes up reduced
+  int Ilk_Baglanti_Hatasi = 0;  // the server's own number for the failed first attempt to connect; 0: none
+  int Giris_Hatali = 0;         // -1 after a failed login: the console comes up reduced
   bool Yeni_Kayit = false;
   bool Inceleme = false;
   std::int64_t Secili_ID = 0;
@@ -46,6 +53,7 @@ struct OturumDegerleri {
   Progress* ilerleme = nullptr;
   Clock* saat = nullptr;
   Platform* platform = nullptr;
+  YedekBilgisi* yedekler = nullptr;  // null where nobody keeps account of backups
 };
 
 struct Oturum : OturumDegerleri {

@@ -19,9 +19,11 @@ void baglan(Oturum& oturum, std::unique_ptr<db::Connection>& baglanti, const db:
 
 void iki_yoldan_baglan(Oturum& oturum, std::unique_ptr<db::Connection>& baglanti, const std::string& login,
                        const std::string& password, const std::string& catalog, const std::string& server) {
+  oturum.Ilk_Baglanti_Hatasi = 0;
   try {
     baglan(oturum, baglanti, {server, login, password, catalog, false});
-  } catch (const SqlError&) {
+  } catch (const SqlError& hata) {
+    oturum.Ilk_Baglanti_Hatasi = hata.serverNumber();
     baglan(oturum, baglanti, {server, Trim(login), password, catalog, true});
   }
 }

@@ -1,4 +1,7 @@
-// Connection and statement routines: all traffic of the procedures passes here.
+// Connection and statement routines: the traffic of the procedures passes here. Besides them only
+// Baglanti->execute and Baglanti->query are used, where a failure must reach the caller as an exception
+// (steps of one transaction, look-ups whose failure is no message), and a recordset that is opened for
+// writing.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,6 @@
 #include "session/tarih.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
@@ -86,27 +87,107 @@ std::string Saat_Alan_Dogrula(Boxes& kutular, std::string_view text) {
   return shown(kutular, saatAlani(text));
 }
 
+namespace {
+
+constexpr std::array<std::size_t, 3> maskWidths = {2, 2, 4};
+
+bool isSeparator(char c) {
+  return c == '/' || c == '.' || c == '-' || c == ' ';
+}
+
+// The field's text as its parts, with the caret told as part and place in it.
+struct Masked {
+  std::array<std::string, 3> parts;
+  std::size_t count = 1;  // parts that were begun
+  std::size_t caretPart = 0, caretPlace = 0;
+
+  // The separator that ends the current part; a second one in a row ends nothing.
+  void separate() {
+    if (parts[count - 1].empty() || count == parts.size()) return;
+    if (parts[count - 1].size() == 1) parts[count - 1].insert(0, 1, '0');
+    ++count;
+  }
+};
+
+// YYYY-MM-DD, as other programs copy it, in this field's order; anything else as it stands.
+std::string dayFirst(std::string_view text) {
+  const bool iso = text.size() == 10 && isSeparator(text[4]) && isSeparator(text[7]) &&
+                   std::ranges::all_of(text.substr(0, 4), isDigit) &&
+                   std::ranges::all_of(text.substr(5, 2), isDigit) &&
+                   std::ranges::all_of(text.substr(8, 2), isDigit);
+  if (!iso) return std::string(text);
+  return std::string(text.substr(8, 2)) + "/" + std::string(text.substr(5, 2)) + "/" +
+         std::string(text.substr(0, 4));
+}
+
+}  // namespace
+
 MaskeSonucu tarihMaskesi(std::string_view text, int imlec, bool silme) {
-  int before = 0;  // digits left of the caret
+  const std::string day = dayFirst(text);
+  const bool turned = day != text;
+  Masked masked;
   int position = 0;
-  std::string digits;
-  for (const char c : text) {
+  const auto last = std::find_if(day.rbegin(), day.rend(), isSeparator);
+  const auto behindLast = static_cast<std::size_t>(day.rend() - last);
+  for (std::size_t i = 0; i < day.size(); ++i) {
+    const char c = day[i];
     const bool continues = (static_cast<unsigned char>(c) & 0xC0) == 0x80;
     if (!continues) ++position;
-    if (!isDigit(c) || digits.size() == 8) continue;
-    digits += c;
-    if (position <= imlec) ++before;
+    const bool left = turned || position <= imlec;
+    if (isSeparator(c)) {
+      // A part that is being emptied keeps its place.
+      if (silme && masked.parts[masked.count - 1].size() < 2 && masked.count < 3)
+        ++masked.count;
+      else
+        masked.separate();
+      if (left) masked.caretPart = masked.count - 1, masked.caretPlace = 0;
+    } else if (isDigit(c)) {
+      std::string* part = &masked.parts[masked.count - 1];
+      // Digits typed on go into the next part, but never out of one that was ended.
+      if (part->size() == maskWidths[masked.count - 1] && i >= behindLast && masked.count < 3) {
+        ++masked.count;
+        part = &masked.parts[masked.count - 1];
+      }
+      if (part->size() < maskWidths[masked.count - 1]) *part += c;
+      if (left) masked.caretPart = masked.count - 1, masked.caretPlace = part->size();
+    }
   }
+  const std::size_t at = masked.count - 1;
+  if (!silme && at < 2 && masked.parts[at].size() == 2) {
+    if (masked.caretPart == at && masked.caretPlace == 2) masked.caretPart = at + 1, masked.caretPlace = 0;
+    ++masked.count;
+  }
+  // Deleting would never get past a separator that comes back at once.
+  while (silme && masked.count > 1 && masked.parts[masked.count - 1].empty()) --masked.count;
+
   MaskeSonucu result;
-  for (std::size_t i = 0; i < digits.size(); ++i) {
-    result.metin += digits[i];
-    // Deleting would never get past a separator that comes back at once.
-    const bool more = i + 1 < digits.size();
-    if ((i == 1 || i == 3) && (more || !silme)) result.metin += '/';
+  for (std::size_t i = 0; i < masked.count; ++i) {
+    if (i > 0) result.metin += '/';
+    if (i == masked.caretPart) result.imlec = static_cast<int>(result.metin.size() + masked.caretPlace);
+    result.metin += masked.parts[i];
   }
-  result.imlec = before + (before > 2 ? 1 : 0) + (before > 4 ? 1 : 0);
-  const bool atSeparator = before == 2 || before == 4;
-  if (atSeparator && !silme) ++result.imlec;
+  result.imlec = std::min(result.imlec, static_cast<int>(result.metin.size()));
+  if (masked.caretPart >= masked.count) result.imlec = static_cast<int>(result.metin.size());
+  return result;
+}
+
+std::string tarihTamamla(std::string_view text) {
+  std::string result;
+  std::string part;
+  const auto end = [&] {
+    if (part.size() == 1) result += '0';
+    result += part;
+    part.clear();
+  };
+  for (const char c : dayFirst(text)) {
+    if (isDigit(c)) {
+      part += c;
+    } else {
+      end();
+      result += c;
+    }
+  }
+  end();
   return result;
 }
 

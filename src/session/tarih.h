@@ -24,14 +24,18 @@ AlanSonucu saatAlani(std::string_view text);
 std::string Tarih_Alan_Dogrula(Boxes& kutular, std::string_view text, bool uzun);
 std::string Saat_Alan_Dogrula(Boxes& kutular, std::string_view text);
 
-// The masked date field: called after each change with the text and the caret (in characters). Keeps at
-// most eight digits and puts "/" behind day and month; the caret moves past a new "/" unless the key was
-// backspace or delete (`silme`).
+// The masked date field: called after each change with the text and the caret (in characters). Two digits
+// end day and month, and so does a typed separator ("1/" gives "01/"); digits never move from one part to
+// another. YYYY-MM-DD is turned round. Behind a completed part the caret moves past the new "/" unless the
+// key was backspace or delete (`silme`).
 struct MaskeSonucu {
   std::string metin;
   int imlec = 0;
 };
 MaskeSonucu tarihMaskesi(std::string_view text, int imlec, bool silme);
+
+// The parts of one digit with their nought in front, for a field that is left or read: "1/02/2012".
+std::string tarihTamamla(std::string_view text);
 
 // DD/MM/YYYY that names a day of the calendar.
 bool tarihMi(std::string_view text);

@@ -12,6 +12,9 @@ class ConsolePort {
   virtual void Durum_Yaz(const QString& text) = 0;
   // Fills the tree of companies and users anew; after a save.
   virtual void Alan_Listesi_Doldur() = 0;
+  // After a creation, with the screen left: the new company or user of that name becomes the current node and
+  // is named in the status bar.
+  virtual void Eklenen_Sec(const QString& /*ad*/) {}
 };
 
 }  // namespace ui

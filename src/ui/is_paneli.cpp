@@ -39,7 +39,6 @@ IsPaneli::IsPaneli(QWidget* pencere, const QString& baslik, bool vazgecilir)
   sure_->setObjectName("IsSuresi");
   sure_->setProperty("rol", "altbaslik");
   vazgec_->setObjectName("IsVazgecBtn");
-  vazgec_->setVisible(vazgecilir);
 
   auto* kart = new QWidget;
   kart->setProperty("rol", "kart");
@@ -59,6 +58,8 @@ IsPaneli::IsPaneli(QWidget* pencere, const QString& baslik, bool vazgecilir)
   row->addStretch(1);
   row->addWidget(kart, 100, Qt::AlignVCenter);
   row->addStretch(1);
+  // Without a parent it would be a window for a moment, and take the keys.
+  vazgec_->setVisible(vazgecilir);
   hide();
   saat_.start();
   sureyiYaz(0);

@@ -7,6 +7,7 @@
 
 #include "session/metin.h"
 #include "ui/izgara.h"
+#include "ui/renkler.h"
 #include "ui/theme.h"
 
 namespace ui {
@@ -19,8 +20,8 @@ void tikCiz(QPainter* painter, const QRect& hucre, bool dolu, bool acik) {
   const QRectF kare(hucre.center().x() - kutu / 2, hucre.center().y() - kutu / 2, kutu, kutu);
   painter->save();
   painter->setRenderHint(QPainter::Antialiasing);
-  const QColor renk = acik ? QColor(0x1f, 0x5f, 0x99) : QColor(0x98, 0xa4, 0xb0);
-  painter->setPen(QPen(dolu ? renk : QColor(0x8f, 0xa1, 0xb3), 1));
+  const QColor renk = acik ? ui::renk(QColor(0x1f, 0x5f, 0x99)) : ui::renk(QColor(0x5d, 0x6a, 0x77));
+  painter->setPen(QPen(dolu ? renk : ui::renk(QColor(0x7d, 0x8c, 0x9b)), 1));
   painter->setBrush(dolu ? renk : QColor(Qt::white));
   painter->drawRoundedRect(kare, 3, 3);
   if (dolu) {

@@ -4,6 +4,7 @@
 #include <QFont>
 #include <algorithm>
 
+#include "ui/renkler.h"
 #include "ui/theme.h"
 
 namespace ui {
@@ -265,7 +266,7 @@ QVariant IzgaraModeli::data(const QModelIndex& index, int role) const {
     case Qt::TextAlignmentRole:
       return static_cast<int>((k.tur == HucreTuru::Sayi ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     case Qt::ForegroundRole:
-      return duzenlenirMi(index.row(), index.column()) ? QVariant() : QColor(0x56, 0x65, 0x75);
+      return duzenlenirMi(index.row(), index.column()) ? QVariant() : renk(QColor(0x56, 0x65, 0x75));
     default:
       return {};
   }
@@ -277,7 +278,7 @@ QVariant IzgaraModeli::headerData(int section, Qt::Orientation orientation, int 
   if (section >= adet()) return {};
   const bool degisik = satirDegisti(section);
   if (role == Qt::DisplayRole) return (degisik ? "● " : "") + QString::number(section + 1);
-  if (role == Qt::ForegroundRole && degisik) return QColor(0xc2, 0x5f, 0x00);
+  if (role == Qt::ForegroundRole && degisik) return renk(QColor(0xa8, 0x4f, 0x00));
   if (role == Qt::ToolTipRole && degisik) return "Bu satırda kaydedilmemiş değişiklik var";
   return {};
 }

@@ -101,7 +101,7 @@ QPushButton* Kart::button(const char* name, const QString& caption, const QStrin
 
 void Kart::shortcut(int key, QPushButton* button) {
   auto* shortcut = new QShortcut(QKeySequence(key), this);
-  shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+  shortcut->setContext(Qt::WindowShortcut);  // wherever the focus is; a hidden card hears nothing
   connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
 }
 

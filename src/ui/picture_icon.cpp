@@ -4,11 +4,14 @@
 #include <QDataStream>
 #include <QFile>
 #include <QIconEngine>
+#include <QImage>
 #include <QPainter>
 #include <QPicture>
 #include <QPixmapCache>
 #include <QStyle>
 #include <QStyleOption>
+
+#include "ui/renkler.h"
 
 namespace ui {
 namespace {
@@ -16,6 +19,19 @@ namespace {
 // Larger ones are drawn straight onto the window: kept as pixels they would outlive it in the toolkit's
 // cache.
 constexpr int largestKept = 128;
+
+// The drawing for the dark scheme: each point as renkler turns it.
+void darken(QPixmap& pixmap) {
+  QImage image = pixmap.toImage().convertToFormat(QImage::Format_ARGB32);
+  for (int y = 0; y < image.height(); ++y) {
+    auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+    for (int x = 0; x < image.width(); ++x)
+      if (qAlpha(line[x]) != 0) line[x] = koyuRenk(QColor::fromRgba(line[x])).rgba();
+  }
+  const qreal ratio = pixmap.devicePixelRatio();
+  pixmap = QPixmap::fromImage(image);
+  pixmap.setDevicePixelRatio(ratio);
+}
 
 class PictureIconEngine : public QIconEngine {
  public:
@@ -35,6 +51,7 @@ class PictureIconEngine : public QIconEngine {
     QPixmap result;
     if (QPixmapCache::find(key, &result)) return result;
     result = drawn(size);
+    if (koyuMu()) darken(result);
     if (mode != QIcon::Normal && !result.isNull()) {
       QStyleOption option;
       option.palette = QApplication::palette();

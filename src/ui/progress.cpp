@@ -7,6 +7,7 @@
 #include <QProgressBar>
 #include <algorithm>
 
+#include "session/sayi.h"
 #include "ui/theme.h"
 
 namespace ui {
@@ -62,8 +63,9 @@ void ProgressPanel::show(QProgressBar* bar, QLabel* percent, std::int64_t value,
   const double share =
       maximum > 0 ? std::clamp(static_cast<double>(value) / static_cast<double>(maximum), 0., 1.) : 0.;
   bar->setValue(static_cast<int>(share * barSteps));
-  const int whole = qRound(share * 100);
-  percent->setText((whole == 0 ? QString() : QString::number(whole)) + "%");
+  session::YuzdeCubugu cubuk{0, 100, {}};
+  session::Yuzde_Goster(cubuk, static_cast<float>(share * 100), {});
+  percent->setText(ui::text(cubuk.label));
 }
 
 void ProgressPanel::step(std::int64_t value, std::int64_t maximum) {

@@ -12,6 +12,7 @@
 #include <QTranslator>
 #include <QtPlugin>
 
+#include "ui/renkler.h"
 #include "ui/tekrar.h"
 
 Q_IMPORT_PLUGIN(PictureIconPlugin)
@@ -30,13 +31,13 @@ struct PaletteEntry {
 };
 
 constexpr PaletteEntry paletteEntries[] = {
-    {QPalette::Window, 0xFFF3F5F8, 0xFFF3F5F8},      {QPalette::WindowText, 0xFF1F2D3D, 0xFF8592A0},
+    {QPalette::Window, 0xFFF3F5F8, 0xFFF3F5F8},      {QPalette::WindowText, 0xFF1F2D3D, 0xFF5D6A77},
     {QPalette::Base, 0xFFFFFFFF, 0xFFF0F2F5},        {QPalette::AlternateBase, 0xFFF7F9FB, 0xFFF0F2F5},
-    {QPalette::Text, 0xFF1F2D3D, 0xFF6B7885},        {QPalette::PlaceholderText, 0xFF8592A0, 0xFF8592A0},
-    {QPalette::Button, 0xFFFFFFFF, 0xFFF0F2F5},      {QPalette::ButtonText, 0xFF1F2D3D, 0xFF98A4B0},
+    {QPalette::Text, 0xFF1F2D3D, 0xFF5D6A77},        {QPalette::PlaceholderText, 0xFF566575, 0xFF5D6A77},
+    {QPalette::Button, 0xFFFFFFFF, 0xFFF0F2F5},      {QPalette::ButtonText, 0xFF1F2D3D, 0xFF5D6A77},
     {QPalette::Highlight, 0xFF1F5F99, 0xFFC4CED8},   {QPalette::HighlightedText, 0xFFFFFFFF, 0xFF1F2D3D},
     {QPalette::ToolTipBase, 0xFF1F2D3D, 0xFF1F2D3D}, {QPalette::ToolTipText, 0xFFFFFFFF, 0xFFFFFFFF},
-    {QPalette::Link, 0xFF1F5F99, 0xFF8592A0},
+    {QPalette::Link, 0xFF1F5F99, 0xFF5D6A77},
 };
 
 constexpr int branchSize = 16;
@@ -44,12 +45,18 @@ constexpr int branchSize = 16;
 constexpr const char* preferredFonts[] = {"Segoe UI",  "Inter",     "Noto Sans",
                                           "Open Sans", "Cantarell", "DejaVu Sans"};
 
-QFont programFont() {
+constexpr qreal smallestFont = 9, headingShare = 1.5;
+
+// As large as the desktop wants its letters.
+QFont programFont(const QFont& desktop) {
+  QFont font = desktop;
+  if (font.pointSizeF() < smallestFont) font.setPointSizeF(smallestFont + 1);
   const QStringList installed = QFontDatabase::families();
   for (const char* family : preferredFonts)
-    if (installed.contains(QLatin1String(family))) return QFont(QLatin1String(family), 10);
-  QFont font;
-  font.setPointSize(10);
+    if (installed.contains(QLatin1String(family))) {
+      font.setFamily(QLatin1String(family));
+      break;
+    }
   return font;
 }
 
@@ -125,18 +132,24 @@ class ProgramStyle : public QProxyStyle {
 void applyTheme(QApplication& application) {
   loadResources();
   tekrarSuzgeciKur(application);
+  koyuMu();  // asked before the desktop's palette is replaced
   QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
   QCoreApplication::installTranslator(new QtTurkish(&application));
   application.setStyle(new ProgramStyle);
   QPalette palette;
   for (const PaletteEntry& entry : paletteEntries) {
-    palette.setColor(entry.role, QColor(entry.active));
-    palette.setColor(QPalette::Disabled, entry.role, QColor(entry.disabled));
+    palette.setColor(entry.role, renk(QColor(entry.active)));
+    palette.setColor(QPalette::Disabled, entry.role, renk(QColor(entry.disabled)));
   }
   application.setPalette(palette);
-  application.setFont(programFont());
+  const QFont font = programFont(application.font());
+  application.setFont(font);
   QFile sheet(":/theme.qss");
-  if (sheet.open(QIODevice::ReadOnly)) application.setStyleSheet(QString::fromUtf8(sheet.readAll()));
+  if (sheet.open(QIODevice::ReadOnly)) {
+    QString rules = QString::fromUtf8(sheet.readAll());
+    rules.replace("BASLIK", QString::number(font.pointSizeF() * headingShare));
+    application.setStyleSheet(sayfaRenkleri(rules, koyuMu()));
+  }
   // Of a drawing a window system would be given 128 pixels too, which stay in memory for each window.
   QIcon windowIcon;
   for (const int edge : {16, 24, 32, 48, 64}) windowIcon.addPixmap(icon("zembera").pixmap(edge, edge));

@@ -351,6 +351,14 @@ bool isSuruyor() {
   return suruyor;
 }
 
+void arkadaCalistir(std::function<void()> is) {
+  ++birakilanlar;
+  std::thread([is = std::move(is)] {
+    is();
+    --birakilanlar;
+  }).detach();
+}
+
 bool birakilanIsVar() {
   return birakilanlar > 0;
 }

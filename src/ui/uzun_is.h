@@ -53,7 +53,9 @@ IsSonucu birakilabilirIs(QWidget* ekran, session::Oturum& oturum, const QString&
 
 // While it is true nothing but the runner may use the session record: timers look here first.
 bool isSuruyor();
-// Work left behind still waits: the program cannot end in order.
+// Small work that nobody waits for, on a thread of its own; it holds copies only.
+void arkadaCalistir(std::function<void()> is);
+// Work left behind or in the background still waits: the program cannot end in order.
 bool birakilanIsVar();
 
 }  // namespace ui

@@ -60,6 +60,8 @@ INSTANTIATE_TEST_SUITE_P(
         KontrolDurumu{"Valid", adi, "ORNEK", ""}, KontrolDurumu{"NoStart", bas, "", dateFault},
         KontrolDurumu{"ShortStart", bas, "1/1/2012", dateFault},
         KontrolDurumu{"NoSuchDay", bas, "31/02/2012", dateFault},
+        KontrolDurumu{"BeforeTheServersDates", bas, "31/12/1752", dateFault},
+        KontrolDurumu{"FirstOfTheServersDates", bas, "01/01/1753", ""},
         KontrolDurumu{"NoEnd", bit, "  /  /    ",
                       "Firmamnın Mali Bitiş Tarihi Girilmemiş Yada Yanlış Girilmiş"},
         KontrolDurumu{"TextOrder", bit, "01/01/2011", "Baslangıç ve Bitiş Tarihini Düzeltiniz."},
@@ -261,7 +263,7 @@ TEST(FirmaKarti, RefusedCreationStillRegistersAndLeavesOutTheSchema) {
   KartSunucusu s;
   s.server.fail("CREATE DATABASE", db::SqlError(db::ErrorKind::StatementRefused, 5170, "file exists"));
   FirmaKarti kart = gecerliKart();
-  EXPECT_TRUE(company::Kaydet(s.oturum, kart));
+  EXPECT_FALSE(company::Kaydet(s.oturum, kart)) << "what was typed must not be lost";
   EXPECT_EQ(s.oturum.Son_Hata, "-2147217900 : file exists");
   EXPECT_TRUE(s.sent("INSERT INTO sysusfrmlng"));
   EXPECT_FALSE(s.sent("CREATE TABLE"));
@@ -271,7 +273,7 @@ TEST(FirmaKarti, RowThatCannotBeWrittenTakesTheDatabaseBack) {
   KartSunucusu s;
   s.server.fail("INSERT INTO [sysfrmlng]", db::SqlError(db::ErrorKind::StatementRefused, 8152, "too long"));
   FirmaKarti kart = gecerliKart();
-  EXPECT_TRUE(company::Kaydet(s.oturum, kart));
+  EXPECT_FALSE(company::Kaydet(s.oturum, kart));
   EXPECT_TRUE(s.sent("DROP DATABASE ORNEK2012"));
   EXPECT_FALSE(s.sent("CREATE TABLE"));
   EXPECT_NE(s.oturum.Son_Hata.find("too long"), std::string::npos);
@@ -285,6 +287,63 @@ TEST(FirmaKarti, KnownNameIsLeftInSonHataAndClosesTheForm) {
   EXPECT_EQ(s.oturum.Son_Hata, "Bu İsimle Bir Firma Zaten Var.");
   EXPECT_TRUE(s.boxes.shown.empty());
   EXPECT_FALSE(s.sent("CREATE DATABASE"));
+}
+
+TEST(FirmaKarti, AChartForATakenNameIsWrittenOnlyWhenTheCardsQuestionIsAnswered) {
+  const struct {
+    company::AdVarken adVarken;
+    std::deque<bool> answers;
+    std::size_t questions;
+    bool written;
+  } cases[] = {{company::AdVarken::Sor, {true}, 1, true},
+               {company::AdVarken::Sor, {false}, 1, false},
+               {company::AdVarken::Yazma, {true}, 0, false}};
+  for (const auto& c : cases) {
+    KartSunucusu s;
+    s.platform.folder = ZEMBERA_DATA;
+    s.server.rows("sysdatabases where name", {"name"}, {{"ORNEK2012"}});
+    s.server.rows("SELECT RTRIM", {"sysfrm_ID", "ad"}, {});
+    s.server.rows("COUNT(*)", {"n"}, {{5}});
+    s.boxes.answers = c.answers;
+    FirmaKarti kart = gecerliKart();
+    kart.StandartHesapPlani = true;
+    EXPECT_TRUE(company::Kaydet(s.oturum, kart, c.adVarken));
+    EXPECT_EQ(std::ranges::count_if(s.boxes.shown, [](const auto& b) { return b.question; }), c.questions);
+    EXPECT_EQ(s.sent("ORNEK2012.dbo.MUHKART"), c.written);
+  }
+}
+
+TEST(FirmaKarti, AFailedSaveOfAnExistingCardKeepsItOpen) {
+  for (const char* part : {"Select * from sysfrmlng", "UPDATE [sysfrmlng]"}) {
+    KartSunucusu s;
+    s.oturum.Yeni_Kayit = false;
+    s.oturum.Secili_ID = 3;
+    s.oturum.Eski_Firma_Adi = "ORNEK2012";
+    std::vector<std::string> names;
+    for (const auto& alan : company::kartAlanlari()) names.emplace_back(alan.column);
+    s.server.rows("Select * from sysfrmlng WHERE", names, {std::vector<db::Value>(names.size())});
+    s.server.fail(part, db::SqlError(db::ErrorKind::LinkBroken, 0, "gone"));
+    FirmaKarti kart = gecerliKart();
+    EXPECT_FALSE(company::Kaydet(s.oturum, kart)) << part;
+    EXPECT_EQ(s.boxes.shown.size(), 1U) << part;
+  }
+}
+
+TEST(FirmaKarti, TheWholeBarTellsSchemaAndChart) {
+  KartSunucusu s;
+  s.platform.folder = ZEMBERA_DATA;
+  FirmaKarti kart = gecerliKart();
+  kart.StandartHesapPlani = true;
+  std::vector<std::int64_t> shares;
+  company::Kaydet(s.oturum, kart);
+  for (const auto& [value, maximum] : s.progress.wholes) shares.push_back(value * 1000 / maximum);
+  EXPECT_TRUE(std::ranges::is_sorted(shares));
+  ASSERT_GT(shares.size(), 230U);
+  EXPECT_LT(shares[229], 700) << "the schema alone is not the whole";
+  s.progress.wholes.clear();
+  kart.StandartHesapPlani = false;
+  company::Kaydet(s.oturum, kart);
+  EXPECT_EQ(s.progress.wholes.back().first, s.progress.wholes.back().second);
 }
 
 TEST(FirmaKarti, FileInTheDataFolderStopsTheCreation) {

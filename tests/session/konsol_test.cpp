@@ -25,7 +25,7 @@ TEST_F(KonsolTest, TreeInReadingOrder) {
   server.rows("FROM sysfrmlng", {"sysfrm_ID", "sysfrm_dbnm", "sysfrm_kd"}, {{4, "MAGAZA   ", "00004  "}});
   server.rows("FROM sysuslng", {"sysus_ID", "sysus_nm", "sysus"},
               {{7, "INCI    ", *Sifrele("abc") + "   "}, {8, "BOŞ", {}}, {9, "BOZUK", "\x01\x01"}});
-  const auto nodes = Alan_Listesi_Doldur(oturum);
+  const auto nodes = Alan_Listesi_Doldur(oturum).value();
   ASSERT_EQ(nodes.size(), 6U);
   EXPECT_EQ(nodes[0].kind + nodes[0].text, "FTFirma Tanımları");
   EXPECT_EQ(nodes[1].kind + nodes[1].text + nodes[1].kod, "FMAGAZA00004");
@@ -42,15 +42,34 @@ TEST_F(KonsolTest, NodesTellWhoUsesWhat) {
   // A pair twice, and one of a company that is gone.
   server.rows("FROM sysusfrmlng", {"sysfrm_ID", "sysus_ID"}, {{4, 7}, {5, 7}, {4, 8}, {4, 8}, {9, 8}});
   std::vector<std::string> ties;
-  for (const auto& node : Alan_Listesi_Doldur(oturum)) ties.push_back(node.baglar);
+  const auto nodes = Alan_Listesi_Doldur(oturum).value();
+  for (const auto& node : nodes) ties.push_back(node.baglar);
   EXPECT_EQ(ties, (std::vector<std::string>{"", "ALİ, VELİ", "ALİ", "", "MAGAZA, SUBE", "MAGAZA"}));
 }
 
-TEST_F(KonsolTest, UnreachableCatalogLeavesTheBranches) {
-  for (int i = 0; i < 4; ++i) server.failOpening(db::SqlError(db::ErrorKind::LinkBroken, 0, "kopuk"));
-  const auto nodes = Alan_Listesi_Doldur(oturum);
-  ASSERT_EQ(nodes.size(), 2U);
-  EXPECT_EQ(boxes.texts(), (std::vector<std::string>{"kopuk", "kopuk"}));
+TEST_F(KonsolTest, AListThatCannotBeReadIsNoEmptyOne) {
+  for (int i = 0; i < 2; ++i) server.failOpening(db::SqlError(db::ErrorKind::LinkBroken, 0, "kopuk"));
+  EXPECT_EQ(Alan_Listesi_Doldur(oturum), std::nullopt);
+  EXPECT_EQ(boxes.texts(), std::vector<std::string>{"kopuk"});
+  server.rows("FROM sysfrmlng", {"sysfrm_ID", "sysfrm_dbnm", "sysfrm_kd"}, {{4, "MAGAZA", "00004"}});
+  server.fail("FROM sysuslng", db::SqlError(db::ErrorKind::StatementRefused, 208, "yok"));
+  EXPECT_EQ(Alan_Listesi_Doldur(oturum), std::nullopt);
+}
+
+TEST_F(KonsolTest, CompaniesTellTitlePeriodAndVersionWhereTheCatalogCan) {
+  server.rows("FROM sysfrmlng", {"sysfrm_ID", "sysfrm_dbnm", "sysfrm_kd"},
+              {{4, "MAGAZA", "00004"}, {5, "SUBE", "2"}});
+  server.rows("DBVRSYN FROM sysfrmlng",
+              {"sysfrm_ID", "sysfrm_nm", "Mali_Yil_Baslangic", "Mali_Yil_Bitis", "DBVRSYN"},
+              {{5, "Şube ", {}, db::DateTime{2012, 12, 31}, "2011.001 "},
+               {4, "Mağaza A.Ş.", db::DateTime{2012, 1, 1}, db::DateTime{2012, 12, 31}, "2012.002"}});
+  server.rows("FROM sysuslng", {"sysus_ID", "sysus_nm", "sysus"}, {});
+  const auto nodes = Alan_Listesi_Doldur(oturum).value();
+  EXPECT_EQ(nodes[1].unvan + "|" + nodes[1].surum, "Mağaza A.Ş.|2012.002");
+  EXPECT_EQ(nodes[1].bas, (db::DateTime{2012, 1, 1}));
+  EXPECT_EQ(nodes[1].bit, (db::DateTime{2012, 12, 31}));
+  EXPECT_EQ(nodes[2].unvan + "|" + nodes[2].surum, "Şube|2011.001");
+  EXPECT_FALSE(nodes[2].bas || nodes[2].bit);
 }
 
 TEST_F(KonsolTest, PopupByKindAndRight) {

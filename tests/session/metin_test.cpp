@@ -167,14 +167,41 @@ TEST(Tarih, MaskePlacesSeparatorsAndCaret) {
                         {"01/02/20123", 11, false, "01/02/2012", 10},
                         {"01/", 3, true, "01", 2},
                         {"01/02", 5, true, "01/02", 5},
-                        {"1/02/2012", 0, true, "10/22/012", 0},
                         {"01/02/2012", 0, false, "01/02/2012", 0},
-                        {"0x1", 3, false, "01/", 3}};
+                        {"0x1", 3, false, "01/", 3},
+                        {"", 0, true, "", 0},
+                        {"0102", 4, false, "01/02/", 6},
+                        // a typed separator ends its part, and one more ends nothing
+                        {"1/", 2, false, "01/", 3},
+                        {"1.", 2, false, "01/", 3},
+                        {"01//", 4, false, "01/", 3},
+                        {"01/2/", 5, false, "01/02/", 6},
+                        {"/", 1, false, "", 0},
+                        // pasted whole
+                        {"1/2/2012", 8, false, "01/02/2012", 10},
+                        {"1.2.2012", 8, false, "01/02/2012", 10},
+                        {"2012-03-15", 10, false, "15/03/2012", 10},
+                        {"15032012", 8, false, "15/03/2012", 10},
+                        // no digit leaves its part
+                        {"1/02/2012", 0, true, "1/02/2012", 0},
+                        {"/02/2012", 0, true, "/02/2012", 0},
+                        {"01//2012", 3, true, "01//2012", 3},
+                        {"301/02/2012", 1, false, "30/02/2012", 1},
+                        {"01/302/2012", 4, false, "01/30/2012", 4},
+                        {"01/02/02012", 7, false, "01/02/0201", 7}};
   for (const Case& c : cases) {
     const auto result = tarihMaskesi(c.in, c.caret, c.deleting);
     EXPECT_EQ(result.metin, c.out) << c.in;
     EXPECT_EQ(result.imlec, c.outCaret) << c.in;
   }
+}
+
+TEST(Tarih, PartsOfOneDigitAreCompleted) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"1/02/2012", "01/02/2012"},  {"1/2/2012", "01/02/2012"},
+      {"01/02/2012", "01/02/2012"}, {"", ""},
+      {"2012-03-15", "15/03/2012"}, {"5", "05"}};
+  for (const auto& [in, out] : cases) EXPECT_EQ(tarihTamamla(in), out);
 }
 
 TEST(Tarih, TarihMi) {

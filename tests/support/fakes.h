@@ -83,6 +83,7 @@ class FakePlatform : public session::Platform {
   }
   void registryWrite(std::string_view root, std::string_view key, std::string_view value,
                      std::string_view text) override {
+    if (readOnly) return;
     registry[path(root, key) + "\\" + std::string(value)] = text;
     keys.insert(path(root, key));
   }
@@ -99,6 +100,7 @@ class FakePlatform : public session::Platform {
   std::map<std::string, std::string> registry;  // ROOT\KEY\VALUE
   std::set<std::string> keys;                   // ROOT\KEY
   int restarts = 0;
+  bool readOnly = false;  // as a settings file that may not be written
   std::filesystem::path folder = ".";
 };
 

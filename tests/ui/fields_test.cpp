@@ -1,5 +1,6 @@
 #include "ui/fields.h"
 
+#include <QClipboard>
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
@@ -139,6 +140,28 @@ TEST(DateField, SeparatorsComeByThemselvesAndGoWithBackspace) {
   QTest::keyClicks(&form.date, "abc");
   EXPECT_EQ(form.date.text().left(5), "01/02");
   EXPECT_FALSE(form.date.text().contains('a'));
+}
+
+TEST(DateField, IsTypedAndPastedAsPeopleDo) {
+  for (const char* typed : {"1/2/2012", "1.2.2012", "01.02.2012", "01022012", "1-2-2012", "01/02/2012"}) {
+    DateForm form;
+    QTest::keyClicks(&form.date, typed);
+    EXPECT_EQ(form.date.text(), "01/02/2012") << typed;
+  }
+  DateForm form;
+  QApplication::clipboard()->setText("2012-03-15");
+  form.date.paste();
+  EXPECT_EQ(form.date.text(), "15/03/2012");
+  form.date.setCursorPosition(3);
+  key(Qt::Key_Backspace);  // the digit before the separator, which stays
+  EXPECT_EQ(form.date.text(), "1/03/2012");
+  EXPECT_EQ(form.date.cursorPosition(), 1);
+  form.date.setCursorPosition(1);
+  key(Qt::Key_Delete);
+  EXPECT_EQ(form.date.text(), "1/3/2012");
+  form.other.setFocus(Qt::TabFocusReason);
+  EXPECT_EQ(form.date.text(), "01/03/2012");
+  EXPECT_TRUE(form.boxes.shown.empty());
 }
 
 TEST(DateField, LeavingChecksDayAndMonth) {

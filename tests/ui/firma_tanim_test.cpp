@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 
+#include "company/kart_alanlari.h"
 #include "screen.h"
 #include "ui/console_port.h"
 
@@ -73,21 +74,23 @@ TEST_F(FirmaKartiEkrani, NewCardOpensWithTheYearAndAWritableName) {
 TEST_F(FirmaKartiEkrani, RefusedCardStaysOpenAndSaysWhyInOrder) {
   open(true);
   const struct {
-    const char *name, *text, *fault;
-  } steps[] = {{"Bas_Tar", "01012", "Firmamnın Mali Başlangıç Tarihi Girilmemiş Yada Yanlış Girilmiş"},
-               {"Bas_Tar", "31022012", "Firmamnın Mali Başlangıç Tarihi Girilmemiş Yada Yanlış Girilmiş"},
-               {"Bas_Tar", "15032012", "Firmamnın Mali Bitiş Tarihi Girilmemiş Yada Yanlış Girilmiş"},
-               {"Bit_Tar", "01042012", "Baslangıç ve Bitiş Tarihini Düzeltiniz."},
-               {"Bit_Tar", "31122012", "Firma Kodunu boş geçemezsiniz."},
-               {"Firma_Kodu", "00001", "Database Adını boş geçemezsiniz."},
-               {"Firma_Adi", "9A", "Firma Ünvanını boş geçemezsiniz."},
-               {"Firma_Unvani", "Çiçek Mağazası", "Database Adı Numara ile Başlayamaz"}};
+    const char *name, *text, *fault, *faulty;
+  } steps[] = {
+      {"Bas_Tar", "01012", "Firmamnın Mali Başlangıç Tarihi Girilmemiş Yada Yanlış Girilmiş", "Bas_Tar"},
+      {"Bas_Tar", "31022012", "Firmamnın Mali Başlangıç Tarihi Girilmemiş Yada Yanlış Girilmiş", "Bas_Tar"},
+      {"Bas_Tar", "15032012", "Firmamnın Mali Bitiş Tarihi Girilmemiş Yada Yanlış Girilmiş", "Bit_Tar"},
+      {"Bit_Tar", "01042012", "Baslangıç ve Bitiş Tarihini Düzeltiniz.", "Bit_Tar"},
+      {"Bit_Tar", "31122012", "Firma Kodunu boş geçemezsiniz.", "Firma_Kodu"},
+      {"Firma_Kodu", "00001", "Database Adını boş geçemezsiniz.", "Firma_Adi"},
+      {"Firma_Adi", "9A", "Firma Ünvanını boş geçemezsiniz.", "Firma_Unvani"},
+      {"Firma_Unvani", "Çiçek Mağazası", "Database Adı Numara ile Başlayamaz", "Firma_Adi"}};
   field("Bit_Tar")->clear();
   for (const auto& step : steps) {
     type(field(step.name), step.text);
     key(Qt::Key_F2);
     EXPECT_EQ(boxes.last(), step.fault) << step.text;
     EXPECT_EQ(boxes.shown.back().icon, session::Icon::Stop);
+    EXPECT_EQ(focusName(), step.faulty) << step.text;
   }
   type(field("Firma_Adi"), "A/B");
   key(Qt::Key_F2);
@@ -99,6 +102,12 @@ TEST_F(FirmaKartiEkrani, RefusedCardStaysOpenAndSaysWhyInOrder) {
 TEST_F(FirmaKartiEkrani, SavingCreatesClosesAndRefills) {
   open(true);
   server.rows("FROM sysdatabases", {"name"}, {});
+  std::vector<std::string> names = {"sysfrm_ID", "KilitBasTarih", "KilitBitTarih", "DBVRSYN", "YR_DT"};
+  for (const auto& alan : company::kartAlanlari()) names.emplace_back(alan.column);
+  for (const auto& each : company::yeniFirmaDegerleri()) names.emplace_back(each.first);
+  server.rows("Select * from sysfrmlng", names, {});
+  server.rows("SELECT sysfrm_ID FROM sysfrmlng", {"sysfrm_ID"}, {{7}});
+  server.rows("SELECT * FROM sysuslng", {"sysus_nm", "sysus"}, {{"KORVENA", "x"}});
   type(field("Firma_Adi"), "MAGAZA2012");
   type(field("Firma_Kodu"), "00001");
   type(field("Firma_Unvani"), "Kasap'ın Yeri");
@@ -123,7 +132,7 @@ TEST_F(FirmaKartiEkrani, ExistingCardKeepsItsNameAndInspectionIsClosed) {
   oturum.Inceleme = true;
   kart.ac();
   for (const char* name : {"Firma_Kodu", "Firma_Unvani", "Adres", "Bas_Tar", "Vergi_Numarasi"})
-    EXPECT_FALSE(field(name)->isEnabled()) << name;
+    EXPECT_TRUE(field(name)->isEnabled() && field(name)->isReadOnly()) << name;
   EXPECT_FALSE(find<QPushButton>(kart, "KaydetBtn")->isEnabled());
   EXPECT_EQ(find<QLabel>(kart, "DurumPanel")->text(), "  Escape (Çıkış)");
   key(Qt::Key_F2);
@@ -138,6 +147,32 @@ TEST_F(FirmaKartiEkrani, ExistingCardKeepsItsNameAndInspectionIsClosed) {
   EXPECT_TRUE(field("Firma_Unvani")->isEnabled());
   EXPECT_EQ(field("Sehir")->text(), "");
   EXPECT_TRUE(find<QCheckBox>(kart, "StandartHesapPlani")->isEnabled());
+}
+
+TEST_F(FirmaKartiEkrani, AFailureOfTheServerKeepsWhatWasTyped) {
+  existing();
+  open(false);
+  type(field("Sehir"), "Ankara");
+  for (int i = 0; i < 2; ++i) server.failOpening(db::SqlError(db::ErrorKind::LinkBroken, 0, "sunucu gitti"));
+  key(Qt::Key_F2);
+  EXPECT_TRUE(boxes.last().ends_with("sunucu gitti"));
+  EXPECT_EQ(kapandi.count(), 0);
+  EXPECT_EQ(field("Sehir")->text(), "Ankara");
+  EXPECT_EQ(konsol.refilled, 0);
+  key(Qt::Key_Escape);
+  EXPECT_EQ(kapandi.count(), 1);
+  EXPECT_EQ(konsol.refilled, 1) << "the failed save may have changed the list";
+}
+
+TEST_F(FirmaKartiEkrani, TellsThatTheDatabaseIsGone) {
+  existing();
+  server.rows("SELECT DB_ID", {"id"}, {{{}}});
+  open(false);
+  EXPECT_EQ(find<QLabel>(kart, "UyariLbl")->text(), "\"MAGAZA\" veritabanı sunucuda yok.");
+  server.rows("SELECT DB_ID", {"id"}, {{7}});
+  kart.ac();
+  EXPECT_FALSE(find<QLabel>(kart, "UyariLbl")->isVisible());
+  EXPECT_TRUE(find<QGroupBox>(kart, "Frame2")->isVisible());
 }
 
 TEST_F(FirmaKartiEkrani, FieldsAreAsLongAsTheirColumns) {

@@ -13,8 +13,6 @@ namespace {
 
 using namespace screen;
 
-const db::SqlError unreachable(db::ErrorKind::LinkBroken, 0, "Sunucuya ulaşılamıyor");
-
 class GirisEkrani : public testing::Test, protected support::FakeSurroundings {
  protected:
   void SetUp() override {
@@ -23,9 +21,9 @@ class GirisEkrani : public testing::Test, protected support::FakeSurroundings {
     server.rows("sysus_nm='KORVENA'", {"sysus_ID", "sysus_nm", "sysus"},
                 {{1, "KORVENA", *session::Sifrele("Gizli1")}});
   }
-  void failBothAttempts() {
-    server.failOpening(unreachable);
-    server.failOpening(unreachable);
+  void failBothAttempts(int number = 4060) {
+    for (int i = 0; i < 2; ++i)
+      server.failOpening(db::SqlError(db::ErrorKind::LinkBroken, number, "Sunucuya ulaşılamıyor"));
   }
 };
 
@@ -85,8 +83,7 @@ TEST_F(GirisEkrani, UnreachableServerBringsTheReducedConsole) {
   session_ui::GirisFrm giris(oturum, {});
   QSignalSpy konsol(&giris, &session_ui::GirisFrm::konsolAc);
   screen::show(giris);
-  failBothAttempts();
-  server.failOpening(unreachable);  // the look for a missing catalog
+  failBothAttempts(0);
   key(Qt::Key_Return);
   EXPECT_EQ(boxes.texts(), std::vector<std::string>{"Sunucuya ulaşılamıyor"});
   EXPECT_EQ(konsol.count(), 1);
@@ -103,9 +100,8 @@ TEST_F(GirisEkrani, MissingCatalogOffersToPrepareTheServer) {
   screen::show(giris);
   failBothAttempts();
   server.rows("FROM sysdatabases", {"name"}, {});
-  QTimer::singleShot(0, [] {
-    auto* dialog = qobject_cast<session_ui::SunucuHazirlama*>(QApplication::activeModalWidget());
-    ASSERT_NE(dialog, nullptr);
+  whenModal<session_ui::SunucuHazirlama>([](session_ui::SunucuHazirlama& shown) {
+    auto* dialog = &shown;
     EXPECT_EQ(find<QLineEdit>(*dialog, "YoneticiAdi")->text(), "KORVENA");
     type(find<QLineEdit>(*dialog, "YoneticiSifre"), "Gizli890123456xy");
     EXPECT_EQ(find<QLineEdit>(*dialog, "YoneticiSifre")->text().size(), 16) << "cut short in silence";
@@ -131,7 +127,7 @@ TEST_F(GirisEkrani, DecliningThePreparationEndsAsAFailedLogin) {
   screen::show(giris);
   failBothAttempts();
   server.rows("FROM sysdatabases", {"name"}, {});
-  QTimer::singleShot(0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
+  whenModal<QDialog>([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
   key(Qt::Key_Return);
   EXPECT_EQ(boxes.last(), "Sunucuya ulaşılamıyor");
   EXPECT_EQ(oturum.Giris_Hatali, -1);

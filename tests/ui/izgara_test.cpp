@@ -132,7 +132,8 @@ TEST_F(IzgaraTest, ABlockOfASpreadsheetGoesInWholeOrNotAtAll) {
   const struct {
     const char *blok, *hata;
   } kotuler[] = {
-      {"c1\tBir\nÇOKUZUN\tİki", "Yapıştırılan 2. satır: Kodu: “ÇOKUZUN” çok uzun, en çok 5 karakter girilebilir."},
+      {"c1\tBir\nÇOKUZUN\tİki",
+       "Yapıştırılan 2. satır: Kodu: “ÇOKUZUN” çok uzun, en çok 5 karakter girilebilir."},
       {"c1\tBir\t7", "Yapıştırılan 1. satır: Ambar: “7” listede yok."},
       {"c1\tBir\t2\tbelki", "Yapıştırılan 1. satır: Aktif: “belki” evet ya da hayır değil."},
       {"c1\t日本", "Yapıştırılan 1. satır: Adı: “日” harfi kullanılamaz (1254 Türkçe kod sayfasında yok)."}};

@@ -1,14 +1,17 @@
 #include <QAction>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStackedWidget>
+#include <QTabBar>
 #include <QToolButton>
 #include <QTreeWidget>
 
 #include "company/ui/ekranlar.h"
 #include "screen.h"
+#include "session/firma_bilgisi.h"
 #include "session/ui/zembera_menu.h"
 #include "ui/fields.h"
 #include "ui/kart.h"
@@ -91,8 +94,8 @@ TEST_F(KonsolEkrani, RightClickMakesCurrentAndEnablesByKindAndRight) {
     session_ui::ZemberaMenu konsol(oturum, herEkran());
     screen::show(konsol);
     auto* tree = find<QTreeWidget>(konsol, "AlanTreeList");
-    select(*tree, "KORVENA");
     const auto found = tree->findItems(c.node, Qt::MatchExactly | Qt::MatchRecursive);
+    tree->setCurrentItem(found.front()->parent() ? found.front()->parent() : found.front()->child(0));
     const QPoint place = tree->visualItemRect(found.front()).center();
     emit tree->customContextMenuRequested(place);
     EXPECT_EQ(tree->currentItem(), found.front());
@@ -174,8 +177,8 @@ TEST_F(KonsolEkrani, FailedLoginLeavesTheRepairScreensOnly) {
     const int index = button->property(ui::indexProperty).toInt();
     EXPECT_EQ(button->isEnabled(), index >= 9) << index;
   }
-  find<QTreeWidget>(konsol, "AlanTreeList")->setFocus();
-  for (const Qt::Key each : {Qt::Key_Return, Qt::Key_Insert, Qt::Key_Delete}) key(each);
+  for (const Qt::Key each : {Qt::Key_Insert, Qt::Key_Delete})
+    QTest::keyClick(find<QTreeWidget>(konsol, "AlanTreeList"), each);
   EXPECT_TRUE(find<QWidget>(konsol, "anapanel")->isVisible());
   EXPECT_TRUE(boxes.shown.empty());
 }
@@ -220,8 +223,9 @@ TEST_F(KonsolEkrani, AnOpenCardIsNotCoveredByAnotherScreen) {
 TEST_F(KonsolEkrani, NothingIsOutOfReachInASmallWindow) {
   oturum.Veri_Klasoru = "/" + std::string(120, 'x');
   session_ui::ZemberaMenu konsol(oturum, herEkran());
-  konsol.resize(910, 480);
   screen::show(konsol);
+  QTest::qWait(1);
+  konsol.resize(910, 480);
   EXPECT_EQ(konsol.size(), QSize(910, 480));
   select(*find<QTreeWidget>(konsol, "AlanTreeList"), "MAGAZA");
   EXPECT_EQ(konsol.size(), QSize(910, 480)) << "a long path must not widen the window";
@@ -237,6 +241,170 @@ TEST_F(KonsolEkrani, NothingIsOutOfReachInASmallWindow) {
   }
   EXPECT_EQ(focusName(), "StandartHesapPlani");
   EXPECT_FALSE(find<QPushButton>(konsol, "KaydetBtn")->visibleRegion().isEmpty());
+}
+
+TEST_F(KonsolEkrani, AListThatCannotBeReadKeepsTheOldOneUntilItIsReadAnew) {
+  session_ui::ZemberaMenu konsol(oturum, herEkran());
+  screen::show(konsol);
+  auto* tree = find<QTreeWidget>(konsol, "AlanTreeList");
+  auto* again = find<QPushButton>(konsol, "YenidenBaglanBtn");
+  EXPECT_FALSE(again->isVisible());
+  select(*tree, "ŞUBE");
+  for (int i = 0; i < 2; ++i) server.failOpening(db::SqlError(db::ErrorKind::LinkBroken, 0, "sunucu gitti"));
+  key(Qt::Key_F5);
+  EXPECT_EQ(boxes.texts(), std::vector<std::string>{"sunucu gitti"});
+  EXPECT_EQ(tree->topLevelItem(0)->childCount(), 2);
+  EXPECT_EQ(tree->currentItem()->text(0), "ŞUBE");
+  ASSERT_TRUE(again->isVisible());
+  server.rows("FROM sysfrmlng", {"sysfrm_ID", "sysfrm_dbnm", "sysfrm_kd"},
+              {{4, "MAGAZA", "00001"}, {5, "ŞUBE", "00002"}, {9, "KABUKTAN", "00003"}});
+  QTest::mouseClick(again, Qt::LeftButton);
+  EXPECT_EQ(tree->topLevelItem(0)->childCount(), 3);
+  EXPECT_EQ(tree->currentItem()->text(0), "ŞUBE");
+  EXPECT_FALSE(again->isVisible());
+}
+
+TEST_F(KonsolEkrani, TheFilterFindsByNameTitleAndCode) {
+  server.rows("FROM sysfrmlng", {"sysfrm_ID", "sysfrm_dbnm", "sysfrm_kd"},
+              {{4, "MAGAZA", "00001"}, {5, "SUBE", "00002"}, {6, "DEPO", "00042"}});
+  server.rows("DBVRSYN FROM sysfrmlng",
+              {"sysfrm_ID", "sysfrm_nm", "Mali_Yil_Baslangic", "Mali_Yil_Bitis", "DBVRSYN"},
+              {{4, "Işık Mağazacılık", {}, {}, ""}, {5, "İnci Şubesi", {}, {}, ""}, {6, "Depo", {}, {}, ""}});
+  session_ui::ZemberaMenu konsol(oturum, herEkran());
+  screen::show(konsol);
+  auto* tree = find<QTreeWidget>(konsol, "AlanTreeList");
+  const auto visible = [&] {
+    std::string names;
+    for (int i = 0; i < tree->topLevelItem(0)->childCount(); ++i)
+      if (!tree->topLevelItem(0)->child(i)->isHidden())
+        names += tree->topLevelItem(0)->child(i)->text(0).toStdString() + " ";
+    return names;
+  };
+  const std::pair<const char*, const char*> cases[] = {{"ışık", "MAGAZA "}, {"inci", "SUBE "},
+                                                       {"42", "DEPO "},     {"0000", "MAGAZA SUBE "},
+                                                       {"yok", ""},         {"", "MAGAZA SUBE DEPO "}};
+  auto* filter = find<QLineEdit>(konsol, "Suzgec");
+  for (const auto& [text, names] : cases) {
+    tree->setFocus();
+    key(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(focusName(), "Suzgec");
+    filter->setText(text);
+    EXPECT_EQ(visible(), names) << text;
+  }
+  filter->setText("42");
+  key(Qt::Key_Return);
+  EXPECT_EQ(focusName(), "AlanTreeList");
+  EXPECT_EQ(tree->currentItem()->text(0), "DEPO");
+  filter->setFocus();
+  key(Qt::Key_Escape);
+  EXPECT_EQ(visible(), "MAGAZA SUBE DEPO ");
+}
+
+TEST_F(KonsolEkrani, UsersAreOneTabAwayAndColumnsSort) {
+  session_ui::ZemberaMenu konsol(oturum, herEkran());
+  screen::show(konsol);
+  auto* tree = find<QTreeWidget>(konsol, "AlanTreeList");
+  auto* tabs = find<QTabBar>(konsol, "Dallar");
+  EXPECT_EQ(tabs->tabText(0) + tabs->tabText(1), "Firmalar (2)Kullanıcılar (2)");
+  EXPECT_TRUE(tree->topLevelItem(1)->isHidden());
+  tabs->setCurrentIndex(1);
+  EXPECT_TRUE(tree->topLevelItem(0)->isHidden());
+  EXPECT_EQ(tree->currentItem(), tree->topLevelItem(1));
+  select(*tree, "MAGAZA");
+  EXPECT_EQ(tabs->currentIndex(), 0);
+  tree->sortByColumn(0, Qt::DescendingOrder);
+  EXPECT_EQ(tree->topLevelItem(0)->text(0), "Firma Tanımları");
+  EXPECT_EQ(tree->topLevelItem(0)->child(0)->text(0), "ŞUBE");
+  tree->sortByColumn(0, Qt::AscendingOrder);
+  EXPECT_EQ(tree->topLevelItem(0)->child(0)->text(0), "MAGAZA");
+}
+
+TEST_F(KonsolEkrani, TheNeighbourFollowsADeletionAndTheNewOneACreation) {
+  session_ui::ZemberaMenu konsol(oturum, herEkran());
+  screen::show(konsol);
+  auto* tree = find<QTreeWidget>(konsol, "AlanTreeList");
+  select(*tree, "MAGAZA");
+  boxes.answers = {true};
+  server.rows("FROM sysfrmlng", {"sysfrm_ID", "sysfrm_dbnm", "sysfrm_kd"}, {{5, "ŞUBE", "00002"}});
+  key(Qt::Key_Delete);
+  EXPECT_EQ(tree->currentItem()->text(0), "ŞUBE");
+  server.rows("FROM sysfrmlng", {"sysfrm_ID", "sysfrm_dbnm", "sysfrm_kd"},
+              {{5, "ŞUBE", "00002"}, {6, "YENI", "3"}});
+  konsol.Alan_Listesi_Doldur();
+  EXPECT_EQ(tree->currentItem()->text(0), "ŞUBE");
+  konsol.Eklenen_Sec("YENI");
+  EXPECT_EQ(tree->currentItem()->text(0), "YENI");
+  EXPECT_EQ(status(konsol), "Eklendi: YENI");
+}
+
+TEST_F(KonsolEkrani, TheKeyboardOpensTheMenu) {
+  session_ui::ZemberaMenu konsol(oturum, herEkran());
+  screen::show(konsol);
+  select(*find<QTreeWidget>(konsol, "AlanTreeList"), "MAGAZA");
+  key(Qt::Key_F10, Qt::ShiftModifier);
+  auto* popup = find<QMenu>(konsol, "Menu");
+  EXPECT_TRUE(popup->isVisible());
+  popup->close();
+}
+
+TEST_F(KonsolEkrani, TheKeysStayOnAnOpenCard) {
+  session_ui::ZemberaMenu konsol(oturum, herEkran());
+  screen::show(konsol);
+  select(*find<QTreeWidget>(konsol, "AlanTreeList"), "MAGAZA");
+  key(Qt::Key_Return);
+  const QWidget* kart = konsol.findChild<QStackedWidget*>()->currentWidget();
+  for (int i = 0; i < 40; ++i) {
+    key(Qt::Key_Tab);
+    ASSERT_TRUE(kart->isAncestorOf(QApplication::focusWidget())) << i << focusName();
+  }
+  EXPECT_EQ(konsol.windowTitle(), "MAGAZA – Korvena Zembera – SUNUCU");
+  EXPECT_EQ(status(konsol), "Firma Tanımı Değiştiriliyor");
+  konsol.setFocus();  // wherever the focus is
+  QTest::keyClick(&konsol, Qt::Key_Escape);
+  EXPECT_TRUE(find<QWidget>(konsol, "anapanel")->isVisible());
+  EXPECT_EQ(konsol.windowTitle(), "Korvena Zembera – SUNUCU");
+}
+
+TEST_F(KonsolEkrani, TheReducedConsoleLeadsBackToTheLogin) {
+  oturum.Giris_Hatali = -1;
+  session_ui::ZemberaMenu konsol(oturum, herEkran());
+  QSignalSpy geri(&konsol, &session_ui::ZemberaMenu::girisAc),
+      ayar(&konsol, &session_ui::ZemberaMenu::baglantiAyari);
+  screen::show(konsol);
+  QTest::mouseClick(find<QPushButton>(konsol, "GiriseDonBtn"), Qt::LeftButton);
+  QTest::mouseClick(find<QPushButton>(konsol, "BaglantiAyariBtn"), Qt::LeftButton);
+  EXPECT_EQ(geri.count() + ayar.count(), 2);
+}
+
+TEST_F(KonsolEkrani, ThePanelTellsTheCompanyAndItsBackup) {
+  struct Yedek : session::YedekBilgisi {
+    std::optional<db::DateTime> sonYedek(const std::string& ad) override {
+      return ad == "MAGAZA" ? std::optional(db::DateTime{2012, 3, 1}) : std::nullopt;
+    }
+  } yedek;
+  oturum.yedekler = &yedek;
+  server.rows("DBVRSYN FROM sysfrmlng",
+              {"sysfrm_ID", "sysfrm_nm", "Mali_Yil_Baslangic", "Mali_Yil_Bitis", "DBVRSYN"},
+              {{4, "Mağaza A.Ş.", db::DateTime{2012, 1, 1}, db::DateTime{2012, 12, 31}, "2011.001"}});
+  server.rows("COUNT(*) FROM sysusfrmlng WHERE sysfrm_ID=4", {"n"}, {{3}});
+  server.rows("SELECT DB_ID", {"id"}, {{7}});
+  server.rows("dbo.sysfiles", {"n"}, {{2560.0}});
+  server.rows("dbo.sysobjects", {"n"}, {{10}});
+  session_ui::ZemberaMenu konsol(oturum, herEkran());
+  screen::show(konsol);
+  select(*find<QTreeWidget>(konsol, "AlanTreeList"), "MAGAZA");
+  const auto values = [&] {
+    std::string all;
+    for (QLineEdit* edit : konsol.findChildren<QLineEdit*>())
+      if (edit->property("rol") == "deger" && edit->isVisible()) all += edit->text().toStdString() + "\n";
+    return all;
+  };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return values().find("okunuyor") == std::string::npos; }, 3000));
+  EXPECT_EQ(values(),
+            "Mağaza A.Ş.\n00001\n01/01/2012 – 31/12/2012\n20,0 MB\n2011.001  (güncel: 2012.002, tablolar "
+            "eksik)\n3\n"
+            "01/03/2012\nSUNUCU\n\n");
+  EXPECT_TRUE(find<QPushButton>(konsol, "GuncelleBtn")->isVisible());
 }
 
 TEST_F(KonsolEkrani, SupervisorIsGuarded) {

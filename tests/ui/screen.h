@@ -9,7 +9,9 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QTest>
+#include <QTimer>
 #include <QWidget>
+#include <functional>
 #include <string>
 
 #include "support/fakes.h"
@@ -33,6 +35,19 @@ inline void show(QWidget& window) {
 inline std::string focusName() {
   const QWidget* focus = QApplication::focusWidget();
   return focus ? focus->objectName().toStdString() : std::string("-");
+}
+
+// Once the dialog stands on the screen: work in the background comes first.
+template <class T>
+void whenModal(const std::function<void(T&)>& then, int tries = 200) {
+  QTimer::singleShot(10, [then, tries] {
+    if (auto* dialog = qobject_cast<T*>(QApplication::activeModalWidget()))
+      then(*dialog);
+    else if (tries > 0)
+      whenModal<T>(then, tries - 1);
+    else
+      ADD_FAILURE() << "no such dialog";
+  });
 }
 
 inline void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {

@@ -36,9 +36,8 @@ class YerelSunucu : public testing::Test, protected support::FakeSurroundings {
     session_ui::GirisFrm giris(oturum, prepare);
     QSignalSpy konsol(&giris, &session_ui::GirisFrm::konsolAc);
     screen::show(giris);
-    QTimer::singleShot(0, [] {
-      auto* dialog = qobject_cast<session_ui::SunucuHazirlama*>(QApplication::activeModalWidget());
-      ASSERT_NE(dialog, nullptr);
+    whenModal<session_ui::SunucuHazirlama>([](session_ui::SunucuHazirlama& shown) {
+      auto* dialog = &shown;
       type(find<QLineEdit>(*dialog, "YoneticiSifre"), "Gizli1");
       type(find<QLineEdit>(*dialog, "YoneticiSifre2"), "Gizli1");
       QTest::mouseClick(find<QPushButton>(*dialog, "HazirlaBtn"), Qt::LeftButton);

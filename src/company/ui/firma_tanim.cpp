@@ -8,10 +8,11 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
-#include <cstdlib>
+#include <utility>
 
-#include "catalog/katalog.h"
 #include "company/firma_karti.h"
+#include "company/kart_alanlari.h"
+#include "session/tarih.h"
 #include "ui/console_port.h"
 #include "ui/date_edit.h"
 #include "ui/fields.h"
@@ -29,46 +30,36 @@ struct Alan {
   const char* yazi;
   Grup grup;
   std::string_view sutun;
-  std::string company::FirmaKarti::*metin;
   const char* tag;
-  bool tarih = false;
 };
 
-using Kart = company::FirmaKarti;
 // Down and up walk through the whole card; left and right cross between the two lower frames.
 constexpr Alan alanTablosu[] = {
-    {"Firma_Adi", "Database Adı  :", Grup::Firma, "sysfrm_dbnm", &Kart::Firma_Adi, ";;;Firma_Kodu"},
-    {"Firma_Kodu", "Firma Kodu  :", Grup::Firma, "sysfrm_kd", &Kart::Firma_Kodu, ";Firma_Adi;;Firma_Unvani"},
-    {"Firma_Unvani", "Firma Unvanı :", Grup::Firma, "sysfrm_nm", &Kart::Firma_Unvani, ";Firma_Kodu;;Adres"},
-    {"Adres", "Adres  :", Grup::Adres, "Adres", &Kart::Adres, ";Firma_Unvani;Bas_Tar;Sehir"},
-    {"Sehir", "Şehir  :", Grup::Adres, "sehir", &Kart::Sehir, ";Adres;Bit_Tar;Ulke"},
-    {"Ulke", "Ülke :", Grup::Adres, "Ulke", &Kart::Ulke, ";Sehir;Vergi_Dairesi;Tel1"},
-    {"Tel1", "Telefon (1) :", Grup::Adres, "Tel1", &Kart::Tel1, ";Ulke;Vergi_Numarasi;Tel2"},
-    {"Tel2", "Telefon (2) :", Grup::Adres, "Tel2", &Kart::Tel2,
-     ";Tel1;StandartHesapPlani|Vergi_Numarasi;Fax"},
-    {"Fax", "Fax :", Grup::Adres, "Fax", &Kart::Fax, ";Tel2;StandartHesapPlani|Vergi_Numarasi;Bas_Tar"},
-    {"Bas_Tar", "Mali Yıl Başlangıç :", Grup::Mali, "", &Kart::Bas_Tar, "Adres;Fax;;Bit_Tar", true},
-    {"Bit_Tar", "Mali Yıl Bitiş :", Grup::Mali, "", &Kart::Bit_Tar, "Sehir;Bas_Tar;;Vergi_Dairesi", true},
-    {"Vergi_Dairesi", "Vergi Dairesi  :", Grup::Mali, "Vergi_Dairesi", &Kart::Vergi_Dairesi,
-     "Ulke;Bit_Tar;;Vergi_Numarasi"},
-    {"Vergi_Numarasi", "Vergi Numarası :", Grup::Mali, "Vergi_Numarasi", &Kart::Vergi_Numarasi,
+    {"Firma_Adi", "Database Adı  :", Grup::Firma, "sysfrm_dbnm", ";;;Firma_Kodu"},
+    {"Firma_Kodu", "Firma Kodu  :", Grup::Firma, "sysfrm_kd", ";Firma_Adi;;Firma_Unvani"},
+    {"Firma_Unvani", "Firma Unvanı :", Grup::Firma, "sysfrm_nm", ";Firma_Kodu;;Adres"},
+    {"Adres", "Adres  :", Grup::Adres, "Adres", ";Firma_Unvani;Bas_Tar;Sehir"},
+    {"Sehir", "Şehir  :", Grup::Adres, "sehir", ";Adres;Bit_Tar;Ulke"},
+    {"Ulke", "Ülke :", Grup::Adres, "Ulke", ";Sehir;Vergi_Dairesi;Tel1"},
+    {"Tel1", "Telefon (1) :", Grup::Adres, "Tel1", ";Ulke;Vergi_Numarasi;Tel2"},
+    {"Tel2", "Telefon (2) :", Grup::Adres, "Tel2", ";Tel1;StandartHesapPlani|Vergi_Numarasi;Fax"},
+    {"Fax", "Fax :", Grup::Adres, "Fax", ";Tel2;StandartHesapPlani|Vergi_Numarasi;Bas_Tar"},
+    {"Bas_Tar", "Mali Yıl Başlangıç :", Grup::Mali, "Mali_Yil_Baslangic", "Adres;Fax;;Bit_Tar"},
+    {"Bit_Tar", "Mali Yıl Bitiş :", Grup::Mali, "Mali_Yil_Bitis", "Sehir;Bas_Tar;;Vergi_Dairesi"},
+    {"Vergi_Dairesi", "Vergi Dairesi  :", Grup::Mali, "Vergi_Dairesi", "Ulke;Bit_Tar;;Vergi_Numarasi"},
+    {"Vergi_Numarasi", "Vergi Numarası :", Grup::Mali, "Vergi_Numarasi",
      "Tel1;Vergi_Dairesi;;StandartHesapPlani|KaydetBtn"},
 };
-
-// Characters of a text column of sysfrmlng; 0 for one without a limit.
-int sutunGenisligi(std::string_view sutun) {
-  for (const catalog::TableDef& table : catalog::catalogTables()) {
-    const catalog::ColumnDef* column = table.name == "sysfrmlng" ? table.column(sutun) : nullptr;
-    if (!column) continue;
-    const std::size_t bracket = column->type.find('(');
-    return bracket == std::string::npos ? 0 : std::atoi(column->type.c_str() + bracket + 1);
-  }
-  return 0;
-}
 
 QString altBaslik(const session::Oturum& oturum, const company::FirmaKarti& kart) {
   if (oturum.Yeni_Kayit) return "Yeni firma ve dönem veritabanı oluşturulacak";
   return ui::text(kart.Firma_Adi) + (oturum.Inceleme ? " — inceleme" : " — kart düzenleme");
+}
+
+// What the status bar tells of the card in each of its uses.
+QString ekranAdi(const session::Oturum& oturum) {
+  if (oturum.Yeni_Kayit) return "Yeni Firma Oluşturuluyor";
+  return oturum.Inceleme ? "Firma Tanımı İnceleniyor" : "Firma Tanımı Değiştiriliyor";
 }
 
 }  // namespace
@@ -76,6 +67,10 @@ QString altBaslik(const session::Oturum& oturum, const company::FirmaKarti& kart
 FirmaTanim::FirmaTanim(session::Oturum& oturum, ui::ConsolePort& konsol)
     : Kart("firma", "Firma Tanımı"), oturum_(oturum), konsol_(konsol) {
   setObjectName("Firma_Tanım");
+  uyari_ = new QLabel;
+  uyari_->setObjectName("UyariLbl");
+  uyari_->setProperty("rol", "hata");
+  body()->addWidget(uyari_);
   cerceveler();
   ambarCercevesi();
   body()->addStretch(1);
@@ -83,7 +78,7 @@ FirmaTanim::FirmaTanim(session::Oturum& oturum, ui::ConsolePort& konsol)
   cikisBtn_ = button("CikisBtn", "Çıkış", "cikis");
   tuslar();
   connect(kaydetBtn_, &QPushButton::clicked, this, &FirmaTanim::kaydet);
-  connect(cikisBtn_, &QPushButton::clicked, this, &FirmaTanim::kapan);
+  connect(cikisBtn_, &QPushButton::clicked, this, &FirmaTanim::cikis);
 }
 
 void FirmaTanim::cerceveler() {
@@ -107,9 +102,11 @@ void FirmaTanim::cerceveler() {
   }
   for (const Alan& alan : alanTablosu) {
     auto* grid = static_cast<QGridLayout*>(boxes[static_cast<int>(alan.grup)]->layout());
-    QLineEdit* edit = alan.tarih ? new ui::DateEdit(*oturum_.kutular) : new QLineEdit;
+    const bool tarih = company::kartAlani(alan.sutun).tarih;
+    QLineEdit* edit = tarih ? new ui::DateEdit(*oturum_.kutular) : new QLineEdit;
     edit->setObjectName(alan.ad);
-    if (const int width = alan.tarih ? 0 : sutunGenisligi(alan.sutun); width > 0) edit->setMaxLength(width);
+    if (const auto width = company::kartAlaniGenisligi(alan.sutun); width > 0)
+      edit->setMaxLength(static_cast<int>(width));
     row(grid, grid->rowCount(), alan.yazi, edit);
     alanlar_.push_back(edit);
   }
@@ -164,20 +161,24 @@ void FirmaTanim::ac() {
   const company::KartDurumu durum = company::Firma_Karti_Ac(oturum_, kart);
   goster(kart, durum);
   subheading()->setText(altBaslik(oturum_, kart));
+  uyari_->setText(ui::text(durum.Uyari));
+  uyari_->setVisible(!durum.Uyari.empty());
+  konsol_.Durum_Yaz(ekranAdi(oturum_));
 }
 
+// An inspected card shows its texts read-only: they scroll, and can be selected and copied.
 void FirmaTanim::goster(const company::FirmaKarti& kart, const company::KartDurumu& durum) {
   for (std::size_t i = 0; i < alanlar_.size(); ++i) {
-    alanlar_[i]->setText(ui::text(kart.*alanTablosu[i].metin));
+    alanlar_[i]->setText(ui::text(kart.*company::kartAlani(alanTablosu[i].sutun).text));
     alanlar_[i]->setCursorPosition(0);
+    alanlar_[i]->setReadOnly(!durum.Kayit_Acik);
   }
   hesapPlani_->setChecked(kart.StandartHesapPlani);
-  hesapPlani_->setEnabled(durum.StandartHesapPlani_Acik);
-  alanlar_[0]->setReadOnly(durum.Firma_Adi_Salt);
-  for (QWidget* part : {static_cast<QWidget*>(frame1_), static_cast<QWidget*>(frame3_),
-                        static_cast<QWidget*>(frame4_), static_cast<QWidget*>(kaydetBtn_)})
-    part->setEnabled(durum.Kayit_Acik);
-  alanlar_[2]->setEnabled(durum.Kayit_Acik);
+  hesapPlani_->setEnabled(durum.StandartHesapPlani_Acik && durum.Kayit_Acik);
+  if (durum.Firma_Adi_Salt) alanlar_[0]->setReadOnly(true);
+  frame2_->setVisible(durum.Frame2_Gorunur);
+  frame2_->setEnabled(durum.Kayit_Acik);
+  kaydetBtn_->setEnabled(durum.Kayit_Acik);
   hint()->setText(ui::text(durum.DurumPanel));
   if (!durum.Kayit_Acik)
     cikisBtn_->setFocus();
@@ -187,18 +188,41 @@ void FirmaTanim::goster(const company::FirmaKarti& kart, const company::KartDuru
 
 company::FirmaKarti FirmaTanim::oku() const {
   company::FirmaKarti kart;
-  for (std::size_t i = 0; i < alanlar_.size(); ++i)
-    kart.*alanTablosu[i].metin = ui::utf8(alanlar_[i]->text());
+  for (std::size_t i = 0; i < alanlar_.size(); ++i) {
+    const company::KartAlani& alan = company::kartAlani(alanTablosu[i].sutun);
+    const std::string yazi = ui::utf8(alanlar_[i]->text());
+    kart.*alan.text = alan.tarih ? session::tarihTamamla(yazi) : yazi;
+  }
   kart.StandartHesapPlani = hesapPlani_->isChecked() && hesapPlani_->isEnabled();
   return kart;
+}
+
+void FirmaTanim::hataliAlanaGit(std::string_view sutun) {
+  for (std::size_t i = 0; i < alanlar_.size(); ++i)
+    if (alanTablosu[i].sutun == sutun) alanlar_[i]->setFocus(Qt::OtherFocusReason);
 }
 
 void FirmaTanim::kaydet() {
   company::FirmaKarti kart = oku();
   bool bitti = false;
   const QString baslik = oturum_.Yeni_Kayit ? "Firma oluşturuluyor" : "Firma kartı yazılıyor";
-  if (!isYap(oturum_, {baslik}, [&] { bitti = company::Kaydet(oturum_, kart); }) || !bitti) return;
+  if (!isYap(oturum_, {baslik}, [&] { bitti = company::Kaydet(oturum_, kart); })) return;
+  if (!bitti) {
+    hataliAlanaGit(kart.Hatali_Alan);
+    listeEski_ = listeEski_ || kart.Hata_Metni.empty();
+    return;
+  }
+  const bool olustu = oturum_.Yeni_Kayit && oturum_.Son_Hata.empty();
   konsol_.Alan_Listesi_Doldur();
+  listeEski_ = false;
+  kapan();
+  if (olustu) konsol_.Eklenen_Sec(ui::text(oturum_.Hedef_Firma_Adi));
+}
+
+// A creation that broke off may have left a row in the list.
+void FirmaTanim::cikis() {
+  if (ui::isSuruyor()) return;
+  if (std::exchange(listeEski_, false)) konsol_.Alan_Listesi_Doldur();
   kapan();
 }
 

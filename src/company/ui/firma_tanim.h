@@ -35,7 +35,9 @@ class FirmaTanim : public ui::Kart {
   void tuslar();
   void goster(const company::FirmaKarti& kart, const company::KartDurumu& durum);
   company::FirmaKarti oku() const;
+  void hataliAlanaGit(std::string_view sutun);
   void kaydet();
+  void cikis();
 
   session::Oturum& oturum_;
   ui::ConsolePort& konsol_;
@@ -43,6 +45,8 @@ class FirmaTanim : public ui::Kart {
   QCheckBox* hesapPlani_ = nullptr;
   QGroupBox *frame1_ = nullptr, *frame2_ = nullptr, *frame3_ = nullptr, *frame4_ = nullptr;
   QBoxLayout* altCerceveler_ = nullptr;  // Frame3 and Frame4
+  QLabel* uyari_ = nullptr;              // what is wrong with the company itself
+  bool listeEski_ = false;               // a failed save may have changed the console's list
   QPushButton *kaydetBtn_ = nullptr, *cikisBtn_ = nullptr;
 };
 

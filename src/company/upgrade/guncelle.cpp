@@ -20,7 +20,7 @@ namespace {
 using catalog::Stage;
 using catalog::TableDef;
 
-constexpr const char* katalog = "Defination_DB";
+const std::string katalog(session::katalogVeritabani);
 
 constexpr const char* olasiHatalar =
     "\n- Kullanıcı Adı Yada Parola Server için Tanımsız Olabilir."

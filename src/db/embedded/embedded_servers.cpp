@@ -77,6 +77,7 @@ std::filesystem::path EmbeddedServers::folderOf(std::string_view server) const {
 }
 
 std::shared_ptr<engine::Server> EmbeddedServers::at(const std::filesystem::path& folder) {
+  const std::lock_guard guard(busy_);
   if (!engine::Server::exists(folder)) {
     open_.erase(folder);
     throw SqlError(ErrorKind::LinkBroken, noServer,
@@ -96,6 +97,7 @@ std::shared_ptr<engine::Server> EmbeddedServers::at(const std::filesystem::path&
 std::shared_ptr<engine::Server> EmbeddedServers::create(const std::filesystem::path& folder,
                                                         const std::string& login,
                                                         const std::string& password) {
+  const std::lock_guard guard(busy_);
   try {
     return open_[folder] = engine::Server::create(folder, login, password);
   } catch (const engine::Error& error) {

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "db/connection.h"
@@ -14,6 +15,7 @@ namespace db {
 // What an engine error is for data access; `opening`: it came up while a connection was opened.
 SqlError fromEngine(const engine::Error& error, bool opening);
 
+// Used from several threads.
 class EmbeddedServers {
  public:
   explicit EmbeddedServers(std::filesystem::path programFolder) : programFolder_(std::move(programFolder)) {}
@@ -29,6 +31,7 @@ class EmbeddedServers {
 
  private:
   std::filesystem::path programFolder_;
+  std::recursive_mutex busy_;  // guards open_
   std::map<std::filesystem::path, std::shared_ptr<engine::Server>> open_;
 };
 

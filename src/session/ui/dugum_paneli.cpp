@@ -5,19 +5,22 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPainter>
-#include <QStyle>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
-#include "session/konsol.h"
+#include "company/schema/schema.h"
+#include "session/tarih.h"
+#include "session/ui/bilgi_okuyucu.h"
 #include "ui/fields.h"
 #include "ui/theme.h"
 
 namespace session_ui {
 namespace {
 
-constexpr int pictureSize = 48, rowCount = 4, buttonIcon = 20;
+constexpr int pictureSize = 48, rowCount = 10, buttonIcon = 20;
 
 QLabel* label(const char* role, bool wrap = false) {
   auto* result = new QLabel;
@@ -27,25 +30,31 @@ QLabel* label(const char* role, bool wrap = false) {
   return result;
 }
 
-// Names and paths have no place to break: they are cut with dots where the window is narrow, and the whole
-// text is in the tip.
-class KisaYazi : public QLabel {
- public:
-  explicit KisaYazi(const char* role) {
-    setProperty("rol", role);
-    setTextFormat(Qt::PlainText);
-  }
-  QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+// A text that scrolls, and can be selected and copied; the whole of it is in the tip.
+QLineEdit* deger(const char* role) {
+  auto* result = new QLineEdit;
+  result->setProperty("rol", role);
+  result->setReadOnly(true);
+  result->setFrame(false);
+  result->setFocusPolicy(Qt::ClickFocus);
+  return result;
+}
 
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
-    setToolTip(shown == text() ? QString() : text());
-    style()->drawItemText(&painter, rect(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
-                          foregroundRole());
-  }
-};
+void yaz(QLineEdit* alan, const QString& metin) {
+  alan->setText(metin);
+  alan->setCursorPosition(0);
+  alan->setToolTip(metin);
+}
+
+// The tables of a company whose schema is complete.
+std::int64_t butunTablolar() {
+  using namespace company::schema;
+  static const auto sayi = std::ranges::count_if(tables(), [](const TableDef& tablo) {
+    return std::ranges::find(tableOrder(Stage::Upgrade), "DROP " + tablo.name) ==
+           tableOrder(Stage::Upgrade).end();
+  });
+  return sayi;
+}
 
 constexpr const char* supervisorHint =
     "Enter veya çift tıklama: değiştir\nInsert: yeni kayıt\nDelete: sil\nSağ tuş: bütün işlemler";
@@ -56,12 +65,14 @@ constexpr const char* userHint = "Sağ tuş: bütün işlemler";
 DugumPaneli::DugumPaneli(const session::Oturum& oturum, const std::vector<QAction*>& komutlar)
     : oturum_(oturum),
       resim_(new QLabel),
-      baslik_(new KisaYazi("baslik")),
       altbaslik_(label("altbaslik", true)),
       ipucu_(label("ipucu", true)),
-      komutlar_(new QWidget) {
+      baslik_(deger("baslik")),
+      komutlar_(new QWidget),
+      okuyucu_(new BilgiOkuyucu(this)) {
   setProperty("rol", "kart");
   setAttribute(Qt::WA_StyledBackground);
+  connect(okuyucu_, &BilgiOkuyucu::okundu, this, &DugumPaneli::bilgiGeldi);
   auto* titles = new QVBoxLayout;
   titles->setSpacing(0);
   titles->addWidget(baslik_);
@@ -76,9 +87,10 @@ DugumPaneli::DugumPaneli(const session::Oturum& oturum, const std::vector<QActio
   grid->setVerticalSpacing(ui::gapSmall);
   grid->setColumnStretch(1, 1);
   for (int i = 0; i < rowCount; ++i) {
-    satirlar_.emplace_back(label("alan"), new KisaYazi("deger"));
-    grid->addWidget(satirlar_.back().first, i, 0);
-    grid->addWidget(satirlar_.back().second, i, 1);
+    satirlar_.push_back({label("alan"), deger("deger")});
+    satirlar_.back().yazi->setBuddy(satirlar_.back().deger);
+    grid->addWidget(satirlar_.back().yazi, i, 0);
+    grid->addWidget(satirlar_.back().deger, i, 1);
   }
 
   auto* buttons = new QGridLayout(komutlar_);
@@ -105,62 +117,143 @@ DugumPaneli::DugumPaneli(const session::Oturum& oturum, const std::vector<QActio
   layout->setSpacing(ui::gapLarge);
   layout->addLayout(head);
   layout->addLayout(grid);
+  layout->addWidget(guncelleSatiri());
   layout->addWidget(komutlar_);
+  layout->addWidget(girisSatiri());
   layout->addStretch(1);
   layout->addWidget(ipucu_);
 }
 
+// Shown where the schema is behind.
+QWidget* DugumPaneli::guncelleSatiri() {
+  guncelle_ = new QWidget;
+  guncelle_->setObjectName("GuncelleFrm");
+  guncelle_->setProperty("rol", "uyari");
+  guncelle_->setAttribute(Qt::WA_StyledBackground);
+  auto* text = new QLabel("Veritabanının şeması geride.");
+  text->setWordWrap(true);
+  auto* guncelle = new QPushButton("Güncelle");
+  guncelle->setObjectName("GuncelleBtn");
+  auto* dene = new QPushButton("Dene");
+  dene->setObjectName("GuncelleDeneBtn");
+  dene->setToolTip("Güncellemeyi çalıştırıp geri alır: nelerin değişeceğini söyler, hiçbir şeyi değiştirmez");
+  auto* row = new QHBoxLayout(guncelle_);
+  row->addWidget(text, 1);
+  row->addWidget(dene);
+  row->addWidget(guncelle);
+  connect(guncelle, &QPushButton::clicked, this, [this] { emit this->guncelle(false); });
+  connect(dene, &QPushButton::clicked, this, [this] { emit this->guncelle(true); });
+  return guncelle_;
+}
+
+// Shown in the console that came up without a catalog.
+QWidget* DugumPaneli::girisSatiri() {
+  giris_ = new QWidget;
+  auto* don = new QPushButton("Girişe Dön");
+  don->setObjectName("GiriseDonBtn");
+  auto* ayar = new QPushButton("Sunucu Ayarları…");
+  ayar->setObjectName("BaglantiAyariBtn");
+  auto* row = new QHBoxLayout(giris_);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addWidget(don);
+  row->addWidget(ayar);
+  row->addStretch(1);
+  connect(don, &QPushButton::clicked, this, &DugumPaneli::girisAc);
+  connect(ayar, &QPushButton::clicked, this, &DugumPaneli::baglantiAyari);
+  return giris_;
+}
+
+void DugumPaneli::birak() {
+  okuyucu_->birak();
+}
+
 void DugumPaneli::doldur(const QString& resim, const QString& baslik, const QString& altbaslik) {
   resim_->setPixmap(ui::icon(resim).pixmap(QSize(pictureSize, pictureSize), devicePixelRatioF()));
-  baslik_->setText(baslik);
+  resim_->setAccessibleName(altbaslik);
+  yaz(baslik_, baslik);
   altbaslik_->setText(altbaslik);
-  for (auto& [yazi, deger] : satirlar_) {
-    yazi->clear();
-    deger->clear();
-    yazi->setVisible(false);
-    deger->setVisible(false);
+  for (const Satir& s : satirlar_) {
+    s.yazi->setVisible(false);
+    s.deger->setVisible(false);
   }
+  dolu_ = 0;
+  guncelle_->setVisible(false);
+  giris_->setVisible(false);
   komutlar_->setVisible(true);
   ipucu_->setText(oturum_.Supervisor ? supervisorHint : userHint);
 }
 
-void DugumPaneli::satir(int sira, const QString& yazi, const QString& deger) {
-  auto& [sol, sag] = satirlar_[static_cast<std::size_t>(sira)];
-  sol->setText(yazi);
-  sag->setText(deger);
-  sol->setVisible(true);
-  sag->setVisible(true);
+void DugumPaneli::satir(const QString& yazi, const QString& metin) {
+  const Satir& s = satirlar_[dolu_++];
+  s.yazi->setText(yazi);
+  yaz(s.deger, metin);
+  s.deger->setAccessibleName(yazi);
+  s.yazi->setVisible(true);
+  s.deger->setVisible(true);
+}
+
+// Without `bilgi` what is read in the background is not there yet.
+void DugumPaneli::firmaSatirlari(const session::FirmaBilgisi* bilgi) {
+  const auto bekle = [&](const auto& deger, auto yazi) {
+    if (!bilgi) return QString("okunuyor…");
+    return deger ? yazi(*deger) : QString("bilinmiyor");
+  };
+  const session::FirmaBilgisi b = bilgi ? *bilgi : session::FirmaBilgisi{};
+  const bool eksik = b.tablo && *b.tablo < butunTablolar();
+  const bool geride = dugum_.surum != session::programSurumu || eksik;
+  const QString surum = dugum_.surum.empty() ? QString("bilinmiyor") : ui::text(dugum_.surum);
+  doldur("firma", ui::text(dugum_.text), b.veritabaniVar ? "Firma veritabanı" : "Veritabanı sunucuda yok");
+  satir("Unvan", ui::text(dugum_.unvan));
+  satir("Firma Kodu", ui::text(dugum_.kod));
+  if (dugum_.bas && dugum_.bit)
+    satir("Dönem", ui::text(session::tarihYaz(*dugum_.bas) + " – " + session::tarihYaz(*dugum_.bit)));
+  satir("Diskteki Boyut", bekle(b.boyut, [](double bayt) { return ui::text(session::boyutYazisi(bayt)); }));
+  satir("Şema Sürümü", surum + (geride && bilgi ? QString("  (güncel: %1%2)")
+                                                      .arg(ui::text(session::programSurumu))
+                                                      .arg(eksik ? ", tablolar eksik" : "")
+                                                : QString()));
+  satir("Kullanıcı Sayısı", bekle(b.kullanici, [](std::int64_t n) { return QString::number(n); }));
+  satir("Kullanıcıları", dugum_.baglar.empty() ? QString("(yok)") : ui::text(dugum_.baglar));
+  if (b.sonYedek) satir("Son Yedek", ui::text(session::tarihYaz(*b.sonYedek)));
+  satir("Sunucu", ui::text(oturum_.Server_Adi));
+  satir("Veri Klasörü", ui::text(oturum_.Veri_Klasoru));
+  guncelle_->setVisible(bilgi && b.veritabaniVar && geride && oturum_.Supervisor);
+}
+
+void DugumPaneli::bilgiGeldi(qint64 id, const session::FirmaBilgisi& bilgi) {
+  if (dugum_.kind == session::dugum::F && dugum_.id == id) firmaSatirlari(&bilgi);
 }
 
 void DugumPaneli::goster(const session::Dugum& dugum, int altSayisi) {
+  dugum_ = dugum;
   const QString ad = ui::text(dugum.text);
   if (dugum.kind == session::dugum::F) {
-    doldur("firma", ad, "Firma veritabanı");
-    satir(0, "Firma Kodu", ui::text(dugum.kod));
-    satir(1, "Sunucu", ui::text(oturum_.Server_Adi));
-    satir(2, "Veri Klasörü", ui::text(oturum_.Veri_Klasoru));
-    satir(3, "Kullanıcıları", dugum.baglar.empty() ? QString("(yok)") : ui::text(dugum.baglar));
-  } else if (dugum.kind == session::dugum::K) {
+    firmaSatirlari(nullptr);
+    okuyucu_->iste(oturum_, dugum);
+    return;
+  }
+  okuyucu_->birak();
+  if (dugum.kind == session::dugum::K) {
     const bool yonetici = dugum.id == 1;
     doldur("kullanici", ad, yonetici ? "Yönetici (Supervisor)" : "Kullanıcı");
-    satir(0, "Kullanıcı No", QString::number(dugum.id));
-    satir(1, "Firmaları", dugum.baglar.empty() ? QString("(yok)") : ui::text(dugum.baglar));
+    satir("Kullanıcı No", QString::number(dugum.id));
+    satir("Firmaları", dugum.baglar.empty() ? QString("(yok)") : ui::text(dugum.baglar));
   } else {
     const bool firma = dugum.kind == session::dugum::FT;
     doldur(firma ? "firmalar" : "kullanicilar", ad,
            firma ? "Firmalar ve dönem veritabanları" : "Program kullanıcıları");
-    satir(0, firma ? "Firma Sayısı" : "Kullanıcı Sayısı", QString::number(altSayisi));
+    satir(firma ? "Firma Sayısı" : "Kullanıcı Sayısı", QString::number(altSayisi));
   }
 }
 
 void DugumPaneli::bos() {
+  dugum_ = {};
   doldur("sunucu", "Tanım veritabanına ulaşılamadı",
          "Firma ve kullanıcı listesi bağlantı kurulmadan gösterilemez.");
-  satir(0, "Sunucu", oturum_.Server_Adi.empty() ? QString("(belirtilmemiş)") : ui::text(oturum_.Server_Adi));
+  satir("Sunucu", oturum_.Server_Adi.empty() ? QString("(belirtilmemiş)") : ui::text(oturum_.Server_Adi));
   komutlar_->setVisible(false);
-  ipucu_->setText(
-      "Sunucu parametrelerini düzeltmek ya da veritabanlarını aktarmak için soldaki açık düğmeleri "
-      "kullanınız.");
+  giris_->setVisible(true);
+  ipucu_->setText("Sunucu bilgilerini düzeltmek ya da yeniden denemek için yukarıdaki düğmeleri kullanınız.");
 }
 
 }  // namespace session_ui

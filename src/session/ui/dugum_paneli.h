@@ -2,20 +2,18 @@
 #pragma once
 
 #include <QWidget>
-#include <string>
 #include <vector>
 
-class QAction;
-class QGridLayout;
-class QHBoxLayout;
-class QLabel;
+#include "session/firma_bilgisi.h"
 
-namespace session {
-struct Dugum;
-struct Oturum;
-}  // namespace session
+class QAction;
+class QLabel;
+class QLineEdit;
+class QPushButton;
 
 namespace session_ui {
+
+class BilgiOkuyucu;
 
 class DugumPaneli : public QWidget {
   Q_OBJECT
@@ -25,14 +23,34 @@ class DugumPaneli : public QWidget {
   // `altSayisi`: companies or users under a branch.
   void goster(const session::Dugum& dugum, int altSayisi);
   void bos();  // no tree: the login failed
+  // Before a command: the reading in the background is ended.
+  void birak();
+
+ signals:
+  void guncelle(bool deneme);
+  void girisAc();  // the way back to the login
+  void baglantiAyari();
 
  private:
   void doldur(const QString& resim, const QString& baslik, const QString& altbaslik);
-  void satir(int sira, const QString& yazi, const QString& deger);
+  void satir(const QString& yazi, const QString& deger);
+  void firmaSatirlari(const session::FirmaBilgisi* bilgi);
+  void bilgiGeldi(qint64 id, const session::FirmaBilgisi& bilgi);
+  QWidget* guncelleSatiri();
+  QWidget* girisSatiri();
+
   const session::Oturum& oturum_;
-  QLabel *resim_, *baslik_, *altbaslik_, *ipucu_;
-  std::vector<std::pair<QLabel*, QLabel*>> satirlar_;
-  QWidget* komutlar_;
+  session::Dugum dugum_;
+  QLabel *resim_, *altbaslik_, *ipucu_;
+  QLineEdit* baslik_;
+  struct Satir {
+    QLabel* yazi;
+    QLineEdit* deger;
+  };
+  std::vector<Satir> satirlar_;
+  std::size_t dolu_ = 0;  // rows in use
+  QWidget *komutlar_, *guncelle_, *giris_;
+  BilgiOkuyucu* okuyucu_;
 };
 
 }  // namespace session_ui

@@ -12,13 +12,17 @@
 #include <QShortcut>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <memory>
 
+#include "company/ilk_kurulum.h"
 #include "session/giris.h"
 #include "session/statements.h"
+#include "session/ui/ilk_kurulum_penceresi.h"
 #include "session/ui/sunucu_hazirlama.h"
-#include "ui/boxes.h"
 #include "ui/fields.h"
+#include "ui/tekrar.h"
 #include "ui/theme.h"
+#include "ui/uzun_is.h"
 
 namespace session_ui {
 namespace {
@@ -105,6 +109,10 @@ QWidget* GirisFrm::alanlar() {
   title->setProperty("rol", "baslik");
   auto* hint = new QLabel("Kullanıcı adınızı ve şifrenizi giriniz.");
   hint->setProperty("rol", "altbaslik");
+  sunucuLbl_ = new QLabel;
+  sunucuLbl_->setObjectName("SunucuLbl");
+  sunucuLbl_->setProperty("rol", "altbaslik");
+  sunucuLbl_->setTextFormat(Qt::PlainText);
 
   auto* frame = new QWidget;
   frame->setObjectName("KlFrm");
@@ -120,8 +128,15 @@ QWidget* GirisFrm::alanlar() {
   tamamBtn_->setProperty("rol", "ana");
   cikisBtn_ = new QPushButton("Çıkış");
   cikisBtn_->setObjectName("CikisBtn");
+  auto* ayar = new QPushButton("Sunucu Ayarları…");
+  ayar->setObjectName("SunucuAyarBtn");
+  ayar->setProperty("rol", "duz");
+  ayar->setToolTip(
+      "Bu bilgisayarı hazırlamak, başka bir sunucuya bağlanmak ya da örnek verilerle denemek için");
+  connect(ayar, &QPushButton::clicked, this, &GirisFrm::baglantiAyari);
   auto* buttons = new QHBoxLayout;
   buttons->setSpacing(ui::gap);
+  buttons->addWidget(ayar);
   buttons->addStretch(1);
   buttons->addWidget(tamamBtn_);
   buttons->addWidget(cikisBtn_);
@@ -134,6 +149,7 @@ QWidget* GirisFrm::alanlar() {
   layout->addStretch(1);
   layout->addWidget(title);
   layout->addWidget(hint);
+  layout->addWidget(sunucuLbl_);
   layout->addWidget(frame);
   layout->addWidget(etkisizAlanlar());
   layout->addLayout(buttons);
@@ -196,12 +212,41 @@ void GirisFrm::tuslariBagla() {
 void GirisFrm::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
   sifre_->setFocus(Qt::OtherFocusReason);
+  sunucuyuYaz();
+  if (!company::Kurulum_Eksigi(oturum_).empty()) QTimer::singleShot(0, this, &GirisFrm::baglantiAyari);
 }
 
-// A server that does not answer can hold this up for the better part of a minute.
+void GirisFrm::sunucuyuYaz() {
+  sunucuLbl_->setText("Sunucu: " +
+                      (oturum_.Server_Adi.empty() ? QString("belirtilmemiş") : ui::text(oturum_.Server_Adi)));
+}
+
+// A server that does not answer can hold this up for the better part of a minute: then it can be left, and
+// the screen stays.
 session::GirisSonucu GirisFrm::dene(const QString& kullanici, const QString& sifre) {
-  const ui::WaitCursor wait;
-  return session::Giris_Tamam(oturum_, ui::utf8(kullanici), ui::utf8(sifre));
+  const auto sonuc = std::make_shared<session::GirisSonucu>();
+  const auto son =
+      ui::birakilabilirIs(this, oturum_, "Sunucunun yanıtı bekleniyor: " + ui::text(oturum_.Server_Adi),
+                          [sonuc, ad = ui::utf8(kullanici), gizli = ui::utf8(sifre)](session::Oturum& o) {
+                            *sonuc = session::Giris_Tamam(o, ad, gizli);
+                          });
+  if (son == ui::IsSonucu::Bitti) return *sonuc;
+  session::GirisSonucu kal;
+  kal.odak = session::GirisOdak::Sifre;
+  return kal;
+}
+
+void GirisFrm::baglantiAyari() {
+  if (suruyor_ || bitti_) return;
+  const QScopedValueRollback suruyor(suruyor_, true);
+  IlkKurulumPenceresi pencere(oturum_, ui::text(company::Kurulum_Eksigi(oturum_)), this);
+  const bool kuruldu = pencere.exec() == QDialog::Accepted;
+  ui::ekranDegisti();
+  sunucuyuYaz();
+  if (!kuruldu || pencere.yonetici().isEmpty()) return;
+  // Who has just made a supervisor need not type him once more.
+  kullanici_->setText(pencere.yonetici());
+  uygula(dene(pencere.yonetici(), pencere.sifre()));
 }
 
 void GirisFrm::tamam() {

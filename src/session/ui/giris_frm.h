@@ -8,6 +8,7 @@
 #include "session/oturum.h"
 
 class QGridLayout;
+class QLabel;
 class QLineEdit;
 class QPushButton;
 
@@ -26,6 +27,8 @@ class GirisFrm : public QWidget {
  public:
   // The session is loaded already (session::Giris_Yukle).
   GirisFrm(session::Oturum& oturum, SunucuHazirlayici hazirla);
+  // The window that prepares this machine or names another server.
+  void baglantiAyari();
 
  signals:
   void konsolAc();  // once: the login is over, with or without a catalog (Giris_Hatali)
@@ -40,6 +43,7 @@ class GirisFrm : public QWidget {
   QWidget* etkisizAlanlar();
   void tuslariBagla();
   void tamam();
+  void sunucuyuYaz();
   session::GirisSonucu dene(const QString& kullanici, const QString& sifre);
   session::GirisSonucu katalogsuz(const session::GirisSonucu& sonuc);
   void uygula(const session::GirisSonucu& sonuc);
@@ -47,6 +51,7 @@ class GirisFrm : public QWidget {
   session::Oturum& oturum_;
   SunucuHazirlayici hazirla_;
   QLineEdit *kullanici_, *sifre_, *server_, *sqlSa_, *sqlSaSifre_, *msKullanici_, *msSifre_;
+  QLabel* sunucuLbl_ = nullptr;
   QPushButton *tamamBtn_, *cikisBtn_, *tm_;
   bool suruyor_ = false, bitti_ = false;
 };

@@ -1,26 +1,42 @@
 #include "session/ui/pencereler.h"
 
-#include "session/ui/ekranlar.h"
 #include "ui/tekrar.h"
 
 namespace session_ui {
 
 Pencereler::Pencereler(session::Oturum& oturum, SunucuHazirlayici hazirla)
-    : oturum_(oturum), giris_(std::make_unique<GirisFrm>(oturum, std::move(hazirla))) {
-  connect(giris_.get(), &GirisFrm::cikis, this, &Pencereler::cikis);
-  // Later, from the event loop: the login is still at work on the click that ended it.
-  connect(giris_.get(), &GirisFrm::konsolAc, this, &Pencereler::konsolAc, Qt::QueuedConnection);
-  giris_->show();
+    : oturum_(oturum), hazirla_(std::move(hazirla)) {
+  girisAc();
 }
 
-// The login goes first, so that the console takes its room. Hidden, not closed: the last window that closes
-// ends the program, as only Çıkış and closing the console may.
+// From the event loop: the window that goes is still at work on the click that ended it. Hidden, not closed:
+// the last window that closes ends the program, as only its own button and closing the console may.
+void Pencereler::girisAc() {
+  if (giris_) return;
+  giris_ = std::make_unique<GirisFrm>(oturum_, hazirla_);
+  connect(giris_.get(), &GirisFrm::cikis, this, &Pencereler::cikis);
+  connect(giris_.get(), &GirisFrm::konsolAc, this, &Pencereler::konsolAc, Qt::QueuedConnection);
+  if (konsol_) konsol_->hide();
+  konsol_.reset();
+  giris_->show();
+  ui::ekranDegisti();
+}
+
+// The login goes first, so that the console takes its room.
 void Pencereler::konsolAc() {
-  if (konsol_) return;
+  if (konsol_ || !giris_) return;
   giris_->hide();
   giris_.reset();
-  konsol_ = std::make_unique<ZemberaMenu>(oturum_, butunEkranlar());
+  konsol_ = std::make_unique<ZemberaMenu>(oturum_);
   connect(konsol_.get(), &ZemberaMenu::cikis, this, &Pencereler::cikis);
+  connect(konsol_.get(), &ZemberaMenu::girisAc, this, &Pencereler::girisAc, Qt::QueuedConnection);
+  connect(
+      konsol_.get(), &ZemberaMenu::baglantiAyari, this,
+      [this] {
+        girisAc();
+        giris_->baglantiAyari();
+      },
+      Qt::QueuedConnection);
   konsol_->show();
   ui::ekranDegisti();
 }

@@ -20,8 +20,10 @@ class Pencereler : public QObject {
 
  private:
   void konsolAc();
+  void girisAc();
 
   session::Oturum& oturum_;
+  SunucuHazirlayici hazirla_;
   std::unique_ptr<GirisFrm> giris_;
   std::unique_ptr<ZemberaMenu> konsol_;
 };

@@ -7,9 +7,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "ui/boxes.h"
 #include "ui/fields.h"
 #include "ui/theme.h"
+#include "ui/uzun_is.h"
 
 namespace session_ui {
 namespace {
@@ -57,9 +57,13 @@ SunucuHazirlama::SunucuHazirlama(session::Oturum& oturum, const SunucuHazirlayic
   sifre_ = entry(grid, 1, "YoneticiSifre", "Şifre :", true);
   tekrar_ = entry(grid, 2, "YoneticiSifre2", "Şifre (Tekrar) :", true);
   yonetici_->setText("KORVENA");
+  auto* kural = new QLabel(yoneticiKurali);
+  kural->setProperty("rol", "ipucu");
+  kural->setWordWrap(true);
+  grid->addWidget(kural, 3, 1);
   hata_->setObjectName("HataLbl");
   hata_->setWordWrap(true);
-  hata_->setStyleSheet("color: #b3261e; font-weight: 600;");
+  hata_->setProperty("rol", "hata");
   hata_->setMinimumHeight(hata_->fontMetrics().height() * 2);
 
   hazirlaBtn_ = new QPushButton("Hazırla");
@@ -105,8 +109,12 @@ void SunucuHazirlama::hazirla() {
     tekrar_->setFocus(Qt::OtherFocusReason);
     tekrar_->selectAll();
   } else {
-    const ui::WaitCursor wait;
-    hata = ui::text(hazirlayici_(oturum_, ui::utf8(yonetici_->text().trimmed()), ui::utf8(sifre_->text())));
+    const std::string ad = ui::utf8(yonetici_->text().trimmed()), sifre = ui::utf8(sifre_->text());
+    std::string sonuc;
+    if (ui::uzunIs(this, oturum_, {"Sunucu hazırlanıyor"},
+                   [&] { sonuc = hazirlayici_(oturum_, ad, sifre); }) != ui::IsSonucu::Bitti)
+      return;
+    hata = ui::text(sonuc);
   }
   hata_->setText(hata);
   if (hata.isEmpty()) accept();

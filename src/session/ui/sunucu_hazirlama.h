@@ -9,6 +9,12 @@ class QLabel;
 
 namespace session_ui {
 
+// Said beside the fields, before it is broken.
+inline constexpr const char* yoneticiKurali =
+    "Ad en çok 15 harf olabilir ve büyük harfle saklanır. Şifre en çok 15 karakter olabilir, içinde Türkçe "
+    "harf "
+    "(ç, ğ, ı, İ, ö, ş, ü) olamaz.";
+
 class SunucuHazirlama : public QDialog {
   Q_OBJECT
  public:

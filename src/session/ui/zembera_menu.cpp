@@ -5,32 +5,26 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
-#include <QScreen>
+#include <QShortcut>
 #include <QStackedWidget>
+#include <QTimer>
 #include <QToolButton>
 #include <QTreeWidget>
 
+#include "company/upgrade/rapor.h"
+#include "session/ui/agac_paneli.h"
 #include "session/ui/dugum_paneli.h"
 #include "ui/fields.h"
 #include "ui/kart.h"
 #include "ui/tekrar.h"
 #include "ui/theme.h"
 #include "ui/uzun_is.h"
+#include "ui/yer.h"
 
 namespace session_ui {
 namespace {
 
-// The smallest fits a notebook's screen at one and a half times the usual size of letters.
-constexpr QSize smallestWindow(910, 480), usualWindow(1120, 720);
-
-enum DugumRolu { KindRole = Qt::UserRole, IdRole, BaglarRole };
-
-// Image list of the tree by image index.
-QString dugumResmi(std::string_view kind) {
-  if (kind == session::dugum::FT) return "firmalar";
-  if (kind == session::dugum::KT) return "kullanicilar";
-  return session::resimSirasi(kind) == 1 ? "firma" : "kullanici";
-}
+constexpr QSize usualWindow(1120, 720);
 
 // The screen that a command opens on a company and on a user.
 struct KomutEkrani {
@@ -65,23 +59,30 @@ ZemberaMenu::ZemberaMenu(session::Oturum& oturum, ui::EkranKaydi ekranlar)
   setCentralWidget(all);
   durumCubugu();
   ekranlariGoster();
-  yerlestir();
+  ui::yerlestir(*this, *oturum_.platform, "Zembera_Menu", usualWindow);
+
+  for (const auto& [tus, islem] : {std::pair{QKeySequence(Qt::Key_F5), &ZemberaMenu::yenile},
+                                   {QKeySequence(Qt::CTRL | Qt::Key_F), &ZemberaMenu::suzgeceGit}})
+    connect(new QShortcut(tus, this), &QShortcut::activated, this, islem);
+  adlariYaz();
 
   if (oturum_.Giris_Hatali == 0) {
     Alan_Listesi_Doldur();
     agac_->setFocus();
   } else {
+    agacPaneli_->setEnabled(false);
     kenarAc(true);
     dugumDegisti();
   }
 }
 
-// In the middle of the screen, and never larger than it.
-void ZemberaMenu::yerlestir() {
-  const QRect room = screen()->availableGeometry();
-  setMinimumSize(smallestWindow.boundedTo(room.size()));
-  resize(usualWindow.boundedTo(room.size()));
-  move(room.center() - rect().center());
+// Server and, over its card, the company that is open.
+void ZemberaMenu::adlariYaz() {
+  const QString sunucu = oturum_.Giris_Hatali != 0 ? "bağlantı yok" : ui::text(oturum_.Server_Adi);
+  const session::Dugum secili = agacPaneli_->secili();
+  const bool firma = ekranAcik() && secili.kind == session::dugum::F && !oturum_.Yeni_Kayit;
+  setWindowTitle((firma ? ui::text(secili.text) + " – " : QString()) + "Korvena Zembera" +
+                 (sunucu.isEmpty() ? QString() : " – " + sunucu));
 }
 
 void ZemberaMenu::ekranTanit(const std::string& ad, ui::EkranKaydi::Yapici yapici) {
@@ -109,50 +110,48 @@ void ZemberaMenu::Durum_Yaz(const QString& text) {
 }
 
 void ZemberaMenu::Alan_Listesi_Doldur() {
-  const session::Dugum eski = dugum(agac_->currentItem());
-  std::vector<session::Dugum> dugumler;
-  if (ui::uzunIs(this, oturum_, {"Liste okunuyor"},
-                 [&] { dugumler = session::Alan_Listesi_Doldur(oturum_); }) == ui::IsSonucu::Reddedildi)
-    return;
-  const QSignalBlocker quiet(agac_);
-  agac_->clear();
-  QTreeWidgetItem* dal = nullptr;
-  QTreeWidgetItem* secili = nullptr;
-  for (const session::Dugum& d : dugumler) {
-    const bool yaprak = d.kind == session::dugum::F || d.kind == session::dugum::K;
-    auto* oge = yaprak && dal ? new QTreeWidgetItem(dal) : new QTreeWidgetItem(agac_);
-    if (!yaprak) dal = oge;
-    oge->setText(0, ui::text(d.text));
-    oge->setText(1, ui::text(d.kod));
-    oge->setIcon(0, ui::icon(dugumResmi(d.kind)));
-    oge->setData(0, KindRole, ui::text(d.kind));
-    oge->setData(0, IdRole, QVariant::fromValue<qlonglong>(d.id));
-    oge->setData(0, BaglarRole, ui::text(d.baglar));
-    if (!yaprak) oge->setFirstColumnSpanned(true);
-    if (yaprak && d.kind == eski.kind && d.id == eski.id) secili = oge;
-  }
-  agac_->expandAll();
-  agac_->setCurrentItem(secili ? secili : agac_->topLevelItem(0));
-  dugumDegisti();
+  listeyiOku(false);
 }
 
-session::Dugum ZemberaMenu::dugum(const QTreeWidgetItem* oge) const {
-  session::Dugum sonuc;
-  if (!oge) return sonuc;
-  sonuc.kind = ui::utf8(oge->data(0, KindRole).toString());
-  sonuc.text = ui::utf8(oge->text(0));
-  sonuc.id = oge->data(0, IdRole).toLongLong();
-  sonuc.baglar = ui::utf8(oge->data(0, BaglarRole).toString());
-  sonuc.kod = ui::utf8(oge->text(1));
-  return sonuc;
+// What was read before stays when the list cannot be read. Left behind it may be only where nothing but the
+// list hangs on the connection.
+void ZemberaMenu::listeyiOku(bool birakilir) {
+  ayrinti_->birak();
+  std::optional<std::vector<session::Dugum>> dugumler;
+  const QString baslik = "Firma ve kullanıcı listesi okunuyor";
+  if (birakilir) {
+    const auto okunan = std::make_shared<std::optional<std::vector<session::Dugum>>>();
+    const auto sonuc = ui::birakilabilirIs(
+        this, oturum_, baslik, [okunan](session::Oturum& o) { *okunan = session::Alan_Listesi_Doldur(o); });
+    if (sonuc == ui::IsSonucu::Reddedildi) return;
+    if (sonuc == ui::IsSonucu::Bitti) dugumler = std::move(*okunan);
+  } else if (ui::uzunIs(this, oturum_, {baslik}, [&] { dugumler = session::Alan_Listesi_Doldur(oturum_); }) ==
+             ui::IsSonucu::Reddedildi) {
+    return;
+  }
+  agacPaneli_->baglantiKoptu(!dugumler);
+  if (dugumler) agacPaneli_->doldur(std::move(*dugumler));
+}
+
+void ZemberaMenu::yenile() {
+  if (ekranAcik() || oturum_.Giris_Hatali != 0) return;
+  listeyiOku(true);
+}
+
+void ZemberaMenu::suzgeceGit() {
+  if (!ekranAcik() && oturum_.Giris_Hatali == 0) agacPaneli_->suzgeceGit();
+}
+
+void ZemberaMenu::Eklenen_Sec(const QString& ad) {
+  if (agacPaneli_->sec(ad)) Durum_Yaz("Eklendi: " + ad);
 }
 
 // Which commands stand open on the current node; the popup and the panel beside the tree show the same.
 void ZemberaMenu::dugumDegisti() {
-  const QTreeWidgetItem* oge = agac_->currentItem();
-  const session::Dugum secili = dugum(oge);
+  const session::Dugum secili = agacPaneli_->secili();
+  const bool var = !secili.kind.empty();
   const session::MenuDurumu durum =
-      oge ? session::menuDurumu(secili.kind, oturum_.Supervisor) : session::MenuDurumu{};
+      var ? session::menuDurumu(secili.kind, oturum_.Supervisor) : session::MenuDurumu{};
   const std::pair<const char*, bool> haller[] = {
       {"MNEkle", durum.ekle}, {"MNDegistir", durum.degistir}, {"MNIncele", durum.incele},
       {"MNSil", durum.sil},   {"MNYetki", durum.yetki},       {"MNYetkiKasiyer", durum.yetkiKasiyer},
@@ -164,8 +163,8 @@ void ZemberaMenu::dugumDegisti() {
     const auto& ekran = session::ekranBilgisi(kullanici ? komut.kullanici : komut.firma);
     komutlar_.at(komut.komut)->setVisible(ekranlar_.var(std::string(ekran.ad)));
   }
-  if (oge)
-    ayrinti_->goster(secili, oge->childCount());
+  if (var)
+    ayrinti_->goster(secili, agacPaneli_->altSayisi());
   else
     ayrinti_->bos();
 }
@@ -179,7 +178,7 @@ void ZemberaMenu::popupGoster(const QPoint& yer) {
 }
 
 void ZemberaMenu::agacOlayi(session::AgacOlayi olay) {
-  const session::Dugum secili = dugum(agac_->currentItem());
+  const session::Dugum secili = agacPaneli_->secili();
   const auto komut = session::agacKomutu(olay, secili.kind, oturum_.Supervisor);
   if (!komut) return;
   constexpr const char* adlar[] = {"MNEkle", "MNDegistir", "MNSil"};  // in the order of session::Komut
@@ -188,29 +187,41 @@ void ZemberaMenu::agacOlayi(session::AgacOlayi olay) {
 
 bool ZemberaMenu::eventFilter(QObject* watched, QEvent* event) {
   if (watched == agac_ && event->type() == QEvent::KeyPress) {
-    switch (static_cast<QKeyEvent*>(event)->key()) {
-      case Qt::Key_Return:
-      case Qt::Key_Enter:
-        agacOlayi(session::AgacOlayi::Enter);
-        return true;
-      case Qt::Key_Insert:
-        agacOlayi(session::AgacOlayi::Insert);
-        return true;
-      case Qt::Key_Delete:
-        agacOlayi(session::AgacOlayi::Delete);
-        return true;
-      default:
-        break;
+    const auto* basilan = static_cast<QKeyEvent*>(event);
+    const int tus = basilan->key();
+    if (tus == Qt::Key_Menu || (tus == Qt::Key_F10 && basilan->modifiers() == Qt::ShiftModifier)) {
+      if (agac_->currentItem()) popupGoster(agac_->visualItemRect(agac_->currentItem()).center());
+      return true;
+    }
+    static const std::map<int, session::AgacOlayi> olaylar = {{Qt::Key_Return, session::AgacOlayi::Enter},
+                                                              {Qt::Key_Enter, session::AgacOlayi::Enter},
+                                                              {Qt::Key_Insert, session::AgacOlayi::Insert},
+                                                              {Qt::Key_Delete, session::AgacOlayi::Delete}};
+    if (const auto olay = olaylar.find(tus); olay != olaylar.end()) {
+      agacOlayi(olay->second);
+      return true;
     }
   }
   return QMainWindow::eventFilter(watched, event);
 }
 
+// The frame of the window system is known once the window stands on the screen.
+void ZemberaMenu::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  QTimer::singleShot(0, this, [this] { ui::ekranaSigdir(*this); });
+}
+
+void ZemberaMenu::closeEvent(QCloseEvent* event) {
+  ui::yeriSakla(*this, *oturum_.platform, "Zembera_Menu");
+  QMainWindow::closeEvent(event);
+}
+
 void ZemberaMenu::komut(const QString& yazi,
                         const std::function<session::KomutSonucu(const session::Dugum&)>& islem) {
   if (ekranAcik()) return;
-  const session::Dugum secili = dugum(agac_->currentItem());
+  const session::Dugum secili = agacPaneli_->secili();
   session::KomutSonucu sonuc;
+  ayrinti_->birak();
   ui::uzunIs(this, oturum_, {yazi}, [&] { sonuc = islem(secili); });
   sonucuUygula(sonuc);
 }
@@ -244,7 +255,9 @@ void ZemberaMenu::ekranAc(const std::string& ad, const QString& yazi) {
   kenarAc(false);
   yigin_->setCurrentWidget(kart);
   ui::ekranDegisti();
+  adlariYaz();
   kart->ac();
+  if (durum_->text().isEmpty()) Durum_Yaz(yazi);
 }
 
 bool ZemberaMenu::ekranAcik() const {
@@ -256,6 +269,7 @@ void ZemberaMenu::kartKapandi(const ui::Kart* kart) {
   yigin_->setCurrentWidget(anapanel_);
   kenarAc(true);
   Durum_Yaz({});
+  adlariYaz();
   agac_->setFocus();
   ui::ekranDegisti();
 }
@@ -266,6 +280,26 @@ void ZemberaMenu::kenarAc(bool acik) {
   for (std::size_t i = 0; i < menuButonlari_.size(); ++i)
     menuButonlari_[i]->setEnabled(acik && (oturum_.Giris_Hatali == 0 || tablo[i].eksikteAcik));
   command1_->setEnabled(acik);
+  // The way out stays open to the mouse; the keys stay on the card.
+  tus_->setFocusPolicy(acik ? Qt::TabFocus : Qt::NoFocus);
+}
+
+// First a trial on request: it tells what the run would do, and takes it back.
+void ZemberaMenu::guncelle(bool deneme) {
+  const session::Dugum firma = agacPaneli_->secili();
+  if (ekranAcik() || firma.kind != session::dugum::F) return;
+  const QString ad = ui::text(firma.text);
+  if (!deneme && !oturum_.kutular->ask("\"" + firma.text +
+                                       "\" veritabanının şeması güncellenecek. Önce yedek almanız önerilir.\n"
+                                       "Güncelleme başlasın mı?"))
+    return;
+  ayrinti_->birak();
+  std::string sonuc;
+  const QString baslik = ad + (deneme ? ": güncelleme deneniyor" : ": şema güncelleniyor");
+  ui::uzunIs(this, oturum_, {baslik},
+             [&] { sonuc = company::upgrade::guncellemeRaporu(oturum_, firma.text, deneme); });
+  if (!sonuc.empty()) oturum_.kutular->message(sonuc, session::Icon::Information);
+  Alan_Listesi_Doldur();
 }
 
 }  // namespace session_ui

@@ -17,7 +17,6 @@ class QMenu;
 class QStackedWidget;
 class QToolButton;
 class QTreeWidget;
-class QTreeWidgetItem;
 
 namespace ui {
 class Kart;
@@ -25,6 +24,7 @@ class Kart;
 
 namespace session_ui {
 
+class AgacPaneli;
 class DugumPaneli;
 
 class ZemberaMenu : public QMainWindow, public ui::ConsolePort {
@@ -37,12 +37,17 @@ class ZemberaMenu : public QMainWindow, public ui::ConsolePort {
 
   void Durum_Yaz(const QString& text) override;
   void Alan_Listesi_Doldur() override;
+  void Eklenen_Sec(const QString& ad) override;
 
  signals:
   void cikis();
+  void girisAc();        // back to the login
+  void baglantiAyari();  // the window of the server settings, then the login
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
 
  private:
   using Islem = session::KomutSonucu (*)(session::Oturum&, const session::Dugum&);
@@ -52,9 +57,12 @@ class ZemberaMenu : public QMainWindow, public ui::ConsolePort {
   QWidget* kenarCubugu();
   QWidget* anaPanel();
   void durumCubugu();
-  void yerlestir();
 
-  session::Dugum dugum(const QTreeWidgetItem* oge) const;
+  void listeyiOku(bool birakilir);
+  void yenile();
+  void suzgeceGit();
+  void guncelle(bool deneme);
+  void adlariYaz();
   void dugumDegisti();
   void popupGoster(const QPoint& yer);
   void agacOlayi(session::AgacOlayi olay);
@@ -74,6 +82,8 @@ class ZemberaMenu : public QMainWindow, public ui::ConsolePort {
   std::map<QString, QAction*> komutlar_;
   std::vector<QToolButton*> menuButonlari_;
   QToolButton* command1_ = nullptr;
+  QToolButton* tus_ = nullptr;
+  AgacPaneli* agacPaneli_ = nullptr;
   QTreeWidget* agac_ = nullptr;
   DugumPaneli* ayrinti_ = nullptr;
   QStackedWidget* yigin_ = nullptr;

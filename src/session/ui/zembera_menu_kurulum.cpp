@@ -2,7 +2,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -14,6 +13,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include "session/ui/agac_paneli.h"
 #include "session/ui/dugum_paneli.h"
 #include "session/ui/zembera_menu.h"
 #include "ui/fields.h"
@@ -22,8 +22,7 @@
 namespace session_ui {
 namespace {
 
-constexpr int sideWidth = 256, treeWidth = 360, smallestTree = 230, menuIcon = 24, treeIcon = 20,
-              codeColumn = 72;
+constexpr int sideWidth = 256, treeWidth = 430, smallestTree = 230, menuIcon = 24;
 
 struct ButonGorunusu {
   const char* yazi;
@@ -177,11 +176,11 @@ QWidget* ZemberaMenu::kenarCubugu() {
     if (now && buttons->isAncestorOf(now)) scroll->ensureWidgetVisible(now);
   });
 
-  QToolButton* tus = kenarButonu("Tus", "Çıkış", "cikis");
-  connect(tus, &QToolButton::clicked, this, &ZemberaMenu::cikis);
+  tus_ = kenarButonu("Tus", "Programdan Çık", "cikis");
+  connect(tus_, &QToolButton::clicked, this, &ZemberaMenu::cikis);
   auto* last = new QHBoxLayout;
   last->setContentsMargins(ui::gapSmall, ui::gapSmall, ui::gapSmall, ui::gap);
-  last->addWidget(tus);
+  last->addWidget(tus_);
   auto* all = new QVBoxLayout(side);
   all->setContentsMargins(0, 0, 0, 0);
   all->setSpacing(0);
@@ -191,19 +190,11 @@ QWidget* ZemberaMenu::kenarCubugu() {
 }
 
 QWidget* ZemberaMenu::anaPanel() {
-  agac_ = new QTreeWidget;
-  agac_->setObjectName("AlanTreeList");
-  agac_->setColumnCount(2);
-  agac_->setHeaderHidden(true);
-  agac_->header()->setStretchLastSection(false);
-  agac_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-  agac_->header()->setSectionResizeMode(1, QHeaderView::Fixed);
-  agac_->header()->resizeSection(1, codeColumn);
-  agac_->setIconSize(QSize(treeIcon, treeIcon));
-  agac_->setExpandsOnDoubleClick(false);
-  agac_->setContextMenuPolicy(Qt::CustomContextMenu);
+  agacPaneli_ = new AgacPaneli;
+  agac_ = agacPaneli_->agac();
   agac_->installEventFilter(this);
-  connect(agac_, &QTreeWidget::currentItemChanged, this, &ZemberaMenu::dugumDegisti);
+  connect(agacPaneli_, &AgacPaneli::seciliDegisti, this, &ZemberaMenu::dugumDegisti);
+  connect(agacPaneli_, &AgacPaneli::yenidenBaglan, this, &ZemberaMenu::yenile);
   connect(agac_, &QTreeWidget::customContextMenuRequested, this, &ZemberaMenu::popupGoster);
   connect(agac_, &QTreeWidget::itemDoubleClicked, this, [this] { agacOlayi(session::AgacOlayi::CiftTik); });
 
@@ -213,9 +204,17 @@ QWidget* ZemberaMenu::anaPanel() {
   auto* splitter = new QSplitter;
   splitter->setChildrenCollapsible(false);
   splitter->setHandleWidth(ui::gap);
-  agac_->setMinimumWidth(smallestTree);
-  splitter->addWidget(agac_);
-  splitter->addWidget(ayrinti_);
+  connect(ayrinti_, &DugumPaneli::guncelle, this, &ZemberaMenu::guncelle);
+  connect(ayrinti_, &DugumPaneli::girisAc, this, &ZemberaMenu::girisAc);
+  connect(ayrinti_, &DugumPaneli::baglantiAyari, this, &ZemberaMenu::baglantiAyari);
+  agacPaneli_->setMinimumWidth(smallestTree);
+  splitter->addWidget(agacPaneli_);
+  // On a low screen the panel scrolls.
+  auto* scroll = new QScrollArea;
+  scroll->setWidgetResizable(true);
+  scroll->setFocusPolicy(Qt::NoFocus);
+  scroll->setWidget(ayrinti_);
+  splitter->addWidget(scroll);
   splitter->setSizes({treeWidth, treeWidth + 100});
   splitter->setStretchFactor(1, 1);
   auto* panel = new QWidget;

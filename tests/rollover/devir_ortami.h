@@ -27,6 +27,11 @@ class DevirTest : public company::test::SirketTest {
     s().s.boxes.shown.clear();
   }
   void TearDown() override { kaldir(); }
+  // Connections end before the statics of the libraries do.
+  static void TearDownTestSuite() {
+    sirket().s.oturum.Kayitlar.close();
+    sirket().s.oturum.Baglanti.reset();
+  }
 
   DevirGirdisi girdi(const std::string& hedef = "YENI2013") {
     s().bagla("Defination_DB");

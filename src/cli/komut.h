@@ -86,6 +86,7 @@ const Komut& geriAlKomutu();
 const Komut& tasiKomutu();
 const Komut& servisKomutu();
 const Komut& sunucuKomutu();
+const Komut& sunucuBaslatKomutu();
 const Komut& offlineKomutu();
 
 }  // namespace cli

@@ -49,6 +49,8 @@ bool KomutOturumu::katalogaBagla() {
   try {
     session::Katalog_Bagla(oturum, std::string(session::katalogVeritabani));
     loadSupervisor(oturum);
+    if (const std::string uyari = session::sysInfUyarisi(ortam.dizin); !uyari.empty())
+      ortam.err << "Uyarı: " << uyari << "\n";
     return true;
   } catch (const db::SqlError& error) {
     if (session::katalogEksik(oturum))

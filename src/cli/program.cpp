@@ -49,6 +49,7 @@ constexpr std::array commands = {kurKomutu,
                                  tasiKomutu,
                                  servisKomutu,
                                  sunucuKomutu,
+                                 sunucuBaslatKomutu,
                                  offlineKomutu};
 
 std::string valueName(std::string_view option) {

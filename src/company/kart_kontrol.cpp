@@ -3,6 +3,7 @@
 
 #include "company/firma_karti.h"
 #include "company/kart_alanlari.h"
+#include "db/table_name.h"
 #include "platform/code_page.h"
 #include "session/metin.h"
 #include "session/tarih.h"
@@ -76,6 +77,192 @@ constexpr Sinama sinamalar[] = {
      "Database Adı Numara ile Başlayamaz"},
 };
 
+// Words of the language, which stand for themselves where a name stands unquoted.
+constexpr std::string_view ayrilmislar[] = {"ADD",
+                                            "ALL",
+                                            "ALTER",
+                                            "AND",
+                                            "ANY",
+                                            "AS",
+                                            "ASC",
+                                            "AUTHORIZATION",
+                                            "BACKUP",
+                                            "BEGIN",
+                                            "BETWEEN",
+                                            "BREAK",
+                                            "BROWSE",
+                                            "BULK",
+                                            "BY",
+                                            "CASCADE",
+                                            "CASE",
+                                            "CHECK",
+                                            "CHECKPOINT",
+                                            "CLOSE",
+                                            "CLUSTERED",
+                                            "COALESCE",
+                                            "COLLATE",
+                                            "COLUMN",
+                                            "COMMIT",
+                                            "COMPUTE",
+                                            "CONSTRAINT",
+                                            "CONTAINS",
+                                            "CONTAINSTABLE",
+                                            "CONTINUE",
+                                            "CONVERT",
+                                            "CREATE",
+                                            "CROSS",
+                                            "CURRENT",
+                                            "CURRENT_DATE",
+                                            "CURRENT_TIME",
+                                            "CURRENT_TIMESTAMP",
+                                            "CURRENT_USER",
+                                            "CURSOR",
+                                            "DATABASE",
+                                            "DBCC",
+                                            "DEALLOCATE",
+                                            "DECLARE",
+                                            "DEFAULT",
+                                            "DELETE",
+                                            "DENY",
+                                            "DESC",
+                                            "DISK",
+                                            "DISTINCT",
+                                            "DISTRIBUTED",
+                                            "DOUBLE",
+                                            "DROP",
+                                            "DUMMY",
+                                            "DUMP",
+                                            "ELSE",
+                                            "END",
+                                            "ERRLVL",
+                                            "ESCAPE",
+                                            "EXCEPT",
+                                            "EXEC",
+                                            "EXECUTE",
+                                            "EXISTS",
+                                            "EXIT",
+                                            "FETCH",
+                                            "FILE",
+                                            "FILLFACTOR",
+                                            "FOR",
+                                            "FOREIGN",
+                                            "FREETEXT",
+                                            "FREETEXTTABLE",
+                                            "FROM",
+                                            "FULL",
+                                            "FUNCTION",
+                                            "GOTO",
+                                            "GRANT",
+                                            "GROUP",
+                                            "HAVING",
+                                            "HOLDLOCK",
+                                            "IDENTITY",
+                                            "IDENTITYCOL",
+                                            "IDENTITY_INSERT",
+                                            "IF",
+                                            "IN",
+                                            "INDEX",
+                                            "INNER",
+                                            "INSERT",
+                                            "INTERSECT",
+                                            "INTO",
+                                            "IS",
+                                            "JOIN",
+                                            "KEY",
+                                            "KILL",
+                                            "LEFT",
+                                            "LIKE",
+                                            "LINENO",
+                                            "LOAD",
+                                            "MERGE",
+                                            "NATIONAL",
+                                            "NOCHECK",
+                                            "NONCLUSTERED",
+                                            "NOT",
+                                            "NULL",
+                                            "NULLIF",
+                                            "OF",
+                                            "OFF",
+                                            "OFFSETS",
+                                            "ON",
+                                            "OPEN",
+                                            "OPENDATASOURCE",
+                                            "OPENQUERY",
+                                            "OPENROWSET",
+                                            "OPENXML",
+                                            "OPTION",
+                                            "OR",
+                                            "ORDER",
+                                            "OUTER",
+                                            "OVER",
+                                            "PERCENT",
+                                            "PIVOT",
+                                            "PLAN",
+                                            "PRECISION",
+                                            "PRIMARY",
+                                            "PRINT",
+                                            "PROC",
+                                            "PROCEDURE",
+                                            "PUBLIC",
+                                            "RAISERROR",
+                                            "READ",
+                                            "READTEXT",
+                                            "RECONFIGURE",
+                                            "REFERENCES",
+                                            "REPLICATION",
+                                            "RESTORE",
+                                            "RESTRICT",
+                                            "RETURN",
+                                            "REVERT",
+                                            "REVOKE",
+                                            "RIGHT",
+                                            "ROLLBACK",
+                                            "ROWCOUNT",
+                                            "ROWGUIDCOL",
+                                            "RULE",
+                                            "SAVE",
+                                            "SCHEMA",
+                                            "SELECT",
+                                            "SESSION_USER",
+                                            "SET",
+                                            "SETUSER",
+                                            "SHUTDOWN",
+                                            "SOME",
+                                            "STATISTICS",
+                                            "SYSTEM_USER",
+                                            "TABLE",
+                                            "TABLESAMPLE",
+                                            "TEXTSIZE",
+                                            "THEN",
+                                            "TO",
+                                            "TOP",
+                                            "TRAN",
+                                            "TRANSACTION",
+                                            "TRIGGER",
+                                            "TRUNCATE",
+                                            "TSEQUAL",
+                                            "UNION",
+                                            "UNIQUE",
+                                            "UNPIVOT",
+                                            "UPDATE",
+                                            "UPDATETEXT",
+                                            "USE",
+                                            "USER",
+                                            "VALUES",
+                                            "VARYING",
+                                            "VIEW",
+                                            "WAITFOR",
+                                            "WHEN",
+                                            "WHERE",
+                                            "WHILE",
+                                            "WITH",
+                                            "WRITETEXT"};
+
+bool ayrilmisSozcuk(const std::string& ad) {
+  return std::any_of(std::begin(ayrilmislar), std::end(ayrilmislar),
+                     [&](std::string_view sozcuk) { return db::sameName(sozcuk, ad); });
+}
+
 // The signs above are those with a text of their own. Any other that a name cannot hold would end in a
 // refused CREATE DATABASE, and the company would stand in the list without one.
 std::string adHatasi(const FirmaKarti& kart) {
@@ -84,6 +271,9 @@ std::string adHatasi(const FirmaKarti& kart) {
         (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || static_cast<unsigned char>(c) >= 0x80;
     return harf || (c >= '0' && c <= '9') || c == '_' || c == '@';
   };
+  if (ayrilmisSozcuk(kart.Firma_Adi)) {
+    return "\"" + kart.Firma_Adi + "\" SQL Server'ın ayrılmış bir sözcüğüdür; Database Adı Olamaz.";
+  }
   const bool uygun =
       kart.Firma_Adi[0] != '@' && std::all_of(kart.Firma_Adi.begin(), kart.Firma_Adi.end(), olur);
   return uygun ? "" : "Database Adı içinde Kullanılamayan Karakter Var." + std::string(yasakAciklamasi);
@@ -92,7 +282,11 @@ std::string adHatasi(const FirmaKarti& kart) {
 // Why the text of a field cannot be stored as it is: the columns hold one byte of code page 1254 per letter.
 std::string sigmazlik(const FirmaKarti& kart, const KartAlani& alan) {
   const std::size_t limit = kartAlaniGenisligi(alan.column);
-  const auto sayfa = platform::encode1254Exactly(session::Trim(kart.*alan.text));
+  const std::string metin = session::Trim(kart.*alan.text);
+  if (std::any_of(metin.begin(), metin.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; })) {
+    return std::string(alan.caption) + " içinde satır sonu ya da başka bir denetim karakteri olamaz.";
+  }
+  const auto sayfa = platform::encode1254Exactly(metin);
   if (!sayfa) {
     return std::string(alan.caption) + " içinde Türkçe kod sayfasında (1254) olmayan karakter var.";
   }

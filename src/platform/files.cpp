@@ -108,4 +108,25 @@ std::optional<std::string> readFile(const fs::path& path) {
   return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
+std::optional<std::string> readFile(const fs::path& path, std::size_t size) {
+  std::error_code error;
+  if (!fs::is_regular_file(path, error)) return std::nullopt;
+  std::ifstream in(path, std::ios::binary);
+  if (!in) return std::nullopt;
+  std::string text(size, '\0');
+  in.read(text.data(), static_cast<std::streamsize>(size));
+  text.resize(static_cast<std::size_t>(in.gcount()));
+  return text;
+}
+
+bool isOpenToOthers(const fs::path& path) {
+#ifdef _WIN32
+  return path.empty();  // rights are not told by a mode there
+#else
+  std::error_code error;
+  const fs::perms others = fs::perms::group_all | fs::perms::others_all;
+  return (fs::status(path, error).permissions() & others) != fs::perms::none && !error;
+#endif
+}
+
 }  // namespace platform

@@ -15,6 +15,11 @@ std::error_code writeFileSafely(const std::filesystem::path& path, std::string_v
 
 // The whole file; empty when it is missing or cannot be read.
 std::optional<std::string> readFile(const std::filesystem::path& path);
+// Its first bytes, at most `size`.
+std::optional<std::string> readFile(const std::filesystem::path& path, std::size_t size);
+
+// Whether anybody but the owner may read or write it.
+bool isOpenToOthers(const std::filesystem::path& path);
 
 // The file or folder that stands where `path` points, the case of ASCII letters in its last part ignored:
 // that is how servers know the files of their databases.

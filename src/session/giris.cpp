@@ -111,6 +111,8 @@ GirisSonucu Giris_Kontrol(Oturum& oturum) {
   oturum.Supervisor = id.trimmed() == "1";
   oturum.Kullanici_ID = static_cast<int>(id.integer());
   if (row.field("sysus").trimmed() != oturum.Kullanici_Sifre_Sifreli) return wrongPassword(oturum);
+  if (const std::string uyari = sysInfUyarisi(oturum.platform->programFolder()); !uyari.empty())
+    oturum.kutular->message(uyari, Icon::Warning);
   GirisSonucu sonuc;
   sonuc.adim = GirisSonucu::Adim::KonsolTam;
   return sonuc;

@@ -45,7 +45,11 @@ std::string sysInfEksigi(const std::filesystem::path& programFolder) {
 }
 
 std::string Sys_Inf_Oku(const std::filesystem::path& programFolder) {
-  const std::string text = platform::readFile(sysInfYolu(programFolder)).value_or("");
+  // Only its first line counts, and no line of it is that long.
+  constexpr std::size_t longest = 4096;
+  std::string text = platform::readFile(sysInfYolu(programFolder), longest).value_or("");
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+  if (text.starts_with(byteOrderMark)) text.erase(0, byteOrderMark.size());
   const std::string line = text.substr(0, text.find_first_of("\r\n"));
   return platform::isUtf8(line) ? line : platform::decode1254(line);
 }
@@ -71,6 +75,14 @@ std::string Sys_Inf_Yaz(const std::filesystem::path& programFolder, const SysInf
                                                systemText(sysInfSatiri(degerler)) + std::string(lineEnd));
   if (!error) return {};
   return "sys.inf yazılamadı (" + programFolder.string() + "): " + error.message();
+}
+
+std::string sysInfUyarisi(const std::filesystem::path& programFolder) {
+  const auto file = sysInfYolu(programFolder);
+  return platform::isOpenToOthers(file)
+             ? file.string() +
+                   " başkalarınca okunabiliyor; içinde SQL şifresi var. Kapatmak için: chmod 600 sys.inf"
+             : std::string();
 }
 
 bool sysInfAlaniUygun(std::string_view text) {

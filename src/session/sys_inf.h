@@ -30,6 +30,9 @@ std::array<std::string, 6> sysInfBol(std::string_view line);
 std::string Sys_Inf_Yaz(const std::filesystem::path& programFolder, const SysInf& degerler);
 std::string sysInfSatiri(const SysInf& degerler);
 
+// Told at each login while others may read the file, for the password stands in it; empty otherwise.
+std::string sysInfUyarisi(const std::filesystem::path& programFolder);
+
 // False for a text that would break the line: it holds ";", a line end or a NUL.
 bool sysInfAlaniUygun(std::string_view text);
 

@@ -43,7 +43,7 @@ TEST_F(GirisTest, SysInfFieldsByPosition) {
   const Case cases[] = {{"SRV;sa;x", "SRV", "sa", "x"},
                         {"SRV;sa;x;1;\r\nsecond line;a;b", "SRV", "sa", "x"},
                         {"a;b;c;d;e;f;g;h\n", "a", "b", "c"},
-                        {" SRV ; sa;x ", " SRV ", " sa", "x "},
+                        {"\xEF\xBB\xBF SRV ; sa;x ", " SRV ", " sa", "x "},
                         {"SRV", "SRV", "", ""},
                         {"", "", "", ""},
                         {"S;\xFE;\xDD", "S", "ş", "İ"}};  // a file in code page 1254
@@ -57,6 +57,15 @@ TEST_F(GirisTest, SysInfFieldsByPosition) {
   EXPECT_EQ(sysInfBol("a;b;c;d;e;f;g"), (std::array<std::string, 6>{"", "a", "b", "c", "d", "e"}));
   fs::remove(sysInfYolu(platform.folder));
   EXPECT_EQ(Sys_Inf_Oku(platform.folder), "");
+}
+
+TEST_F(GirisTest, SysInfOpenToOthersIsTold) {
+  ASSERT_EQ(Sys_Inf_Yaz(platform.folder, {"S", "sa", "x", false}), "");
+  EXPECT_EQ(sysInfUyarisi(platform.folder), "");
+  fs::permissions(sysInfYolu(platform.folder), fs::perms::group_read, fs::perm_options::add);
+  EXPECT_EQ(sysInfUyarisi(platform.folder),
+            sysInfYolu(platform.folder).string() +
+                " başkalarınca okunabiliyor; içinde SQL şifresi var. Kapatmak için: chmod 600 sys.inf");
 }
 
 TEST_F(GirisTest, SysInfWriteAndReadBack) {

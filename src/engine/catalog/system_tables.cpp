@@ -284,7 +284,8 @@ SystemTable databases() {
                {"reserved", datetime, "0", true},
                {"category", integer, "0", true},
                {"cmptlevel", tiny, "80"},
-               {"filename", longName, "b.file_name", true},
+               {"filename", longName,
+                "CASE WHEN instr(b.data,'/')=0 THEN z_folder()||char(92)||b.data ELSE b.file_name END", true},
                {"version", small, "539", true}},
               "@.zb_databases b WHERE b.state=0");
 }

@@ -89,6 +89,8 @@ void checkObjectName(const std::string& name) {
   if (name.empty()) throw Error(1038, "An object or column name is missing or empty.");
   if (name.front() == '#') refuseConstruct("temporary table " + name);
   const std::string folded = foldName(name);
+  if (findSystemTable(name))
+    throw Error(2714, "There is already an object named '" + name + "' in the database.", 16, 6);
   if (folded.starts_with("zb_") || folded.starts_with("zi_") || folded.starts_with("sqlite_"))
     throw Error(15004, "The name '" + name + "' is reserved for the server.");
   if (name.find('\0') != std::string::npos) throw Error(15004, "Name contains an invalid character.");

@@ -48,6 +48,11 @@ fs::path resolve(const fs::path& folder, std::string text) {
   return (folder / text).lexically_normal();
 }
 
+// A path into the folder that the server was made in is one into its folder, wherever that is now.
+fs::path moved(const fs::path& file, const fs::path& recorded, const fs::path& folder) {
+  return file.parent_path() == recorded ? folder / file.filename() : file;
+}
+
 Files filesOf(const CreateDatabaseStatement& statement, const fs::path& folder) {
   Files files;
   const bool named = !statement.data.empty() && !statement.data.front().path.empty();
@@ -286,7 +291,11 @@ void run(Store& store, SessionContext& context, const CreateDatabaseStatement& s
   if (const auto left = cleanUnfinished(store, statement.name); !left.empty()) throw left.front().error;
   if (store.databaseExists(statement.name) || isSystem(statement.name))
     throw Error(1801, "Database '" + statement.name + "' already exists. Choose a different database name.");
-  const Files files = filesOf(statement, store.instance().folder());
+  Files files = filesOf(statement, store.instance().folder());
+  const std::string master = store.database("master").fileName;
+  const fs::path recorded = resolve({}, master).parent_path();
+  files.data = moved(files.data, recorded, store.instance().folder());
+  files.log = moved(files.log, recorded, store.instance().folder());
   checkFileName(files.data);
   checkFileName(files.log);
   if (statement.forAttach)

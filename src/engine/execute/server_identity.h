@@ -6,7 +6,8 @@
 namespace engine {
 
 inline constexpr const char* serverVersion =
-    "Zembera SQL 8.00.2012 (embedded)\n\tTurkish_CI_AS, code page 1254\n";
+    "Zembera SQL 8.00.2012 is the T-SQL server inside this program, which keeps its databases in SQLite "
+    "files and is no Microsoft SQL Server.";
 
 // @@SERVERNAME: the machine's name in capitals.
 std::string serverName();

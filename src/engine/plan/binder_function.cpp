@@ -111,7 +111,7 @@ BoundExpr Binder::bindFunction(const Expr& expr, Scope* scope) {
     const BoundExpr bound = bindValue(written, scope);
     argument.type = bound.type;
     argument.nullable = bound.nullable;
-    if (written.kind == Expr::Kind::Literal && (info->structural >> i & 1)) {
+    if (written.kind == Expr::Kind::Literal && i < 32 && (info->structural >> i & 1)) {
       argument.constant = literalDatum(written.literal);
       if (context_.structural && written.literal.ordinal >= 0 && !context_.fixedLiterals)
         context_.structural->push_back(written.literal.ordinal);

@@ -94,8 +94,9 @@ std::shared_ptr<Server> Server::create(const fs::path& given, const std::string&
     throw Error(1802, "The folder '" + folder.string() + "' holds a master database already.");
   if (login.empty()) throw Error(15004, "Name cannot be NULL.");
   std::error_code error;
-  fs::create_directories(folder, error);
+  const bool made = fs::create_directories(folder, error);
   if (error) failFolder(folder, error.message());
+  if (made) makePrivate(folder);
   // One maker at a time; the files appear whole, the data file, which makes it a server, last.
   LockFile lock(folder / "server.lck");
   lock.waitExclusive(LockFile::serviceLock);
@@ -105,6 +106,7 @@ std::shared_ptr<Server> Server::create(const fs::path& given, const std::string&
   const fs::path data = unfinishedName(masterOf(folder)), log = unfinishedName(masterLogOf(folder));
   buildDataFile({data, log, "master"}, family,
                 [&](sqlite3* db) { fillMaster(db, folder, family, login, password); });
+  makePrivate(log);
   fs::rename(log, masterLogOf(folder), error);
   if (error) failFolder(folder, error.message());
   putInPlace(data, masterOf(folder));

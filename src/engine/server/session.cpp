@@ -23,7 +23,12 @@ class SessionImpl {
 
   void execute(std::string_view batch, ResultSink& sink) {
     cancelled_ = false;
-    executor_.run(batch, sink);
+    try {
+      executor_.run(batch, sink);
+    } catch (const std::bad_alloc&) {
+      executor_.rollbackAll();
+      throw Error(701, "There is insufficient system memory to run this query.", 17);
+    }
   }
   void cancel() {
     cancelled_ = true;

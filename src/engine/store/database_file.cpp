@@ -13,6 +13,7 @@
 #include "engine/function.h"
 #include "engine/store/companion.h"
 #include "engine/store/file_layer.h"
+#include "engine/store/file_names.h"
 #include "engine/store/page_checksum.h"
 #include "engine/value.h"
 
@@ -156,6 +157,7 @@ void buildDataFile(const DatabaseFiles& files, const std::string& family,
 }
 
 void putInPlace(const fs::path& from, const fs::path& to) {
+  makePrivate(from);
   int rc = ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
   if (rc != 0 && errno == EINVAL) {
     // A file system without that flag: the name was looked for before.

@@ -67,4 +67,11 @@ void removeFile(const fs::path& file) {
   if (error) failFile(file, error.value());
 }
 
+void makePrivate(const fs::path& path) {
+  std::error_code error;
+  const bool folder = fs::is_directory(path, error);
+  fs::permissions(path, folder ? fs::perms::owner_all : fs::perms::owner_read | fs::perms::owner_write,
+                  error);
+}
+
 }  // namespace engine

@@ -14,4 +14,7 @@ void tryFile(const std::filesystem::path& file);
 // A missing one is no error; 5123 otherwise.
 void removeFile(const std::filesystem::path& file);
 
+// Rights 0700 or 0600, whatever the umask has made of it.
+void makePrivate(const std::filesystem::path& path);
+
 }  // namespace engine

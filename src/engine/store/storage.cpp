@@ -78,6 +78,12 @@ Store::Impl::Impl(std::shared_ptr<Instance> shared)
     const int own = id == self->currentId ? 1 : 0;
     sqlite3_result_int(context, own + (self->locks.heldByOthers(LockFile::databaseLock(id)) ? 2 : 0));
   };
+  const auto folder = [](sqlite3_context* context, int, sqlite3_value**) {
+    const auto* self = static_cast<const Impl*>(sqlite3_user_data(context));
+    sqlite3_result_text(context, self->instance->folder().c_str(), -1, SQLITE_TRANSIENT);
+  };
+  sqlite3_create_function_v2(db, "z_folder", 0, SQLITE_UTF8 | SQLITE_INNOCUOUS, this, folder, nullptr,
+                             nullptr, nullptr);
   sqlite3_create_function_v2(db, "z_db_users", 1, SQLITE_UTF8 | SQLITE_INNOCUOUS, this, databaseUsers,
                              nullptr, nullptr, nullptr);
 }

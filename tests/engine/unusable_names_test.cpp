@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "engine/session_fixture.h"
+#include "engine/store/file_layer.h"
 
 namespace engine::test {
 namespace {
@@ -70,7 +71,8 @@ TEST_F(UnusableNames, RemainsThatCannotGoKeepNobodyFromWorking) {
   fs::create_directories(folder_ / "kapali" / "B.mdf.unfinished" / "x");
   {
     sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open((folder_ / "master.mdf").c_str(), &db), SQLITE_OK);
+    const std::string uri = store::fileUri(folder_ / "master.mdf", folder_ / "master_log.ldf", "master");
+    ASSERT_EQ(sqlite3_open_v2(uri.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI, nullptr), SQLITE_OK);
     sqlite3_create_collation(db, "TRCI", SQLITE_UTF8, nullptr,
                              [](void*, int, const void*, int, const void*) { return 1; });
     const std::string longName = repeated("ş", 120);

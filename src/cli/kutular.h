@@ -13,6 +13,7 @@ class KomutKutulari : public session::Boxes {
  public:
   explicit KomutKutulari(Ortam& ortam) : ortam_(ortam) {}
   void message(const std::string& text, session::Icon icon, std::string_view title) override;
+  bool waits() const override { return false; }
   // `evet` answers every question with Yes. Without it and without a terminal the answer is No.
   bool ask(const std::string& text, session::Icon icon, std::string_view title) override;
 

@@ -154,7 +154,7 @@ std::string cizelgeHtml(const Cizelge& cizelge, const std::vector<std::size_t>& 
   std::string out(sayfaBasi);
   const std::string baslik = html(cizelge.firma) + " — kullanıcı yetkileri";
   out += "<title>" + baslik + "</title></head><body><h1>" + baslik +
-         "</h1>\n<form onsubmit=\"return false\"><input type=\"search\" id=\"ara\" placeholder=\"Yetki ara, "
+         "</h1>\n<form onsubmit=\"return false\"><input type=\"search\" id=\"ara\" aria-label=\"Yetki ara, "
          "örneğin: çek "
          "iade\"><select id=\"dal\"><option value=\"\">Bütün bölümler</option>";
   std::string dal, rows;

@@ -22,6 +22,8 @@ class Boxes {
   // Shows a text and waits until it is acknowledged. Line breaks are '\n'.
   virtual void message(const std::string& text, Icon icon = Icon::None,
                        std::string_view title = defaultTitle) = 0;
+  // Whether a person is waited for behind message(): what repeats until it is acknowledged must end elsewhere.
+  virtual bool waits() const { return true; }
   // Yes/No; the default answer is No. True for Yes.
   virtual bool ask(const std::string& text, Icon icon = Icon::Question,
                    std::string_view title = defaultTitle) = 0;

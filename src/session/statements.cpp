@@ -131,6 +131,7 @@ int Sorgu_Ac_Tekrarli(Oturum& oturum, db::Recordset& kayitlar, std::string_view 
     oturum.kutular->message(
         "SQL Server Bağlantı Hatası Tekrar Denenecektir.Lütfen Programı Kapatmayınız. Lütfen Ağ ve Bağlantı "
         "Ayarlarınız Kontrol Ettikten Sonra Tamam Tuşuna Basınız.");
+    if (!oturum.kutular->waits()) return -1;
   }
   return 0;
 }

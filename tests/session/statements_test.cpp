@@ -138,6 +138,14 @@ TEST_F(StatementsTest, SorguAcTekrarliRepeatsWhileTheLinkIsBroken) {
             (Texts{"Connection failure", again, "Connection failure", again, "Connection failure", again}));
 }
 
+TEST_F(StatementsTest, SorguAcTekrarliEndsWhereNobodyAcknowledges) {
+  connectAll();
+  s.boxes.person = false;
+  server.fail("SELECT", linkBroken, 3);
+  EXPECT_EQ(session::Sorgu_Ac_Tekrarli(o, o.Kayitlar, "SELECT 1"), -1);
+  EXPECT_EQ(server.statements, Texts{"SELECT 1"});
+}
+
 TEST_F(StatementsTest, SorguAcTekrarliEndsOnAnyOtherFailure) {
   connectAll();
   server.fail("yok", badName);

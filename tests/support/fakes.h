@@ -48,6 +48,9 @@ class FakeBoxes : public session::Boxes {
   }
   std::string last() const { return shown.empty() ? std::string() : shown.back().text; }
 
+  bool waits() const override { return person; }
+
+  bool person = true;  // acknowledges what is shown
   std::deque<bool> answers;
   std::vector<Shown> shown;
   std::function<void(const std::string&)> onMessage;  // what "happens" while a box is up

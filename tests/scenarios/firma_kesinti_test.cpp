@@ -143,9 +143,11 @@ class FirmaKesinti : public testing::Test {
     tamOlmali();
     ASSERT_TRUE(p->sil(p->dugumler(firma).at(0)));
   }
-  // The card has told that something broke off, and where.
+  // The card has told that something broke off, and where; before anything was made the look-up's own
+  // failure is all there is to tell.
   void anlatildi() {
     const auto texts = p->s.boxes.texts();
+    if (!texts.empty() && texts.back().starts_with("SELECT name FROM  sysdatabases")) return;
     EXPECT_TRUE(p->gosterildi(yarida) || p->gosterildi(listelenemedi) || p->gosterildi(plansiz) ||
                 p->gosterildi("CREATE DATABASE"))
         << (texts.empty() ? "nothing" : texts.back());
@@ -272,8 +274,9 @@ TEST_F(FirmaKesinti, DatabaseWithoutARowIsTakenUpOnlyWhenItIsEmptyAndWanted) {
   p->bagla("master").execute("CREATE DATABASE YENI2012");
   p->olustur(firma);
   EXPECT_EQ(p->s.oturum.Son_Hata, "Bu İsimle Bir Firma Zaten Var.");
-  ASSERT_EQ(p->s.boxes.shown.size(), 3U);  // the question, and the chart that found no table
+  ASSERT_EQ(p->s.boxes.shown.size(), 2U);  // whether to go on with it, and whether its chart is wanted
   EXPECT_TRUE(p->s.boxes.shown[0].question);
+  EXPECT_TRUE(p->s.boxes.shown[1].question);
   EXPECT_TRUE(p->dugumler(firma).empty());
   toparlan();
 

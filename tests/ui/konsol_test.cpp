@@ -402,7 +402,7 @@ TEST_F(KonsolEkrani, ThePanelTellsTheCompanyAndItsBackup) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return values().find("okunuyor") == std::string::npos; }, 3000));
   EXPECT_EQ(values(),
             "Mağaza A.Ş.\n00001\n01/01/2012 – 31/12/2012\n20,0 MB\n2011.001  (güncel: 2012.002, tablolar "
-            "eksik)\n3\n"
+            "eksik)\n3\n(yok)\n"
             "01/03/2012\nSUNUCU\n\n");
   EXPECT_TRUE(find<QPushButton>(konsol, "GuncelleBtn")->isVisible());
 }

@@ -17,12 +17,6 @@ namespace {
 constexpr std::size_t headerSize = 100;
 constexpr int writeLock = 0, checkpointLock = 1, recoverLock = 2;  // SQLite's, in its shared index
 
-unsigned char* pageBuffer(std::size_t size) {
-  thread_local std::vector<unsigned char> buffer;
-  if (buffer.size() < size) buffer.resize(size);
-  return buffer.data();
-}
-
 bool isWholePage(const DataState& data, int size, sqlite3_int64 at) {
   return data.pageSize != 0 && static_cast<std::uint32_t>(size) == data.pageSize && at % size == 0;
 }
@@ -58,7 +52,8 @@ int writeFile(sqlite3_file* file, const void* from, int size, sqlite3_int64 at) 
     data.learnHeader(static_cast<const unsigned char*>(from));
   const auto bytes = static_cast<std::size_t>(size);
   if (!isWholePage(data, size, at)) return data.real.write(from, bytes, at);
-  unsigned char* page = pageBuffer(bytes);
+  if (data.scratch.size() < bytes) data.scratch.resize(bytes);
+  unsigned char* page = data.scratch.data();
   std::memcpy(page, from, bytes);
   const auto number = static_cast<std::uint32_t>(at / size + 1);
   if (number == 1) {

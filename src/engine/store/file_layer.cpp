@@ -263,8 +263,7 @@ std::optional<Error> checkPage(sqlite3* db, const std::string& alias, std::uint3
   sqlite3_file* file = fileOf(db, alias);
   if (!file) return std::nullopt;
   DataState& data = dataOf(file);
-  thread_local std::vector<unsigned char> buffer;
-  buffer.resize(data.pageSize);
+  std::vector<unsigned char> buffer(data.pageSize);
   const int code = data.real.read(buffer.data(), buffer.size(), std::int64_t{page - 1} * data.pageSize);
   if (code != SQLITE_OK)
     return Error(823, "I/O error detected in file '" + data.path + "' at page " + std::to_string(page) + ".",

@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "engine/store/log_format.h"
 
@@ -77,6 +78,7 @@ struct DataState {
   std::uint32_t identity = 0;
   Mark mark;
 
+  std::vector<unsigned char> scratch;  // a page on its way out; a thread's own would go before the last close
   const volatile unsigned char* index = nullptr;  // SQLite's shared index of the log
   bool holdsWrite = false, holdsCheckpoint = false;
   bool checkpointing = false, marked = false;  // a checkpoint runs; its mark is written

@@ -20,8 +20,9 @@ std::int64_t now() {
 }  // namespace
 
 std::shared_ptr<SharedLog> sharedLog(const std::string& dataPath) {
-  static std::mutex mutex;
-  static std::map<std::string, std::weak_ptr<SharedLog>> logs;
+  // Never destroyed: sessions that live as long as the process close their files after the statics have gone.
+  static auto& mutex = *new std::mutex;
+  static auto& logs = *new std::map<std::string, std::weak_ptr<SharedLog>>;
   const std::lock_guard lock(mutex);
   std::erase_if(logs, [](const auto& each) { return each.second.expired(); });
   std::weak_ptr<SharedLog>& kept = logs[dataPath];

@@ -1,6 +1,7 @@
 #include "engine/language/parser.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 #include "engine/language/keywords.h"
@@ -291,9 +292,9 @@ StatementPtr SqlParser::statement() {
 
 StatementPtr SqlParser::unsupportedStatement() {
   static constexpr std::string_view words[] = {
-      "BACKUP", "BULK",   "CHECKPOINT", "CLOSE",    "DEALLOCATE", "DENY",        "FETCH",
-      "GOTO",   "GRANT",  "KILL",       "MERGE",    "OPEN",       "READTEXT",   "RECONFIGURE", "RESTORE",
-      "REVERT", "REVOKE", "SETUSER",    "SHUTDOWN", "UPDATETEXT", "WAITFOR",    "WITH",        "WRITETEXT"};
+      "BACKUP", "BULK",    "CHECKPOINT", "CLOSE",      "DEALLOCATE", "DENY",        "FETCH",    "GOTO",
+      "GRANT",  "KILL",    "MERGE",      "OPEN",       "READTEXT",   "RECONFIGURE", "RESTORE",  "REVERT",
+      "REVOKE", "SETUSER", "SHUTDOWN",   "UPDATETEXT", "WAITFOR",    "WITH",        "WRITETEXT"};
   for (std::string_view word : words)
     if (isWord(word)) unsupported(word);
   if (isName() && isSymbol(':', 1)) unsupported("GOTO");

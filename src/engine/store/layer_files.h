@@ -94,7 +94,8 @@ struct DataState {
 struct LogState {
   DataState* data = nullptr;
   RealFile real;
-  Durable last;  // commit frame that was written last
+  Durable last;   // commit frame that was written last
+  Durable begun;  // one whose page is still to come
   std::uint64_t owed = 0;
   bool headerNew = false;  // and not on the disk yet
 };

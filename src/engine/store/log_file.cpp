@@ -74,21 +74,33 @@ int refuseBroken(const LogState& log) {
                         21));
 }
 
+// A commit counts when its last frame stands whole: header and page are written one after the other.
+void noteCommit(LogState& log, const unsigned char* bytes, int size, sqlite3_int64 at) {
+  if (size != static_cast<int>(frameHeaderSize)) {
+    if (log.begun.count != 0) log.last = log.begun;
+    log.begun = {};
+    return;
+  }
+  log.begun = {};
+  if (number32(bytes + 4) == 0) return;
+  const sqlite3_int64 step = log.data->pageSize + static_cast<sqlite3_int64>(frameHeaderSize);
+  log.begun.count = static_cast<std::uint32_t>((at - static_cast<sqlite3_int64>(logHeaderSize)) / step + 1);
+  std::copy(bytes + 8, bytes + 16, log.begun.seed.begin());
+  log.begun.sum = storedFrameSum(bytes)[1];
+}
+
 int writeLog(sqlite3_file* file, const void* from, int size, sqlite3_int64 at) {
   LogState& log = logOf(file);
   if (log.data->shared->broken()) return refuseBroken(log);
   const auto* bytes = static_cast<const unsigned char*>(from);
   if (at == 0 && size == static_cast<int>(logHeaderSize)) return beginGeneration(log, bytes);
   const int code = log.real.write(from, static_cast<std::size_t>(size), at + origin);
-  const bool commit =
-      code == SQLITE_OK && size == static_cast<int>(frameHeaderSize) && number32(bytes + 4) != 0;
-  if (commit) {
-    const sqlite3_int64 step = log.data->pageSize + static_cast<sqlite3_int64>(frameHeaderSize);
-    log.last.count = static_cast<std::uint32_t>((at - static_cast<sqlite3_int64>(logHeaderSize)) / step + 1);
-    std::copy(bytes + 8, bytes + 16, log.last.seed.begin());
-    log.last.sum = storedFrameSum(bytes)[1];
+  if (code != SQLITE_OK) {
+    log.begun = {};
+    return code;
   }
-  return code;
+  noteCommit(log, bytes, size, at);
+  return SQLITE_OK;
 }
 
 int truncateLog(sqlite3_file* file, sqlite3_int64 size) {

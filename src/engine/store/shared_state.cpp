@@ -1,8 +1,8 @@
 #include "engine/store/shared_state.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/mman.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -15,15 +15,33 @@ namespace engine {
 namespace {
 constexpr off_t pageSize = 4096;
 
-[[noreturn]] void failOpen(const std::filesystem::path& file) {
+[[noreturn]] void failOpen(const std::filesystem::path& file, int reason) {
   throw Error(5120, "Unable to open the physical file \"" + file.string() + "\". Operating system error " +
-                        std::to_string(errno) + ": \"" + std::strerror(errno) + "\".");
+                        std::to_string(reason) + ": \"" + std::strerror(reason) + "\".");
+}
+
+// A file that may grow no further is an error of the statement that writes it, not the end of the process.
+// Who has taken the signal himself keeps it.
+void ignoreSizeSignal() {
+  struct sigaction now {};
+  if (::sigaction(SIGXFSZ, nullptr, &now) == 0 && now.sa_handler == SIG_DFL) ::signal(SIGXFSZ, SIG_IGN);
+}
+
+// The page in its full length, with its blocks: on a full disk the first touch of a mapped hole would end
+// the process. What the file holds stays; the zero bytes of a new one are the state of a running service.
+void givePage(const LockFile& opened, const std::filesystem::path& file) {
+  int reason;
+  do {
+    reason = ::posix_fallocate(opened.descriptor(), 0, pageSize);
+  } while (reason == EINTR);
+  if (reason != 0) failOpen(file, reason);
 }
 }  // namespace
 
 LockFile::LockFile(const std::filesystem::path& file)
     : fd_(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
-  if (fd_ < 0) failOpen(file);
+  if (fd_ < 0) failOpen(file, errno);
+  ignoreSizeSignal();
 }
 
 LockFile::~LockFile() {
@@ -71,13 +89,9 @@ bool LockFile::heldByOthers(std::int64_t offset) const {
 SharedState::SharedState(const std::filesystem::path& file) {
   static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
   LockFile opened(file);
-  struct stat status {};
-  // Growing an empty file twice is harmless; its zero bytes are the state of a running service.
-  const bool sized = ::fstat(opened.descriptor(), &status) == 0 &&
-                     (status.st_size >= pageSize || ::ftruncate(opened.descriptor(), pageSize) == 0);
-  if (!sized) failOpen(file);
+  givePage(opened, file);
   void* address = ::mmap(nullptr, pageSize, PROT_READ | PROT_WRITE, MAP_SHARED, opened.descriptor(), 0);
-  if (address == MAP_FAILED) failOpen(file);
+  if (address == MAP_FAILED) failOpen(file, errno);
   page_ = static_cast<SharedPage*>(address);
 }
 

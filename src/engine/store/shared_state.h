@@ -49,7 +49,7 @@ class LockFile {
   int fd_;
 };
 
-// The mapped counters.
+// The mapped counters. Error 5120 when the disk has no room for the page.
 class SharedState {
  public:
   explicit SharedState(const std::filesystem::path& file);

@@ -4,6 +4,8 @@
 #include <array>
 #include <vector>
 
+#include "engine/server.h"
+
 namespace db {
 namespace {
 
@@ -100,6 +102,10 @@ std::size_t findFrom(const std::vector<Token>& all) {
 bool sameName(std::string_view a, std::string_view b) {
   return a.size() == b.size() &&
          std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return lower(x) == lower(y); });
+}
+
+bool reservedWord(std::string_view name) {
+  return engine::isReserved(name);
 }
 
 std::optional<TableName> tableOfSelect(std::string_view sql) {

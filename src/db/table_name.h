@@ -20,5 +20,6 @@ std::optional<TableName> tableOfSelect(std::string_view sql);
 std::string bracketed(std::string_view name);           // [name], closing brackets doubled
 std::string qualifiedName(const TableName& table);      // [db].dbo.[t] or [t]
 bool sameName(std::string_view a, std::string_view b);  // ASCII case ignored
+bool reservedWord(std::string_view name);               // no name unless in brackets
 
 }  // namespace db

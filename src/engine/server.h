@@ -2,5 +2,6 @@
 // include.
 #pragma once
 
+#include "engine/language/keywords.h"
 #include "engine/server/server.h"
 #include "engine/value.h"

@@ -12,7 +12,7 @@ namespace rights {
 inline constexpr std::string_view katalogAdi = session::katalogVeritabani;
 
 // How a save begins: it waits five seconds at most for what another program holds.
-inline constexpr std::string_view islemBasi = "SET LOCK_TIMEOUT 5000 BEGIN TRAN";
+inline constexpr std::string_view islemBasi = "SET LOCK_TIMEOUT 5000\nBEGIN TRAN";
 
 // Baglanti to the catalog; false when it cannot be had, with the reason shown.
 bool katalogaBaglan(session::Oturum& oturum);

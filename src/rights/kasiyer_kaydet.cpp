@@ -2,7 +2,6 @@
 #include "rights/islem.h"
 #include "rights/kasiyer.h"
 #include "rights/yetki_yaz.h"
-#include "session/statements.h"
 
 namespace rights {
 
@@ -25,10 +24,7 @@ bool degeriBul(Oturum& oturum, const FisTanimi& tanim, const std::string& kod, d
                           (a.sayi ? "CONVERT(VARCHAR(12)," + std::string(a.kod) + ")" : std::string(a.kod)) +
                           "='" + db::escape(kod) + "'";
   db::Recordset row;
-  if (a.katalogda)
-    row.open(*oturum.Baglanti, sql);
-  else if (session::Sorgu_Ac_Tekrarli(oturum, row, sql) != 0)
-    return false;
+  row.open(*(a.katalogda ? oturum.Baglanti : oturum.Baglanti3), sql);
   if (row.eof()) {
     oturum.kutular->message(std::string(tanim.yazi) + " bulunamadı: " + kod, session::Icon::Stop);
     return false;

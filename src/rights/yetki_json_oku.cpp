@@ -107,13 +107,13 @@ std::string birOku(const std::string& ad, const JsonDeger& deger, YetkiDuzeni& d
 }
 
 // The mark of a list becomes the default, unless the object names the default itself.
-void varsayilan(db::Recordset& kayitlar, const char* kolon, const Yerler& yerler, bool vardi,
+void varsayilan(KolonDegerleri& degerler, const char* kolon, const Yerler& yerler, bool vardi,
                 const JsonKapsami& kapsam) {
   const std::size_t sira = *kolonSirasi(kolon);
   if (std::find(kapsam.kolonlar.begin(), kapsam.kolonlar.end(), sira) != kapsam.kolonlar.end()) return;
   for (const YerYetkisi& yer : yerler)
-    if (yer.varsayilan) return kayitlar.set(kolon, yer.kod);
-  if (vardi) kayitlar.set(kolon, db::Value());
+    if (yer.varsayilan) return void(degerler.emplace_back(kolon, yer.kod));
+  if (vardi) degerler.emplace_back(kolon, db::Value());
 }
 
 }  // namespace
@@ -133,12 +133,13 @@ bool yetkiJsonYaz(session::Oturum& oturum, YetkiDuzeni& duzen, const JsonKapsami
   const bool yazildi = tekIslem(oturum, "Yetkiler kaydedilemedi; hiçbir şey değiştirilmedi.", [&] {
     db::Recordset kayitlar;
     if (!satiriAc(oturum, kayitlar, duzen.Firma_ID, duzen.Kullanici_ID)) return false;
+    KolonDegerleri degerler;
     for (const std::size_t sira : kapsam.kolonlar)
-      kayitlar.set(kolonlar()[sira].ad, duzen.satir.degerler[sira]);
-    if (kapsam.ambarlar) varsayilan(kayitlar, "Def_Ambar_No", duzen.YetkiAmbarGrd, duzen.merkezVardi, kapsam);
+      degerler.emplace_back(kolonlar()[sira].ad, duzen.satir.degerler[sira]);
+    if (kapsam.ambarlar) varsayilan(degerler, "Def_Ambar_No", duzen.YetkiAmbarGrd, duzen.merkezVardi, kapsam);
     if (kapsam.isyerleri)
-      varsayilan(kayitlar, "DEF_Isyeri_Kod", duzen.YetkiIsyeriGrd, duzen.isyeriVardi, kapsam);
-    kayitlar.update();
+      varsayilan(degerler, "DEF_Isyeri_Kod", duzen.YetkiIsyeriGrd, duzen.isyeriVardi, kapsam);
+    if (!satiriYaz(oturum, kayitlar, degerler)) return false;
     yerYetkileriniYaz(oturum, duzen.firma, duzen.Kullanici_ID,
                       kapsam.ambarlar ? &duzen.YetkiAmbarGrd : nullptr,
                       kapsam.isyerleri ? &duzen.YetkiIsyeriGrd : nullptr);

@@ -32,32 +32,36 @@ std::string kodlar(const Yerler& yerler, bool secili, bool sayi) {
   return birlestir(those, [sayi](const YerYetkisi& y) { return sayi ? y.kod : literal(y.kod); });
 }
 
-// One batch however many rows changed: unticked rows go, ticked ones come, one of them is marked. A place
+// Two statements however many rows changed. Unticked rows go, and so does a row whose mark is not what is
+// shown; then ticked rows that are not there come, with their mark. The others keep their numbers. A place
 // that the company does not have is left out.
 std::string yerBatchi(const YerTablosu& t, const std::string& firma, const std::string& kullanici,
                       const Yerler& yerler) {
+  if (yerler.empty()) return "";
   const auto tablo = [&](std::string_view name) { return firma + ".dbo." + std::string(name); };
   const std::string kod(t.kod), isaret(t.isaret);
   const std::string giden = kodlar(yerler, false, t.sayi), kalan = kodlar(yerler, true, t.sayi);
-  std::string batch;
-  if (!giden.empty())
-    batch += "DELETE FROM " + tablo(t.yetki) + " WHERE Kullanici_ID=" + kullanici + " AND " + kod + " IN (" +
-             giden + ")\n";
-  if (!kalan.empty())
-    batch += "INSERT INTO " + tablo(t.yetki) + "(Kullanici_ID," + kod + "," + isaret + ") SELECT " +
-             kullanici + ",A." + kod + ",0 FROM " + tablo(t.kart) + " A WHERE A." + kod + " IN (" + kalan +
-             ") AND NOT EXISTS (SELECT K.Yetki_ID FROM " + tablo(t.yetki) +
-             " K WHERE K.Kullanici_ID=" + kullanici + " AND K." + kod + "=A." + kod + ")\n";
   const auto marked =
       std::find_if(yerler.begin(), yerler.end(), [](const YerYetkisi& y) { return y.Sec && y.varsayilan; });
   const std::string isaretli = marked == yerler.end() ? "" : t.sayi ? marked->kod : literal(marked->kod);
-  if (!yerler.empty())
-    batch += "UPDATE " + tablo(t.yetki) + " SET " + isaret + "=" +
-             (isaretli.empty() ? "0" : "CASE WHEN " + kod + "=" + isaretli + " THEN 1 ELSE 0 END") +
-             " WHERE Kullanici_ID=" + kullanici;
+  std::string eski = isaret + "=1";
+  if (!isaretli.empty())
+    eski = "(" + eski + " AND " + kod + "<>" + isaretli + ") OR (ISNULL(" + isaret + ",0)=0 AND " + kod +
+           "=" + isaretli + ")";
+  std::string batch = "DELETE FROM " + tablo(t.yetki) + " WHERE Kullanici_ID=" + kullanici + " AND (" +
+                      (giden.empty() ? "" : kod + " IN (" + giden + ") OR ") + eski + ")";
+  if (!kalan.empty())
+    batch += "\nINSERT INTO " + tablo(t.yetki) + "(Kullanici_ID," + kod + "," + isaret + ") SELECT " +
+             kullanici + ",A." + kod + "," +
+             (isaretli.empty() ? "0" : "CASE WHEN A." + kod + "=" + isaretli + " THEN 1 ELSE 0 END") +
+             " FROM " + tablo(t.kart) + " A WHERE A." + kod + " IN (" + kalan +
+             ") AND NOT EXISTS (SELECT K.Yetki_ID FROM " + tablo(t.yetki) +
+             " K WHERE K.Kullanici_ID=" + kullanici + " AND K." + kod + "=A." + kod + ")";
   return batch;
 }
 
+constexpr std::string_view kayitSilinmis =
+    "Bu kullanıcının bu firmadaki yetki kaydı başka bir yerden silinmiş; kaydedilemedi.";
 constexpr int metinSigmaz = 8152;  // the server's number for a text longer than its column
 
 void yerleriYaz(Oturum& oturum, const YerTablosu& t, const std::string& firma, const std::string& kullanici,
@@ -80,6 +84,15 @@ db::Value kasaNumarasi(Oturum& oturum, const std::string& firma, const std::stri
   oturum.Kayitlar.open(*oturum.Baglanti, "SELECT Kasa_ID,Kasa_Kod FROM " + firma +
                                              ".dbo.KASAKART WHERE  Kasa_Kod=" + literal(kod));
   return oturum.Kayitlar.eof() ? db::Value() : oturum.Kayitlar.field("Kasa_ID");
+}
+
+// What a save of the editor writes: all but the two columns that the till's screen owns.
+void yazilacaklar(const YetkiSatiri& satir, KolonDegerleri& degerler) {
+  for (std::size_t i = 0; i < kolonlar().size(); ++i) {
+    const Kolon& kolon = kolonlar()[i];
+    if (kolon.ad == "Kullanici_Fiyat" || kolon.ad == "FiyatDegistirsin") continue;
+    if (!satir.degerler[i].isNull() || kolon.bosOlur) degerler.emplace_back(kolon.ad, satir.degerler[i]);
+  }
 }
 
 // The marked row gives the default; without one the default goes only when a mark has been taken away.
@@ -106,21 +119,21 @@ bool satiriAc(Oturum& oturum, db::Recordset& kayitlar, const std::string& firmaI
       *oturum.Baglanti,
       "SELECT * FROM Kullanici WHERE Firma_ID='" + firmaId + "' AND Kullanici_ID='" + kullanici + "'",
       db::Cursor::Keyset, db::Lock::BatchOptimistic);
-  if (!kayitlar.eof()) return true;
-  oturum.kutular->message(
-      "Bu kullanıcının bu firmadaki yetki kaydı başka bir yerden silinmiş; kaydedilemedi.",
-      session::Icon::Stop);
-  return false;
+  if (kayitlar.eof()) oturum.kutular->message(std::string(kayitSilinmis), session::Icon::Stop);
+  return !kayitlar.eof();
 }
 
-// Other programs made the catalog: what it has no column for is left out rather than failing the save.
-void kolonlariKoy(db::Recordset& kayitlar, const YetkiSatiri& satir) {
-  for (std::size_t i = 0; i < kolonlar().size(); ++i) {
-    const Kolon& kolon = kolonlar()[i];
-    if (kayitlar.fieldIndex(kolon.ad) < 0) continue;
-    if (satir.degerler[i].isNull() && !kolon.bosOlur) continue;
-    kayitlar.set(kolon.ad, satir.degerler[i]);
-  }
+bool satiriYaz(Oturum& oturum, const db::Recordset& kayitlar, const KolonDegerleri& degerler) {
+  std::string set;
+  for (const auto& [kolon, deger] : degerler)
+    if (kayitlar.fieldIndex(kolon) >= 0)
+      set += (set.empty() ? "" : ",") + std::string(kolon) + "=" + db::literal(deger);
+  if (set.empty()) return true;
+  if (oturum.Baglanti->execute("UPDATE Kullanici SET " + set + " WHERE ID=" + kayitlar.field("ID").text()) >
+      0)
+    return true;
+  oturum.kutular->message(std::string(kayitSilinmis), session::Icon::Stop);
+  return false;
 }
 
 bool TamamBtn(Oturum& oturum, YetkiDuzeni& duzen) {
@@ -156,15 +169,12 @@ bool Yetki_Kaydet(Oturum& oturum, YetkiDuzeni& duzen) {
     varsayilaniKoy(satir["DEF_Isyeri_Kod"], duzen.YetkiIsyeriGrd, duzen.isyeriVardi);
     satir["Def_Kasa_ID"] = kasaNumarasi(oturum, duzen.firma, duzen.Def_Kasa_Kod);
     satir["Def_Cari_Kod"] = duzen.Def_Cari_Kod.empty() ? db::Value() : db::Value(duzen.Def_Cari_Kod);
-    // The till's screen owns these two.
-    satir["Kullanici_Fiyat"] = kayitlar.field("Kullanici_Fiyat");
-    satir["FiyatDegistirsin"] = kayitlar.field("FiyatDegistirsin");
-    kayitlar.set("Firma_ID", duzen.Firma_ID);
-    kayitlar.set("Kullanici_ID", duzen.Kullanici_ID);
-    kayitlar.set("Kullanici_Ad", duzen.Kullanici_Ad);
-    kayitlar.set("Kullanici_Sifre", duzen.Kullanici_Sifre);
-    kolonlariKoy(kayitlar, satir);
-    kayitlar.update();
+    KolonDegerleri degerler{{"Firma_ID", duzen.Firma_ID},
+                            {"Kullanici_ID", duzen.Kullanici_ID},
+                            {"Kullanici_Ad", duzen.Kullanici_Ad},
+                            {"Kullanici_Sifre", duzen.Kullanici_Sifre}};
+    yazilacaklar(satir, degerler);
+    if (!satiriYaz(oturum, kayitlar, degerler)) return false;
     yerYetkileriniYaz(oturum, duzen.firma, duzen.Kullanici_ID, &duzen.YetkiAmbarGrd, &duzen.YetkiIsyeriGrd);
     duzen.satir = satir;
     return true;

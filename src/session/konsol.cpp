@@ -110,9 +110,18 @@ std::optional<std::vector<Dugum>> nodesOf(Oturum& oturum, std::string_view sql, 
   return nodes;
 }
 
-bool deleteRows(Oturum& oturum, const std::vector<std::string>& deletions) {
+// All of them or none; what fails is shown and ends it.
+bool deleteRows(Oturum& oturum, std::vector<std::string> deletions) {
   if (!connectCatalog(oturum)) return false;
-  for (const std::string& deletion : deletions) Sorgu_Ac_Mesajli(oturum, oturum.Kayitlar, deletion);
+  deletions.insert(deletions.begin(), "BEGIN TRAN");
+  deletions.emplace_back("COMMIT TRAN");
+  for (const std::string& deletion : deletions) {
+    oturum.Son_Hata.clear();
+    Sorgu_Ac_Mesajli(oturum, oturum.Kayitlar, deletion);
+    if (oturum.Son_Hata.empty()) continue;
+    Sorgu_Ac(oturum, oturum.Kayitlar, "IF @@TRANCOUNT>0 ROLLBACK TRAN");
+    return false;
+  }
   return true;
 }
 

@@ -43,7 +43,8 @@ std::vector<Dugum> Kullanici_Listesi_Doldur(Oturum& oturum);
 
 // What removes a company from the catalog, in its order.
 std::vector<std::string> firmaSilmeCumleleri(std::int64_t id);
-// Remove the rows of one company or user from the catalog. False when the catalog could not be reached.
+// Remove the rows of one company or user from the catalog, all or none. False, with the reason shown, on a
+// failure.
 bool Firma_Sil(Oturum& oturum, std::int64_t id);
 bool Kullanici_Sil(Oturum& oturum, std::int64_t id);
 

@@ -90,6 +90,15 @@ class Ortam {
     }
     return out;
   }
+  // All rows that the procedures of this room write.
+  std::string hersey() {
+    std::string out;
+    for (const char* tablo : {"sysuslng", "sysusfrmlng", "Kullanici", "Kullanici_Menu", "KASIYERCONFIG",
+                              "KSKISAYOL", "MERKEZ.dbo.KULLANICIAMBAR", "MERKEZ.dbo.KULLANICIISYERI",
+                              "SUBE.dbo.KULLANICIAMBAR", "SUBE.dbo.KULLANICIISYERI"})
+      out += std::string(tablo) + ":\n" + rows("SELECT * FROM " + std::string(tablo)) + "\n";
+    return out;
+  }
   // A user of the companies with those numbers; gives his id.
   std::int64_t kullanici(const std::string& ad, const std::string& sifre,
                          std::vector<std::int64_t> firmalar) {

@@ -152,9 +152,9 @@ TEST_F(KonsolTest, DeletingACompany) {
   EXPECT_EQ(databases(), (std::vector<std::string>{"master", "Defination_DB"}));
   EXPECT_EQ(server.statements,
             (std::vector<std::string>{
-                sahibi, "DROP DATABASE MAGAZA", "DELETE FROM sysusfrmlng WHERE sysfrm_ID='4'",
+                sahibi, "DROP DATABASE MAGAZA", "BEGIN TRAN", "DELETE FROM sysusfrmlng WHERE sysfrm_ID='4'",
                 "DELETE FROM Kullanici WHERE Firma_ID='4'", "DELETE FROM sysfrmlng WHERE sysfrm_ID='4'",
-                "DELETE FROM Kullanici_Menu WHERE Firma_ID='4'"}));
+                "DELETE FROM Kullanici_Menu WHERE Firma_ID='4'", "COMMIT TRAN"}));
 }
 
 TEST_F(KonsolTest, NothingIsDeletedWhenTheOwnerIsNotKnown) {
@@ -176,11 +176,11 @@ TEST_F(KonsolTest, CompanyInUseKeepsItsRows) {
 TEST_F(KonsolTest, DeletingAUser) {
   boxes.answers = {true};
   EXPECT_TRUE(MNSil(oturum, user).listeyiYenile);
-  EXPECT_EQ(
-      server.statements,
-      (std::vector<std::string>{
-          "DELETE FROM sysusfrmlng WHERE sysus_ID='7'", "DELETE FROM Kullanici WHERE Kullanici_ID='7'",
-          "DELETE FROM sysuslng WHERE sysus_ID='7'", "DELETE FROM Kullanici_Menu WHERE Kullanici_ID='7'"}));
+  EXPECT_EQ(server.statements,
+            (std::vector<std::string>{"BEGIN TRAN", "DELETE FROM sysusfrmlng WHERE sysus_ID='7'",
+                                      "DELETE FROM Kullanici WHERE Kullanici_ID='7'",
+                                      "DELETE FROM sysuslng WHERE sysus_ID='7'",
+                                      "DELETE FROM Kullanici_Menu WHERE Kullanici_ID='7'", "COMMIT TRAN"}));
 }
 
 TEST_F(KonsolTest, NextCompanyCode) {

@@ -2,6 +2,7 @@
 // before or after the n-th.
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
@@ -15,6 +16,7 @@ struct Izleme {
   std::vector<std::string> deyimler;             // in the order sent
   std::vector<std::string> reddedilen;           // those the server refused
   std::function<void(std::size_t)> once, sonra;  // get the number of the statement, from 1
+  bool satirSatir = false;  // batches go line by line, so that each statement of them is one of these
   void sifirla() { *this = {}; }
 };
 
@@ -32,6 +34,14 @@ class IzleyenBaglanti : public db::Connection {
     return asil_->tableColumns(database, table);
   }
   void run(std::string_view batch, db::BatchSink& sink) override {
+    for (std::size_t at = 0, end = 0; at <= batch.size(); at = end + 1) {
+      end = izleme_.satirSatir ? std::min(batch.find('\n', at), batch.size()) : batch.size();
+      gonder(batch.substr(at, end - at), sink);
+    }
+  }
+
+ private:
+  void gonder(std::string_view batch, db::BatchSink& sink) {
     izleme_.deyimler.emplace_back(batch);
     const std::size_t number = izleme_.deyimler.size();
     if (izleme_.once) izleme_.once(number);
@@ -44,7 +54,6 @@ class IzleyenBaglanti : public db::Connection {
     if (izleme_.sonra) izleme_.sonra(number);
   }
 
- private:
   std::unique_ptr<db::Connection> asil_;
   Izleme& izleme_;
 };

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -117,6 +118,22 @@ class Connection {
   virtual std::optional<PlanCounters> planCounters() const { return std::nullopt; }
 };
 
+// What a table holds: its rows, and a sum over all their values that does not depend on their order.
+struct TableDigest {
+  std::string name;
+  std::int64_t rows = 0;
+  std::uint64_t sum = 0;
+  bool operator==(const TableDigest&) const = default;
+};
+
+// A pair of database files that no server has open, for reading.
+class DatabaseCopy {
+ public:
+  virtual ~DatabaseCopy() = default;
+  virtual Connection& connection() = 0;  // stands on the database
+  virtual std::vector<TableDigest> tables() = 0;
+};
+
 // What only a server inside this process offers: its making and its service. Errors are SqlError.
 class LocalServer {
  public:
@@ -131,6 +148,17 @@ class LocalServer {
   virtual void check(const std::filesystem::path& data, const std::filesystem::path& log,
                      const std::string& name) = 0;
   virtual void start() = 0;
+  // The pair as it lies there; it stays as it is. Where its log has to be taken in first, that is done with
+  // a copy in the scratch folder.
+  virtual std::unique_ptr<DatabaseCopy> openCopy(const std::filesystem::path& data,
+                                                 const std::filesystem::path& log, const std::string& name,
+                                                 const std::filesystem::path& scratch) = 0;
+  // The database as it is at this moment, as a pair under names that must be free, while others go on
+  // writing. `step` gets pages done and in all; false breaks off, and nothing is left. What the original's
+  // tables held at that moment.
+  virtual std::vector<TableDigest> copyLive(const std::string& database, const std::filesystem::path& data,
+                                            const std::filesystem::path& log,
+                                            const std::function<bool(std::int64_t, std::int64_t)>& step) = 0;
 };
 
 // Makes closed connections for a server name; chosen once, in app/.

@@ -40,9 +40,14 @@ SqlError openingError(const engine::Error& error, const std::string& database) {
 void EmbeddedConnection::open(const ConnectionParts& parts) {
   close();
   parts_ = parts;
-  const auto server = servers_->at(servers_->folderOf(parts.server));
+  openAt(servers_->at(servers_->folderOf(parts.server)), parts);
+}
+
+void EmbeddedConnection::openAt(std::shared_ptr<engine::Server> server, const ConnectionParts& parts) {
+  parts_ = parts;
   try {
-    session_ = std::make_unique<engine::Session>(server, parts.login, parts.password, parts.database);
+    session_ =
+        std::make_unique<engine::Session>(std::move(server), parts.login, parts.password, parts.database);
   } catch (const engine::Error& error) {
     // There is no integrated login here. It comes behind a failed SQL login, and its failure is the one that
     // people are told: it is judged by the same name and password, so that what else was in the way (a

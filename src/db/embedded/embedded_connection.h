@@ -14,6 +14,8 @@ class EmbeddedConnection : public Connection {
   explicit EmbeddedConnection(std::shared_ptr<EmbeddedServers> servers) : servers_(std::move(servers)) {}
 
   void open(const ConnectionParts& parts) override;
+  // On a server that no name leads to.
+  void openAt(std::shared_ptr<engine::Server> server, const ConnectionParts& parts);
   void close() override { session_.reset(); }
   State state() const override { return session_ ? State::Open : State::Closed; }
   std::string connectionText() const override;

@@ -1,5 +1,6 @@
 #include "db/embedded/embedded_servers.h"
 
+#include "db/embedded/embedded_connection.h"
 #include "db/table_name.h"
 
 namespace db {
@@ -10,6 +11,39 @@ constexpr int noServer = 17;  // "SQL Server does not exist or access denied."
 constexpr int loginFailed = 18456;
 constexpr int notTrusted = 18452;
 constexpr int serviceStopped = 17142;
+
+template <class Work>
+auto guarded(Work&& work) {
+  try {
+    return work();
+  } catch (const engine::Error& error) {
+    throw fromEngine(error, true);
+  }
+}
+
+std::vector<TableDigest> digests(const std::vector<engine::TableDigest>& tables) {
+  std::vector<TableDigest> out;
+  for (const auto& table : tables) out.push_back({table.name, table.rows, table.sum});
+  return out;
+}
+
+class EmbeddedCopy : public DatabaseCopy {
+ public:
+  EmbeddedCopy(const std::filesystem::path& data, const std::filesystem::path& log, const std::string& name,
+               const std::filesystem::path& scratch)
+      : copy_(engine::Server::openCopy(data, log, name, scratch)), name_(name), connection_(nullptr) {
+    connection_.openAt(copy_.server, {"(kopya)", name, copy_.login, copy_.password, false});
+  }
+  Connection& connection() override { return connection_; }
+  std::vector<TableDigest> tables() override {
+    return guarded([&] { return digests(copy_.server->digest(name_)); });
+  }
+
+ private:
+  engine::Server::Copy copy_;
+  std::string name_;
+  EmbeddedConnection connection_;
+};
 
 class EmbeddedService : public LocalServer {
  public:
@@ -47,6 +81,17 @@ class EmbeddedService : public LocalServer {
     } catch (const engine::Error& error) {
       throw fromEngine(error, true);
     }
+  }
+
+  std::unique_ptr<DatabaseCopy> openCopy(const std::filesystem::path& data, const std::filesystem::path& log,
+                                         const std::string& name,
+                                         const std::filesystem::path& scratch) override {
+    return guarded([&] { return std::make_unique<EmbeddedCopy>(data, log, name, scratch); });
+  }
+  std::vector<TableDigest> copyLive(const std::string& database, const std::filesystem::path& data,
+                                    const std::filesystem::path& log,
+                                    const std::function<bool(std::int64_t, std::int64_t)>& step) override {
+    return guarded([&] { return digests(servers_->at(folder_)->copyLive(database, data, log, step)); });
   }
 
  private:

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "engine/plan/plan_statistics.h"
+#include "engine/store/table_digest.h"
 #include "engine/value.h"
 
 namespace engine {
@@ -60,12 +61,30 @@ class Server {
   static void checkFiles(const std::filesystem::path& data, const std::filesystem::path& log,
                          const std::string& name);
 
+  // A pair of files that no server has open, as the only company of a server of its own, which goes with
+  // its last user. What is settled is read where it lies and cannot be written (3906); another pair, whose
+  // log has to be taken in first, is copied into a scratch folder below `scratch`. The pair stays as it is.
+  // 5120, 5171, 5172, 5173, 823, 824, 9004.
+  struct Copy {
+    std::shared_ptr<Server> server;
+    std::string login, password;
+  };
+  static Copy openCopy(const std::filesystem::path& data, const std::filesystem::path& log,
+                       const std::string& name, const std::filesystem::path& scratch);
+  // What the tables of a database hold.
+  std::vector<TableDigest> digest(const std::string& database);
+  // The database as it is at this moment, as a settled pair under names that must be free; others go on
+  // writing. Returns what the original's tables held at that moment. 911, 5123, 1105, 3617.
+  std::vector<TableDigest> copyLive(const std::string& database, const std::filesystem::path& data,
+                                    const std::filesystem::path& log, const CopyStep& step);
+
   const std::filesystem::path& folder() const;
   Instance& instance() { return *instance_; }
   const std::shared_ptr<Instance>& sharedInstance() const { return instance_; }
 
  private:
   explicit Server(std::shared_ptr<Instance> instance);
+  std::shared_ptr<void> scratch_;  // goes last
   std::shared_ptr<Instance> instance_;
   std::vector<DamagedDatabase> leftOvers_;
 };

@@ -12,6 +12,7 @@
 #include "engine/catalog.h"
 #include "engine/function.h"
 #include "engine/store/companion.h"
+#include "engine/store/file_handle.h"
 #include "engine/store/file_layer.h"
 #include "engine/store/file_names.h"
 #include "engine/store/page_checksum.h"
@@ -23,39 +24,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int busyMilliseconds = 10000;
 constexpr mode_t privateMode = 0600;
-
-// A handle of its own on one file.
-class FileHandle {
- public:
-  explicit FileHandle(const std::string& uri) {
-    // The name itself says what may be made.
-    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI;
-    const int rc = sqlite3_open_v2(uri.c_str(), &db_, flags, nullptr);
-    if (rc != SQLITE_OK) {
-      try {
-        lite::fail(db_, rc);
-      } catch (...) {
-        sqlite3_close(db_);
-        throw;
-      }
-    }
-    sqlite3_extended_result_codes(db_, 1);
-    sqlite3_busy_timeout(db_, busyMilliseconds);
-    registerFunctions(db_, &functions_);
-  }
-  FileHandle(const DatabaseFiles& files, bool create)
-      : FileHandle(store::fileUri(files.data, files.log, files.name, create)) {}
-  ~FileHandle() { sqlite3_close_v2(db_); }
-  FileHandle(const FileHandle&) = delete;
-  FileHandle& operator=(const FileHandle&) = delete;
-  operator sqlite3*() const { return db_; }
-
- private:
-  FunctionContext functions_;
-  sqlite3* db_ = nullptr;
-};
 
 [[noreturn]] void failCreate(const fs::path& file, int reason) {
   throw Error(5123, "CREATE FILE encountered operating system error " + std::to_string(reason) + "(" +
@@ -107,6 +76,15 @@ std::string plainUri(const fs::path& data, const char* options) {
   return uri + options;
 }
 
+bool isLeft(const fs::path& data) {
+  fs::path index = data;
+  index += "-shm";
+  std::error_code error;
+  return fs::exists(index, error);
+}
+
+}  // namespace
+
 void makeEmpty(const fs::path& file) {
   const int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, privateMode);
   if (fd < 0) failCreate(file, errno);
@@ -117,15 +95,6 @@ void reserveChecksums(sqlite3* db) {
   int bytes = static_cast<int>(store::checksumSize);
   sqlite3_file_control(db, "main", SQLITE_FCNTL_RESERVE_BYTES, &bytes);
 }
-
-bool isLeft(const fs::path& data) {
-  fs::path index = data;
-  index += "-shm";
-  std::error_code error;
-  return fs::exists(index, error);
-}
-
-}  // namespace
 
 fs::path unfinishedName(const fs::path& file) {
   fs::path name = file;

@@ -183,10 +183,24 @@ sqlite3_file* fileOf(sqlite3* db, const std::string& alias) {
 
 }  // namespace
 
+namespace {
+
+std::string uri(const std::filesystem::path& data, const std::filesystem::path& log,
+                const std::string& database, const std::string& mode) {
+  return "file:" + escaped(data.string()) + "?vfs=" + registeredLayer() + "&mode=" + mode + "&" +
+         logParameter + "=" + escaped(log.string()) + "&" + nameParameter + "=" + escaped(database);
+}
+
+}  // namespace
+
 std::string fileUri(const std::filesystem::path& data, const std::filesystem::path& log,
                     const std::string& database, bool create) {
-  return "file:" + escaped(data.string()) + "?vfs=" + registeredLayer() + "&mode=" + (create ? "rwc" : "rw") +
-         "&" + logParameter + "=" + escaped(log.string()) + "&" + nameParameter + "=" + escaped(database);
+  return uri(data, log, database, create ? "rwc" : "rw");
+}
+
+std::string copyUri(const std::filesystem::path& data, const std::filesystem::path& log,
+                    const std::string& database) {
+  return uri(data, log, database, "ro&immutable=1");
 }
 
 void flush(sqlite3* db, const std::string& alias) {

@@ -23,6 +23,9 @@ constexpr int pageSize = 4096;  // of the files made here
 // told in errors. With `create` the data file may be missing.
 std::string fileUri(const std::filesystem::path& data, const std::filesystem::path& log,
                     const std::string& database, bool create = false);
+// For a data file that is settled and that nobody changes: read only, without locks and without its log.
+std::string copyUri(const std::filesystem::path& data, const std::filesystem::path& log,
+                    const std::string& database);
 
 // Returns when all that this handle has committed in the database is on the disk. Error 9001 when the disk
 // refuses: then nobody knows whether it will be there, and the log is closed to writers until every

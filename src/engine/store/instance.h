@@ -35,6 +35,11 @@ class Instance {
   LoginGuard& logins() { return logins_; }
   IdentityMarks& identityMarks() { return identityMarks_; }
 
+  // A database of this instance whose files are a settled copy: opened for reading only and left as they
+  // are. Said before the first session.
+  void setCopy(const std::filesystem::path& data) { copy_ = data; }
+  bool isCopy(const std::filesystem::path& data) const { return !copy_.empty() && data == copy_; }
+
   bool stopped() const { return shared_->stopped.load(std::memory_order_acquire) != 0; }
 
   // Catalogs read by one session serve the others; only committed ones are kept.
@@ -51,7 +56,7 @@ class Instance {
  private:
   void watch();
 
-  std::filesystem::path folder_;
+  std::filesystem::path folder_, copy_;
   SharedState shared_;
   LoginGuard logins_;
   IdentityMarks identityMarks_;

@@ -211,10 +211,13 @@ Attached& Store::Impl::open(const DatabaseEntry& entry) {
   one->alias = "d" + std::to_string(entry.id);
   if (!orphans.empty()) one->alias += "_" + std::to_string(++orphanCount);
   one->lastUse = ++clock;
-  const std::filesystem::path log = readyCompanion(entry.data, entry.log, entry.name);
+  const bool copy = instance->isCopy(entry.data);
+  const std::filesystem::path log = copy ? entry.log : readyCompanion(entry.data, entry.log, entry.name);
+  one->tuned = copy;  // nothing of it is written
   {
     lite::Stmt attach(db, "ATTACH ? AS " + one->alias);
-    attach.bind(store::fileUri(entry.data, log, entry.name));
+    attach.bind(copy ? store::copyUri(entry.data, log, entry.name)
+                     : store::fileUri(entry.data, log, entry.name));
     try {
       attach.run();
     } catch (const Error& error) {

@@ -1,0 +1,118 @@
+// Copies of databases, as a server makes and reads them.
+#include <sodium.h>
+#include <stdlib.h>
+
+#include "engine/catalog.h"
+#include "engine/function.h"
+#include "engine/server/server.h"
+#include "engine/store.h"
+#include "engine/store/companion.h"
+#include "engine/store/copy.h"
+
+namespace engine {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class ScratchFolder {
+ public:
+  explicit ScratchFolder(const fs::path& parent) {
+    std::string name = (parent / "zembera-kopya-XXXXXX").string();
+    if (!::mkdtemp(name.data()))
+      throw Error(5123,
+                  "CREATE FILE encountered operating system error while attempting to create the "
+                  "scratch folder '" +
+                      name + "'.");
+    path = name;
+  }
+  ~ScratchFolder() {
+    std::error_code ignored;
+    fs::remove_all(path, ignored);
+  }
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+  fs::path path;
+};
+
+void copyFile(const fs::path& from, const fs::path& to) {
+  std::error_code error;
+  fs::copy_file(from, to, error);
+  if (error)
+    throw Error(5120, "Unable to open the physical file \"" + from.string() + "\". Operating system error " +
+                          std::to_string(error.value()) + ": \"" + error.message() + "\".");
+  fs::permissions(to, fs::perms::owner_read | fs::perms::owner_write, error);
+}
+
+void registerDatabase(Store& store, const DatabaseFiles& files, const std::string& family) {
+  store.begin();
+  const std::string master = store.attach("master");
+  store.lockDefinitions("master");
+  lite::Stmt put(store.handle(), "INSERT INTO " + master +
+                                     ".zb_databases(name, data, log, file_name, crdate, state, family) "
+                                     "VALUES(?, ?, ?, ?, ?, 0, ?)");
+  put.bind(files.name)
+      .bind(files.data.string())
+      .bind(files.log.string())
+      .bind(files.data.string())
+      .bind(currentTicks())
+      .bind(family)
+      .run();
+  store.markChanged("master");
+  store.commit();
+  store.reloadDatabases();
+}
+
+}  // namespace
+
+Server::Copy Server::openCopy(const fs::path& data, const fs::path& log, const std::string& name,
+                              const fs::path& parent) {
+  const auto scratch = std::make_shared<ScratchFolder>(parent);
+  DatabaseFiles files{fs::absolute(data), fs::absolute(log), name};
+  const bool settled = isSettled(files);
+  if (!settled) {
+    const fs::path copiedData = scratch->path / files.data.filename(),
+                   copiedLog = scratch->path / files.log.filename();
+    copyFile(files.data, copiedData);
+    copyFile(files.log, copiedLog);
+    files.data = copiedData;
+    files.log = readyCompanion(copiedData, copiedLog, name);
+  }
+  Copy copy;
+  copy.login = "sa";
+  copy.password = newFamily();
+  copy.server = create(scratch->path / "sunucu", copy.login, copy.password);
+  copy.server->scratch_ = scratch;
+  if (settled) copy.server->instance_->setCopy(files.data);
+  Store store(copy.server->instance_);
+  store.beginStatement();
+  registerDatabase(store, files, readCompanion(files.log, name));
+  store.attach(name);
+  store.endStatement();
+  return copy;
+}
+
+std::vector<TableDigest> Server::digest(const std::string& database) {
+  Store store(instance_);
+  store.beginStatement();
+  const std::string alias = store.attach(database);
+  store.begin();  // all tables at one moment
+  auto tables = digestTables(store.handle(), alias);
+  store.rollback();
+  return tables;
+}
+
+std::vector<TableDigest> Server::copyLive(const std::string& database, const fs::path& data,
+                                          const fs::path& log, const CopyStep& step) {
+  DatabaseFiles from;
+  {
+    Store store(instance_);
+    store.beginStatement();
+    const DatabaseEntry entry = store.database(database);
+    from = {entry.data, entry.log, entry.name};
+  }
+  return engine::copyLive(from, {data, log, from.name}, step);
+}
+
+}  // namespace engine

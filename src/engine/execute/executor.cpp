@@ -235,11 +235,11 @@ void Executor::refuseAfterLoss(const Statement& statement) {
       (select && !(*select)->cores.front().into) || std::holds_alternative<DeclareStatement>(node) ||
       std::holds_alternative<SetVariableStatement>(node) ||
       std::holds_alternative<SetOptionStatement>(node) || std::holds_alternative<PrintStatement>(node) ||
-      std::holds_alternative<RaiserrorStatement>(node) || std::holds_alternative<UseStatement>(node) ||
-      std::holds_alternative<IfStatement>(node) || std::holds_alternative<WhileStatement>(node) ||
-      std::holds_alternative<BlockStatement>(node) || std::holds_alternative<BreakStatement>(node) ||
-      std::holds_alternative<ContinueStatement>(node) || std::holds_alternative<ReturnStatement>(node) ||
-      (exec && exec->text);
+      std::holds_alternative<RaiserrorStatement>(node) || std::holds_alternative<ThrowStatement>(node) ||
+      std::holds_alternative<UseStatement>(node) || std::holds_alternative<IfStatement>(node) ||
+      std::holds_alternative<WhileStatement>(node) || std::holds_alternative<BlockStatement>(node) ||
+      std::holds_alternative<BreakStatement>(node) || std::holds_alternative<ContinueStatement>(node) ||
+      std::holds_alternative<ReturnStatement>(node) || (exec && exec->text);
   if (harmless) return;
   throw BatchError(Error(3998,
                          "Uncommittable transaction is detected at the end of the batch. The transaction is "
@@ -254,6 +254,7 @@ void Executor::failed(const Error& error, const Statement& statement) {
   if (located.line() == 0) located.setLine(statement.line);
   if (noteLoss() || nesting_ > 0 || dynamic_cast<const BatchError*>(&error)) throw BatchError(located);
   if (endsTransaction(error.number())) rollbackAll();
+  if (dynamic_cast<const ThrownError*>(&error)) throw ThrownError(located);
   if (abortOnError_ || endsBatch(error.number())) throw located;
   if (!firstError_) firstError_ = std::make_unique<Error>(located);
 }
@@ -332,6 +333,8 @@ Executor::Flow Executor::dispatch(const Statement& statement) {
     runPrint(*print), rowCount_ = 0;
   else if (const auto* raise = std::get_if<RaiserrorStatement>(&node))
     return runRaiserror(*raise), Flow::Next;
+  else if (const auto* thrown = std::get_if<ThrowStatement>(&node))
+    runThrow(*thrown);
   else if (const auto* transaction = std::get_if<TransactionStatement>(&node))
     runTransaction(*transaction), rowCount_ = 0;
   else if (const auto* use = std::get_if<UseStatement>(&node))

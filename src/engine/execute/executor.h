@@ -20,6 +20,12 @@ class BatchError : public Error {
   explicit BatchError(const Error& error) : Error(error) {}
 };
 
+// What THROW raises: it ends the batch whatever its number says, but not the transaction.
+class ThrownError : public Error {
+ public:
+  explicit ThrownError(const Error& error) : Error(error) {}
+};
+
 enum class TriggerEvent : std::uint8_t { Insert, Update, Delete };
 
 // One running batch or trigger body.
@@ -72,6 +78,7 @@ class Executor {
   void runSetOption(const SetOptionStatement& statement);
   void runPrint(const PrintStatement& statement);
   void runRaiserror(const RaiserrorStatement& statement);
+  [[noreturn]] void runThrow(const ThrowStatement& statement);
   void beginTransaction();
   void commitTransaction();
   void saveTransaction(const std::string& name);
@@ -181,7 +188,7 @@ class Executor {
     int nesting;       // of triggers
   };
   std::vector<Savepoint> savepoints_;
-  bool afterLoss_ = false;  // the client does not know yet that its transaction is gone
+  bool afterLoss_ = false;       // the client does not know yet that its transaction is gone
   std::string transactionName_;  // of the outermost BEGIN TRAN, folded
   int nesting_ = 0;
   int execDepth_ = 0;

@@ -208,6 +208,28 @@ void Executor::runRaiserror(const RaiserrorStatement& statement) {
   keepError(Error(id, text, severity, state));
 }
 
+void Executor::runThrow(const ThrowStatement& statement) {
+  const auto value = [this](const Expr& expr, const Type& to) {
+    Type type;
+    const Datum found = evaluate(expr, type);
+    return convert(found, type, to);
+  };
+  const auto number = [&](const Expr& expr, TypeId to) {
+    const Datum found = value(expr, {to});
+    return found.isNull() ? std::int64_t{0} : found.integer();
+  };
+  constexpr std::int64_t lowest = 50000, highest = 2147483647;
+  const std::int64_t id = number(*statement.number, TypeId::BigInt);
+  if (id < lowest || id > highest)
+    throw ThrownError(Error(35100, "Error number " + std::to_string(id) +
+                                       " in the THROW statement is outside the valid range. Specify an error "
+                                       "number in the valid range of 50000 to 2147483647."));
+  constexpr std::uint16_t longest = 2048;
+  const Datum text = value(*statement.message, {TypeId::NVarChar, longest});
+  const auto state = static_cast<int>(number(*statement.state, TypeId::TinyInt));
+  throw ThrownError(Error(static_cast<int>(id), text.isNull() ? std::string() : text.text(), 16, state));
+}
+
 // Takes the write lock with the first breath: a transaction that read before it wrote would find what it
 // read overtaken by another's commit, and would have to be given up (1205) instead of waiting its turn.
 void Executor::beginTransaction() {

@@ -48,7 +48,7 @@ BoundFunction bindNullIf(const FunctionInfo&, Arguments arguments) {
   // SQLite's own function looks at its first argument once, so that nested ones do not multiply.
   if (isCharacter(first.id) && isCharacter(second.id) && !isLongText(first.id) && !isLongText(second.id))
     return bound(first, std::string("nullif($1,($2) COLLATE ") + sqliteCollation + ')');
-  if (commonType(first, second) == first)
+  if (comparisonType(first, second) == first)
     return bound(first, "nullif($1," + argumentAs(arguments, 1, first) + ')');
   const std::string equal = comparisonSql(BinaryOp::Equal, "$1", first, "$2", second);
   return bound(first, "CASE WHEN " + equal + " THEN NULL ELSE $1 END");

@@ -303,6 +303,9 @@ struct RaiserrorStatement {
   std::vector<ExprPtr> args;  // message, severity, state, arguments
   bool setError = false;      // WITH SETERROR
 };
+struct ThrowStatement {
+  ExprPtr number, message, state;  // constants or variables
+};
 enum class TransactionAction : std::uint8_t { Begin, Commit, Rollback, Save };
 struct TransactionStatement {
   TransactionAction action = TransactionAction::Begin;
@@ -330,7 +333,7 @@ struct Statement {
                CreateDatabaseStatement, CreateViewStatement, CreateTriggerStatement, DeclareStatement,
                SetVariableStatement, SetOptionStatement, IfStatement, WhileStatement, BlockStatement,
                BreakStatement, ContinueStatement, ReturnStatement, PrintStatement, RaiserrorStatement,
-               TransactionStatement, UseStatement, ExecStatement>
+               ThrowStatement, TransactionStatement, UseStatement, ExecStatement>
       node;
 };
 

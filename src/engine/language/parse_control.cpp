@@ -97,6 +97,29 @@ StatementPtr SqlParser::raiserrorStatement() {
   return wrap(std::move(raise), atLine);
 }
 
+// What is rethrown stands in a CATCH, which there is not.
+StatementPtr SqlParser::throwStatement() {
+  int atLine = line();
+  expect("THROW");
+  if (!isKind(TokenKind::Literal) && !isKind(TokenKind::Variable))
+    fail(10704,
+         "To rethrow an error, a THROW statement must be used inside a CATCH block. Insert the THROW "
+         "statement inside a CATCH block, or add error parameters to the THROW statement.");
+  ThrowStatement result;
+  result.number = constantOrVariable(false);
+  expectSymbol(',');
+  result.message = constantOrVariable(true);
+  expectSymbol(',');
+  result.state = constantOrVariable(false);
+  return wrap(std::move(result), atLine);
+}
+
+ExprPtr SqlParser::constantOrVariable(bool text) {
+  if (isKind(TokenKind::Variable)) return variableExpr();
+  if (text ? !isText() : !isIntegerLiteral()) syntaxError();
+  return literal();
+}
+
 // ---- transactions ----
 
 StatementPtr SqlParser::commitStatement() {

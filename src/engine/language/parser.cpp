@@ -276,6 +276,7 @@ StatementPtr SqlParser::statement() {
       {"RETURN", &SqlParser::returnStatement},
       {"PRINT", &SqlParser::printStatement},
       {"RAISERROR", &SqlParser::raiserrorStatement},
+      {"THROW", &SqlParser::throwStatement},
       {"COMMIT", &SqlParser::commitStatement},
       {"ROLLBACK", &SqlParser::rollbackStatement},
       {"SAVE", &SqlParser::saveStatement},
@@ -303,9 +304,10 @@ StatementPtr SqlParser::unsupportedStatement() {
 
 void SqlParser::statements(std::vector<StatementPtr>& list, bool untilEnd) {
   for (;;) {
-    while (acceptSymbol(';')) {
-    }
+    bool separated = list.empty();
+    while (acceptSymbol(';')) separated = true;
     if (atEnd() || (untilEnd && isWord("END"))) return;
+    if (!separated && isWord("THROW")) syntaxError();  // the one statement that needs a semicolon before it
     list.push_back(statement());
   }
 }
@@ -319,7 +321,7 @@ Batch SqlParser::batch() {
   Batch result;
   while (acceptSymbol(';')) {
   }
-  if (isName() && !isSymbol(':', 1)) result.statements.push_back(procedureCall());
+  if (isName() && !isSymbol(':', 1) && !isWord("THROW")) result.statements.push_back(procedureCall());
   statements(result.statements, false);
   std::ranges::sort(structural_);
   structural_.erase(std::unique(structural_.begin(), structural_.end()), structural_.end());

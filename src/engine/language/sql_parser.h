@@ -226,6 +226,8 @@ class SqlParser {
   StatementPtr returnStatement();
   StatementPtr printStatement();
   StatementPtr raiserrorStatement();
+  StatementPtr throwStatement();
+  ExprPtr constantOrVariable(bool text);
   StatementPtr commitStatement();
   StatementPtr rollbackStatement();
   StatementPtr saveStatement();

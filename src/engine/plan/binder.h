@@ -162,7 +162,7 @@ class Binder {
   std::string bindOn(const Expr& on, Scope& scope, std::size_t first, std::size_t middle);
   FromPiece bindNamed(const TableSource& source, Scope& scope);
   FromPiece bindDerived(const TableSource& source, Scope& scope);
-  std::string bindView(const ViewInfo& view, const std::string& database, Source& source, const Scope& scope);
+  std::string bindView(const ViewInfo& view, const std::string& database, Source& source, Scope& scope);
   bool bindSystemTable(const std::string& database, const ObjectName& name, Source& source, std::string& sql);
   const TableInfo* pseudoTable(const ObjectName& name, std::string& sql) const;
   std::string newHandle() { return "t" + std::to_string(++handles_); }

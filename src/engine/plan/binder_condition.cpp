@@ -26,7 +26,7 @@ BoundExpr columnOf(const ResultColumn& column, std::string sql) {
 // Constants are brought to the common type here, so that a column on the other side stays bare for its
 // index.
 BoundExpr Binder::compare(BinaryOp op, const BoundExpr& left, const BoundExpr& right) {
-  const Type type = commonType(left.type, right.type);
+  const Type type = comparisonType(left.type, right.type);
   const auto operand = [&](const BoundExpr& side) {
     const bool texts = isCharacter(side.type.id) && isCharacter(type.id);
     return side.parameter >= 0 && !texts ? convert(side, type) : finite(side);
@@ -51,7 +51,7 @@ BoundExpr Binder::bindInList(const Expr& expr, Scope* scope) {
   for (const ExprPtr& arg : expr.args) {
     items.push_back(bindValue(*arg, scope));
     requireComparable(BinaryOp::Equal, value.type, items.back().type);
-    type = commonType(type, items.back().type);
+    type = comparisonType(type, items.back().type);
   }
   std::string sql =
       "(" + (isCharacter(type.id) && isCharacter(value.type.id) ? value : convert(value, type)).sql;
@@ -80,7 +80,7 @@ BoundExpr Binder::bindInSelect(const Expr& expr, Scope* scope) {
   const BoundExpr value = bindValue(*expr.left, scope);
   const BoundSelect select = bindOneColumn(expr, scope);
   requireComparable(BinaryOp::Equal, value.type, select.columns[0].type);
-  const Type type = commonType(value.type, select.columns[0].type);
+  const Type type = comparisonType(value.type, select.columns[0].type);
   const bool texts = isCharacter(value.type.id) && isCharacter(select.columns[0].type.id);
   std::string sql = "(" + (texts ? value : convert(value, type)).sql;
   if (isCharacter(type.id) && !value.column) sql += std::string(" COLLATE ") + sqliteCollation;
@@ -99,7 +99,7 @@ BoundExpr Binder::bindQuantified(const Expr& expr, Scope* scope) {
   if ((any && expr.binary == BinaryOp::Equal) || (!any && expr.binary == BinaryOp::NotEqual)) {
     const BoundExpr value = bindValue(*expr.left, scope);
     const BoundSelect select = bindOneColumn(expr, scope);
-    const Type type = commonType(value.type, select.columns[0].type);
+    const Type type = comparisonType(value.type, select.columns[0].type);
     const bool texts = isCharacter(value.type.id) && isCharacter(select.columns[0].type.id);
     const std::string handle = newHandle();
     const BoundExpr column = columnOf(select.columns[0], handle + ".c0");

@@ -305,7 +305,7 @@ std::string Binder::caseTests(const Expr& expr, Scope* scope, std::vector<std::s
                     std::all_of(values.begin(), values.end(), [&](const BoundExpr& value) {
                       return isCharacter(operand.type.id)
                                  ? isCharacter(value.type.id) && !isLongText(value.type.id)
-                                 : commonType(operand.type, value.type) == operand.type;
+                                 : comparisonType(operand.type, value.type) == operand.type;
                     });
   for (const BoundExpr& value : values) {
     if (!once)

@@ -87,12 +87,13 @@ bool mentions(const std::string& sql, const std::string& handle) {
 }
 
 // A query in FROM. Merged into joins with RIGHT or FULL, SQLite takes a column of it that is a constant for
-// a value even where its row is missing: such a query is kept apart by OFFSET.
-std::string inBrackets(const BoundSelect& select, const Scope& scope) {
+// a value even where its row is missing.
+std::string inBrackets(BoundSelect& select, Scope& scope) {
+  scope.holdsOuterJoins = scope.holdsOuterJoins || select.holdsOuterJoins;
   const bool plain = std::all_of(select.columns.begin(), select.columns.end(),
                                  [](const ResultColumn& column) { return !column.baseColumn.empty(); });
-  if (plain || !scope.outerJoins) return "(" + select.sql + ")";
-  return "(SELECT * FROM (" + select.sql + ") LIMIT -1 OFFSET 0)";
+  if (!plain && scope.outerJoins) keepApart(select);
+  return "(" + select.sql + ")";
 }
 
 }  // namespace
@@ -260,7 +261,7 @@ Binder::FromPiece Binder::bindNamed(const TableSource& at, Scope& scope) {
 Binder::FromPiece Binder::bindDerived(const TableSource& at, Scope& scope) {
   CoreShape shape;
   shape.subquery = true;
-  const BoundSelect select = bindSelect(*at.select, scope.parent, shape);
+  BoundSelect select = bindSelect(*at.select, scope.parent, shape);
   Source source;
   source.aliased = true;
   source.handle = newHandle();
@@ -311,7 +312,7 @@ bool Binder::bindSystemTable(const std::string& database, const ObjectName& name
 // A view is its query as a derived table, bound in the view's own database. Its columns are those it
 // had at creation, whatever * would give now.
 std::string Binder::bindView(const ViewInfo& view, const std::string& database, Source& source,
-                             const Scope& scope) {
+                             Scope& scope) {
   if (!throughViews_) {
     for (const ViewColumn& column : view.columns) {
       ResultColumn as;
@@ -340,7 +341,7 @@ std::string Binder::bindView(const ViewInfo& view, const std::string& database, 
   shape.subquery = true;
   shape.columnCount = static_cast<int>(names.size());
   if (statement.columns.empty()) shape.starNames = &names;
-  const BoundSelect select = bindSelect(*statement.select, nullptr, shape);
+  BoundSelect select = bindSelect(*statement.select, nullptr, shape);
   context_ = outside;
   --viewDepth_;
 

@@ -71,6 +71,11 @@ std::string enclosed(const std::string& sql, const std::vector<Type>& types) {
 
 }  // namespace
 
+void keepApart(BoundSelect& select) {
+  if (!select.apart) select.sql += select.limited ? " OFFSET 0" : " LIMIT -1 OFFSET 0";
+  select.apart = true;
+}
+
 BoundSelect Binder::bindQuery(const SelectStatement& select) {
   return bindSelect(select, nullptr, {});
 }
@@ -102,9 +107,8 @@ BoundSelect Binder::bindSource(const SelectStatement& select, const std::vector<
     column.type = bound.columns[i].type;
     sql += (i ? ", " : "SELECT ") + assignTo(column, *targets[i]).sql;
   }
-  // OFFSET keeps SQLite from merging the query into the outer one, which would number the rows of an
-  // identity column before they are sorted.
-  if (!select.orderBy.empty()) bound.sql += select.cores[0].top ? " OFFSET 0" : " LIMIT -1 OFFSET 0";
+  // Merged, the rows of an identity column would be numbered before they are sorted.
+  if (!select.orderBy.empty()) keepApart(bound);
   bound.sql = sql + " FROM (" + bound.sql + ") AS " + handle;
   return bound;
 }
@@ -430,6 +434,11 @@ BoundSelect Binder::bindSelect(const SelectStatement& select, Scope* parent, con
   if (!single || !first.top) bound.sql += order;
   bound.variables = first.variables;
   bound.singleRow = single && (first.aggregated || first.from.empty());
+  bound.limited = single && first.top;
+  for (const BoundCore& core : cores)
+    bound.holdsOuterJoins = bound.holdsOuterJoins || core.scope.outerJoins || core.scope.holdsOuterJoins;
+  // Of a union whose SELECTs have RIGHT or FULL joins SQLite would merge each, and lose their conditions.
+  if (!single && bound.holdsOuterJoins) keepApart(bound);
   for (const SelectCore& core : select.cores)
     if (core.into) bound.into = &core;
   return bound;

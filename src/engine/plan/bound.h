@@ -97,16 +97,22 @@ struct Scope {
   // and its aggregates.
   std::string gathered;
   std::vector<std::string> aggregates;
-  bool outerJoins = false;  // FROM has RIGHT or FULL joins
+  bool outerJoins = false;       // FROM has RIGHT or FULL joins
+  bool holdsOuterJoins = false;  // or a query in FROM has
 };
 
 struct BoundSelect {
   std::string sql;  // whole SELECT; columns are named c0, c1 ...
   std::vector<ResultColumn> columns;
-  std::vector<std::string> variables;  // assigned variable per column; all empty or all filled
-  bool singleRow = false;              // never more than one row
+  std::vector<std::string> variables;   // assigned variable per column; all empty or all filled
+  bool singleRow = false;               // never more than one row
+  bool holdsOuterJoins = false;         // RIGHT or FULL, in a FROM of it or of a query in it
+  bool limited = false, apart = false;  // `sql` ends in LIMIT, in OFFSET
   const SelectCore* into = nullptr;
 };
+
+// OFFSET keeps SQLite from merging a query in FROM into the one around it.
+void keepApart(BoundSelect& select);
 
 struct VariableInfo {
   std::string name;  // folded, with @

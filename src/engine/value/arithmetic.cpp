@@ -328,7 +328,7 @@ Datum unary(UnaryOp op, const Datum& value, const Type& type) {
 int compareDatums(const Datum& left, const Type& leftType, const Datum& right, const Type& rightType,
                   const ConvertContext& context) {
   if (left.isText() && right.isText()) return compareText(left.text(), right.text());
-  const Type common = commonType(leftType, rightType);
+  const Type common = comparisonType(leftType, rightType);
   const Datum a = convert(left, leftType, common, 0, false, context);
   const Datum b = convert(right, rightType, common, 0, false, context);
   if (a.isInteger()) return a.integer() < b.integer() ? -1 : a.integer() > b.integer();

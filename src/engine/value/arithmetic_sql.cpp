@@ -197,7 +197,7 @@ std::string comparisonSql(BinaryOp op, const std::string& left, const Type& left
   const bool leftText = isCharacter(leftType.id), rightText = isCharacter(rightType.id);
   if (leftText && rightText)
     return '(' + left + ' ' + symbol(op) + " (" + right + ") COLLATE " + collation + ')';
-  const Type common = commonType(leftType, rightType);
+  const Type common = comparisonType(leftType, rightType);
   const std::string a = convertSql(left, leftType, common), b = convertSql(right, rightType, common);
   return '(' + plain(op, a, b) + ')';
 }

@@ -135,6 +135,16 @@ bool doubleToExact(double value, int scale, Int128& result) {
   return rescale(result, 16 - exponent, scale);
 }
 
+// comparisonType()'s own.
+Datum comparedDecimal(Exact exact, bool fits, const Type& from) {
+  if (!fits) throwOverflow(messageName(from.id), TypeId::Decimal);
+  if (exact.scale > maxPrecision) {
+    rescale(exact.value, exact.scale, maxPrecision);
+    exact.scale = maxPrecision;
+  }
+  return Blob{encodeForComparison(exact.value, exact.scale)};
+}
+
 double ticksToDays(std::int64_t ticks) {
   return static_cast<double>(ticks) / ticksPerDay;
 }
@@ -247,6 +257,7 @@ Datum toDecimal(const Datum& value, const Type& from, const Type& to) {
     } else {
       exact = exactValue(value, from);
     }
+    if (to.precision > maxPrecision) return comparedDecimal(exact, fits, from);
     fits = fits && rescale(exact.value, exact.scale, to.scale);
   }
   if (!fits || !fitsPrecision(exact.value, to.precision)) throwOverflow(messageName(from.id), to.id);

@@ -168,6 +168,17 @@ Int128 decodeDecimal(std::string_view bytes) {
   return static_cast<Int128>(bits ^ (static_cast<UInt128>(1) << 127));
 }
 
+std::string encodeForComparison(Int128 value, int scale) {
+  Wide wide = multiplyWide(magnitude(value), power(38 - scale));
+  if (value < 0) {
+    wide.low = ~wide.low + 1;
+    wide.high = ~wide.high + (wide.low == 0);
+  }
+  // The halves of encodeDecimal() order as signed numbers; the lower one is without a sign.
+  const UInt128 sign = static_cast<UInt128>(1) << 127;
+  return encodeDecimal(static_cast<Int128>(wide.high)) + encodeDecimal(static_cast<Int128>(wide.low ^ sign));
+}
+
 Int128 decimalValue(const Datum& value) {
   return value.isBlob() ? decodeDecimal(value.bytes()) : static_cast<Int128>(value.integer());
 }

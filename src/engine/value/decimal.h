@@ -35,6 +35,9 @@ Datum decimalDatum(Int128 value, const Type& type);
 std::string encodeDecimal(Int128 value);
 Int128 decodeDecimal(std::string_view bytes);
 
+// 32 bytes of value * 10^(38 - scale), in the order of the values; for comparisons alone. Scale 0 .. 38.
+std::string encodeForComparison(Int128 value, int scale);
+
 std::string decimalText(Int128 value, int scale);
 double decimalToDouble(Int128 value, int scale);
 

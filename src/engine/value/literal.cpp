@@ -96,7 +96,7 @@ std::string nativeConversion(const std::string& sql, const Type& from, const Typ
                     (from.id == TypeId::SmallDateTime && to.id == TypeId::DateTime) ||
                     (isBinary(from.id) && to.id == TypeId::VarBinary && from.length <= to.length);
   if (same) return sql;
-  if (from.id != TypeId::Decimal || to.id != TypeId::Decimal) return {};
+  if (from.id != TypeId::Decimal || to.id != TypeId::Decimal || to.precision > maxPrecision) return {};
   const bool narrow = from.precision <= 18 && to.precision <= 18;
   const bool room = from.precision - from.scale <= to.precision - to.scale;
   if (from.scale == to.scale && room && (narrow || from.precision > 18)) return sql;

@@ -180,6 +180,15 @@ Type commonType(const Type& left, const Type& right) {
   return higher;
 }
 
+Type comparisonType(const Type& left, const Type& right) {
+  const Type common = commonType(left, right);
+  if (common.id != TypeId::Decimal || !isNumeric(left.id) || !isNumeric(right.id)) return common;
+  const Type a = asDecimal(left), b = asDecimal(right);
+  const int whole = std::max(a.precision - a.scale, b.precision - b.scale);
+  const bool fits = whole + std::max(a.scale, b.scale) <= 38;
+  return fits ? common : Type{TypeId::Decimal, 0, 76, 38};
+}
+
 std::int64_t packType(const Type& type) {
   return static_cast<std::int64_t>(type.id) | static_cast<std::int64_t>(type.length) << 8 |
          static_cast<std::int64_t>(type.precision) << 24 | static_cast<std::int64_t>(type.scale) << 32;

@@ -80,6 +80,10 @@ int precedence(TypeId id);
 // length; throws Error 206 when the two do not mix.
 Type commonType(const Type& left, const Type& right);
 
+// The type that two operands are compared in: the common one. Where no DECIMAL holds every value of two exact
+// numbers it is one of 76 digits, 38 of them behind the point, which only comparisons know.
+Type comparisonType(const Type& left, const Type& right);
+
 // One 64-bit number that holds a type, for the arguments of SQL functions, and back.
 std::int64_t packType(const Type& type);
 Type unpackType(std::int64_t packed);

@@ -80,6 +80,43 @@ class Judge {
     if (chance_.oneIn(4)) expectSum(sql, "ID IN (" + ids + ")", good, expression.shape());
   }
 
+  void order(const Expression& a, const Expression& b) {
+    if (a.shape().text() && b.shape().text()) return;
+    // -1, 0, 1 for less, equal, more; or 0, 1 for equal and not.
+    struct Form {
+      const char* sql;
+      bool sign;
+    };
+    static constexpr Form forms[] = {
+        {"CASE WHEN $a<$b THEN -1 WHEN $a=$b THEN 0 WHEN $a>$b THEN 1 END", true},
+        {"CASE WHEN NOT $a>=$b THEN -1 WHEN $a<>$b THEN 1 WHEN $a<=$b THEN 0 END", true},
+        {"CASE WHEN $a BETWEEN $b AND $b THEN 0 WHEN $a NOT BETWEEN $b AND $b THEN 1 END", false},
+        {"CASE WHEN $a IN ($b,$b) THEN 0 WHEN $a NOT IN ($b) THEN 1 END", false},
+        {"CASE WHEN $a IN (SELECT $b) THEN 0 WHEN $a<>ALL(SELECT $b) THEN 1 END", false},
+        {"CASE WHEN $a>ANY(SELECT $b) THEN 1 WHEN $a=ANY(SELECT $b) THEN 0 ELSE -1 END", true},
+        {"CASE $a WHEN $b THEN 0 ELSE 1 END", false},
+        {"CASE WHEN NULLIF($a,$b) IS NULL THEN 0 ELSE 1 END", false},
+    };
+    const Form& form = chance_.of(forms);
+    std::string ids, expected;
+    for (const auto& row : table_.rows) {
+      const Value x = a.value(row), y = b.value(row);
+      if (x.open || y.open || x.null || y.null || !x.errors.empty() || !y.errors.empty()) continue;
+      const Value found = campaign::order(x, y);
+      if (!found.errors.empty()) continue;
+      ids += (ids.empty() ? "" : ",") + row[0].exact.text();
+      const std::string equal = found.exact.zero() ? "0" : "1";
+      expected += row[0].exact.text() + " " + (form.sign ? found.exact.text() : equal) + "\n";
+      ++report_.cases;
+    }
+    if (ids.empty()) return;
+    std::string sql = form.sql;
+    for (const auto& [name, side] : {std::pair("$a", &a), std::pair("$b", &b)})
+      for (auto at = sql.find(name); at != sql.npos; at = sql.find(name)) sql.replace(at, 2, side->sql());
+    const Result result = run("SELECT ID, " + sql + " FROM T WHERE ID IN (" + ids + ") ORDER BY ID");
+    if (result.text() != expected) differ(sql, expected, result);
+  }
+
  private:
   void expectError(const std::string& sql, const std::string& id, const Value& value) {
     const Result result = run("SELECT " + sql + " FROM T WHERE ID=" + id);
@@ -162,6 +199,8 @@ Report runArithmetic(std::uint64_t seed, std::int64_t cases) {
       const bool chain = chance.oneIn(8);
       judge.compare(*(chain ? Expression::chain(chance, table.names, chance.between(2, 22))
                             : Expression::make(chance, table.names, chance.of(depths))));
+      const auto left = Expression::make(chance, table.names, chance.below(2));
+      judge.order(*left, *Expression::make(chance, table.names, chance.below(2)));
     }
     runner.run("DROP TABLE T");
   }

@@ -240,6 +240,29 @@ Value operate(char op, const Value& a, const Value& b) {
                                       : integerOperation(op, x.exact, y.exact, result);
 }
 
+// Exact numbers are compared as they are, however many digits both would need together.
+Value order(const Value& a, const Value& b) {
+  const Shape common = commonShape(a.shape, b.shape);
+  const auto side = [&](const Value& value, const Value& other) {
+    if (common.kind != Kind::Decimal) return converted(value, common);
+    if (value.shape.text()) return converted(value, asDecimal(other.shape));
+    Value exact = value;
+    exact.shape = asDecimal(value.shape);
+    return exact;
+  };
+  const Value x = side(a, b), y = side(b, a);
+  Value out;
+  out.errors = x.errors;
+  out.errors.insert(y.errors.begin(), y.errors.end());
+  const int scale = std::max(x.shape.digitsBehindPoint(), y.shape.digitsBehindPoint());
+  const Big first = atScale(x.exact, x.shape.digitsBehindPoint(), scale),
+            second = atScale(y.exact, y.shape.digitsBehindPoint(), scale);
+  const bool less = common.kind == Kind::Float ? x.real < y.real : first < second;
+  const bool more = common.kind == Kind::Float ? x.real > y.real : second < first;
+  out.exact = less ? -1 : more ? 1 : 0;
+  return out;
+}
+
 Value negated(const Value& a) {
   Value out = a;  // of a literal, one itself
   if (a.shape.kind == Kind::TinyInt) out.shape = {Kind::SmallInt};

@@ -72,6 +72,9 @@ Value converted(const Value& a, const Shape& to);
 bool fits(const Big& value, const Shape& shape);
 Value failed(const Shape& shape, int error);
 
+// Negative, zero, positive, or the errors of bringing both to their common type; neither is NULL.
+Value order(const Value& a, const Value& b);
+
 // name: ABS, FLOOR, CEILING, ROUND (places, cut).
 Value function(const std::string& name, const Value& a, int places = 0, bool cut = false);
 // name: COUNT, SUM, AVG, MIN, MAX.

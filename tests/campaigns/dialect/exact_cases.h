@@ -7,7 +7,8 @@
 namespace campaign {
 
 // Each makes at least `cases` comparisons and stops early after twenty differences.
-Report runArithmetic(std::uint64_t seed, std::int64_t cases);   // operators and functions of numbers
+Report runArithmetic(std::uint64_t seed,
+                     std::int64_t cases);  // operators, functions and comparisons of numbers
 Report runConversions(std::uint64_t seed, std::int64_t cases);  // CAST and assignment, every pair of types
 Report runAggregates(std::uint64_t seed, std::int64_t cases);   // SUM, AVG, MIN, MAX, COUNT; DISTINCT, groups
 

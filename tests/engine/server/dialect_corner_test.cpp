@@ -21,6 +21,39 @@ TEST_F(DialectTest, ErrorNumberBehindRaiserror) {
   });
 }
 
+TEST_F(DialectTest, ThrowEndsTheBatchButNotTheTransaction) {
+  follow({
+      {"CREATE TABLE E (N INT) CREATE TABLE T (A INT)", ""},
+      {"THROW 50001,'a %d',1", "!50001\n"},
+      {"SELECT @@ERROR", "50001\n"},
+      {"BEGIN TRAN INSERT INTO E VALUES (1); THROW 60000,'a',255; INSERT INTO E VALUES (2)", "!60000\n"},
+      {"SELECT @@TRANCOUNT, COUNT(*) FROM E COMMIT", "1\t1\n"},
+      {"IF 1=1 THROW 50000,N'x',0 ELSE PRINT 'y' PRINT 'z'", "!50000\n"},
+      {"EXEC('BEGIN THROW 50002,''x'',0 END SELECT 1') SELECT 2", "!50002\n"},
+      {"DECLARE @n INT, @m NVARCHAR(50), @s TINYINT SELECT @n=70000, @m=N'şöyle', @s=7; THROW @n,@m,@s",
+       "!70000\n"},
+      {"SET XACT_ABORT ON BEGIN TRAN INSERT INTO E VALUES (3); THROW 50003,'x',1", "!50003\n"},
+      {"SET XACT_ABORT OFF SELECT @@TRANCOUNT, COUNT(*) FROM E", "0\t1\n"},
+      {"CREATE TRIGGER TR ON T FOR INSERT AS IF EXISTS(SELECT 1 FROM inserted WHERE A<0) THROW "
+       "51000,'eksi',1",
+       ""},
+      {"INSERT INTO T VALUES (1) INSERT INTO T VALUES (-1) INSERT INTO T VALUES (2)", "!51000\n"},
+      {"SELECT A FROM T", "1\n"},
+      {"THROW 49999,'a',1", "!35100\n"},
+      {"DECLARE @n BIGINT SET @n=2147483648; THROW @n,'a',1", "!35100\n"},
+      {"SELECT 1 SELECT 2; THROW", "!10704\n"},
+      {"BEGIN THROW END", "!10704\n"},
+      // Without a semicolon before it, it is no statement.
+      {"PRINT 'a' THROW 50001,'a',1", "!102\n"},
+      {"SELECT 1 THROW 50001,'a',1", "!102\n"},
+      {"SELECT throw.A FROM T throw", "1\n"},
+      {"THROW 50001,50,1", "!102\n"},
+      {"THROW 50001,'a'", "!102\n"},
+  });
+  run("DECLARE @s INT SET @s=3 PRINT 'a'; THROW 50001,'yüzde %s %d %%',@s");
+  EXPECT_EQ(message, "yüzde %s %d %%");
+}
+
 TEST_F(DialectTest, ColumnsOfSelectIntoThatMayBeNull) {
   follow({
       {"CREATE TABLE T (A INT NOT NULL, V VARCHAR(5) NOT NULL)", ""},

@@ -39,6 +39,68 @@ TEST_F(DialectTest, ConstantTermsInFrontOfOuterJoins) {
   });
 }
 
+TEST_F(DialectTest, ConstantTermsInFromOfChanges) {
+  const std::string from =
+      " FROM x JOIN y ON x.A=y.A AND @tip=1 RIGHT JOIN z ON z.A=x.A AND 2>1 WHERE x.A IS NULL ";
+  follow({
+      {"CREATE TABLE x (A INT) CREATE TABLE y (A INT) CREATE TABLE z (A INT, N INT) INSERT INTO x VALUES (1) "
+       "INSERT INTO y VALUES (1) INSERT INTO z VALUES (1,0) INSERT INTO z VALUES (2,0)",
+       ""},
+      {"DECLARE @tip INT SET @tip=2 UPDATE z SET N=N+1" + from + "SELECT A, N FROM z ORDER BY A",
+       "1\t1\n2\t1\n"},
+      {"DECLARE @tip INT SET @tip=1 UPDATE z SET N=N+1" + from + "SELECT A, N FROM z ORDER BY A",
+       "1\t1\n2\t2\n"},
+      {"DECLARE @tip INT SET @tip=2 SELECT z.A, z.N INTO u" + from + "SELECT A, N FROM u ORDER BY A",
+       "1\t1\n2\t2\n"},
+      {"DECLARE @tip INT, @n INT SET @tip=2 SELECT @n=COUNT(*)" + from + "IF EXISTS(SELECT *" + from +
+           ") SELECT @n, (SELECT MIN(z.N)" + from + ")",
+       "2\t1\n"},
+      {"DECLARE @tip INT SET @tip=1 DELETE z" + from + "SELECT A, N FROM z ORDER BY A", "1\t1\n"},
+      {"DECLARE @tip INT SET @tip=2 DELETE z" + from + "SELECT COUNT(*) FROM z", "0\n"},
+  });
+}
+
+// Merged into the query around them, the SELECTs of a union lost or invented rows.
+TEST_F(DialectTest, UnionsOfOuterJoinsInFrom) {
+  follow({
+      {"CREATE TABLE x (A INT, B INT) CREATE TABLE y (A INT, B INT) CREATE TABLE z (A INT, B INT) "
+       "INSERT INTO x VALUES (1,7) INSERT INTO x VALUES (2,1) INSERT INTO y VALUES (1,8) INSERT INTO y "
+       "VALUES "
+       "(3,9)",
+       ""},
+      {"SELECT d.K, d.A FROM (SELECT 2 AS K, A FROM y WHERE A<0 UNION ALL SELECT 1, y.A FROM y FULL JOIN x "
+       "ON "
+       "x.A=y.A AND x.B<y.B) d WHERE d.K NOT IN (d.A,d.A) ORDER BY 1, 2",
+       "1\t3\n"},
+      {"SELECT d.A, x.B FROM (SELECT x.A FROM x RIGHT JOIN y ON x.A=y.A UNION ALL SELECT y.A FROM x FULL "
+       "JOIN "
+       "y ON x.A=y.A) d JOIN x ON x.A=d.A OR d.A IS NULL ORDER BY 1, 2",
+       "NULL\t1\nNULL\t1\nNULL\t7\nNULL\t7\n1\t7\n1\t7\n"},
+      {"SELECT COUNT(*), COUNT(d.A) FROM x JOIN (SELECT x.A FROM x WHERE B>5 UNION ALL SELECT d.A FROM "
+       "(SELECT "
+       "x.A FROM x RIGHT JOIN y ON x.A=y.A) d LEFT JOIN z ON z.A=d.A) d ON 1=1 WHERE d.A IS NULL OR x.B=7",
+       "4\t2\n"},
+      {"CREATE VIEW v AS SELECT x.A FROM x RIGHT JOIN y ON x.A=y.A UNION ALL SELECT y.A FROM x FULL JOIN y "
+       "ON "
+       "x.A=y.A",
+       ""},
+      {"SELECT v.A, x.B FROM x LEFT JOIN v ON v.A=x.A ORDER BY 2, 1", "NULL\t1\n1\t7\n1\t7\n"},
+      {"INSERT INTO z SELECT A, A FROM y WHERE A<0 UNION ALL SELECT y.A, x.B FROM y FULL JOIN x ON x.A=y.A "
+       "SELECT A, B FROM z ORDER BY A, B",
+       "NULL\t1\n1\t7\n3\tNULL\n"},
+      {"SELECT A FROM y WHERE A=ALL(SELECT A FROM y WHERE A<0 UNION ALL SELECT y.A FROM y FULL JOIN x ON "
+       "x.A=y.A WHERE y.A=3)",
+       "3\n"},
+      {"SELECT A, (SELECT A FROM y WHERE A<0 UNION ALL SELECT y.A FROM y FULL JOIN x ON x.A=y.A WHERE y.A=3) "
+       "FROM x ORDER BY A",
+       "1\t3\n2\t3\n"},
+      {"DELETE FROM z INSERT INTO z SELECT TOP 1 A, B FROM y WHERE A=3 UNION ALL SELECT A, B FROM x ORDER BY "
+       "B "
+       "SELECT A, B FROM z ORDER BY B",
+       "2\t1\n1\t7\n3\t9\n"},
+  });
+}
+
 TEST_F(DialectTest, AggregatesThatSubqueriesLookAt) {
   follow({
       {"CREATE TABLE x (A INT, B INT) CREATE TABLE y (A INT, B INT) INSERT INTO x VALUES (1,10) "

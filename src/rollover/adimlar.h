@@ -1,8 +1,6 @@
 // The steps of a run, each a routine of the screen.
 #pragma once
 
-#include <unordered_map>
-
 #include "rollover/baglam.h"
 
 namespace rollover {
@@ -40,9 +38,11 @@ void Senetleri_Devret(Baglam& b);
 void Uretimreceteleri_Devret(Baglam& b);
 void Fis_Numaralari_Devret(Baglam& b);
 
-// Cost of every item by its source id at the source's end; each movement is read once.
-using Maliyetler = std::unordered_map<std::int64_t, Para>;
-Maliyetler maliyetleriHesapla(Baglam& b);
+// Cost of every item at the source's end. The histories are read and replayed once in a run, at the first
+// call; the proof checks by sums of its own that nothing of them was left out.
+const Maliyetler& maliyetler(Baglam& b);
+// WHERE of the movements that count for the cost.
+std::string maliyetKosulu(const Baglam& b);
 
 // Sums of one account in the source: amounts and amounts times days from the period's start.
 struct ValorToplami {

@@ -125,6 +125,13 @@ void Baglam::hedefTablosu(const std::string& tablo) {
   hedefTablolari_.insert(buyuk(tablo));
 }
 
+const std::vector<db::FieldInfo>& Baglam::alanlar(const std::string& tablo) {
+  const auto [at, yeni] = alanlar_.try_emplace(tablo);
+  if (yeni)
+    if (const auto rows = oku("SELECT * FROM " + tablo + " WHERE 1=0")) at->second = rows->fields();
+  return at->second;
+}
+
 void Baglam::mesaj(const std::string& metin) {
   o.ilerleme->text(metin);
   o.ilerleme->step(0, 1);
@@ -222,6 +229,7 @@ void SatirYazici::bosalt() {
   std::string batch;
   for (std::size_t i = 0; i < bekleyen_.size(); i += deyimBoyu_)
     batch += deyim(i, std::min(i + deyimBoyu_, bekleyen_.size())) + "IF @@ERROR<>0 RETURN\n";
+  const std::int64_t once = b_.sonuc.eklenen;
   if (sayi_ < 0) sayi_ = say();
   try {
     b_.yap(batch);
@@ -234,6 +242,7 @@ void SatirYazici::bosalt() {
     tekTek(static_cast<std::size_t>(yazilan));
     sayi_ = say();
   }
+  if (gecici_) b_.sonuc.eklenen = once;
   bekleyen_.clear();
 }
 

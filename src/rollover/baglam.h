@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "rollover/devir.h"
+#include "rollover/maliyet.h"
 
 namespace rollover {
 
@@ -64,6 +66,7 @@ class Baglam {
   AcilisAlanlari acilis;
   int hane = 2;  // decimals of the money format
   SecenekOdagi odak;
+  std::optional<Maliyetler> maliyetler;  // once they are known
 
   // Name of a source table in a statement of the target's connection.
   std::string k(std::string_view tablo) const { return kaynakAdi + ".dbo." + std::string(tablo); }
@@ -79,6 +82,8 @@ class Baglam {
   bool hedefte(std::string_view tablo) const { return var(hedefTablolari_, tablo); }
   bool ikisinde(std::string_view tablo) const { return kaynakta(tablo) && hedefte(tablo); }
   void hedefTablosu(const std::string& tablo);  // one that the run has made
+  // Columns of a table, asked once; `tablo` with its database for one of the source.
+  const std::vector<db::FieldInfo>& alanlar(const std::string& tablo);
 
   void mesaj(const std::string& metin);
   // Moves the bar of the step; throws DevirIptal when the operator has asked for it.
@@ -103,6 +108,7 @@ class Baglam {
   void hazirla(Ref ref);
 
   Tablolar kaynakTablolari_, hedefTablolari_;
+  std::map<std::string, std::vector<db::FieldInfo>> alanlar_;
   std::set<Ref> hazir_;
 };
 
@@ -111,6 +117,8 @@ class SatirYazici {
  public:
   // `tetikli`: the table's triggers look at one row of a statement.
   SatirYazici(Baglam& baglam, std::string tablo, std::string kolonlar, bool tetikli);
+  // Rows of a scratch table: not counted in the run's result.
+  void gecici() { gecici_ = true; }
   void ekle(std::string degerler, std::string ad);
   void bosalt();
 
@@ -125,6 +133,7 @@ class SatirYazici {
   Baglam& b_;
   std::string tablo_, kolonlar_;
   std::size_t deyimBoyu_;
+  bool gecici_ = false;
   std::int64_t sayi_ = -1;  // rows of the table as the writer knows them
   std::vector<Satir> bekleyen_;
 };

@@ -5,6 +5,8 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <map>
+#include <span>
 
 #include "rollover/adimlar.h"
 #include "rollover/kanit_turleri.h"
@@ -14,7 +16,7 @@ namespace rollover {
 
 namespace {
 
-constexpr int ayrintiSiniri = 5000;  // differing items of a kind that are listed
+constexpr std::size_t demet = 8, sayacDemeti = 40;
 
 // Both sides of a kind by code, one row per code.
 std::string birlesik(const KanitTuru& t) {
@@ -28,11 +30,12 @@ class Hazirlayici {
 
   Kanit hazirla() {
     basliklar();
-    for (const KanitTuru& tur : kanitTurleri(b_)) {
-      turEkle(tur);
+    const std::vector<KanitTuru> turler = kanitTurleri(b_);
+    for (std::size_t i = 0; i < turler.size(); i += demet) {
+      demetEkle(std::span(turler).subspan(i, std::min(demet, turler.size() - i)));
       b_.adim(1, 1);
     }
-    stokDegerleri();
+    for (KanitDokumu& dokum : stokKaniti(b_)) ekle(std::move(dokum.toplam), std::move(dokum.ayrintilar));
     sayaclar();
     kanit_.atlananlar = b_.sonuc.atlananlar;
     kanit_.atlananSayisi = b_.sonuc.atlananSayisi;
@@ -53,18 +56,33 @@ class Hazirlayici {
     kanit_.zaman = session::tarihYaz(t) + buffer.data();
   }
 
-  void turEkle(const KanitTuru& t) {
-    const auto toplam = b_.oku("SELECT SUM(u.kaynak),SUM(u.hedef) FROM " + birlesik(t));
-    KanitSatiri satir;
-    satir.tur = t.ad;
-    satir.toplam = true;
-    satir.kaynak = Para::sayidan(toplam->value(0, 0).real());
-    satir.hedef = Para::sayidan(toplam->value(0, 1).real());
+  // Totals of several kinds in one question; the items of a kind only where some differ.
+  void demetEkle(std::span<const KanitTuru> turler) {
+    std::string sql;
+    for (std::size_t i = 0; i < turler.size(); ++i)
+      sql += (i == 0 ? "SELECT " : " UNION ALL SELECT ") + std::to_string(i) +
+             " AS sira,SUM(g.kaynak) AS kaynak,SUM(g.hedef) AS hedef,SUM(CASE WHEN "
+             "ABS(g.kaynak-g.hedef)>=0.00005 THEN 1 ELSE 0 END) AS farkli FROM (SELECT "
+             "u.kod,SUM(u.kaynak) AS kaynak,SUM(u.hedef) AS hedef FROM " +
+             birlesik(turler[i]) + " GROUP BY u.kod) g";
+    const auto rows = b_.oku(sql + " ORDER BY sira");
+    for (std::int64_t i = 0; i < rows->count(); ++i) {
+      const KanitTuru& t = turler[static_cast<std::size_t>(i)];
+      KanitSatiri toplam;
+      toplam.tur = t.ad;
+      toplam.toplam = true;
+      toplam.kaynak = Para::sayidan(rows->value(i, 1).real());
+      toplam.hedef = Para::sayidan(rows->value(i, 2).real());
+      ekle(std::move(toplam), rows->value(i, 3).integer() > 0 ? ayrintilar(t) : std::vector<KanitSatiri>{});
+    }
+  }
+
+  std::vector<KanitSatiri> ayrintilar(const KanitTuru& t) {
     const auto rows =
         b_.oku("SELECT TOP " + std::to_string(ayrintiSiniri) +
                " u.kod,MAX(u.ad) AS ad,SUM(u.kaynak) AS kaynak,SUM(u.hedef) AS hedef FROM " + birlesik(t) +
                " GROUP BY u.kod HAVING ABS(SUM(u.kaynak)-SUM(u.hedef))>=0.00005 ORDER BY u.kod");
-    std::vector<KanitSatiri> ayrintilar;
+    std::vector<KanitSatiri> out;
     for (std::int64_t i = 0; i < rows->count(); ++i) {
       KanitSatiri a;
       a.tur = t.ad;
@@ -73,9 +91,9 @@ class Hazirlayici {
       a.kaynak = Para::sayidan(rows->value(i, 2).real());
       a.hedef = Para::sayidan(rows->value(i, 3).real());
       a.neden = neden(t, a);
-      ayrintilar.push_back(std::move(a));
+      out.push_back(std::move(a));
     }
-    ekle(std::move(satir), std::move(ayrintilar));
+    return out;
   }
 
   // The total is explained when each of its differing items is.
@@ -100,103 +118,56 @@ class Hazirlayici {
 
   std::string neden(const KanitTuru& t, const KanitSatiri& s) const {
     if (!t.kapali.empty()) return "Seçenek kapalı: " + t.kapali;
-    for (const auto& a : b_.sonuc.atlananlar)
-      if (!a.ad.empty() && a.ad == s.kod.substr(0, s.kod.find(' ')) &&
-          t.tablolar.find(a.tablo) != std::string::npos)
-        return "Kayıt aktarılamadı: " + a.neden;
+    if (std::string metin = atlananNedeni(b_, t.tablolar, s.kod); !metin.empty()) return metin;
     if (t.ozel) {
       std::string metin = t.ozel(s);
       if (!metin.empty()) return metin;
     }
     const std::int64_t fark = std::llabs(s.fark().birim);
     if (t.yuvarlama > 0 && fark <= t.yuvarlama) return "Para biçimine yuvarlama";
-    // Quantities stand in single precision.
-    constexpr double tekDuyarlik = 1e-6;
-    if (t.yuvarlama == 0 && t.miktar &&
-        static_cast<double>(fark) <= 1 + std::fabs(static_cast<double>(s.kaynak.birim)) * tekDuyarlik)
-      return "Miktarın kesir yuvarlaması";
+    if (t.yuvarlama == 0 && t.miktar && miktarYuvarlamasi(s)) return "Miktarın kesir yuvarlaması";
     return "";
   }
 
-  // The value is what the histories give, replayed once more.
-  void stokDegerleri() {
-    if (!b_.ikisinde("STOKKART") || !b_.ikisinde("STOKHAREKET") || !b_.kaynakta("AMBAR")) return;
-    const Maliyetler maliyetler = maliyetleriHesapla(b_);
-    const auto ambarlar =
-        b_.kaynakOku("SELECT DISTINCT Ambar_No FROM AMBAR WHERE Ambar_No IS NOT NULL ORDER BY Ambar_No");
-    for (std::int64_t i = 0; i < ambarlar->count(); ++i)
-      ambarDegeri(ambarlar->value(i, 0).text(), maliyetler);
-  }
-
-  std::string stokKapali() const {
-    const Secenekler& s = b_.g.secenekler;
-    for (const int cocuk : {0, 1, 2})
-      if (!(cocuk == 0 ? s.ust(ustStok) : s.cocuk(ustStok, cocuk)))
-        for (const SecenekSatiri& satir : secenekSatirlari())
-          if (satir.ust == ustStok && satir.cocuk == cocuk)
-            return "Seçenek kapalı: " + std::string(satir.metin);
-    return "";
-  }
-
-  void ambarDegeri(const std::string& ambar, const Maliyetler& maliyetler) {
-    const auto rows =
-        b_.oku("SELECT s.Stok_ID,s.Stok_Kod,SUM(u.net) AS net,SUM(u.tutar) AS tutar FROM " +
-               b_.k("STOKKART") + " s,(SELECT Stok_ID,ISNULL(G,0)-ISNULL(C,0) AS net,0 AS tutar FROM " +
-               b_.k("AMBBAK") + " WHERE Ambar_No=" + ambar +
-               " UNION ALL SELECT k.Stok_ID,0,h.Tutar FROM STOKHAREKET h," + b_.k("STOKKART") +
-               " k WHERE k.Stok_Kod=h.Stok_Kod AND h.Islem_Tipi='Açılış Fişi' AND h.Ambar_No=" + ambar +
-               ") u WHERE u.Stok_ID=s.Stok_ID GROUP BY s.Stok_ID,s.Stok_Kod ORDER BY s.Stok_Kod");
-    const std::string kapali = stokKapali();
-    KanitSatiri toplam;
-    toplam.tur = "Stok değeri, ambar " + ambar;
-    toplam.toplam = true;
-    std::vector<KanitSatiri> ayrintilar;
-    for (std::int64_t i = 0; i < rows->count(); ++i) {
-      const auto m = maliyetler.find(rows->value(i, 0).integer());
-      KanitSatiri a;
-      a.tur = toplam.tur;
-      a.kaynak = Para::sayidan(rows->value(i, 2).real()) * (m == maliyetler.end() ? Para{} : m->second);
-      a.hedef = Para::sayidan(rows->value(i, 3).real());
-      toplam.kaynak = toplam.kaynak + a.kaynak;
-      toplam.hedef = toplam.hedef + a.hedef;
-      if (a.fark() == Para{} || ayrintilar.size() >= ayrintiSiniri) continue;
-      a.kod = rows->value(i, 1).trimmed();
-      constexpr std::int64_t birlik = 10'000;
-      if (!kapali.empty())
-        a.neden = kapali;
-      else if (!b_.g.STEksi && a.kaynak < Para{} && a.hedef == Para{})
-        a.neden = "Eksi stok devredilmedi";
-      else if (std::llabs(a.fark().birim) <= 1 + std::llabs(a.kaynak.birim) / (100 * birlik))
-        a.neden = "Değerin kesir yuvarlaması";
-      ayrintilar.push_back(std::move(a));
+  // First numbers of the counters, by their names; those of many in one question.
+  std::map<std::string, Para> sayacDegerleri(const std::vector<std::string>& adlar, bool kaynakta) {
+    std::map<std::string, Para> out;
+    for (std::size_t i = 0; i < adlar.size(); i += sayacDemeti) {
+      std::string sql;
+      for (std::size_t j = i; j < std::min(i + sayacDemeti, adlar.size()); ++j)
+        sql += (j == i ? "SELECT " : " UNION ALL SELECT ") + tirnakli(adlar[j]) +
+               " AS ad,(SELECT TOP 1 IP FROM " + (kaynakta ? b_.k(adlar[j]) : adlar[j]) + ") AS IP";
+      const auto rows = b_.oku(sql);
+      for (std::int64_t r = 0; r < rows->count(); ++r)
+        if (!rows->value(r, 1).isNull())
+          out[rows->value(r, 0).trimmed()] =
+              Para::sayidan(std::strtod(rows->value(r, 1).trimmed().c_str(), nullptr));
     }
-    ekle(std::move(toplam), std::move(ayrintilar));
+    return out;
   }
 
   void sayaclar() {
-    const auto adlar = b_.kaynakOku(
+    const auto rows = b_.kaynakOku(
         "SELECT name FROM sysobjects WHERE name NOT LIKE 'IP_KN%' AND name LIKE 'IP_%' AND type='U' ORDER BY "
         "name");
+    std::vector<std::string> adlar, hedeftekiler;
+    for (std::int64_t i = 0; i < rows->count(); ++i) {
+      adlar.push_back(rows->value(i, 0).trimmed());
+      if (b_.hedefte(adlar.back())) hedeftekiler.push_back(adlar.back());
+    }
+    const auto kaynak = sayacDegerleri(adlar, true);
+    auto hedef = sayacDegerleri(hedeftekiler, false);
     KanitSatiri toplam;
     toplam.tur = "Fiş numaraları";
     toplam.toplam = true;
     std::vector<KanitSatiri> ayrintilar;
-    const auto sayi = [](const db::Value& v) {
-      return Para::sayidan(std::strtod(v.trimmed().c_str(), nullptr));
-    };
-    for (std::int64_t i = 0; i < adlar->count(); ++i) {
+    for (const auto& [ad, deger] : kaynak) {
       KanitSatiri a;
       a.tur = toplam.tur;
-      a.kod = adlar->value(i, 0).trimmed();
-      const auto kaynak = b_.kaynakOku("SELECT * FROM " + a.kod);
-      if (kaynak->count() == 0) continue;
-      a.kaynak = sayi(kaynak->value(0, 0));
-      if (b_.hedefte(a.kod)) {
-        const auto hedef = b_.oku("SELECT * FROM " + a.kod);
-        if (hedef->count() > 0) a.hedef = sayi(hedef->value(0, 0));
-      } else {
-        a.neden = "Hedefte bu sayaç yok";
-      }
+      a.kod = ad;
+      a.kaynak = deger;
+      a.hedef = hedef[ad];
+      if (!b_.hedefte(ad)) a.neden = "Hedefte bu sayaç yok";
       toplam.kaynak = toplam.kaynak + a.kaynak;
       toplam.hedef = toplam.hedef + a.hedef;
       if (!b_.g.secenekler.ust(ustFisNo)) a.neden = "Seçenek kapalı: Fiş Numaraları Devredilsin mi ?";

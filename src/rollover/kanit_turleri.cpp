@@ -1,13 +1,14 @@
 #include "rollover/kanit_turleri.h"
 
 #include <array>
+#include <cmath>
 #include <cstdlib>
+#include <memory>
+#include <unordered_map>
 
 #include "rollover/adimlar.h"
 
 namespace rollover {
-
-namespace {
 
 std::string kapaliMetni(const Secenekler& s, int ust, int cocuk) {
   for (const SecenekSatiri& satir : secenekSatirlari()) {
@@ -18,11 +19,47 @@ std::string kapaliMetni(const Secenekler& s, int ust, int cocuk) {
   return "";
 }
 
+std::string atlananNedeni(const Baglam& b, std::string_view tablolar, const std::string& kod) {
+  for (const auto& a : b.sonuc.atlananlar)
+    if (!a.ad.empty() && a.ad == kod.substr(0, kod.find(' ')) &&
+        tablolar.find(a.tablo) != std::string_view::npos)
+      return "Kayıt aktarılamadı: " + a.neden;
+  return "";
+}
+
+bool miktarYuvarlamasi(const KanitSatiri& s) {
+  constexpr double tekDuyarlik = 1e-6;
+  return static_cast<double>(std::llabs(s.fark().birim)) <=
+         1 + std::fabs(static_cast<double>(s.kaynak.birim)) * tekDuyarlik;
+}
+
+namespace {
+
 std::int64_t yuvarlamaPayi(int hane) {
   std::int64_t pay = 5000;
   for (int i = 0; i < hane && pay > 0; ++i) pay /= 10;
   return pay + 1;
 }
+
+// Codes and a text for each, read when the first one is looked for.
+class Metinler {
+ public:
+  explicit Metinler(std::string sql) : sql_(std::move(sql)) {}
+  const std::string* bul(Baglam& b, const std::string& kod) {
+    if (!sql_.empty()) {
+      const auto rows = b.oku(sql_);
+      for (std::int64_t i = 0; i < rows->count(); ++i)
+        metinler_.emplace(rows->value(i, 0).trimmed(), rows->value(i, 1).trimmed());
+      sql_.clear();
+    }
+    const auto at = metinler_.find(kod);
+    return at == metinler_.end() ? nullptr : &at->second;
+  }
+
+ private:
+  std::string sql_;
+  std::unordered_map<std::string, std::string> metinler_;
+};
 
 class Turler {
  public:
@@ -34,7 +71,6 @@ class Turler {
     if (b_.ikisinde("POSHAREKET")) pos();
     if (b_.ikisinde("CARIKART")) cari();
     if (b_.ikisinde("PERSONELKARTI") && b_.ikisinde("PERSONELHAREKET")) personel();
-    if (b_.ikisinde("STOKKART") && b_.kaynakta("AMBAR")) stok();
     if (b_.ikisinde("SIPARISHAREKET")) siparis();
     if (b_.ikisinde("CEKKART"))
       evrak("Çek", "CEKKART", "CEKDURUM", "CEKPARCALI", "Cek_ID", "Kendi Çekimiz", "Çek Devir Bordrosu",
@@ -117,38 +153,6 @@ class Turler {
          "PERSONELKARTI,PERSONELHAREKET")
         .yuvarlama = para();
   }
-  void stok() {
-    const auto ambarlar =
-        b_.kaynakOku("SELECT DISTINCT Ambar_No FROM AMBAR WHERE Ambar_No IS NOT NULL ORDER BY Ambar_No");
-    const std::string
-        kaynak =
-            "SELECT s.Stok_Kod AS kod,MAX(s.Stok_Ad) AS ad,SUM(ISNULL(a.G,0)-ISNULL(a.C,0)) AS deger FROM " +
-            b_.k("STOKKART") + " s," + b_.k("AMBBAK") + " a WHERE s.Stok_ID=a.Stok_ID AND ",
-        hedef =
-            "SELECT Stok_Kod AS kod,MAX(Stok_Ad) AS ad,SUM(Giris-Cikis) AS deger FROM STOKHAREKET WHERE "
-            "Islem_Tipi='Açılış Fişi' AND ";
-    for (std::int64_t i = 0; i < ambarlar->count(); ++i) {
-      const std::string no = ambarlar->value(i, 0).text();
-      KanitTuru& t = ekle("Stok miktarı, ambar " + no, kaynak + "a.Ambar_No=" + no + " GROUP BY s.Stok_Kod",
-                          hedef + "Ambar_No=" + no + " GROUP BY Stok_Kod", kapaliMetni(s_, ustStok, 1),
-                          "STOKKART,STOKHAREKET");
-      t.miktar = true;
-      const bool eksi = b_.g.STEksi;
-      t.ozel = [eksi](const KanitSatiri& s) {
-        return !eksi && s.kaynak < Para{} && s.hedef == Para{} ? std::string("Eksi stok devredilmedi")
-                                                               : std::string();
-      };
-    }
-    const auto tanimsiz = b_.oku("SELECT COUNT(*) FROM " + b_.k("AMBBAK") +
-                                 " WHERE Ambar_No IS NULL OR Ambar_No NOT IN (SELECT Ambar_No FROM " +
-                                 b_.k("AMBAR") + " WHERE Ambar_No IS NOT NULL)");
-    if (tanimsiz->value(0, 0).integer() == 0) return;
-    ekle("Stok miktarı, tanımsız ambar",
-         kaynak + "(a.Ambar_No IS NULL OR a.Ambar_No NOT IN (SELECT Ambar_No FROM " + b_.k("AMBAR") +
-             " WHERE Ambar_No IS NOT NULL)) GROUP BY s.Stok_Kod",
-         hedef + "1=0 GROUP BY Stok_Kod", "", "")
-        .ozel = [](const KanitSatiri&) { return std::string("Ambarın tanımı yok; açılış fişi yazılmaz"); };
-  }
   void siparis() {
     const std::string anahtar = "LTRIM(RTRIM(Fis_No))+' '+LTRIM(RTRIM(ISNULL(Islem_Tipi,'')))";
     const std::string acik = "SELECT k.Siparis_ID FROM " + b_.k("SIPARISKART") + " k WHERE k.Durum='AÇIK'";
@@ -167,15 +171,15 @@ class Turler {
                         kapaliMetni(s_, ustSiparis, 0), "SIPARISKART,SIPARISHAREKET");
     t.miktar = true;
     Baglam* const b = &b_;
-    t.ozel = [hicYok, b](const KanitSatiri& s) -> std::string {
-      const std::string no = tirnakli(s.kod.substr(0, s.kod.find(' ')));
+    const auto islenenler = std::make_shared<Metinler>(
+        "SELECT Fis_No,'' FROM SIPARISKART WHERE Kullanici_ID<>-1 OR Siparis_ID IN (SELECT Siparis_ID FROM "
+        "SIPARISBAGLANTI)");
+    t.ozel = [hicYok, b, islenenler](const KanitSatiri& s) -> std::string {
       if (s.kaynak == Para{})
         return hicYok ? "Açık sipariş yok; bekleyen bütün satırlar alındı"
                       : "Aynı numaralı başka belge türünün satırı";
-      const auto n =
-          b->oku("SELECT COUNT(*) FROM SIPARISKART WHERE Fis_No=" + no +
-                 " AND (Kullanici_ID<>-1 OR Siparis_ID IN (SELECT Siparis_ID FROM SIPARISBAGLANTI))");
-      if (n->value(0, 0).integer() > 0) return "Sipariş hedefte işlem görmüş; olduğu gibi bırakıldı";
+      if (islenenler->bul(*b, s.kod.substr(0, s.kod.find(' '))) != nullptr)
+        return "Sipariş hedefte işlem görmüş; olduğu gibi bırakıldı";
       return "";
     };
   }
@@ -191,17 +195,18 @@ class Turler {
     const bool ciro = std::strtol(b_.g.Ciro_Takip_Suresi.c_str(), nullptr, 10) > 0;
     const std::string kaynakKart = b_.k(kart);
     Baglam* const b = &b_;
+    const auto durumlar = std::make_shared<Metinler>("SELECT Portfoy_No,Durum FROM " + kaynakKart +
+                                                     " WHERE Durum IN ('Karşılıksız','Cirolu')");
+    const auto oynananlar = std::make_shared<Metinler>("SELECT h.Portfoy_No,'' FROM " + kart + " h WHERE h." +
+                                                       kimlik + " IN (SELECT d." + kimlik + " FROM " + durum +
+                                                       " d GROUP BY d." + kimlik + " HAVING COUNT(*)>1)");
     const auto nedeni = [=](const KanitSatiri& s) -> std::string {
-      const std::string no = tirnakli(s.kod);
-      const auto rows = b->oku("SELECT Durum FROM " + kaynakKart + " WHERE Portfoy_No=" + no);
-      const std::string d = rows->count() > 0 ? rows->value(0, 0).trimmed() : "";
-      if (s.hedef == Para{}) {
-        if (d == "Karşılıksız" && !karsiliksiz) return "Seçenek kapalı: karşılıksızlar devredilmedi";
-        if (d == "Cirolu") return ciro ? "Cirolu, takip süresi geçmiş" : "Cirolu, takip süresi verilmedi";
-      }
-      const auto n = b->oku("SELECT COUNT(*) FROM " + durum + " d," + kart + " h WHERE h." + kimlik + "=d." +
-                            kimlik + " AND h.Portfoy_No=" + no);
-      return n->value(0, 0).integer() > 1 ? "Hedefte işlem görmüş; olduğu gibi bırakıldı" : "";
+      const std::string* const d = s.hedef == Para{} ? durumlar->bul(*b, s.kod) : nullptr;
+      if (d != nullptr && *d == "Karşılıksız" && !karsiliksiz)
+        return "Seçenek kapalı: karşılıksızlar devredilmedi";
+      if (d != nullptr && *d == "Cirolu")
+        return ciro ? "Cirolu, takip süresi geçmiş" : "Cirolu, takip süresi verilmedi";
+      return oynananlar->bul(*b, s.kod) != nullptr ? "Hedefte işlem görmüş; olduğu gibi bırakıldı" : "";
     };
     ekle(ad + " tutarları",
          "SELECT Portfoy_No AS kod,MAX(Cari_Unvan) AS ad,SUM(Tutar) AS deger FROM " + kaynakKart + " WHERE " +

@@ -22,4 +22,21 @@ struct KanitTuru {
 
 std::vector<KanitTuru> kanitTurleri(Baglam& b);
 
+constexpr std::size_t ayrintiSiniri = 5000;  // differing items of a kind that are listed
+
+// A kind worked out: its total and the items that differ.
+struct KanitDokumu {
+  KanitSatiri toplam;
+  std::vector<KanitSatiri> ayrintilar;
+};
+// Stock quantity and value of every warehouse, and whether the costing has seen every movement.
+std::vector<KanitDokumu> stokKaniti(Baglam& b);
+
+// Caption of the option that keeps a row of the tree from being carried; empty when none does.
+std::string kapaliMetni(const Secenekler& s, int ust, int cocuk);
+// Why a row that could not be written is missing; empty when it is not among them.
+std::string atlananNedeni(const Baglam& b, std::string_view tablolar, const std::string& kod);
+// Quantities stand in single precision.
+bool miktarYuvarlamasi(const KanitSatiri& s);
+
 }  // namespace rollover

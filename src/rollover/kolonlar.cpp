@@ -189,22 +189,17 @@ class Uyarlama {
   std::string c_, uyar_;
 };
 
-std::vector<FieldInfo> alanlar(Baglam& b, const std::string& tablo) {
-  const auto rows = b.oku("SELECT * FROM " + tablo + " WHERE 1=0");
-  return rows ? rows->fields() : std::vector<FieldInfo>{};
-}
-
 }  // namespace
 
 std::string kimlikKolonu(Baglam& b, const std::string& tablo) {
-  for (const FieldInfo& alan : alanlar(b, tablo))
+  for (const FieldInfo& alan : b.alanlar(tablo))
     if (alan.identity) return alan.name;
   return "";
 }
 
 std::vector<KopyaKolonu> kolonlariKur(Baglam& b, const std::string& tablo, const KolonSecimi& secim,
                                       const OzelKolonlar& ozel) {
-  const std::vector<FieldInfo> kaynak = alanlar(b, b.k(tablo)), hedef = alanlar(b, tablo);
+  const std::vector<FieldInfo>&kaynak = b.alanlar(b.k(tablo)), &hedef = b.alanlar(tablo);
   std::vector<KopyaKolonu> out;
   for (const FieldInfo& alan : hedef) {
     if (alan.identity) continue;

@@ -38,9 +38,8 @@ class Kopyalayici {
   }
 
   void calistir() {
-    toplam_ = sayi("SELECT COUNT(*) FROM " + s_ + ve(""));
+    olc();
     if (toplam_ == 0) return;
-    hedefBos_ = sayi("SELECT COUNT(*) FROM " + k_.tablo) == 0;
     tekrarlariBul();
     if (!k_.sifirKolon.empty() && sifirlariBul()) {
       for (const SatirDurumu& satir : sirala("")) sifirli(satir);
@@ -58,6 +57,16 @@ class Kopyalayici {
   std::int64_t sayi(const std::string& sql) {
     const auto rows = b_.oku(sql);
     return rows && rows->count() > 0 ? rows->value(0, 0).integer() : 0;
+  }
+  void olc() {
+    const auto rows = b_.oku("SELECT COUNT(*),MIN(" + kimlik_ + "),MAX(" + kimlik_ +
+                             "),(SELECT COUNT(*) FROM (SELECT TOP 1 h.[" + k_.kimlik + "] FROM " + k_.tablo +
+                             " h) x) FROM " + s_ + ve(""));
+    toplam_ = rows->value(0, 0).integer();
+    if (toplam_ == 0) return;
+    ilkKimlik_ = rows->value(0, 1).integer();
+    sonKimlik_ = rows->value(0, 2).integer();
+    hedefBos_ = rows->value(0, 3).integer() == 0;
   }
   // WHERE of the statement: the copy's own condition and another.
   std::string ve(const std::string& ek) const {
@@ -133,10 +142,9 @@ class Kopyalayici {
   }
 
   void sayfaSayfa() {
-    std::int64_t son = sayi("SELECT MIN(" + kimlik_ + ") FROM " + s_ + ve("")) - 1;
-    std::int64_t bitis = sayi("SELECT MAX(" + kimlik_ + ") FROM " + s_ + ve(""));
-    while (son < bitis) {
-      std::int64_t ust = bitis;
+    std::int64_t son = ilkKimlik_ - 1;
+    while (son < sonKimlik_) {
+      std::int64_t ust = sonKimlik_;
       if (toplam_ > sayfa)
         ust = sayi("SELECT MAX(x.kimlik) FROM (SELECT TOP " + std::to_string(sayfa) + " " + kimlik_ +
                    " AS kimlik FROM " + s_ + ve(kimlik_ + ">" + std::to_string(son)) + " ORDER BY " +
@@ -346,7 +354,7 @@ class Kopyalayici {
   Baglam& b_;
   const Kopya& k_;
   std::string s_, kimlik_, uyar_;
-  std::int64_t toplam_ = 0, biten_ = 0;
+  std::int64_t toplam_ = 0, biten_ = 0, ilkKimlik_ = 0, sonKimlik_ = 0;
   bool hedefBos_ = false;
   std::set<std::int64_t> tekrarlar_;
   std::deque<std::int64_t> sifirlar_;

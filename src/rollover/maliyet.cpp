@@ -1,5 +1,7 @@
 #include "rollover/maliyet.h"
 
+#include <algorithm>
+
 namespace rollover {
 
 void Maliyetlendirme_AOG::isle(const MaliyetHareketi& h) {
@@ -14,6 +16,12 @@ void Maliyetlendirme_AOG::isle(const MaliyetHareketi& h) {
   } else {
     deger_ = deger_ + net * birim_;
   }
+}
+
+Para Maliyetler::bul(std::int64_t stok) const {
+  const auto at = std::lower_bound(birim.begin(), birim.end(), stok,
+                                   [](const auto& m, std::int64_t id) { return m.first < id; });
+  return at == birim.end() || at->first != stok ? Para{} : at->second;
 }
 
 }  // namespace rollover

@@ -1,7 +1,10 @@
 // The costing of the rollover: the moving weighted average over an item's whole history.
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "rollover/para.h"
 
@@ -22,6 +25,16 @@ class Maliyetlendirme_AOG {
 
  private:
   Para miktar_, birim_, deger_;
+};
+
+// Costs of all items by their source ids, and what was replayed for them.
+struct Maliyetler {
+  std::vector<std::pair<std::int64_t, Para>> birim;  // in the order of the ids
+  std::int64_t hareket = 0;                          // rows replayed
+  Para miktar;                                       // left over, of all items
+
+  // 0 for an item without a history.
+  Para bul(std::int64_t stok) const;
 };
 
 }  // namespace rollover

@@ -138,6 +138,7 @@ class Binder {
   // binder_select.cpp
   BoundSelect bindSelect(const SelectStatement& select, Scope* parent, const CoreShape& shape);
   struct BoundCore;
+  static bool namesOuterColumn(const BoundCore& core);
   void bindCore(const SelectStatement& select, std::size_t index, Scope* parent, const CoreShape& shape,
                 BoundCore& out);
   void gather(BoundCore& out);
@@ -162,7 +163,7 @@ class Binder {
   std::string bindOn(const Expr& on, Scope& scope, std::size_t first, std::size_t middle);
   FromPiece bindNamed(const TableSource& source, Scope& scope);
   FromPiece bindDerived(const TableSource& source, Scope& scope);
-  std::string bindView(const ViewInfo& view, const std::string& database, Source& source, Scope& scope);
+  std::string bindView(const ViewInfo& view, const std::string& database, Source& source, const Scope& scope);
   bool bindSystemTable(const std::string& database, const ObjectName& name, Source& source, std::string& sql);
   const TableInfo* pseudoTable(const ObjectName& name, std::string& sql) const;
   std::string newHandle() { return "t" + std::to_string(++handles_); }
@@ -174,6 +175,7 @@ class Binder {
   std::vector<std::unique_ptr<Expr>> owned_;
   int handles_ = 0;
   int viewDepth_ = 0;
+  bool outerJoins_ = false;  // the statement has RIGHT or FULL joins
   bool throughViews_ = true;
   int lazy_ = 0;  // > 0 inside a branch that may never run: conversions must not fail beforehand
   bool stepwise_ = false;

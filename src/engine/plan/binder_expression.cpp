@@ -421,6 +421,12 @@ BoundStatement Binder::finish(const std::string& sql) const {
   for (std::size_t i = 0; i < sql.size(); ++i) {
     const char c = sql[i];
     if (c == '"') quoted = !quoted;
+    // A statement with a union in FROM is repeated for each of its SELECTs; in the copies SQLite loses the
+    // places of ON, and of SELECTs with RIGHT or FULL joins the conditions.
+    if (c == unionEnd && !quoted) {
+      if (outerJoins_) done.sql += " LIMIT -1 OFFSET 0";
+      continue;
+    }
     done.sql += c;
     if (quoted || c != '?') continue;
     std::size_t number = 0;

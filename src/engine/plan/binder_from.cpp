@@ -87,12 +87,11 @@ bool mentions(const std::string& sql, const std::string& handle) {
 }
 
 // A query in FROM. Merged into joins with RIGHT or FULL, SQLite takes a column of it that is a constant for
-// a value even where its row is missing.
-std::string inBrackets(BoundSelect& select, Scope& scope) {
-  scope.holdsOuterJoins = scope.holdsOuterJoins || select.holdsOuterJoins;
+// a value even where its row is missing; into those with LEFT, a column of a query around.
+std::string inBrackets(BoundSelect& select, const Scope& scope) {
   const bool plain = std::all_of(select.columns.begin(), select.columns.end(),
                                  [](const ResultColumn& column) { return !column.baseColumn.empty(); });
-  if (!plain && scope.outerJoins) keepApart(select);
+  if ((!plain && scope.outerJoins) || select.outerColumn) keepApart(select);
   return "(" + select.sql + ")";
 }
 
@@ -155,6 +154,7 @@ Source& Binder::bindTarget(const ObjectName& name, Scope& scope) {
 std::string Binder::bindFrom(const std::vector<std::unique_ptr<TableSource>>& from, Scope& scope) {
   std::string sql;
   for (const auto& source : from) scope.outerJoins = scope.outerJoins || hasOuterJoin(*source);
+  outerJoins_ = outerJoins_ || scope.outerJoins;
   for (const auto& source : from) {
     const FromPiece piece = bindTableSource(*source, scope);
     // A × (B left join C) is (A × B) left join C, since an ON sees nothing of A; RIGHT and FULL are not.
@@ -312,7 +312,7 @@ bool Binder::bindSystemTable(const std::string& database, const ObjectName& name
 // A view is its query as a derived table, bound in the view's own database. Its columns are those it
 // had at creation, whatever * would give now.
 std::string Binder::bindView(const ViewInfo& view, const std::string& database, Source& source,
-                             Scope& scope) {
+                             const Scope& scope) {
   if (!throughViews_) {
     for (const ViewColumn& column : view.columns) {
       ResultColumn as;

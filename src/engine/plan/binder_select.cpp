@@ -72,7 +72,9 @@ std::string enclosed(const std::string& sql, const std::vector<Type>& types) {
 }  // namespace
 
 void keepApart(BoundSelect& select) {
-  if (!select.apart) select.sql += select.limited ? " OFFSET 0" : " LIMIT -1 OFFSET 0";
+  if (select.apart) return;
+  if (select.sql.back() == unionEnd) select.sql.pop_back();
+  select.sql += select.limited ? " OFFSET 0" : " LIMIT -1 OFFSET 0";
   select.apart = true;
 }
 
@@ -404,6 +406,15 @@ std::vector<Binder::BoundCore> Binder::bindCores(const SelectStatement& select, 
   return cores;
 }
 
+// Whether the list names a column of a query around.
+bool Binder::namesOuterColumn(const BoundCore& core) {
+  return !core.scope.grouped && std::any_of(core.items.begin(), core.items.end(), [&](const BoundExpr& item) {
+    return item.column &&
+           std::none_of(core.scope.sources.begin(), core.scope.sources.end(),
+                        [&](const Source& own) { return item.sql.starts_with(own.handle + "."); });
+  });
+}
+
 BoundSelect Binder::bindSelect(const SelectStatement& select, Scope* parent, const CoreShape& shape) {
   std::vector<BoundCore> cores = bindCores(select, parent, shape);
   BoundCore& first = cores[0];
@@ -435,10 +446,8 @@ BoundSelect Binder::bindSelect(const SelectStatement& select, Scope* parent, con
   bound.variables = first.variables;
   bound.singleRow = single && (first.aggregated || first.from.empty());
   bound.limited = single && first.top;
-  for (const BoundCore& core : cores)
-    bound.holdsOuterJoins = bound.holdsOuterJoins || core.scope.outerJoins || core.scope.holdsOuterJoins;
-  // Of a union whose SELECTs have RIGHT or FULL joins SQLite would merge each, and lose their conditions.
-  if (!single && bound.holdsOuterJoins) keepApart(bound);
+  if (!single) bound.sql += unionEnd;
+  bound.outerColumn = std::any_of(cores.begin(), cores.end(), namesOuterColumn);
   for (const SelectCore& core : select.cores)
     if (core.into) bound.into = &core;
   return bound;

@@ -97,8 +97,7 @@ struct Scope {
   // and its aggregates.
   std::string gathered;
   std::vector<std::string> aggregates;
-  bool outerJoins = false;       // FROM has RIGHT or FULL joins
-  bool holdsOuterJoins = false;  // or a query in FROM has
+  bool outerJoins = false;  // FROM has RIGHT or FULL joins
 };
 
 struct BoundSelect {
@@ -106,13 +105,15 @@ struct BoundSelect {
   std::vector<ResultColumn> columns;
   std::vector<std::string> variables;   // assigned variable per column; all empty or all filled
   bool singleRow = false;               // never more than one row
-  bool holdsOuterJoins = false;         // RIGHT or FULL, in a FROM of it or of a query in it
   bool limited = false, apart = false;  // `sql` ends in LIMIT, in OFFSET
+  bool outerColumn = false;             // a column of a query around stands in the list
   const SelectCore* into = nullptr;
 };
 
 // OFFSET keeps SQLite from merging a query in FROM into the one around it.
 void keepApart(BoundSelect& select);
+// Ends the text of a union: Binder::finish() knows whether it is to be kept apart.
+inline constexpr char unionEnd = '\x01';
 
 struct VariableInfo {
   std::string name;  // folded, with @

@@ -101,6 +101,45 @@ TEST_F(DialectTest, UnionsOfOuterJoinsInFrom) {
   });
 }
 
+// Of a statement that is repeated for each SELECT of a union, SQLite loses the places of ON in its copies.
+TEST_F(DialectTest, UnionsBesideOuterJoins) {
+  follow({
+      {"CREATE TABLE x (A INT, B INT) CREATE TABLE y (A INT, B INT) INSERT INTO x VALUES (1,7) INSERT INTO x "
+       "VALUES (2,1) INSERT INTO y VALUES (1,8) INSERT INTO y VALUES (3,9)",
+       ""},
+      {"SELECT d.A, y.B FROM (SELECT A FROM x UNION ALL SELECT A FROM y) d JOIN y ON y.A=d.A WHERE d.A IN "
+       "(SELECT x.A FROM x JOIN y i ON i.A=x.A RIGHT JOIN y j ON j.A=x.A WHERE i.A=d.A)",
+       "1\t8\n1\t8\n"},
+      {"SELECT d.A, (SELECT COUNT(*) FROM x JOIN y i ON i.A=x.A RIGHT JOIN y j ON j.A=d.A) FROM (SELECT A "
+       "FROM "
+       "x UNION ALL SELECT A FROM y) d ORDER BY 1",
+       "1\t2\n1\t2\n2\t2\n3\t2\n"},
+      {"SELECT f.A, d.A FROM (SELECT y.A, x.B FROM x CROSS JOIN x i JOIN y ON y.A=x.A FULL JOIN y j ON "
+       "j.A=i.A) f "
+       "JOIN y ON 1=1, (SELECT A FROM x UNION ALL SELECT A FROM y WHERE A>1) d WHERE f.B<d.A+5 ORDER BY 1, 2",
+       "1\t3\n1\t3\n1\t3\n1\t3\n"},
+  });
+}
+
+// A column of the query around stands for no row of its own: it is NULL where the row is missing.
+TEST_F(DialectTest, ColumnsOfTheQueryAroundInMissingRows) {
+  follow({
+      {"CREATE TABLE x (A INT, B INT) CREATE TABLE y (A INT, B INT) INSERT INTO x VALUES (1,7) INSERT INTO x "
+       "VALUES (2,1) INSERT INTO y VALUES (1,8) INSERT INTO y VALUES (3,9)",
+       ""},
+      {"SELECT A, (SELECT MIN(d.K) FROM y LEFT JOIN (SELECT x.B AS K FROM x i WHERE i.A<0) d ON 1=1) FROM x "
+       "ORDER BY A",
+       "1\tNULL\n2\tNULL\n"},
+      {"SELECT A FROM x WHERE EXISTS(SELECT 1 FROM y LEFT JOIN (SELECT e.K FROM (SELECT x.B AS K FROM y i "
+       "WHERE "
+       "i.A>x.A) e) d ON d.K=1 WHERE d.K IS NOT NULL)",
+       "2\n"},
+      {"SELECT A, (SELECT COUNT(d.K) FROM y LEFT JOIN (SELECT x.A AS K, i.A FROM x i) d ON d.A=y.A) FROM x "
+       "ORDER BY A",
+       "1\t1\n2\t1\n"},
+  });
+}
+
 TEST_F(DialectTest, AggregatesThatSubqueriesLookAt) {
   follow({
       {"CREATE TABLE x (A INT, B INT) CREATE TABLE y (A INT, B INT) INSERT INTO x VALUES (1,10) "

@@ -1,12 +1,12 @@
 // A year rolled over, by scale of the example data (arguments, default 1 10): processor time of the run onto
-// an empty upgraded company, its statements, its memory, and the time of the same rows written by set-based
-// SQL in the same library without triggers. Ratios of one run.
+// an empty upgraded company with its proof, its statements, its memory, and the floor: the same rows written
+// by set-based SQL in the bare storage library (devir_taban.h). Ratios of one run.
 //
 //   devir_bench 1 10 100
 #include <cstdio>
 #include <cstdlib>
 
-#include "bench/bare.h"
+#include "bench/devir_taban.h"
 #include "catalog/sunucu_hazirla.h"
 #include "company/firma_karti.h"
 #include "company/ornek_veri.h"
@@ -48,26 +48,6 @@ double processorOf(const std::function<void()>& work) {
   const double before = bench::processorSeconds();
   work();
   return bench::processorSeconds() - before;
-}
-
-// Every row of the target once more, table by table in one statement each.
-double taban(const fs::path& folder) {
-  bench::Sqlite from(folder / "veri" / "HEDEF.mdf");
-  bench::Sqlite to(folder / "taban.db");
-  const auto tablolar = bench::tablesOf(from);
-  for (const auto& tablo : tablolar)
-    for (const auto& tanim : bench::definitionsOf(from, tablo)) to.run(tanim);
-  to.run("ATTACH '" + (folder / "veri" / "HEDEF.mdf").string() + "' AS kaynak");
-  return processorOf([&] {
-    to.run("BEGIN");
-    for (const auto& tablo : tablolar) {
-      sqlite3_stmt* deyim =
-          to.prepare("INSERT INTO main.\"" + tablo + "\" SELECT * FROM kaynak.\"" + tablo + "\"");
-      to.once(deyim);
-      sqlite3_finalize(deyim);
-    }
-    to.run("COMMIT");
-  });
 }
 
 // What a statement per row and two per reference would be: counted from the rows, not sent.
@@ -126,7 +106,10 @@ double olc(int olcek, double ilk) {
   const std::int64_t saf = satirSatir(*o.Baglanti);
   o.Kayitlar.close();
   o.Baglanti.reset();
-  const double tabanSure = taban(folder);
+  bench::DevirTabani taban(folder);
+  const double tabanSure = taban.olc();
+  if (const std::string farklar = taban.farklar(); !farklar.empty())
+    std::printf("the floor's rows differ from those of the run:\n%s", farklar.c_str());
   std::printf(
       "scale %d: source %lld rows, written %lld, %.2f s of the processor, floor %.2f s (ratio %.1f), %lld "
       "statements (naive %lld, %.0f times), %+ld kB, unexplained %lld",

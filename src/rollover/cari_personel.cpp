@@ -1,7 +1,6 @@
 // Openings of current accounts, with their average due day, and of employees.
 #include <chrono>
 #include <cmath>
-#include <map>
 
 #include "rollover/adimlar.h"
 #include "session/tarih.h"
@@ -45,16 +44,29 @@ std::string dovizDegerleri(double DB, int hane) {
   return "0," + mutlak + "," + mutlak;
 }
 
-std::map<std::int64_t, ValorToplami> valorToplamlari(Baglam& b) {
+constexpr std::int64_t sayfa = 2000;
+
+// DEVIR_CARI: sums of every account with movements, in the order of the ids; DEVIR_VALOR: what the average
+// due day needs. Both stand in the target while the step runs, and are read page by page. Gives the accounts.
+std::int64_t cariToplamlari(Baglam& b) {
+  b.yap(
+      "CREATE TABLE DEVIR_CARI (Sira INT NOT NULL IDENTITY(1,1) PRIMARY KEY, Cari_ID INT NULL, AT FLOAT "
+      "NULL, "
+      "BT FLOAT NULL, DB FLOAT NULL) CREATE TABLE DEVIR_VALOR (Cari_ID INT NOT NULL PRIMARY KEY, AT FLOAT "
+      "NULL, BT FLOAT NULL, BA FLOAT NULL, AA FLOAT NULL)");
+  return b.yap(
+      "INSERT INTO DEVIR_CARI (Cari_ID,AT,BT,DB) SELECT c.Cari_ID,h.AT,h.BT,h.DB FROM " + b.k("CARIKART") +
+      " c,(SELECT Cari_ID,ISNULL(SUM(ATutar),0) AS AT,ISNULL(SUM(BTutar),0) AS "
+      "BT,ISNULL(SUM(Dovizli_Tutar2),0) "
+      "AS DB FROM " +
+      b.k("CARIHAREKETLER") +
+      " GROUP BY Cari_ID) h WHERE c.Cari_ID=h.Cari_ID AND (h.AT>0 OR h.BT>0 OR h.DB<>0) ORDER BY c.Cari_ID");
+}
+void valorToplamlari(Baglam& b) {
   const std::string gun = "Datediff(d," + tarihSql(b.g.taraf[0].Bas_Tar) + ",Vade)";
-  const auto rows =
-      b.kaynakOku("SELECT Cari_ID,SUM(ATutar) AS AT,SUM(BTutar) AS BT,SUM(BTutar*" + gun +
-                  ") AS BA,SUM(ATutar*" + gun + ") AS AA FROM CARIHAREKETLERVALOR GROUP BY Cari_ID");
-  std::map<std::int64_t, ValorToplami> out;
-  for (std::int64_t i = 0; i < rows->count(); ++i)
-    out[rows->value(i, 0).integer()] = {rows->value(i, 1).real(), rows->value(i, 2).real(),
-                                        rows->value(i, 4).real(), rows->value(i, 3).real()};
-  return out;
+  b.yap("INSERT INTO DEVIR_VALOR (Cari_ID,AT,BT,BA,AA) SELECT Cari_ID,SUM(ATutar),SUM(BTutar),SUM(BTutar*" +
+        gun + "),SUM(ATutar*" + gun + ") FROM " + b.k("CARIHAREKETLERVALOR") +
+        " WHERE Cari_ID IN (SELECT Cari_ID FROM DEVIR_CARI) GROUP BY Cari_ID");
 }
 
 std::string acilisKolonlari(const AcilisAlanlari& a) {
@@ -79,47 +91,61 @@ std::int64_t Valor_Hesapla(const ValorToplami& t, const std::string& basTar0, co
   return (gunu(basTar0) - gunu(basTar1)).count() + gun;
 }
 
-void Cari_Acilis_Devret(Baglam& b) {
-  if (!b.ikisinde("CARIKART") || !b.hedefte("ACILIS") || !b.hedefte("CARIHAREKET")) return;
-  b.yap("DELETE FROM ACILIS WHERE Cari_Kod=ANY (SELECT Cari_Kod FROM " + b.k("CARIKART") + ")");
-  const std::string A = "ISNULL(SUM(h.ATutar),0)", B = "ISNULL(SUM(h.BTutar),0)",
-                    D = "ISNULL(SUM(h.Dovizli_Tutar2),0)";
-  const auto rows = b.oku("SELECT c.Cari_ID,c.Cari_Kod,c.Unvan," + A + " AS AT," + B + " AS BT," + D +
-                          " AS DB," + b.kesinKod(Ref::Cari, "c.Cari_ID") + " AS hedef FROM " +
-                          b.k("CARIKART") + " c," + b.k("CARIHAREKETLER") +
-                          " h WHERE c.Cari_ID=h.Cari_ID GROUP BY c.Cari_ID,c.Cari_Kod,c.Unvan HAVING(" + A +
-                          ">0 OR " + B + ">0 OR " + D + "<>0) ORDER BY c.Cari_ID");
-  b.mesaj("Cari Hesap Açılış İşlemleri Yapılıyor...!");
-  if (rows->count() == 0) return;
-  const std::string fis = baslikYaz(b, "CARIHAREKET", "Cari_Hareket_ID");
-  const auto valorlar = valorToplamlari(b);
-  SatirYazici yazici(b, "ACILIS",
-                     "Tarih,Fis_No,Islem_Tipi,Cari_ID,Cari_Kod,Cari_Unvan,ATutar,BTutar,Saat,Gun,AY_Index,Ay,"
-                     "Hafta,Satici_ID,"
-                     "Doviz_ID,KUR,Dovizli_Borc,Dovizli_Alacak,Dovizli_Tutar,Vade,CariHareket_Fis_ID",
-                     false);
+namespace {
+
+void cariSayfasi(Baglam& b, std::int64_t bas, const std::string& fis, SatirYazici& yazici) {
+  const auto rows =
+      b.oku("SELECT d.Sira,c.Cari_Kod,c.Unvan,d.AT,d.BT,d.DB," + b.kesinKod(Ref::Cari, "d.Cari_ID") +
+            " AS hedef,v.AT,v.BT,v.AA,v.BA FROM " + b.k("CARIKART") +
+            " c,DEVIR_CARI d LEFT JOIN DEVIR_VALOR v ON v.Cari_ID=d.Cari_ID WHERE "
+            "c.Cari_ID=d.Cari_ID AND d.Sira>" +
+            std::to_string(bas) + " AND d.Sira<=" + std::to_string(bas + sayfa) + " ORDER BY d.Sira");
   constexpr std::int64_t enUzakVade = 1000;
   for (std::int64_t i = 0; i < rows->count(); ++i) {
-    const auto n = netBakiye(rows->value(i, 3).real(), rows->value(i, 4).real(), b.hane);
+    const auto sayi = [&](int kolon) {
+      const db::Value v = rows->value(i, kolon);
+      return v.isNull() ? 0.0 : v.real();
+    };
+    const auto n = netBakiye(sayi(3), sayi(4), b.hane);
     if (n.alacak <= Para{} && n.borc <= Para{}) continue;
     const std::string kod = rows->value(i, 1).trimmed();
     if (rows->value(i, 6).isNull()) {
       b.atla("ACILIS", kod, "Hedefte kartı yok.");
       continue;
     }
-    const auto valor = valorlar.find(rows->value(i, 0).integer());
-    std::int64_t gun = Valor_Hesapla(valor == valorlar.end() ? ValorToplami{} : valor->second,
-                                     b.g.taraf[0].Bas_Tar, b.g.taraf[1].Bas_Tar, b.o.Ondalik_Ayrac == ".");
+    std::int64_t gun = Valor_Hesapla({sayi(7), sayi(8), sayi(9), sayi(10)}, b.g.taraf[0].Bas_Tar,
+                                     b.g.taraf[1].Bas_Tar, b.o.Ondalik_Ayrac == ".");
     if (gun > enUzakVade || gun < -enUzakVade) gun = 0;
-    yazici.ekle(b.acilis.tarih + ",'" + std::to_string(i + 1) + "','Açılış Fişi'," +
+    yazici.ekle(b.acilis.tarih + ",'" + rows->value(i, 0).text() + "','Açılış Fişi'," +
                     rows->value(i, 6).text() + "," + tirnakli(kod) + "," + metinSql(rows->value(i, 2)) + "," +
                     sqlMetni(n.alacak) + "," + sqlMetni(n.borc) + "," + acilisKolonlari(b.acilis) +
-                    ",1,1,0," + dovizDegerleri(rows->value(i, 5).real(), b.hane) + "," + std::to_string(gun) +
-                    "," + fis,
+                    ",1,1,0," + dovizDegerleri(sayi(5), b.hane) + "," + std::to_string(gun) + "," + fis,
                 kod);
-    b.adim(i + 1, rows->count());
   }
-  yazici.bosalt();
+}
+
+}  // namespace
+
+void Cari_Acilis_Devret(Baglam& b) {
+  if (!b.ikisinde("CARIKART") || !b.hedefte("ACILIS") || !b.hedefte("CARIHAREKET")) return;
+  b.yap("DELETE FROM ACILIS WHERE Cari_Kod=ANY (SELECT Cari_Kod FROM " + b.k("CARIKART") + ")");
+  const std::int64_t toplam = cariToplamlari(b);
+  b.mesaj("Cari Hesap Açılış İşlemleri Yapılıyor...!");
+  if (toplam > 0) {
+    const std::string fis = baslikYaz(b, "CARIHAREKET", "Cari_Hareket_ID");
+    valorToplamlari(b);
+    SatirYazici yazici(
+        b, "ACILIS",
+        "Tarih,Fis_No,Islem_Tipi,Cari_ID,Cari_Kod,Cari_Unvan,ATutar,BTutar,Saat,Gun,AY_Index,Ay,Hafta,Satici_"
+        "ID,Doviz_ID,KUR,Dovizli_Borc,Dovizli_Alacak,Dovizli_Tutar,Vade,CariHareket_Fis_ID",
+        false);
+    for (std::int64_t bas = 0; bas < toplam; bas += sayfa) {
+      cariSayfasi(b, bas, fis, yazici);
+      b.adim(std::min(bas + sayfa, toplam), toplam);
+    }
+    yazici.bosalt();
+  }
+  b.yap("DROP TABLE DEVIR_VALOR DROP TABLE DEVIR_CARI");
 }
 
 void Personel_Acilis_Devret(Baglam& b) {

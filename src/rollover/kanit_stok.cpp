@@ -29,9 +29,9 @@ std::int64_t topla(Baglam& b) {
       "x.Ambar_No,x.Kod,x.Stok_ID,SUM(x.kaynak),SUM(x.hedef),SUM(x.tutar) FROM (SELECT a.Ambar_No," +
       ilkKart +
       "s.Stok_Kod) AS Kod,s.Stok_ID,a.net AS kaynak,0 AS hedef,0 AS tutar FROM (SELECT "
-      "Stok_ID,Ambar_No,SUM(ISNULL(G,0)-ISNULL(C,0)) AS net FROM " +
-      b.k("AMBBAK") + " GROUP BY Stok_ID,Ambar_No) a," + b.k("STOKKART") +
-      " s WHERE s.Stok_ID=a.Stok_ID UNION ALL SELECT h.Ambar_No," + ilkKart + "h.Stok_Kod)," + ilkKart +
+      "Stok_ID,Ambar_No,ISNULL(G,0)-ISNULL(C,0) AS net FROM " +
+      b.k("AMBBAK") + ") a," + b.k("STOKKART") + " s WHERE s.Stok_ID=a.Stok_ID UNION ALL SELECT h.Ambar_No," +
+      ilkKart + "h.Stok_Kod)," + ilkKart +
       "h.Stok_Kod),0,ISNULL(h.Giris,0)-ISNULL(h.Cikis,0),ISNULL(h.Tutar,0) FROM STOKHAREKET h WHERE "
       "h.Islem_Tipi='Açılış Fişi') x WHERE x.Kod IS NOT NULL GROUP BY x.Ambar_No,x.Kod,x.Stok_ID ORDER BY "
       "x.Ambar_No,x.Kod,x.Stok_ID");

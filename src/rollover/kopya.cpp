@@ -12,6 +12,7 @@ namespace {
 constexpr int sayfa = 5000;             // rows of a page
 constexpr std::size_t listeBoyu = 500;  // ids of an IN list
 constexpr std::size_t toplu = 50;       // statements of a batch
+constexpr std::int64_t cokSatir = 50;   // from here on the triggers' indexes pay for themselves
 
 using Kimlikler = std::vector<std::int64_t>;
 
@@ -40,6 +41,8 @@ class Kopyalayici {
   void calistir() {
     olc();
     if (toplam_ == 0) return;
+    const bool dizinli = !hedefBos_ && toplam_ >= cokSatir;
+    if (dizinli) tetikDizinleriKur(b_, k_.tablo);
     tekrarlariBul();
     if (!k_.sifirKolon.empty() && sifirlariBul()) {
       for (const SatirDurumu& satir : sirala("")) sifirli(satir);
@@ -50,6 +53,7 @@ class Kopyalayici {
     }
     for (const std::int64_t id : tekrarlar_)
       for (const SatirDurumu& satir : sirala(kimlik_ + "=" + std::to_string(id))) birSatir(satir);
+    if (dizinli) tetikDizinleriKaldir(b_, k_.tablo);
     b_.yazildi(k_.tablo);
   }
 

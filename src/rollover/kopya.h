@@ -40,6 +40,10 @@ struct Kopya {
 
 void kopyala(Baglam& baglam, const Kopya& kopya);
 
+// Indexes for what the triggers of a table look for, while many of its rows are written.
+void tetikDizinleriKur(Baglam& baglam, std::string_view kart);
+void tetikDizinleriKaldir(Baglam& baglam, std::string_view kart);
+
 // Columns that both sides know, with their references translated; `Cari_ID` and `Stok_ID` only with
 // `cariStok`. Texts are trimmed unless `ham`.
 enum class Kirpma : std::uint8_t { Kirp, Ham };

@@ -26,7 +26,8 @@ constexpr std::array<Secenek, 5> tanimOptions = {
 
 constexpr std::string_view tanimMore =
     "-i verilmezse tanımları listeler. Dosyanın ilk satırı kolon adlarıdır; listenin yazdığı dosya olduğu\n"
-    "gibi geri alınabilir. Bir satır kimliğiyle, yoksa koduyla var olan kayda yazılır, bulunamazsa eklenir.\n"
+    "gibi geri alınabilir. Bir satır koduyla var olan kayda yazılır, bulunamazsa eklenir; kimlik yalnız aynı\n"
+    "kodlu satırları ayırır. Rapor metni aynısı varsa durur, yoksa eklenir.\n"
     "Ekranın denetimlerinden biri bile bir satırı reddederse satırı söylenir ve hiçbir şey yazılmaz.";
 
 int listele(Ortam& ortam, session::Oturum& oturum, const settings::ListeTuru& tur, Bicim bicim) {

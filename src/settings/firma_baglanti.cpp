@@ -1,8 +1,15 @@
 #include "settings/firma_baglanti.h"
 
+#include <algorithm>
+
+#include "session/metin.h"
 #include "session/statements.h"
 
 namespace settings {
+
+namespace {
+constexpr int tabloYok = 208, kolonYok = 207;  // the server's own numbers
+}
 
 std::string Firma_Bagla(session::Oturum& oturum, const std::string& veritabani) {
   try {
@@ -16,8 +23,17 @@ std::string Firma_Bagla(session::Oturum& oturum, const std::string& veritabani) 
   }
 }
 
+int kolonYeri(const db::Rows& tablo, std::string_view ad) {
+  const auto& alanlar = tablo.fields();
+  const std::string aranan = session::Buyuk_Harf(ad);
+  const auto at = std::ranges::find_if(
+      alanlar, [&](const db::FieldInfo& alan) { return session::Buyuk_Harf(alan.name) == aranan; });
+  if (at == alanlar.end())
+    throw db::SqlError(db::ErrorKind::StatementRefused, kolonYok, "“" + std::string(ad) + "” kolonu yok");
+  return static_cast<int>(at - alanlar.begin());
+}
+
 std::string sqlHatasi(const db::SqlError& hata, const std::string& veritabani) {
-  constexpr int tabloYok = 208, kolonYok = 207;
   if (hata.serverNumber() != tabloYok && hata.serverNumber() != kolonYok) return hata.what();
   return "“" + veritabani + "” veritabanı eski yapıda (" + hata.what() +
          ")\nÖnce güncelleyiniz: zembera-cli guncelle --ad " + veritabani;

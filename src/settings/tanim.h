@@ -15,6 +15,7 @@
 
 #include "session/izgara.h"
 #include "session/oturum.h"
+#include "settings/cakisma.h"
 
 namespace settings {
 
@@ -136,12 +137,14 @@ bool Ambar_Hareketli(session::Oturum& oturum, const std::string& ambarNo);
 
 // Writes the grid in one transaction; the reason when the server refused something and nothing was written.
 std::string Tanim_Kaydet(session::Oturum& oturum, const TanimTuru& tur, const IzgaraSatirlari& satirlar);
-// The same for the grids of one screen, all in one transaction.
+
+// The grids of one screen, written in one transaction over tables that nobody changed meanwhile.
 struct TanimIzgarasi {
   const TanimTuru* tur;
-  IzgaraSatirlari satirlar;
+  IzgaraSatirlari satirlar, okunan;  // what is in the grid; the table as it was read
 };
-std::string Tanim_Kaydet(session::Oturum& oturum, const std::vector<TanimIzgarasi>& izgaralar);
+ListeKaydi Tanim_Kaydet(session::Oturum& oturum, const std::vector<TanimIzgarasi>& izgaralar);
+CakismaKurali cakismaKurali(const TanimTuru& tur);
 
 // --- Links of a workplace
 

@@ -69,8 +69,9 @@ std::string baslikOku(const ListeTuru& tur, std::string_view satir, Dosya& dosya
 Dosya oku(const ListeTuru& tur, std::string_view metin) {
   Dosya dosya;
   if (metin.starts_with("\xEF\xBB\xBF")) metin.remove_prefix(3);
+  if (metin.empty()) dosya.hata = "Dosya boş; ilk satırı kolon adları olmalı.";
   const auto satirlar = bol(metin, '\n');
-  for (std::size_t i = 0; i < satirlar.size(); ++i) {
+  for (std::size_t i = 0; i < satirlar.size() && dosya.hata.empty(); ++i) {
     std::string_view satir = satirlar[i];
     if (satir.ends_with('\r')) satir.remove_suffix(1);
     if (!platform::isUtf8(satir)) {
@@ -112,33 +113,62 @@ std::map<std::string, int> dizin(const IzgaraSatirlari& satirlar, int kolon) {
   return sonuc;
 }
 
+struct Dizinler {
+  std::map<std::string, int> kimlikler, kodlar;
+};
+
+// The trimmed text of the line for a column of the list; empty when the file does not have it.
+std::string verilen(const Dosya& dosya, const Dosya::Kayit& kayit, int kolon) {
+  const auto at = std::ranges::find(dosya.kolonlar, kolon);
+  if (kolon < 0 || at == dosya.kolonlar.end()) return {};
+  return session::Trim(kayit.hucreler[static_cast<std::size_t>(at - dosya.kolonlar.begin())]);
+}
+
+// Rows without a key are found by everything that they hold.
+int ayniSatir(const Dosya& dosya, const Dosya::Kayit& kayit, const IzgaraSatirlari& eski, const Birlesme& b) {
+  for (std::size_t i = 0; i < eski.size(); ++i) {
+    bool ayni = !b.dosyaSatiri.contains(static_cast<int>(i));
+    for (std::size_t k = 0; ayni && k < dosya.kolonlar.size(); ++k)
+      ayni = eski[i].hucreler[static_cast<std::size_t>(dosya.kolonlar[k])] == kayit.hucreler[k];
+    if (ayni) return static_cast<int>(i);
+  }
+  return -1;
+}
+
+// The row that a line of the file belongs to; -1 for a new one.
+int hedefBul(const ListeTuru& tur, const Dosya& dosya, const Dosya::Kayit& kayit, const IzgaraSatirlari& eski,
+             const Dizinler& dizinler, const Birlesme& b) {
+  const int kod = session::kolonSirasi(tur.kolonlar, tur.kod);
+  if (kod < 0) return ayniSatir(dosya, kayit, eski, b);
+  const std::string id = verilen(dosya, kayit, session::kolonSirasi(tur.kolonlar, tur.kimlik)),
+                    anahtar = verilen(dosya, kayit, kod);
+  if (const auto at = dizinler.kimlikler.find(id); !id.empty() && at != dizinler.kimlikler.end()) {
+    const auto& hucreler = eski[static_cast<std::size_t>(at->second)].hucreler;
+    if (anahtar.empty() || anahtar == session::Trim(hucreler[static_cast<std::size_t>(kod)]))
+      return at->second;
+  }
+  for (const std::string& aranan : {anahtar, session::Buyuk_Harf(anahtar)})
+    if (const auto at = dizinler.kodlar.find(aranan); !aranan.empty() && at != dizinler.kodlar.end())
+      return at->second;
+  return -1;
+}
+
 Birlesme birlestir(const ListeTuru& tur, const Dosya& dosya, const IzgaraSatirlari& eski) {
   Birlesme b{{}, eski, {}, {}};
   const int kimlik = session::kolonSirasi(tur.kolonlar, tur.kimlik),
             kod = session::kolonSirasi(tur.kolonlar, tur.kod);
-  const auto kimlikler = dizin(eski, kimlik);
-  auto kodlar = dizin(eski, kod);
+  Dizinler dizinler{dizin(eski, kimlik), dizin(eski, kod)};
   for (const Dosya::Kayit& kayit : dosya.kayitlar) {
-    const auto verilen = [&](int kolon) -> std::string {
-      const auto at = std::ranges::find(dosya.kolonlar, kolon);
-      if (kolon < 0 || at == dosya.kolonlar.end()) return {};
-      std::string metin =
-          session::Trim(kayit.hucreler[static_cast<std::size_t>(at - dosya.kolonlar.begin())]);
-      return tur.kolonlar[static_cast<std::size_t>(kolon)].buyuk ? session::Buyuk_Harf(metin) : metin;
-    };
-    const std::string id = verilen(kimlik), anahtar = verilen(kod);
-    int hedef = -1;
-    if (const auto at = kimlikler.find(id); !id.empty() && at != kimlikler.end()) hedef = at->second;
-    if (const auto at = kodlar.find(anahtar); hedef < 0 && !anahtar.empty() && at != kodlar.end())
-      hedef = at->second;
-    if (!id.empty() && hedef < 0) {
+    const std::string id = verilen(dosya, kayit, kimlik), anahtar = verilen(dosya, kayit, kod);
+    int hedef = hedefBul(tur, dosya, kayit, eski, dizinler, b);
+    if (hedef < 0 && !id.empty() && anahtar.empty()) {
       b.hata = satirBasi(kayit.satir) + std::string(tur.kimlik) + " " + id + " olan bir satır yok.";
       return b;
     }
     if (hedef < 0) {
       hedef = static_cast<int>(b.satirlar.size());
       b.satirlar.push_back({std::vector<std::string>(tur.kolonlar.size()), false});
-      if (!anahtar.empty()) kodlar.emplace(anahtar, hedef);
+      if (!anahtar.empty()) dizinler.kodlar.emplace(anahtar, hedef);
     }
     if (const auto [at, yeni] = b.dosyaSatiri.emplace(hedef, kayit.satir); !yeni) {
       b.hata = satirBasi(kayit.satir) + "aynı kayıt " + std::to_string(at->second) + ". satırda da var.";
@@ -149,11 +179,13 @@ Birlesme birlestir(const ListeTuru& tur, const Dosya& dosya, const IzgaraSatirla
       const auto k = static_cast<std::size_t>(dosya.kolonlar[i]);
       if (static_cast<int>(k) == kimlik) continue;
       std::string metin = kayit.hucreler[i];
+      std::string& hucre = b.satirlar[static_cast<std::size_t>(hedef)].hucreler[k];
+      if (metin == hucre) continue;  // what is stored may stay as it is
       if (const std::string hata = session::hucreDenetle(tur.kolonlar[k], metin); !hata.empty()) {
         b.hata = satirBasi(kayit.satir) + hata;
         return b;
       }
-      b.satirlar[static_cast<std::size_t>(hedef)].hucreler[k] = std::move(metin);
+      hucre = std::move(metin);
     }
   }
   return b;
@@ -205,7 +237,7 @@ DosyaSonucu Liste_Yukle(Oturum& oturum, const ListeTuru& tur, std::string_view m
   }
   farklariBul(tur, eski.satirlar, b.satirlar, sonuc);
   if (!dene && sonuc.eklenen + sonuc.degisen > 0)
-    if (std::string hata = tur.kaydet(oturum, tur, b.satirlar, b.dokunulan); !hata.empty())
+    if (std::string hata = tur.kaydet(oturum, tur, eski.satirlar, b.satirlar, b.dokunulan); !hata.empty())
       return {std::move(hata)};
   return sonuc;
 }

@@ -6,7 +6,8 @@
 //                                    a backslash of the text is doubled
 //
 // The header names grid columns, in any order; columns that are not named keep what they have. A line belongs
-// to the row with its identity, else to the row with its key; without such a row it is a new one.
+// to the row with its key; identities differ from company to company and only tell rows of one key apart, or
+// stand in for a key that the file does not have. Without such a row the line is a new one.
 #pragma once
 
 #include <span>
@@ -27,8 +28,9 @@ struct ListeTuru {
   // The fault of the grid; `dokunulan` holds the rows that the file names.
   Kontrol (*kontrol)(session::Oturum&, const ListeTuru&, IzgaraSatirlari&,
                      const std::vector<int>& dokunulan) = nullptr;
-  std::string (*kaydet)(session::Oturum&, const ListeTuru&, const IzgaraSatirlari&,
-                        const std::vector<int>& dokunulan) = nullptr;
+  // `okunan`: the list as it was read. The reason when nothing was written.
+  std::string (*kaydet)(session::Oturum&, const ListeTuru&, const IzgaraSatirlari& okunan,
+                        const IzgaraSatirlari&, const std::vector<int>& dokunulan) = nullptr;
 };
 
 const ListeTuru* listeTuru(std::string_view ad);

@@ -24,6 +24,14 @@ std::string onekli(std::string_view deyim, const std::string& db) {
   return sonuc;
 }
 
+// The rows stay as they are read until the transaction ends.
+std::string kilitliOkuma(const TanimTuru& tur) {
+  std::string deyim(tur.yukleme);
+  const std::string tablo = "{db}" + std::string(tur.tablo);
+  deyim.insert(deyim.find(tablo) + tablo.size(), " WITH (UPDLOCK,HOLDLOCK)");
+  return deyim;
+}
+
 std::string hucre(const TanimTuru& tur, const IzgaraSatiri& satir, std::string_view anahtar) {
   const int k = kolonu(tur, anahtar);
   return k < 0 ? std::string() : Trim(satir.hucreler[static_cast<std::size_t>(k)]);
@@ -33,6 +41,32 @@ std::string gorunen(const IzgaraKolonu& kolon, const db::Value& deger, const Tab
   if (kolon.tur == HucreTuru::Tik) return deger.boolean() ? "1" : "0";
   if (t.sayi) return std::to_string(deger.integer());
   return deger.trimmed();
+}
+
+IzgaraSatirlari satirlariOku(const TanimTuru& tur, const db::Rows* tablo) {
+  IzgaraSatirlari satirlar;
+  if (!tablo) return satirlar;
+  struct Yer {
+    int sutun;
+    std::size_t hucre;
+    const TabloKolonu* kolon;  // none for the identity
+  };
+  std::vector<Yer> yerler;
+  if (!tur.kimlik.empty())
+    yerler.push_back(
+        {kolonYeri(*tablo, tur.kimlik), static_cast<std::size_t>(kolonu(tur, tur.kimlik)), nullptr});
+  for (const TabloKolonu& t : tur.tabloKolonlari)
+    yerler.push_back({kolonYeri(*tablo, t.sutun), static_cast<std::size_t>(kolonu(tur, t.anahtar)), &t});
+  satirlar.resize(static_cast<std::size_t>(tablo->count()));
+  for (std::int64_t i = 0; i < tablo->count(); ++i) {
+    auto& hucreler = satirlar[static_cast<std::size_t>(i)].hucreler;
+    hucreler.resize(tur.kolonlar.size());
+    for (const Yer& yer : yerler) {
+      const db::Value deger = tablo->value(i, yer.sutun);
+      hucreler[yer.hucre] = yer.kolon ? gorunen(tur.kolonlar[yer.hucre], deger, *yer.kolon) : deger.trimmed();
+    }
+  }
+  return satirlar;
 }
 
 // What a cell stores.
@@ -144,26 +178,11 @@ void Tanim_Firma_Birak(Oturum& oturum) {
 }
 
 TanimListesi Tanim_Yukle(Oturum& oturum, const TanimTuru& tur) {
-  TanimListesi liste;
   try {
-    db::Recordset kayitlar;
-    kayitlar.open(*oturum.Baglanti, onekli(tur.yukleme, tanimOneki(oturum)));
-    for (; !kayitlar.eof(); kayitlar.moveNext()) {
-      IzgaraSatiri satir;
-      satir.hucreler.resize(tur.kolonlar.size());
-      if (!tur.kimlik.empty())
-        satir.hucreler[static_cast<std::size_t>(kolonu(tur, tur.kimlik))] =
-            kayitlar.field(tur.kimlik).trimmed();
-      for (const TabloKolonu& t : tur.tabloKolonlari) {
-        const auto k = static_cast<std::size_t>(kolonu(tur, t.anahtar));
-        satir.hucreler[k] = gorunen(tur.kolonlar[k], kayitlar.field(t.sutun), t);
-      }
-      liste.satirlar.push_back(std::move(satir));
-    }
+    return {satirlariOku(tur, oturum.Baglanti->query(onekli(tur.yukleme, tanimOneki(oturum))).get()), {}};
   } catch (const db::SqlError& hata) {
-    liste.hata = sqlHatasi(hata, oturum.Secili_Firma);
+    return {{}, sqlHatasi(hata, oturum.Secili_Firma)};
   }
-  return liste;
 }
 
 std::vector<session::ListeSecenegi> Bagli_Ambarlar(Oturum& oturum) {
@@ -220,23 +239,51 @@ bool Ambar_Hareketli(Oturum& oturum, const std::string& ambarNo) {
          kayitlar.state() == db::State::Open && !kayitlar.eof();
 }
 
-std::string Tanim_Kaydet(Oturum& oturum, const TanimTuru& tur, const IzgaraSatirlari& satirlar) {
-  return Tanim_Kaydet(oturum, {{&tur, satirlar}});
+CakismaKurali cakismaKurali(const TanimTuru& tur) {
+  // A table that is written anew gives its rows new identities.
+  const bool kimlikli = !tur.kimlik.empty() && tur.kayit != KayitYolu::SilVeEkle;
+  CakismaKurali kural{tur.kolonlar,
+                      kimlikli ? kolonu(tur, tur.kimlik) : -1,
+                      kolonu(tur, tur.kod),
+                      kolonu(tur, tur.adKolonu),
+                      {}};
+  for (const std::string_view tik : tur.tekTikler) kural.tekTikler.push_back(kolonu(tur, tik));
+  return kural;
 }
 
-std::string Tanim_Kaydet(Oturum& oturum, const std::vector<TanimIzgarasi>& izgaralar) {
-  const std::string db = tanimOneki(oturum);
+std::string Tanim_Kaydet(Oturum& oturum, const TanimTuru& tur, const IzgaraSatirlari& satirlar) {
   try {
     TopluYazici yazici(*oturum.Baglanti);
-    for (const TanimIzgarasi& izgara : izgaralar) {
-      silmeler(yazici, db, *izgara.tur, izgara.satirlar);
-      yazmalar(yazici, oturum, *izgara.tur, izgara.satirlar);
-    }
+    silmeler(yazici, tanimOneki(oturum), tur, satirlar);
+    yazmalar(yazici, oturum, tur, satirlar);
     yazici.bitir();
     return {};
   } catch (const db::SqlError& hata) {
     return sqlHatasi(hata, oturum.Secili_Firma);
   }
+}
+
+ListeKaydi Tanim_Kaydet(Oturum& oturum, const std::vector<TanimIzgarasi>& izgaralar) {
+  const std::string db = tanimOneki(oturum);
+  ListeKaydi kayit;
+  try {
+    TopluYazici yazici(*oturum.Baglanti);
+    for (const TanimIzgarasi& izgara : izgaralar) {
+      const TanimTuru& tur = *izgara.tur;
+      kayit.simdiki.push_back(satirlariOku(tur, yazici.oku(onekli(kilitliOkuma(tur), db)).get()));
+      auto farklar = aradakiFarklar(cakismaKurali(tur), izgara.okunan, kayit.simdiki.back());
+      kayit.aradaki.insert(kayit.aradaki.end(), farklar.begin(), farklar.end());
+    }
+    if (!kayit.aradaki.empty()) return kayit;
+    for (const TanimIzgarasi& izgara : izgaralar) {
+      silmeler(yazici, db, *izgara.tur, izgara.satirlar);
+      yazmalar(yazici, oturum, *izgara.tur, izgara.satirlar);
+    }
+    yazici.bitir();
+  } catch (const db::SqlError& hata) {
+    kayit.hata = sqlHatasi(hata, oturum.Secili_Firma);
+  }
+  return kayit;
 }
 
 }  // namespace settings

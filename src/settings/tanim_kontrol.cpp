@@ -166,8 +166,9 @@ bool isaretli(const IzgaraSatirlari& satirlar, int kolon) {
 bool kendiliginden(const IzgaraSatirlari& satirlar, int satir) {
   for (int i = satir + 1; i < adet(satirlar); ++i)
     if (!hucre(satirlar, i, 1).empty() || !hucre(satirlar, i, 2).empty()) return false;
-  return satir > 0 && hucre(satirlar, satir, 2).empty() && hucre(satirlar, satir, 3) != "1" &&
-         std::atoi(hucre(satirlar, satir, 1).c_str()) == std::atoi(hucre(satirlar, satir - 1, 1).c_str()) + 1;
+  const int ustteki = satir > 0 ? std::atoi(hucre(satirlar, satir - 1, 1).c_str()) : 0;
+  return hucre(satirlar, satir, 2).empty() && hucre(satirlar, satir, 3) != "1" &&
+         std::atoi(hucre(satirlar, satir, 1).c_str()) == ustteki + 1;
 }
 
 std::string ambarSatiri(const std::string& numara, const std::string& isim, int satir) {

@@ -75,9 +75,16 @@ Kontrol tanimKontrol(Oturum& oturum, const ListeTuru& liste, IzgaraSatirlari& sa
   return tur.kontrol(satirlar, -1);
 }
 
-std::string tanimKaydet(Oturum& oturum, const ListeTuru& liste, const IzgaraSatirlari& satirlar,
-                        const std::vector<int>&) {
-  return Tanim_Kaydet(oturum, *tanimBul(liste.ad), satirlar);
+std::string kayitHatasi(const ListeKaydi& kayit) {
+  if (!kayit.hata.empty() || kayit.aradaki.empty()) return kayit.hata;
+  std::string metin = "Liste bu arada başkası tarafından değiştirildi:";
+  for (const std::string& fark : kayit.aradaki) metin += "\n" + fark;
+  return metin;
+}
+
+std::string tanimKaydet(Oturum& oturum, const ListeTuru& liste, const IzgaraSatirlari& okunan,
+                        const IzgaraSatirlari& satirlar, const std::vector<int>&) {
+  return kayitHatasi(Tanim_Kaydet(oturum, {{tanimBul(liste.ad), satirlar, okunan}}));
 }
 
 // --- Scale layouts
@@ -97,49 +104,14 @@ Kontrol tartiKontrol(Oturum&, const ListeTuru&, IzgaraSatirlari& satirlar,
   return {hata, std::atoi(hata.c_str() + bas.size()) - 1};
 }
 
-std::string tartiKaydet(Oturum& oturum, const ListeTuru&, const IzgaraSatirlari& satirlar,
-                        const std::vector<int>&) {
-  return Tarti_Kaydet(oturum, satirlar);
+std::string tartiKaydet(Oturum& oturum, const ListeTuru&, const IzgaraSatirlari& okunan,
+                        const IzgaraSatirlari& satirlar, const std::vector<int>&) {
+  return kayitHatasi(Tarti_Kaydet(oturum, satirlar, okunan));
 }
 
 // --- Terminal files: the fields, then three columns for each item
 
 constexpr std::size_t terminalAlani = 8;
-
-std::vector<IzgaraKolonu> terminalKolonlari() {
-  static std::vector<std::string> adlar;
-  std::vector<IzgaraKolonu> kolonlar = {
-      {"Tanim_ID", "Tanım ID", 0, HucreTuru::Sayi},
-      {"Tanim_Kod", "Tanım Kodu", 0, HucreTuru::Metin, false, false, false, 26},
-      {"Tanim_Ad", "Tanım Açıklaması", 0, HucreTuru::Metin, false, false, false, 50},
-      {"Dosya_Yol", "Okunacak Dosya"},
-      {"AyiracVar", "Ayıraç Kullan", 0, HucreTuru::Tik},
-      {"Ayirac", "Ayıraç", 0, HucreTuru::Metin, false, false, false, 1},
-      {"MiktarParcali", "Miktarlar Parçalıdır", 0, HucreTuru::Tik},
-      {"ParcaAdedi", "Parça Adedi", 0, HucreTuru::Sayi}};
-  adlar.clear();
-  adlar.reserve(2 * terminalOgeleri().size());
-  for (const TerminalOgesi& oge : terminalOgeleri()) {
-    kolonlar.push_back({oge.kok, oge.yazi, 0, HucreTuru::Tik});
-    for (const char* son : {"_Bas", "_Hane"}) {
-      adlar.push_back(std::string(oge.kok) + son);
-      kolonlar.push_back({adlar.back(), adlar.back(), 0, HucreTuru::Sayi});
-    }
-  }
-  return kolonlar;
-}
-
-IzgaraSatiri terminalSatiri(const TerminalTanimi& t) {
-  const auto tik = [](bool deger) { return std::string(deger ? "1" : "0"); };
-  IzgaraSatiri satir{{t.Tanim_ID, t.Tanim_Kod, t.Tanim_Ad, t.Dosya_Yol, tik(t.AyiracVar), t.Ayirac,
-                      tik(t.MiktarParcali), t.ParcaAdedi}};
-  for (const auto& oge : t.ogeler) {
-    satir.hucreler.push_back(tik(oge.Secim));
-    satir.hucreler.push_back(oge.Bas);
-    satir.hucreler.push_back(oge.Adet);
-  }
-  return satir;
-}
 
 TerminalTanimi terminalTanimi(const IzgaraSatiri& satir) {
   const auto& h = satir.hucreler;
@@ -186,8 +158,8 @@ std::string hepsiniYaz(Oturum& oturum, const std::vector<int>& dokunulan, Yaz&& 
   }
 }
 
-std::string terminalKaydet(Oturum& oturum, const ListeTuru&, const IzgaraSatirlari& satirlar,
-                           const std::vector<int>& dokunulan) {
+std::string terminalKaydet(Oturum& oturum, const ListeTuru&, const IzgaraSatirlari&,
+                           const IzgaraSatirlari& satirlar, const std::vector<int>& dokunulan) {
   return hepsiniYaz(oturum, dokunulan, [&](std::size_t satir) {
     const TerminalTanimi tanim = terminalTanimi(satirlar[satir]);
     return Terminal_Kaydet(oturum, tanim, tanim.Tanim_ID.empty());
@@ -217,8 +189,8 @@ Kontrol raporKontrol(Oturum&, const ListeTuru&, IzgaraSatirlari& satirlar,
   return {};
 }
 
-std::string raporKaydet(Oturum& oturum, const ListeTuru&, const IzgaraSatirlari& satirlar,
-                        const std::vector<int>& dokunulan) {
+std::string raporKaydet(Oturum& oturum, const ListeTuru&, const IzgaraSatirlari&,
+                        const IzgaraSatirlari& satirlar, const std::vector<int>& dokunulan) {
   return hepsiniYaz(oturum, dokunulan, [&](std::size_t satir) {
     const auto& h = satirlar[satir].hucreler;
     return Rapor_Kaydet(oturum, std::atoi(h[0].c_str()), std::atoi(h[1].c_str()), h[2])
@@ -243,8 +215,15 @@ std::vector<ListeTuru> turleriKur() {
                     tartiYukle,
                     tartiKontrol,
                     tartiKaydet});
-  turler.push_back({"terminal", false, terminalKolonlari(), "Tanim_ID", "Tanim_Kod", terminalYukle,
-                    terminalKontrol, terminalKaydet});
+  const auto terminal = terminalKolonlari();
+  turler.push_back({"terminal",
+                    false,
+                    {terminal.begin(), terminal.end()},
+                    "Tanim_ID",
+                    "Tanim_Kod",
+                    terminalYukle,
+                    terminalKontrol,
+                    terminalKaydet});
   turler.push_back(
       {"rapor",
        false,

@@ -41,6 +41,10 @@ double sayi(const IzgaraSatiri& satir, TartiKolonu kolon) {
   return std::atof(metin.c_str());
 }
 
+bool tamSayi(const IzgaraSatiri& satir, TartiKolonu kolon) {
+  return session::Trim(hucre(satir, kolon)).find_first_not_of("0123456789") == std::string::npos;
+}
+
 struct Hane {
   TartiKolonu kolon;
   std::string_view hata;
@@ -60,13 +64,16 @@ std::string satirHatasi(IzgaraSatiri& satir, const std::string& no, bool& durur)
   if (sayi(satir, Bayrak_Kodu) <= 0) {
     hata = bas + ". satırdaki Bayrak Koduna lütfen 0(Sıfır)'dan büyük bir değer giriniz";
   } else {
-    if (sayi(satir, Bayrak_Kodu) > 99) return bas + ". satırdaki Bayrak Koduna 2 Haneli bir Sayı Giriniz.";
     std::string& bayrak = satir.hucreler[Bayrak_Kodu];
+    // Neither "1,5" nor "+7" nor "007" are digits of a barcode.
+    if (sayi(satir, Bayrak_Kodu) > 99 || session::Trim(bayrak).size() > 2 || !tamSayi(satir, Bayrak_Kodu))
+      return bas + ". satırdaki Bayrak Koduna 2 Haneli bir Sayı Giriniz.";
     if (session::Trim(bayrak).size() == 1) bayrak = "0" + session::Trim(bayrak);
   }
   for (const Hane& hane : haneler)
     if (!session::sayiMi(hucre(satir, hane.kolon))) return bas + std::string(hane.hata);
-  if (sayi(satir, Master_Kod) + sayi(satir, KG) + sayi(satir, GR) + 3 != barkodHanesi)
+  const bool tam = std::ranges::all_of(haneler, [&](const Hane& hane) { return tamSayi(satir, hane.kolon); });
+  if (!tam || sayi(satir, Master_Kod) + sayi(satir, KG) + sayi(satir, GR) + 3 != barkodHanesi)
     return bas + ". satırdaki barkod tasarımını 13 Haneye Tamamlayınız";
   durur = false;
   return hata;
@@ -84,6 +91,19 @@ std::string deyim(const IzgaraSatiri& satir) {
            ",KG=" + rakam(KG) + ",GR=" + rakam(GR) + ",Adetli=" + adet + " WHERE Tasarim_ID=" + id;
   return "INSERT INTO TARTIBARKOD (Bayrak_Kodu,Master_Kod,KG,GR,Adetli) VALUES ('" + bayrak + "'," +
          rakam(Master_Kod) + "," + rakam(KG) + "," + rakam(GR) + "," + adet + ")";
+}
+
+IzgaraSatirlari satirlariOku(const db::Rows& tablo) {
+  IzgaraSatirlari satirlar;
+  for (std::int64_t i = 0; i < tablo.count(); ++i) {
+    IzgaraSatiri satir = bosTartiSatiri();
+    for (std::size_t k = 0; k < CD; ++k) {
+      const db::Value deger = tablo.value(i, kolonYeri(tablo, kolonlar[k].anahtar));
+      satir.hucreler[k] = k == Adetli ? (deger.boolean() ? "1" : "0") : deger.trimmed();
+    }
+    satirlar.push_back(std::move(satir));
+  }
+  return satirlar;
 }
 
 // The last digit makes the weighted sum of all a multiple of ten.
@@ -104,22 +124,12 @@ IzgaraSatiri bosTartiSatiri() {
 }
 
 TartiListesi Tarti_Yukle(Oturum& oturum) {
-  TartiListesi liste;
   if (!oturum.Baglanti2) return {{}, "Firmanın veritabanına bağlı değil."};
   try {
-    db::Recordset k;
-    k.open(*oturum.Baglanti2, "SELECT * FROM TARTIBARKOD");
-    for (; !k.eof(); k.moveNext()) {
-      IzgaraSatiri satir = bosTartiSatiri();
-      for (std::size_t i = 0; i < CD; ++i)
-        satir.hucreler[i] =
-            i == Adetli ? (k.field("Adetli").boolean() ? "1" : "0") : k.field(kolonlar[i].anahtar).trimmed();
-      liste.satirlar.push_back(std::move(satir));
-    }
+    return {satirlariOku(*oturum.Baglanti2->query("SELECT * FROM TARTIBARKOD")), {}};
   } catch (const db::SqlError& hata) {
-    liste.hata = sqlHatasi(hata, oturum.Baglanti2->parts().database);
+    return {{}, sqlHatasi(hata, oturum.Baglanti2->parts().database)};
   }
-  return liste;
 }
 
 std::string Tarti_Kontrol(IzgaraSatirlari& satirlar) {
@@ -134,16 +144,24 @@ std::string Tarti_Kontrol(IzgaraSatirlari& satirlar) {
   return son;
 }
 
-std::string Tarti_Kaydet(Oturum& oturum, const IzgaraSatirlari& satirlar) {
+CakismaKurali tartiCakismasi() {
+  return {kolonlar, Tasarim_ID, Bayrak_Kodu, Bayrak_Kodu, {}};
+}
+
+ListeKaydi Tarti_Kaydet(Oturum& oturum, const IzgaraSatirlari& satirlar, const IzgaraSatirlari& okunan) {
+  ListeKaydi kayit;
   try {
     TopluYazici yazici(*oturum.Baglanti2);
+    kayit.simdiki.push_back(satirlariOku(*yazici.oku("SELECT * FROM TARTIBARKOD WITH (UPDLOCK,HOLDLOCK)")));
+    kayit.aradaki = aradakiFarklar(tartiCakismasi(), okunan, kayit.simdiki.front());
+    if (!kayit.aradaki.empty()) return kayit;
     for (const IzgaraSatiri& satir : satirlar)
       if (const std::string d = deyim(satir); !d.empty()) yazici.ekle(d);
     yazici.bitir();
-    return {};
   } catch (const db::SqlError& hata) {
-    return sqlHatasi(hata, oturum.Baglanti2->parts().database);
+    kayit.hata = sqlHatasi(hata, oturum.Baglanti2->parts().database);
   }
+  return kayit;
 }
 
 TartiBarkodu Tarti_Coz(const IzgaraSatirlari& satirlar, std::string_view barkod) {

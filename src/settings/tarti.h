@@ -10,6 +10,7 @@
 
 #include "session/izgara.h"
 #include "session/oturum.h"
+#include "settings/cakisma.h"
 
 namespace settings {
 
@@ -25,8 +26,10 @@ struct TartiListesi {
 TartiListesi Tarti_Yukle(session::Oturum& oturum);  // on Baglanti2
 // The message of the checks, empty without a fault. Gives flags of one character their leading "0".
 std::string Tarti_Kontrol(session::IzgaraSatirlari& satirlar);
-// On Baglanti2, in one transaction; the reason when nothing was written.
-std::string Tarti_Kaydet(session::Oturum& oturum, const session::IzgaraSatirlari& satirlar);
+// On Baglanti2, in one transaction, over a table that is still as it was read.
+ListeKaydi Tarti_Kaydet(session::Oturum& oturum, const session::IzgaraSatirlari& satirlar,
+                        const session::IzgaraSatirlari& okunan);
+CakismaKurali tartiCakismasi();
 
 // A barcode read by the layouts.
 struct TartiBarkodu {

@@ -125,6 +125,50 @@ std::span<const TerminalOgesi, 9> terminalOgeleri() {
   return ogeler;
 }
 
+namespace {
+
+std::vector<session::IzgaraKolonu> kolonlariKur() {
+  using session::HucreTuru;
+  static std::vector<std::string> adlar;  // the columns keep views of them
+  std::vector<session::IzgaraKolonu> kolonlar = {
+      {"Tanim_ID", "Tanım ID", 0, HucreTuru::Sayi},
+      {"Tanim_Kod", "Tanım Kodu", 0, HucreTuru::Metin, false, false, false, 26},
+      {"Tanim_Ad", "Tanım Açıklaması", 0, HucreTuru::Metin, false, false, false, 50},
+      {"Dosya_Yol", "Okunacak Dosya"},
+      {"AyiracVar", "Ayıraç Kullan", 0, HucreTuru::Tik},
+      {"Ayirac", "Ayıraç", 0, HucreTuru::Metin, false, false, false, 1},
+      {"MiktarParcali", "Miktarlar Parçalıdır", 0, HucreTuru::Tik},
+      {"ParcaAdedi", "Parça Adedi", 0, HucreTuru::Sayi}};
+  adlar.reserve(2 * terminalOgeleri().size());
+  for (const TerminalOgesi& oge : terminalOgeleri()) {
+    kolonlar.push_back({oge.kok, oge.yazi, 0, HucreTuru::Tik});
+    for (const char* son : {"_Bas", "_Hane"}) {
+      adlar.push_back(std::string(oge.kok) + son);
+      kolonlar.push_back({adlar.back(), adlar.back(), 0, HucreTuru::Sayi});
+    }
+  }
+  return kolonlar;
+}
+
+}  // namespace
+
+std::span<const session::IzgaraKolonu> terminalKolonlari() {
+  static const std::vector<session::IzgaraKolonu> kolonlar = kolonlariKur();
+  return kolonlar;
+}
+
+session::IzgaraSatiri terminalSatiri(const TerminalTanimi& t) {
+  const auto tik = [](bool deger) { return std::string(deger ? "1" : "0"); };
+  session::IzgaraSatiri satir{{t.Tanim_ID, t.Tanim_Kod, t.Tanim_Ad, t.Dosya_Yol, tik(t.AyiracVar), t.Ayirac,
+                               tik(t.MiktarParcali), t.ParcaAdedi}};
+  for (const auto& oge : t.ogeler) {
+    satir.hucreler.push_back(tik(oge.Secim));
+    satir.hucreler.push_back(oge.Bas);
+    satir.hucreler.push_back(oge.Adet);
+  }
+  return satir;
+}
+
 std::vector<session::ListeSecenegi> Terminal_Listesi_Yenile(Oturum& oturum) {
   std::vector<session::ListeSecenegi> liste;
   db::Recordset k;
@@ -147,13 +191,27 @@ std::vector<session::ListeSecenegi> Terminal_Listesi(Oturum& oturum) {
   return Terminal_Listesi_Yenile(oturum);
 }
 
-std::optional<TerminalTanimi> Terminal_Oku(Oturum& oturum, const std::string& kod) {
+namespace {
+
+std::optional<TerminalTanimi> bul(Oturum& oturum, const std::string& kosul) {
   db::Recordset k;
-  if (session::Sorgu_Ac(oturum, k,
-                        "SELECT * FROM DISVERITANIM WHERE Tanim_Kod='" + db::escape(Trim(kod)) + "'") != 0 ||
+  if (session::Sorgu_Ac(oturum, k, "SELECT * FROM DISVERITANIM WHERE " + kosul) != 0 ||
       k.state() != db::State::Open || k.eof())
     return std::nullopt;
   return satiriOku(k);
+}
+
+}  // namespace
+
+std::optional<TerminalTanimi> Terminal_Oku(Oturum& oturum, const std::string& kod) {
+  return bul(oturum, "Tanim_Kod='" + db::escape(Trim(kod)) + "'");
+}
+
+std::vector<std::string> Terminal_Farklari(Oturum& oturum, const TerminalTanimi& okunan) {
+  const auto simdiki = bul(oturum, "Tanim_ID=" + okunan.Tanim_ID);
+  session::IzgaraSatirlari simdi;
+  if (simdiki) simdi.push_back(terminalSatiri(*simdiki));
+  return aradakiFarklar({terminalKolonlari(), 0, 1, 2, {}}, {terminalSatiri(okunan)}, simdi);
 }
 
 std::vector<TerminalTanimi> Terminal_Tumu(Oturum& oturum) {

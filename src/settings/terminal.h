@@ -14,6 +14,7 @@
 
 #include "session/izgara.h"
 #include "session/oturum.h"
+#include "settings/cakisma.h"
 
 namespace settings {
 
@@ -38,6 +39,10 @@ struct TerminalTanimi {
   friend bool operator==(const TerminalTanimi&, const TerminalTanimi&) = default;
 };
 
+// A definition as a row: the fields, then three columns for each item.
+std::span<const session::IzgaraKolonu> terminalKolonlari();
+session::IzgaraSatiri terminalSatiri(const TerminalTanimi& tanim);
+
 // Connects Baglanti to the catalog; code and name of each definition. A failure is shown.
 std::vector<session::ListeSecenegi> Terminal_Listesi(session::Oturum& oturum);
 std::vector<session::ListeSecenegi> Terminal_Listesi_Yenile(session::Oturum& oturum);
@@ -46,6 +51,8 @@ std::optional<TerminalTanimi> Terminal_Oku(session::Oturum& oturum, const std::s
 std::vector<TerminalTanimi> Terminal_Tumu(session::Oturum& oturum);
 // Writes over the definition's row, or a new one. The reason when nothing was written.
 std::string Terminal_Kaydet(session::Oturum& oturum, const TerminalTanimi& tanim, bool yeni);
+// What others changed in the definition since it was read, a line each.
+std::vector<std::string> Terminal_Farklari(session::Oturum& oturum, const TerminalTanimi& okunan);
 void Terminal_Sil(session::Oturum& oturum, const std::string& kimlik);
 
 // The first lines of a file, cut by the definition: one row a line, one cell a chosen item.

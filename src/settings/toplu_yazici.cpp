@@ -10,6 +10,12 @@ constexpr int enCokDeyim = 100;  // statements and new rows of a round trip
 constexpr std::size_t enCokBayt = 64'000;
 }  // namespace
 
+std::unique_ptr<db::Rows> TopluYazici::oku(const std::string& deyim) {
+  const std::string bas = acik_ ? "" : "BEGIN TRANSACTION ";
+  acik_ = true;
+  return baglanti_.query(bas + deyim);
+}
+
 void TopluYazici::ekle(const std::string& deyim) {
   satirlariBitir();
   yiginaKoy(deyim, 1);

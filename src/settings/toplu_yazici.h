@@ -1,6 +1,7 @@
 // Many small statements in few round trips, all in one transaction.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "db/connection.h"
@@ -15,6 +16,8 @@ class TopluYazici {
   TopluYazici(const TopluYazici&) = delete;
   TopluYazici& operator=(const TopluYazici&) = delete;
 
+  // Rows that nobody else writes until the transaction ends; before the first statement only.
+  std::unique_ptr<db::Rows> oku(const std::string& deyim);
   void ekle(const std::string& deyim);
   // A new row: "INSERT INTO T(A,B)" and "1,'x'". Rows of one heading that follow one another share a
   // statement.

@@ -149,7 +149,9 @@ void Izgara::currentChanged(const QModelIndex& now, const QModelIndex& before) {
         this,
         [this, yer = QPersistentModelIndex(before)] {
           const QScopedValueRollback icerde(geriGidiyor_, true);
-          if (yer.isValid()) setCurrentIndex(yer);
+          if (yer.isValid())
+            setCurrentIndex(geriKolonu.empty() ? QModelIndex(yer)
+                                               : model_->index(yer.row(), model_->kolon(geriKolonu)));
         },
         Qt::QueuedConnection);
     return;

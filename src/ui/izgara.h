@@ -11,6 +11,7 @@
 #include "session/oturum.h"
 #include "ui/izgara_modeli.h"
 
+class QLineEdit;
 class QTimer;
 
 namespace ui {
@@ -42,8 +43,10 @@ class Izgara : public QTableView {
   bool satirEklenir = true;       // Enter and paste add rows at the end
   std::string satirEkleyen;       // column whose Enter adds the row; empty: the last that takes edits
   bool deleteSatirSiler = false;  // Delete emits silIstendi instead of clearing the cells
-  // Whether the row may become the current one.
+  // Whether the row may become the current one; where it may not, the key goes to this column of the old row
+  // (empty: stays where it was).
   std::function<bool(int satir)> girilir;
+  std::string_view geriKolonu;
   // What a row added by the keys starts with.
   std::function<session::IzgaraSatiri(int satir)> yeniSatir;
 
@@ -54,6 +57,8 @@ class Izgara : public QTableView {
   void hucreyeGirildi(int satir, int kolon);
   // Up on the first row, Down on the last one (a Qt key).
   void kenardanCikildi(int tus);
+  // A cell's text is being typed in this field.
+  void yaziliyor(int kolon, QLineEdit* alan);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

@@ -75,6 +75,7 @@ QWidget* IzgaraDelege::createEditor(QWidget* parent, const QStyleOptionViewItem&
       satir->setCursorPosition(yer);
     });
   izgara_->editor_ = satir;
+  emit izgara_->yaziliyor(index.column(), satir);
   return satir;
 }
 

@@ -194,6 +194,12 @@ void IzgaraModeli::gizle(int satir) {
   degistir(satir, 1, std::move(satirlar));
 }
 
+void IzgaraModeli::hepsiniDegistir(const session::IzgaraSatirlari& satirlar) {
+  std::vector<Satir> yeni;
+  for (const IzgaraSatiri& satir : satirlar) yeni.push_back({satir, -1});
+  degistir(0, adet(), std::move(yeni));
+}
+
 std::string IzgaraModeli::yapistir(int satir, int kolon, const std::vector<std::vector<std::string>>& blok,
                                    bool uzar) {
   const Adim adim(*this);

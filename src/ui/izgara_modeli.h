@@ -53,6 +53,7 @@ class IzgaraModeli : public QAbstractTableModel {
   void satirEkle(int nereye, session::IzgaraSatiri satir = {});
   void satirCikar(int satir);
   void gizle(int satir);
+  void hepsiniDegistir(const session::IzgaraSatirlari& satirlar);  // one step of undo
   // A block of cells from a cell on, rows added below where `uzar` allows. All or nothing: a refusal names
   // its line of the block.
   std::string yapistir(int satir, int kolon, const std::vector<std::vector<std::string>>& blok, bool uzar);

@@ -109,16 +109,19 @@ TEST_F(SayacTest, LayoutsAreInsertedUpdatedAndDeleted) {
   EXPECT_EQ(settings::Tarti_Kaydet(oturum(), {{{"", "1", "27", "5", "2", "3", "1"}},
                                               {{"", "", "28", "5", "2", "3", "1"}},
                                               {{"", "0", "29", "5", "2", "3", "1"}, true},
-                                              {{"", "0", "30", "6", "1", "3", "1"}}}),
+                                              {{"", "0", "30", "6", "1", "3", "1"}}},
+                                   {})
+                .hata,
             "");
   EXPECT_EQ(firmada("SELECT Bayrak_Kodu,Master_Kod,KG,GR,Adetli FROM TARTIBARKOD"), "27|5|2|3|1\n30|6|1|3|0");
   auto liste = settings::Tarti_Yukle(oturum());
   ASSERT_EQ(liste.satirlar.size(), 2U);
+  const auto okunan = liste.satirlar;
   EXPECT_EQ(liste.satirlar[0].hucreler[settings::CD], "1");
   liste.satirlar[0].gizli = true;
   liste.satirlar[1].hucreler[settings::KG] = "2";
   liste.satirlar[1].hucreler[settings::Master_Kod] = "5";
-  EXPECT_EQ(settings::Tarti_Kaydet(oturum(), liste.satirlar), "");
+  EXPECT_EQ(settings::Tarti_Kaydet(oturum(), liste.satirlar, okunan).hata, "");
   EXPECT_EQ(firmada("SELECT Bayrak_Kodu,Master_Kod,KG,GR,Adetli FROM TARTIBARKOD"), "30|5|2|3|0");
 }
 

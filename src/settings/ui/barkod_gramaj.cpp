@@ -10,6 +10,7 @@
 #include "settings/firma_baglanti.h"
 #include "settings/tarti.h"
 #include "settings/ui/firma_secimi.h"
+#include "settings/ui/uzerine_sor.h"
 #include "ui/izgara.h"
 #include "ui/theme.h"
 
@@ -102,6 +103,7 @@ void BarkodGramaj::firmaDegisti() {
     liste = settings::Tarti_Yukle(oturum_);
     hata = liste.hata;
   }
+  okunan_ = liste.satirlar;
   liste.satirlar.push_back(settings::bosTartiSatiri());
   izgara_->doldur(liste.satirlar);
   izgara_->git(0, settings::Bayrak_Kodu);
@@ -131,9 +133,17 @@ void BarkodGramaj::kaydet() {
     oturum_.kutular->message(oturum_.Son_Hata, session::Icon::Stop);
     return;
   }
-  if (const std::string hata = settings::Tarti_Kaydet(oturum_, satirlar); !hata.empty()) {
-    oturum_.kutular->message(hata, session::Icon::Stop);
+  const auto kayit = settings::Tarti_Kaydet(oturum_, satirlar, okunan_);
+  if (!kayit.hata.empty()) {
+    oturum_.kutular->message(kayit.hata, session::Icon::Stop);
     return;
+  }
+  if (!kayit.aradaki.empty()) {
+    if (!uzerineSorulur(oturum_, "Bu tasarımlar", kayit.aradaki)) return;
+    izgara_->veri().hepsiniDegistir(
+        settings::birlestir(settings::tartiCakismasi(), okunan_, kayit.simdiki.front(), satirlar));
+    okunan_ = kayit.simdiki.front();
+    return kaydet();
   }
   izgara_->veri().kaydedildi();
   kapan();

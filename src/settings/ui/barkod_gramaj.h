@@ -1,6 +1,7 @@
 // BarkodGramajFrm: scale barcode layouts, with a tester.
 #pragma once
 
+#include "session/izgara.h"
 #include "session/oturum.h"
 #include "ui/kart.h"
 
@@ -35,6 +36,7 @@ class BarkodGramaj : public ui::Kart {
   QLineEdit* barkod_ = nullptr;
   QPushButton* tamam_;
   std::string secili_;
+  session::IzgaraSatirlari okunan_;  // the table as it was read
 };
 
 }  // namespace settings_ui

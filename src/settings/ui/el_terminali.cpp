@@ -16,6 +16,7 @@
 
 #include "session/metin.h"
 #include "session/sayi.h"
+#include "settings/ui/uzerine_sor.h"
 #include "ui/fields.h"
 #include "ui/izgara.h"
 #include "ui/theme.h"
@@ -158,6 +159,13 @@ void ElTerminali::izgaraKur() {
     return std::string();
   };
   connect(&veri, &ui::IzgaraModeli::icerikDegisti, this, &ElTerminali::onizle);
+  // What is no number is cleared while it is typed.
+  connect(izgara_, &ui::Izgara::yaziliyor, this, [](int kolon, QLineEdit* alan) {
+    if (kolon != Bas && kolon != Adet) return;
+    connect(alan, &QLineEdit::textEdited, alan, [alan](const QString& metin) {
+      if (!session::sayiMi(ui::utf8(metin))) alan->clear();
+    });
+  });
   izgara_->setProperty(ui::tagProperty, ";Ayirac|Dosya_Yol;;TamamBtn");
   connect(izgara_, &ui::Izgara::kenardanCikildi, this,
           [this](int tus) { ui::Alan_Gecis_Tus(*this, ui::windowsKey(tus), izgara_, false); });
@@ -218,6 +226,7 @@ void ElTerminali::tanimSec() {
   }
   Yeni_Kayit_ = false;
   goster(*tanim);
+  yuklenen_ = *tanim;
 }
 
 void ElTerminali::temizle() {
@@ -305,6 +314,10 @@ void ElTerminali::kaydet() {
   oturum_.Son_Hata.clear();
   if (!izgara_->duzenlemeyiBitir()) return;
   const settings::TerminalTanimi t = oku();
+  if (!Yeni_Kayit_ && yuklenen_.Tanim_ID == t.Tanim_ID && !t.Tanim_ID.empty()) {
+    const auto farklar = settings::Terminal_Farklari(oturum_, yuklenen_);
+    if (!farklar.empty() && !uzerineSorulur(oturum_, "Bu tanım", farklar)) return;
+  }
   if (const std::string hata = settings::Terminal_Kaydet(oturum_, t, Yeni_Kayit_); !hata.empty()) {
     oturum_.kutular->message(hata, session::Icon::Stop);
     return;
@@ -312,7 +325,10 @@ void ElTerminali::kaydet() {
   Yeni_Kayit_ = false;
   listeDoldur(settings::Terminal_Listesi_Yenile(oturum_), ui::text(t.Tanim_Kod));
   temizle();
-  if (const auto yeniden = settings::Terminal_Oku(oturum_, t.Tanim_Kod)) goster(*yeniden);
+  if (const auto yeniden = settings::Terminal_Oku(oturum_, t.Tanim_Kod)) {
+    goster(*yeniden);
+    yuklenen_ = *yeniden;
+  }
   oturum_.kutular->message("Dış Veri Aktarım Parametresi Kaydedildi.");
 }
 

@@ -53,7 +53,8 @@ class ElTerminali : public ui::Kart {
   QTableWidget* onizleme_ = nullptr;
   QLabel* onizlemeHatasi_ = nullptr;
   bool Yeni_Kayit_ = false, dolduruluyor_ = false;
-  settings::TerminalTanimi okunan_;  // as shown last
+  settings::TerminalTanimi okunan_;    // as shown last
+  settings::TerminalTanimi yuklenen_;  // as it stood in the table then
 };
 
 }  // namespace settings_ui

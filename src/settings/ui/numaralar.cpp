@@ -4,11 +4,12 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "session/metin.h"
 #include "settings/firma_baglanti.h"
-#include "settings/numara.h"
 #include "settings/ui/firma_secimi.h"
+#include "settings/ui/uzerine_sor.h"
 #include "ui/izgara.h"
 #include "ui/theme.h"
 
@@ -91,6 +92,18 @@ void Numaralar::firmaDegisti() {
   izgara_->setEnabled(hata.empty());
 }
 
+// The suite's programs count on while the screen is open.
+bool Numaralar::baskasininki(const std::vector<settings::NumaraYazisi>& yazilar) {
+  const auto simdiki = settings::Numaralari_Oku(oturum_);
+  std::vector<std::string> farklar;
+  for (const auto& satir : izgara_->veri().satirlar())
+    for (const settings::Numara& n : simdiki.numaralar)
+      if (n.anahtar == satir.hucreler[Anahtar] && n.numara != satir.hucreler[Eski] &&
+          std::ranges::find(yazilar, n.anahtar, &settings::NumaraYazisi::anahtar) != yazilar.end())
+        farklar.push_back(n.etiket + ": " + satir.hucreler[Eski] + " → " + n.numara);
+  return farklar.empty() || uzerineSorulur(oturum_, "Bu numaralar", farklar);
+}
+
 void Numaralar::kaydet() {
   oturum_.Son_Hata.clear();
   if (!izgara_->duzenlemeyiBitir()) return;
@@ -101,6 +114,7 @@ void Numaralar::kaydet() {
     if (!yeni.empty() && yeni != session::Trim(satir.hucreler[Eski]))
       yazilar.push_back({satir.hucreler[Anahtar], yeni});
   }
+  if (!yazilar.empty() && !baskasininki(yazilar)) return;
   if (const std::string hata = settings::Numaralari_Yaz(oturum_, yazilar); !hata.empty()) {
     oturum_.kutular->message(hata, session::Icon::Stop);
     return;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "session/oturum.h"
+#include "settings/numara.h"
 #include "ui/kart.h"
 
 class QLabel;
@@ -24,6 +25,7 @@ class Numaralar : public ui::Kart {
  private:
   void firmaDegisti();
   void kaydet();
+  bool baskasininki(const std::vector<settings::NumaraYazisi>& yazilar);
   session::Oturum& oturum_;
   FirmaSecimi* firma_;
   ui::Izgara* izgara_;

@@ -2,20 +2,19 @@
 
 #include "settings/ui/karsilastirma.h"
 #include "settings/ui/parametre_formu.h"
+#include "settings/ui/uzerine_sor.h"
 
 namespace settings_ui {
 
 namespace {
 
-std::string degisimler(const std::vector<settings::ParametreFarki>& aradaki) {
-  constexpr std::size_t enCok = 12;
-  std::string metin;
-  for (std::size_t i = 0; i < aradaki.size() && i < enCok; ++i)
-    metin += "\n" + settings::parametreAdi(*aradaki[i].parametre) + ": " +
-             settings::depoMetni(*aradaki[i].parametre, aradaki[i].eski) + " → " +
-             settings::depoMetni(*aradaki[i].parametre, aradaki[i].yeni);
-  if (aradaki.size() > enCok) metin += "\n… ve " + std::to_string(aradaki.size() - enCok) + " parametre daha";
-  return metin;
+std::vector<std::string> degisimler(const std::vector<settings::ParametreFarki>& aradaki) {
+  std::vector<std::string> metinler;
+  for (const settings::ParametreFarki& fark : aradaki)
+    metinler.push_back(settings::parametreAdi(*fark.parametre) + ": " +
+                       settings::depoMetni(*fark.parametre, fark.eski) + " → " +
+                       settings::depoMetni(*fark.parametre, fark.yeni));
+  return metinler;
 }
 
 }  // namespace
@@ -38,11 +37,7 @@ bool formuKaydet(session::Oturum& oturum, settings::FirmaKaydi& kayit, const Par
   }
   auto sonuc = settings::Parametre_Kaydet(oturum, kayit, *yeni);
   if (!sonuc.aradaki.empty()) {
-    const bool uzerine = oturum.kutular->ask(
-        "Bu firmanın parametreleri siz çalışırken başkası tarafından değiştirildi:\n" +
-        degisimler(sonuc.aradaki) +
-        "\n\nSizin değiştirdiğiniz parametreler yine de yazılsın mı? (Hayır derseniz hiçbir şey yazılmaz.)");
-    if (!uzerine) return false;
+    if (!uzerineSorulur(oturum, "Bu firmanın parametreleri", degisimler(sonuc.aradaki))) return false;
     sonuc = settings::Parametre_Kaydet(oturum, kayit, *yeni, true);
   }
   if (!sonuc.yazildi) oturum.kutular->message(sonuc.hata, session::Icon::Stop);

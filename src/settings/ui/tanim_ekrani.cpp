@@ -6,10 +6,13 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScopedValueRollback>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 
 #include "session/metin.h"
+#include "settings/ui/arama_kutusu.h"
+#include "settings/ui/uzerine_sor.h"
 #include "ui/console_port.h"
 #include "ui/izgara.h"
 #include "ui/theme.h"
@@ -32,7 +35,7 @@ std::string metni(const ui::IzgaraModeli& veri, int satir, std::string_view kolo
 TanimEkrani::TanimEkrani(session::Oturum& oturum, ui::ConsolePort& konsol, const Gorunum& gorunum)
     : Kart(gorunum.resim, gorunum.baslik), oturum_(oturum), konsol_(konsol), hata_(new QLabel) {
   for (const std::string_view ad : gorunum.turler) {
-    bolumler_.push_back(std::make_unique<Bolum>(Bolum{settings::tanimBul(ad), nullptr, nullptr, -1, {}}));
+    bolumler_.push_back(std::make_unique<Bolum>(Bolum{settings::tanimBul(ad), nullptr, {}, nullptr, -1, {}}));
     izgaraKur(*bolumler_.back());
   }
   const settings::TanimTuru& tur = *bolum().tur;
@@ -41,9 +44,23 @@ TanimEkrani::TanimEkrani(session::Oturum& oturum, ui::ConsolePort& konsol, const
   hata_->setObjectName("TanimHata");
   hata_->setWordWrap(true);
   hata_->hide();
+  auto* kapat = new QToolButton;
+  kapat->setObjectName("KapatButon");
+  kapat->setText("✕");
+  kapat->setAutoRaise(true);
+  kapat->setToolTip("Kapat");
+  kapat->setAccessibleName("Kapat");
+  auto* ust = new QHBoxLayout;
+  ust->setSpacing(ui::gap);
   auto* yanYana = new QHBoxLayout;
   yanYana->setSpacing(ui::gap);
-  for (const auto& b : bolumler_) yanYana->addWidget(b->izgara, 1);
+  for (const auto& b : bolumler_) {
+    ust->addWidget(new AramaKutusu(*b->izgara), 1);
+    yanYana->addWidget(b->izgara, 1);
+  }
+  if (bolumler_.size() == 1) ust->addStretch(2);
+  ust->addWidget(kapat);
+  body()->addLayout(ust);
   body()->addWidget(hata_);
   body()->addLayout(yanYana, 1);
   if (tur.satirSilme != SatirSilme::Yok) {
@@ -59,6 +76,7 @@ TanimEkrani::TanimEkrani(session::Oturum& oturum, ui::ConsolePort& konsol, const
   hint()->setText(tuslar);
   connect(kaydet_, &QPushButton::clicked, this, &TanimEkrani::kaydetBas);
   connect(cikis, &QPushButton::clicked, this, &TanimEkrani::cik);
+  connect(kapat, &QToolButton::clicked, this, &TanimEkrani::cik);
 }
 
 void TanimEkrani::izgaraKur(Bolum& b) {
@@ -87,6 +105,14 @@ void TanimEkrani::kurallar(Bolum& b) {
   connect(&izgara, &ui::Izgara::ctrlEnter, this,
           [this, &b](int satir, int kolon) { sonrakiKod(b, satir, kolon); });
   connect(&izgara, &ui::Izgara::silIstendi, this, [this, &b] { sil(b); });
+  if (b.tur->satirSilme != SatirSilme::Yok || !b.tur->satirEklenir) return;
+  // Three grids side by side: Down on a filled last row makes the next one, on an empty one goes to the name.
+  izgara.geriKolonu = b.tur->adKolonu;
+  connect(&izgara, &ui::Izgara::kenardanCikildi, this, [&b](int tus) {
+    ui::IzgaraModeli& satirlar = b.izgara->veri();
+    if (tus == Qt::Key_Down && !metni(satirlar, satirlar.adet() - 1, b.tur->adKolonu).empty())
+      satirlar.satirEkle(satirlar.adet());
+  });
 }
 
 // --- Opening
@@ -123,6 +149,8 @@ void TanimEkrani::doldur(Bolum& b) {
     kaydet_->setEnabled(false);
     izgara.setEnabled(false);
   }
+  auto okunan = liste.satirlar;
+  session::IzgaraSatirlari numarali;
   if (izgara.veri().kolon("Ambar_No") >= 0 &&
       tur.kolonlar[static_cast<std::size_t>(izgara.veri().kolon("Ambar_No"))].tur ==
           session::HucreTuru::Liste)
@@ -130,6 +158,10 @@ void TanimEkrani::doldur(Bolum& b) {
   izgara.veri().kendiliginden =
       tur.ad == "doviz" || bolumler_.size() > 1 ? -1 : settings::kolonu(tur, tur.kod);
   if (tur.ad == "fiyat") izgara.kolonGoster("Ambar_Fiyati", oturum_.Parametre.AmbarKarNoktasidir);
+  // Prices have their numbers from the start: the column takes no edits.
+  for (int no = 1; liste.satirlar.empty() && tur.ad == "fiyat" && no <= tur.enCokSatir; ++no)
+    numarali.push_back({{std::to_string(no), "", "0", "0", ""}});
+  if (!numarali.empty()) liste.satirlar = std::move(numarali);
   if (liste.satirlar.empty() && tur.satirEklenir) {
     session::IzgaraSatiri ilk;
     ilk.hucreler.resize(tur.kolonlar.size());
@@ -140,6 +172,7 @@ void TanimEkrani::doldur(Bolum& b) {
   }
   b.hareketli.clear();
   b.sayac.reset();
+  b.okunan = std::move(okunan);
   izgara.doldur(liste.satirlar);
   izgara.git(0, tur.kod == tur.adKolonu || tur.ad == "fiyat" ? tur.adKolonu : tur.kod);
 }
@@ -284,10 +317,25 @@ bool TanimEkrani::kaydet() {
       return false;
     }
   std::vector<settings::TanimIzgarasi> izgaralar;
-  for (const auto& b : bolumler_) izgaralar.push_back({b->tur, b->izgara->veri().satirlar()});
-  if (const std::string hata = settings::Tanim_Kaydet(oturum_, izgaralar); !hata.empty()) {
-    oturum_.kutular->message(hata, session::Icon::Stop);
+  for (const auto& b : bolumler_) izgaralar.push_back({b->tur, b->izgara->veri().satirlar(), b->okunan});
+  const auto kayit = settings::Tanim_Kaydet(oturum_, izgaralar);
+  if (!kayit.hata.empty()) {
+    oturum_.kutular->message(kayit.hata, session::Icon::Stop);
     return false;
+  }
+  if (kayit.aradaki.empty()) return true;
+  // What both made is checked as a whole and stored, unless a third one came in between.
+  return baskasininki(kayit) && kaydet();
+}
+
+bool TanimEkrani::baskasininki(const settings::ListeKaydi& kayit) {
+  if (!uzerineSorulur(oturum_, "Bu tanımlar", kayit.aradaki)) return false;
+  for (std::size_t i = 0; i < bolumler_.size(); ++i) {
+    Bolum& b = *bolumler_[i];
+    b.izgara->veri().hepsiniDegistir(settings::birlestir(settings::cakismaKurali(*b.tur), b.okunan,
+                                                         kayit.simdiki[i], b.izgara->veri().satirlar()));
+    b.okunan = kayit.simdiki[i];
+    b.hareketli.clear();
   }
   return true;
 }

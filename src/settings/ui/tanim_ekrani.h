@@ -34,6 +34,7 @@ class TanimEkrani : public ui::Kart {
   struct Bolum {
     const settings::TanimTuru* tur;
     ui::Izgara* izgara;
+    session::IzgaraSatirlari okunan;                 // the table as it was read
     std::unique_ptr<settings::AnahtarSayaci> sayac;  // empty: to be counted anew
     int yazilanSatir = -1;
     std::map<int, bool> hareketli;  // warehouses with movements, by row number
@@ -59,6 +60,8 @@ class TanimEkrani : public ui::Kart {
   void gizle(Bolum& b, int satir);
   void hataGoster(Bolum& b, const settings::Kontrol& kontrol);
   bool birakilir();
+  // Shows what others changed meanwhile; true when the user wants both works in the grids.
+  bool baskasininki(const settings::ListeKaydi& kayit);
   void kaydetBas();
   void cik();
 

@@ -153,6 +153,49 @@ TEST_F(SabitTanimlarTest, TheLaterAdministratorChooses) {
   run("Defination_DB", "UPDATE sysfrmlng SET MuafGun=0");
 }
 
+TEST_F(SabitTanimlarTest, BadInputIsToldAndNothingIsWritten) {
+  run("Defination_DB", "UPDATE sysfrmlng SET KasaHareketListeTipi=NULL WHERE sysfrm_dbnm='BAZ2012'");
+  ekran.ac();
+  EXPECT_EQ(kutular().texts(),
+            std::vector<std::string>{"Kasa Hareketleri Listesi parametresi boş (KasaHareketListeTipi NULL); "
+                                     "listeden yeniden seçiniz."});
+  EXPECT_EQ(find<QComboBox>(ekran, "KasaHareketListeTipi")->currentIndex(), -1);
+  kutular().shown.clear();
+  const struct {
+    const char *alan, *metin, *hata;
+  } durumlar[] = {
+      {"DefKDV", "99999999999", "KDV Ön Değeri %: “99999999999” bu alana sığmıyor."},
+      {"DefTasarim", "日", "Fatura Dizaynı: “日” harfi kullanılamaz (1254 Türkçe kod sayfasında yok)."},
+      {"KilitBasTarih", "31022012",
+       "Yanlış Tarih Girişinde Bulundunuz. Lütfen Kilit Başlangıç Tarihini Girişini Kontrol Ediniz."}};
+  for (const auto& d : durumlar) {
+    const QString eski = alan(d.alan)->text();
+    type(alan(d.alan), d.metin);
+    tikla(ekran, "TamamBtn");
+    EXPECT_EQ(kutular().last(), d.hata);
+    EXPECT_EQ(kutular().shown.back().icon, session::Icon::Stop);
+    EXPECT_EQ(oku("BAZ2012", "DefKDV,DefFaturaDizayn,CONVERT(CHAR(10),KilitBasTarih,103)"),
+              "18|NULL|01/01/2012");
+    alan(d.alan)->setText(eski);
+  }
+}
+
+TEST_F(SabitTanimlarTest, ACompanyThatGoesMeanwhileIsTold) {
+  run("Defination_DB",
+      "INSERT INTO sysfrmlng(sysfrm_nm,sysfrm_dbnm,sysfrm_kd,KilitBasTarih,KilitBitTarih) "
+      "VALUES('G','GIDEN','00003','20120101','20121231')");
+  ekran.ac();
+  firma(2);
+  EXPECT_TRUE(kutular().last().starts_with("“GIDEN” veritabanına bağlanılamadı: ")) << kutular().last();
+  run("Defination_DB", "DELETE FROM sysfrmlng WHERE sysfrm_dbnm='GIDEN'");
+  tikla(ekran, "TamamBtn");
+  EXPECT_EQ(kutular().last(), "Firma kaydı bulunamadı: firma bu arada silinmiş olabilir.");
+  firma(0);
+  firma(2);
+  EXPECT_EQ(kutular().last(), "\"GIDEN\" adında bir firma tanımlı değil.");
+  EXPECT_FALSE(find<QPushButton>(ekran, "TamamBtn")->isEnabled());
+}
+
 TEST_F(SabitTanimlarTest, GroupsAreStoredRowByRowAndDuplicatesAreRefused) {
   run("GUNCEL2012", "DELETE FROM ANAGRUPTANIM DELETE FROM ALTGRUPBASLIK DELETE FROM ALTGRUPTANIM");
   firma(1);

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QToolButton>
 #include <memory>
 
 #include "ortam.h"
@@ -198,6 +199,119 @@ TEST_F(TanimEkraniTest, AnOldDatabaseClosesTheGridsAndNamesTheWayOut) {
   EXPECT_FALSE(izgara("RenkFlx").isEnabled());
   EXPECT_NE(find<QLabel>(*ekran, "TanimHata")->text().indexOf("zembera-cli guncelle --ad BAZ2012"), -1);
   EXPECT_FALSE(find<QPushButton>(*ekran, "KaydetBtn")->isEnabled());
+}
+
+TEST_F(TanimEkraniTest, TheLaterAdministratorIsToldAndChooses) {
+  ac({"ambar"});
+  izgara().setFocus();
+  izgara().git(0, "Merkez_Ambar");
+  key(Qt::Key_Return);
+  key(Qt::Key_Tab);
+  gir("benim");
+  key(Qt::Key_Space);
+  run(db,
+      "UPDATE AMBAR SET Ambar_Ad='ANA' INSERT INTO AMBAR(Ambar_No,Ambar_Ad,Merkez_Ambar) VALUES(2,'ONUN',0)");
+  const auto kaydet = [&] {
+    settings::Tanim_Firma_Bagla(oturum());
+    kutular().shown.clear();
+    key(Qt::Key_F2);
+  };
+  kaydet();
+  EXPECT_EQ(kutular().texts(),
+            std::vector<std::string>{
+                "Bu tanımlar siz çalışırken başkası tarafından değiştirildi:\n\n1 MERKEZ: Ambar Adı: MERKEZ "
+                "→ ANA\n2 "
+                "ONUN: eklendi\n\nSizin değiştirdikleriniz yine de yazılsın mı? (Hayır derseniz hiçbir şey "
+                "yazılmaz.)"});
+  EXPECT_EQ(rows(db, "SELECT Ambar_No,Ambar_Ad FROM AMBAR ORDER BY Ambar_No"), "1|ANA\n2|ONUN");
+  EXPECT_EQ(kapandi->count(), 0);
+  kutular().answers = {true};
+  kaydet();
+  EXPECT_EQ(kapandi->count(), 1);
+  EXPECT_EQ(rows(db, "SELECT Ambar_No,Ambar_Ad,Merkez_Ambar FROM AMBAR ORDER BY Ambar_No"),
+            "1|MERKEZ|0\n2|BENİM|1")
+      << "where both changed a row, the user's stands";
+}
+
+TEST_F(TanimEkraniTest, TypingInTheSearchBoxGoesToTheRow) {
+  run(db,
+      "INSERT INTO AMBAR(Ambar_No,Ambar_Ad) VALUES(12,'ŞİŞLİ DEPO') INSERT INTO AMBAR(Ambar_No,Ambar_Ad) "
+      "VALUES(20,'DEPO')");
+  ac({"ambar"});
+  auto* kutu = find<QLineEdit>(*ekran, "FisGrd_Arama");
+  type(kutu, "dep");
+  EXPECT_EQ(kutu->text(), "DEP");
+  EXPECT_EQ(izgara().satir(), 2) << "a beginning comes before a middle";
+  type(kutu, "şi");
+  EXPECT_EQ(izgara().satir(), 1);
+  type(kutu, "E");
+  EXPECT_EQ(izgara().satir(), 0);
+  key(Qt::Key_Return);
+  EXPECT_EQ(izgara().satir(), 1) << "on to the next one";
+  type(kutu, "20");
+  EXPECT_EQ(izgara().satir(), 2);
+  key(Qt::Key_Down);
+  EXPECT_EQ(focusName(), "FisGrd");
+  QTest::mouseClick(find<QToolButton>(*ekran, "KapatButon"), Qt::LeftButton);
+  EXPECT_EQ(kapandi->count(), 1);
+}
+
+TEST_F(TanimEkraniTest, TenThousandPastedRowsPassTheChecksOrNoneDoes) {
+  ac({"ambar"});
+  izgara().setFocus();
+  izgara().git(0, "Ambar_No");
+  key(Qt::Key_Down);
+  QString blok;
+  for (int no = 1; no <= 10000; ++no) blok += QString("%1\tAMBAR %1\t%2\n").arg(no).arg(no == 1);
+  QApplication::clipboard()->setText(blok + "5000\tÇİFT\t0\n");
+  key(Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(
+      kutular().last(),
+      "Yapıştırılan 10001. satır: Su An Girmiş olduğunuz Ambar Numarası Daha Önceden Bir Ambara Verilmiştir "
+      "lütfen Değiştirin");
+  EXPECT_EQ(izgara().veri().adet(), 1);
+  EXPECT_FALSE(izgara().veri().degisti());
+  QApplication::clipboard()->setText(blok);
+  key(Qt::Key_V, Qt::ControlModifier);
+  key(Qt::Key_F2);
+  EXPECT_EQ(kapandi->count(), 1) << kutular().last();
+  EXPECT_EQ(rows(db, "SELECT COUNT(*),MIN(Ambar_No),MAX(Ambar_Ad),SUM(CONVERT(INT,Merkez_Ambar)) FROM AMBAR"),
+            "10000|1|AMBAR 9999|1");
+}
+
+TEST_F(TanimEkraniTest, AnEmptyTableStartsAndIsRefusedByItsRules) {
+  run(db, "DELETE FROM AMBAR DELETE FROM FIYATTANIM");
+  ac({"ambar"});
+  key(Qt::Key_F2);
+  EXPECT_EQ(kutular().last(), "Fis Boş Kaydedilemez");
+  ac({"fiyat"});
+  EXPECT_EQ(izgara().veri().adet(), 10);
+  izgara().setFocus();
+  izgara().git(1, "Fiyat_Aciklama");
+  gir("toptan");
+  key(Qt::Key_Space);
+  key(Qt::Key_F2);
+  EXPECT_EQ(rows(db, "SELECT Sira_No,Fiyat_Aciklama,On_Deger FROM FIYATTANIM WHERE Sira_No IN (2,10)"),
+            "2|TOPTAN|1\n10||0");
+  run(db, "UPDATE FIYATTANIM SET On_Deger=CASE Sira_No WHEN 1 THEN 1 ELSE 0 END");
+}
+
+TEST_F(TanimEkraniTest, DownMakesTheNextColourAndAnEmptyRowIsNotPassed) {
+  run(db, "INSERT INTO RENKTANIM(Renk_Kod,Renk_Adi) VALUES('K','Kara')");
+  ac({"renk", "beden", "drop"});
+  auto& renk = izgara("RenkFlx");
+  renk.setFocus();
+  renk.git(0, "Renk_Kod");
+  key(Qt::Key_Down);
+  EXPECT_EQ(renk.veri().adet(), 2);
+  EXPECT_EQ(renk.satir(), 1);
+  key(Qt::Key_Down);
+  EXPECT_EQ(renk.veri().adet(), 2);
+  renk.veri().satirEkle(2);
+  key(Qt::Key_Down);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(renk.satir(), 1);
+  EXPECT_EQ(renk.currentIndex().column(), 2) << "back to the name";
 }
 
 TEST_F(TanimEkraniTest, FiveThousandRowsOpenWithoutAStatementARow) {

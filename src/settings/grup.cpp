@@ -18,14 +18,14 @@ using session::Trim;
 
 constexpr std::array anaKolonlar = {
     IzgaraKolonu{"Ana_Grup_ID", "", 0, HucreTuru::Sayi, true},
-    IzgaraKolonu{"Ana_Grup", "ANA GRUP TANIMLARI", 260, HucreTuru::Metin, false, false, false, 50}};
+    IzgaraKolonu{"Ana_Grup", "ANA GRUP TANIMLARI", 180, HucreTuru::Metin, false, false, false, 50}};
 constexpr std::array baslikKolonlari = {
     IzgaraKolonu{"Alt_Grup_BasID", "", 0, HucreTuru::Sayi, true},
-    IzgaraKolonu{"Sira_No", "Sıra No", 70, HucreTuru::Sayi},
-    IzgaraKolonu{"Alt_Grup_Baslik", "ALT GRUP BAŞLIKLARI", 220, HucreTuru::Metin, false, false, false, 50}};
+    IzgaraKolonu{"Sira_No", "Sıra No", 66, HucreTuru::Sayi},
+    IzgaraKolonu{"Alt_Grup_Baslik", "ALT GRUP BAŞLIKLARI", 130, HucreTuru::Metin, false, false, false, 50}};
 constexpr std::array altKolonlar = {
     IzgaraKolonu{"Alt_Grup_ID", "", 0, HucreTuru::Sayi, true},
-    IzgaraKolonu{"Alt_Grup", "ALT GRUP TANIMLARI", 260, HucreTuru::Metin, false, false, false, 50}};
+    IzgaraKolonu{"Alt_Grup", "ALT GRUP TANIMLARI", 180, HucreTuru::Metin, false, false, false, 50}};
 
 struct Tanim {
   std::string_view tablo, hata;

@@ -268,8 +268,8 @@ constexpr std::array ambarBagKolonlari = {
     K{"Ambar_ID", "", 0, Sayi, gizli}, K{"Ambar_No", "Ambar No", 90, Sayi, acik, salt},
     K{"Ambar_Ad", "Ambar Adı", 190, Metin, acik, salt}, K{"Sec", "Seç", 60, Tik}};
 constexpr std::array saticiBagKolonlari = {
-    K{"Satici_ID", "", 0, Sayi, gizli}, K{"Satici_Kodu", "Satıcı Kodu", 110, Metin, acik, salt},
-    K{"Satici_Adi", "Satıcı Adı", 190, Metin, acik, salt}, K{"Sec", "Seç", 60, Tik}};
+    K{"Satici_ID", "", 0, Sayi, gizli}, K{"Satici_Kodu", "Satıcı Kodu", 90, Metin, acik, salt},
+    K{"Satici_Adi", "Satıcı Adı", 170, Metin, acik, salt}, K{"Sec", "Seç", 60, Tik}};
 
 }  // namespace
 

@@ -1,21 +1,38 @@
 // The commands on company settings, on an embedded server with companies that share one catalog.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "catalog/sunucu_hazirla.h"
 #include "db/drivers.h"
 #include "engine/server.h"
 #include "session/statements.h"
 #include "session/sys_inf.h"
 #include "support/fakes.h"
+#include "support/izleyen_surucu.h"
 #include "support/komut_satiri.h"
 
 namespace {
 
+// One connection's statements, across the runs of the program.
+struct SayanSurucu : db::ConnectionFactory {
+  SayanSurucu(std::unique_ptr<db::ConnectionFactory> asil, support::Izleme& izleme)
+      : asil_(std::move(asil)), izleme_(izleme) {}
+  std::unique_ptr<db::Connection> make(const std::string& server) override {
+    return std::make_unique<support::IzleyenBaglanti>(asil_->make(server), izleme_);
+  }
+  std::unique_ptr<db::LocalServer> local(const std::string& server) override { return asil_->local(server); }
+  std::unique_ptr<db::ConnectionFactory> asil_;
+  support::Izleme& izleme_;
+};
+
 // The rows of the catalog are enough: no company database is opened.
 class ParametreKomutlari : public testing::Test {
  protected:
-  support::KomutSatiri cli{
-      [](const std::filesystem::path& dizin) { return db::makeConnectionFactory(dizin); }};
+  support::Izleme izleme;
+  support::KomutSatiri cli{[this](const std::filesystem::path& dizin) {
+    return std::make_unique<SayanSurucu>(db::makeConnectionFactory(dizin), izleme);
+  }};
 
   void SetUp() override {
     engine::Server::create(cli.dizin / "veri", "sa", "gizli");
@@ -110,6 +127,29 @@ TEST_F(ParametreKomutlari, CopyingReachesEveryTargetAndLeavesTheDepositWarehouse
   EXPECT_EQ(cli.out, "Parametreler aynı.\n");
   EXPECT_EQ(cli.calistir({"parametre-kopyala", "--kaynak", "A", "--hedef", "B", "--hedef", "YOK"}), 1);
   EXPECT_EQ(cli.err, "\"YOK\" adında bir firma tanımlı değil.\nHiçbir şey yazılmadı.\n");
+}
+
+TEST_F(ParametreKomutlari, CopyingTakesOneStatementACompanyAndOneForAllOfThem) {
+  izleme.sifirla();
+  const std::vector<std::string> komut{"parametre-kopyala", "--kaynak", "A", "--hedef", "B", "--hedef", "C"};
+  EXPECT_EQ(cli.calistir(komut), 0) << cli.err;
+  const auto okuma =
+      std::ranges::find(izleme.deyimler, "SELECT * FROM sysfrmlng WHERE sysfrm_dbnm IN ('A','B','C')");
+  ASSERT_EQ(izleme.deyimler.end() - okuma, 3);
+  for (const int firma : {1, 2})
+    EXPECT_TRUE(okuma[firma].starts_with("UPDATE sysfrmlng SET DefKDV=8,DipNotTahsilat='Teşekkürler' WHERE "))
+        << okuma[firma];
+  EXPECT_EQ(cli.calistir(komut), 0);
+  EXPECT_EQ(cli.out, "B: 0 parametre değişti\nC: 0 parametre değişti\n");
+}
+
+TEST_F(ParametreKomutlari, AnOlderCatalogIsToldWithTheWayOut) {
+  sql("ALTER TABLE sysfrmlng DROP COLUMN AnaYaz");
+  EXPECT_EQ(cli.calistir({"parametre", "--ad", "A"}), 1);
+  EXPECT_EQ(cli.err,
+            "Tanımlama veritabanı eski yapıda: sysfrmlng tablosunda “AnaYaz” kolonu yok. Veritabanlarını "
+            "zembera-cli "
+            "guncelle ile güncelleyiniz.\n");
 }
 
 }  // namespace

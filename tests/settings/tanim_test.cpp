@@ -238,11 +238,39 @@ TEST_F(TanimTest, RemovalIsGuardedAndConfirmedInTheMembersOrder) {
     EXPECT_EQ(settings::Satir_Silinir(oturum(), tur(d.tur), d.satir), d.silinir) << d.tur;
     EXPECT_EQ(boxes.texts(), d.kutular);
   }
-  sirket().run("INSERT INTO STOKHAREKET(Islem_Tipi,Ambar_No,Fis_No,Stok_Kod) VALUES('Mal',1,'1','A')");
-  boxes.shown.clear();
-  EXPECT_FALSE(settings::Satir_Silinir(oturum(), tur("ambar"), ambar));
-  EXPECT_EQ(boxes.texts(), std::vector<std::string>{"Bu Ambar Hareket Görmüştür. Silinemez"});
-  EXPECT_EQ(boxes.shown[0].icon, session::Icon::Stop);
+  // With movements: each guard in its place before or behind the question.
+  sirket().run("INSERT INTO SATICI(Satici_Kodu,Satici_Adi,Kullanici_ID) VALUES('S','SATICI',1)");
+  const std::string usd = rows("SELECT Doviz_ID FROM DOVIZTANIM WHERE Doviz_Kod='USD'"),
+                    satici = rows("SELECT Satici_ID FROM SATICI WHERE Satici_Kodu='S'");
+  sirket().run(
+      "INSERT INTO STOKHAREKET(Islem_Tipi,Ambar_No,Fis_No,Stok_Kod) VALUES('Mal',1,'1','A') INSERT INTO "
+      "KASAHAREKET(Isyeri_ID,Satici_ID,Doviz_ID,Fis_No,Islem_Tipi) VALUES(" +
+      iki + "," + satici + "," + usd + ",'1','Nakit Tahsilat')");
+  const struct {
+    const char* tur;
+    session::IzgaraSatiri satir;
+    std::vector<std::string> kutular;
+    session::Icon ikon;
+  } engelli[] = {
+      {"isyeri", isyeri, {"Bu İşyerine ait hareketler var.Silinemez!"}, session::Icon::Information},
+      {"ambar", ambar, {"Bu Ambar Hareket Görmüştür. Silinemez"}, session::Icon::Stop},
+      {"satici",
+       {{"S", "SATICI", "0", "1", satici}},
+       {"Satırı silmek istediğinizden emin misiniz?", "Bu satıcıya ait hareketler var.Silinemez!"},
+       session::Icon::Information},
+      {"doviz",
+       {{usd, "USD", "", "0"}},
+       {"Döviz Tanımını Slmek İstediğinizden Eminmisiniz ?",
+        "Bu döviz koduyla işlemleriniz mevcut. Silinemez"},
+       session::Icon::Stop}};
+  for (const auto& d : engelli) {
+    boxes.shown.clear();
+    boxes.answers = {true};
+    EXPECT_FALSE(settings::Satir_Silinir(oturum(), tur(d.tur), d.satir)) << d.tur;
+    EXPECT_EQ(boxes.texts(), d.kutular);
+    EXPECT_EQ(boxes.shown.back().icon, d.ikon) << d.tur;
+  }
+  boxes.answers.clear();
   EXPECT_TRUE(settings::Ambar_Hareketli(oturum(), "1"));
   EXPECT_FALSE(settings::Ambar_Hareketli(oturum(), "2"));
 }
@@ -271,6 +299,17 @@ TEST_F(TanimTest, ALinkToAVanishedWorkplaceSavesTheGridAndKeepsOldLinksOfSalespe
   EXPECT_EQ(settings::Bag_Kaydet(oturum(), settings::Bag::Satici, "77", baglar, isyerleri, 1).hata, "");
   const std::string id = rows("SELECT Isyeri_ID FROM ISYERITANIM WHERE Isyeri_Kodu='9'");
   EXPECT_EQ(rows("SELECT COUNT(*) FROM ISYERIBAGSATICI WHERE Isyeri_ID=" + id), "2");
+}
+
+TEST_F(TanimTest, ThousandsOfCurrenciesAreSavedAndThoseTakenOutGo) {
+  IzgaraSatirlari satirlar;
+  for (int i = 0; i < 1500; ++i) satirlar.push_back({{"", "K" + std::to_string(i), "Para", "0"}});
+  EXPECT_EQ(settings::Tanim_Kaydet(oturum(), tur("doviz"), satirlar), "");
+  satirlar = yukle("doviz");
+  ASSERT_EQ(satirlar.size(), 1500U);
+  satirlar.pop_back();
+  EXPECT_EQ(settings::Tanim_Kaydet(oturum(), tur("doviz"), satirlar), "");
+  EXPECT_EQ(rows("SELECT COUNT(*) FROM DOVIZTANIM WHERE Kullanici_ID<>0"), "1499");
 }
 
 TEST_F(TanimTest, AnOldDatabaseIsToldWithTheWayOut) {

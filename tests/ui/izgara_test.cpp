@@ -73,6 +73,24 @@ TEST_F(IzgaraTest, TypingEntersTheTextAndEnterGoesOnToANewRow) {
   EXPECT_EQ(izgara.veri().headerData(0, Qt::Vertical, Qt::DisplayRole).toString(), "● 1");
 }
 
+TEST_F(IzgaraTest, ArrowsMoveAndLeaveAnEditorWithItsText) {
+  const std::pair<Qt::Key, std::pair<int, int>> adimlar[] = {{Qt::Key_Down, {1, 1}},
+                                                             {Qt::Key_Right, {1, 2}},
+                                                             {Qt::Key_Up, {0, 2}},
+                                                             {Qt::Key_Left, {0, 1}},
+                                                             {Qt::Key_Left, {0, 1}}};
+  for (const auto& [tus, sonra] : adimlar) {
+    key(tus);
+    EXPECT_EQ(yer(), sonra) << tus;
+  }
+  typeKeys("b");
+  key(Qt::Key_Down);
+  EXPECT_EQ(yer(), std::pair(1, 1));
+  EXPECT_EQ(hepsi(), "1|B|Merkez|2|1\n2|A2|Şube|0|0");
+  key(Qt::Key_Tab, Qt::ShiftModifier);
+  EXPECT_EQ(yer(), std::pair(0, 4));
+}
+
 TEST_F(IzgaraTest, EscapeGivesTheOldTextBackAndDoesNotReachTheScreen) {
   QPushButton cikis(&pencere);
   QShortcut escape(QKeySequence(Qt::Key_Escape), &pencere);

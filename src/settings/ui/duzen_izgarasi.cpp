@@ -63,7 +63,10 @@ void DuzenIzgarasi::yerlestir() {
     ++i;
     if (hucre.yazi) {
       duzen_->addWidget(hucre.yazi, satir, yer, Qt::AlignRight | Qt::AlignVCenter);
-      duzen_->addWidget(hucre.kontrol, satir, yer + 1);
+      // A narrow control must not make its whole column narrow.
+      const bool dar = hucre.kontrol->maximumWidth() < QWIDGETSIZE_MAX;
+      duzen_->addWidget(hucre.kontrol, satir, yer + 1,
+                        dar ? Qt::AlignLeft | Qt::AlignVCenter : Qt::Alignment());
     } else {
       duzen_->addWidget(hucre.kontrol, satir, yer, 1, 2);
     }

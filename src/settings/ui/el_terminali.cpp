@@ -29,10 +29,10 @@ enum Kolon { YetkiLbl, Secim, Bas, Adet };
 
 ui::IzgaraModeli::Kolonlar kolonlar() {
   using session::HucreTuru;
-  return {{"YetkiLbl", "Alan Adı", 160, HucreTuru::Metin, false, true},
-          {"Secim", "Seçim", 70, HucreTuru::Tik},
-          {"Bas", "Başlangıç", 100, HucreTuru::Sayi, false, false, false, 5},
-          {"Adet", "Hane Sayısı", 110, HucreTuru::Sayi, false, false, false, 5}};
+  return {{"YetkiLbl", "Alan Adı", 120, HucreTuru::Metin, false, true},
+          {"Secim", "Seçim", 60, HucreTuru::Tik},
+          {"Bas", "Başlangıç", 88, HucreTuru::Sayi, false, false, false, 5},
+          {"Adet", "Hane Sayısı", 96, HucreTuru::Sayi, false, false, false, 5}};
 }
 
 QString dosyaSor(QWidget* ana) {

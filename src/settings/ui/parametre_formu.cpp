@@ -191,6 +191,11 @@ QWidget* ParametreFormu::satirKur(const std::vector<std::size_t>& siralar) {
   const auto tablo = settings::parametreler();
   std::vector<QWidget*> parcalar;
   for (const std::size_t sira : siralar) {
+    if (sira != siralar.front() && tablo[sira].tur == T::Sayi) {
+      auto* yazi = new QLabel(ui::text(settings::parametreAdi(tablo[sira])));
+      yazi->setProperty("rol", "alan");
+      parcalar.push_back(yazi);
+    }
     parcalar.push_back(kontrol(sira));
     for (QWidget* parca : parcalar_[std::string(tablo[sira].kontrol)]) parcalar.push_back(parca);
   }

@@ -16,6 +16,8 @@ namespace settings_ui {
 
 namespace {
 
+constexpr int kisimBasligi = 48;  // two lines
+
 QTableWidget* tablo(const char* ad, int satir, int sutun) {
   auto* t = new QTableWidget(satir, sutun);
   t->setObjectName(ad);
@@ -42,14 +44,17 @@ RaporEvrak::RaporEvrak(session::Oturum& oturum, ui::ConsolePort&)
   }
   PRModulFlx_->setColumnWidth(0, 60);
   PRModulFlx_->horizontalHeader()->setStretchLastSection(true);
-  PRModulFlx_->setFixedWidth(230);
+  PRModulFlx_->setFixedWidth(190);
   KisimFlx_ = tablo("KisimFlx", 1, static_cast<int>(kisimlar.size()));
   for (std::size_t i = 0; i < kisimlar.size(); ++i) {
     KisimFlx_->setHorizontalHeaderItem(static_cast<int>(i), new QTableWidgetItem(ui::text(kisimlar[i])));
     KisimFlx_->setItem(0, static_cast<int>(i), new QTableWidgetItem);
   }
   KisimFlx_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-  KisimFlx_->setFixedHeight(72);
+  KisimFlx_->horizontalHeader()->setDefaultAlignment(Qt::Alignment(Qt::AlignCenter) |
+                                                     Qt::Alignment::fromInt(Qt::TextWordWrap));
+  KisimFlx_->horizontalHeader()->setMinimumHeight(kisimBasligi);
+  KisimFlx_->setFixedHeight(kisimBasligi + 40);
   PRSQL_ = new QPlainTextEdit;
   PRSQL_->setObjectName("PRSQL");
   PRSQL_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -70,11 +75,13 @@ RaporEvrak::RaporEvrak(session::Oturum& oturum, ui::ConsolePort&)
   shortcut(Qt::Key_Escape, cikis);
   connect(PRModulFlx_, &QTableWidget::currentCellChanged, this, [this](int satir, int, int once, int) {
     if (satir < 0 || satir == once) return;
+    if (!birakilir()) return geri(PRModulFlx_, once, 0);
     Secili_Modul_ = satir + 1;
     yukle();
   });
   connect(KisimFlx_, &QTableWidget::currentCellChanged, this, [this](int, int sutun, int, int once) {
     if (sutun < 0 || sutun == once) return;
+    if (!birakilir()) return geri(KisimFlx_, 0, once);
     Secili_Kisim_ = sutun + 1;
     yukle();
   });
@@ -97,6 +104,17 @@ void RaporEvrak::ac() {
   PRModulFlx_->setFocus();
 }
 
+// The selection is still at work on the move: it goes back behind it.
+void RaporEvrak::geri(QTableWidget* tablo, int satir, int sutun) {
+  QMetaObject::invokeMethod(
+      this,
+      [tablo, satir, sutun] {
+        const QSignalBlocker sessiz(tablo);
+        tablo->setCurrentCell(satir, sutun);
+      },
+      Qt::QueuedConnection);
+}
+
 void RaporEvrak::yukle() {
   PRSQL_->setPlainText(ui::text(settings::Rapor_Oku(oturum_, Secili_Modul_, Secili_Kisim_)));
   PRSQL_->document()->setModified(false);
@@ -115,7 +133,7 @@ void RaporEvrak::kaydet() {
 
 bool RaporEvrak::birakilir() {
   if (!PRSQL_->document()->isModified() || Secili_Modul_ == 0 || Secili_Kisim_ == 0) return true;
-  return oturum_.kutular->ask("Kaydedilmemiş değişiklikler var. Kaydetmeden çıkmak istiyor musunuz?");
+  return oturum_.kutular->ask("Kaydedilmemiş değişiklikler var. Kaydetmeden devam etmek istiyor musunuz?");
 }
 
 }  // namespace settings_ui

@@ -22,6 +22,7 @@ class RaporEvrak : public ui::Kart {
 
  private:
   void yukle();
+  void geri(QTableWidget* tablo, int satir, int sutun);
   void kaydet();
   bool birakilir();
   session::Oturum& oturum_;

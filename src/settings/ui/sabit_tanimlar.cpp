@@ -179,14 +179,20 @@ QWidget* SabitTanimlar::islemTipTanimlari() {
   auto* tip =
       tablo("TipFlx", {"Tip_ID", "No", "İşlem Tip Adı", "Borç \\ Çıkış", "Alacak \\ Giriş", "İşlem Dah."}, 1);
   tip->setColumnHidden(0, true);
-  tip->setColumnWidth(2, 180);
+  tip->setColumnWidth(1, 50);
+  tip->setColumnWidth(2, 150);
   auto* sil = new QPushButton(ui::captionIcon("sil"), "Sil");
   sil->setObjectName("Command1");
+  modul->setMaximumWidth(240);
+  modul->setColumnWidth(0, 80);
+  auto* sag = new QVBoxLayout;
+  sag->setSpacing(ui::gapSmall);
+  sag->addWidget(tip, 1);
+  sag->addWidget(sil, 0, Qt::AlignLeft);
   auto* duzen = new QHBoxLayout(cerceve);
   duzen->setContentsMargins(ui::gap, ui::gap, ui::gap, ui::gap);
   duzen->addWidget(modul, 1);
-  duzen->addWidget(tip, 2);
-  duzen->addWidget(sil, 0, Qt::AlignTop);
+  duzen->addLayout(sag, 2);
   return cerceve;
 }
 

@@ -208,6 +208,16 @@ TEST_F(KucukEkranlar, ReportTextsFollowModuleAndKind) {
   EXPECT_EQ(metin->toPlainText(), "");
   find<QTableWidget>(ekran, "KisimFlx")->setCurrentCell(0, 1);
   EXPECT_EQ(metin->toPlainText(), "SELECT 1");
+  metin->setFocus();
+  key(Qt::Key_2);
+  find<QTableWidget>(ekran, "PRModulFlx")->setCurrentCell(4, 1);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(kutular().texts(),
+            std::vector<std::string>{"Kaydedilmemiş değişiklikler var. Kaydetmeden devam etmek "
+                                     "istiyor musunuz?"});
+  EXPECT_EQ(find<QTableWidget>(ekran, "PRModulFlx")->currentRow(), 2);
+  EXPECT_EQ(metin->toPlainText(), "2SELECT 1");
+  kutular().shown.clear();
   metin->setPlainText("SELECT 2");
   tikla(ekran, "PrtKaydet");
   EXPECT_EQ(kutular().texts(), std::vector<std::string>{"Kayıt Başarı İle Gerçekleştirildi !"});

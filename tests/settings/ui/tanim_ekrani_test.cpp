@@ -312,6 +312,9 @@ TEST_F(TanimEkraniTest, DownMakesTheNextColourAndAnEmptyRowIsNotPassed) {
   QCoreApplication::processEvents();
   EXPECT_EQ(renk.satir(), 1);
   EXPECT_EQ(renk.currentIndex().column(), 2) << "back to the name";
+  EXPECT_TRUE(renk.property("odakta").toBool()) << "painted in orange";
+  izgara("BedenFlx").setFocus();
+  EXPECT_FALSE(renk.property("odakta").toBool());
 }
 
 TEST_F(TanimEkraniTest, FiveThousandRowsOpenWithoutAStatementARow) {

@@ -123,6 +123,9 @@ int controlFile(sqlite3_file* file, int what, void* argument) {
     }
     case controlFlush:
       return flushOwed(data);
+    case controlAtOnce:
+      data.atOnce = *static_cast<bool*>(argument);
+      return SQLITE_OK;
     default:
       return real.methods().xFileControl(real.get(), what, argument);
   }

@@ -213,6 +213,21 @@ void flush(sqlite3* db, const std::string& alias) {
               21);
 }
 
+void flushAtOnce(sqlite3* db, const std::string& alias, bool set) {
+  sqlite3_file_control(db, alias.c_str(), controlAtOnce, &set);
+}
+
+std::optional<Position> position(sqlite3* db, const std::string& alias) {
+  sqlite3_file* file = fileOf(db, alias);
+  if (!file) return std::nullopt;
+  DataState& data = dataOf(file);
+  IndexHead head;
+  if (data.index && readIndex(data.index, head) && head.frames != 0) return Position{head.seed, head.frames};
+  // The log has been taken in whole: the data file names its end.
+  if (data.readMark() != SQLITE_OK) return std::nullopt;
+  return Position{data.mark.seed, data.mark.count};
+}
+
 bool isInPlace(sqlite3* db, const std::string& alias) {
   int moved = 0;
   const int code = sqlite3_file_control(db, alias.c_str(), SQLITE_FCNTL_HAS_MOVED, &moved);

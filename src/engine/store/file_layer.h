@@ -7,6 +7,7 @@
 
 #include <sqlite3.h>
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -31,6 +32,18 @@ std::string copyUri(const std::filesystem::path& data, const std::filesystem::pa
 // refuses: then nobody knows whether it will be there, and the log is closed to writers until every
 // session of this process has closed the file.
 void flush(sqlite3* db, const std::string& alias);
+
+// While set, a commit of this handle in the database is on the disk before anybody sees it.
+void flushAtOnce(sqlite3* db, const std::string& alias, bool set);
+
+// Which state of the database a handle that holds its write lock stands on: the last commit in its log, by
+// the log's salts and the number of frames. Nothing when it cannot be told.
+struct Position {
+  std::array<unsigned char, 8> seed{};
+  std::uint32_t frames = 0;
+  bool operator==(const Position&) const = default;
+};
+std::optional<Position> position(sqlite3* db, const std::string& alias);
 
 // Whether both files still lie where they were opened.
 bool isInPlace(sqlite3* db, const std::string& alias);

@@ -83,6 +83,7 @@ struct DataState {
   bool holdsWrite = false, holdsCheckpoint = false;
   bool checkpointing = false, marked = false;  // a checkpoint runs; its mark is written
   bool paired = false;                         // checkPair() has passed; the log may be taken in once
+  bool atOnce = false;                         // commits wait for their own flush
   int lock = SQLITE_LOCK_NONE;
 
   int learn();  // from the file's header
@@ -125,6 +126,7 @@ struct LayerFile {
 
 // Codes that only this layer understands, for sqlite3_file_control.
 constexpr int controlFlush = 0x5A420001;
+constexpr int controlAtOnce = 0x5A420002;  // bool*
 
 // pair_check.cpp: whether log and data file belong together; called before SQLite looks at the log.
 int checkPair(DataState& data);

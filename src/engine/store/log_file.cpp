@@ -118,7 +118,7 @@ int syncLog(sqlite3_file* file, int flags) {
     return code;
   }
   const bool commit = data.holdsWrite && !data.holdsCheckpoint;
-  if (commit && data.shared->somebodyWaits()) {
+  if (commit && !data.atOnce && data.shared->somebodyWaits()) {
     log.owed = data.shared->ask(log.last);
     return SQLITE_OK;
   }

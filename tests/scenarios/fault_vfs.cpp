@@ -1,6 +1,7 @@
 #include "fault_vfs.h"
 
 #include <atomic>
+#include <csignal>
 #include <cstring>
 #include <mutex>
 
@@ -20,6 +21,7 @@ struct Disk {
     if (!armed || (struck && !fault.lasting)) return SQLITE_OK;
     if (!struck && passed++ < fault.after) return SQLITE_OK;
     struck = true;
+    if (fault.kill) ::raise(SIGKILL);
     return fault.code;
   }
 } disk;

@@ -107,6 +107,19 @@ Stmt& Stmt::bind(std::string_view value) {
   return *this;
 }
 
+Stmt& Stmt::bindDatum(const Datum& value) {
+  if (value.isInteger()) return bind(value.integer());
+  if (value.isText()) return bind(value.text());
+  if (value.isReal()) {
+    sqlite3_bind_double(stmt_, next_++, value.real());
+    return *this;
+  }
+  if (!value.isBlob()) return bindNull();
+  const std::string& bytes = value.bytes();
+  sqlite3_bind_blob64(stmt_, next_++, bytes.empty() ? "" : bytes.data(), bytes.size(), SQLITE_TRANSIENT);
+  return *this;
+}
+
 Stmt& Stmt::bindNull() {
   sqlite3_bind_null(stmt_, next_++);
   return *this;

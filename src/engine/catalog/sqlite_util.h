@@ -29,6 +29,7 @@ class Stmt {
   Stmt& bind(const std::string& value) { return bind(std::string_view(value)); }
   Stmt& bind(const char* value) { return bind(std::string_view(value)); }
   Stmt& bindNull();
+  Stmt& bindDatum(const Datum& value);
 
   bool step();  // true: a row stands; throws on failure
   void run() {  // steps to the end and makes ready for the next round of bind()

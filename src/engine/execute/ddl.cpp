@@ -21,6 +21,10 @@ Change::Change(Store& changed, const SessionContext& session, const std::string&
       db(changed.handle()),
       alias(changed.attach(name)),
       rows(db, alias) {
+  // The record of a transaction over several databases tells rows, not definitions.
+  if (store.leadsAnother(name))
+    throw Error(226, "Definitions of database '" + name +
+                         "' cannot be changed in a transaction that has changed another database before.");
   store.begin();
   try {
     store.lockDefinitions(database);

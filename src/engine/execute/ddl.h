@@ -92,11 +92,6 @@ void run(Store& store, SessionContext& context, const CreateViewStatement& state
          const std::vector<ViewColumn>& columns);
 
 void dropDatabase(Store& store, const SessionContext& context, const std::string& name);
-// A broken-off CREATE or DROP DATABASE whose remains cannot be removed for now.
-struct LeftOver {
-  std::string name;
-  Error error;
-};
 // Ends what a broken-off CREATE or DROP DATABASE left behind; `only` empty: all of them. What cannot be
 // ended stays for the next time and keeps nobody else from working.
 std::vector<LeftOver> cleanUnfinished(Store& store, const std::string& only = {});

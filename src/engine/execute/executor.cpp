@@ -13,6 +13,7 @@ constexpr int nestingLimit = 32;
 
 Executor::Executor(Store& store, SessionContext& context, std::atomic<bool>& cancelled)
     : store_(store), context_(context), cancelled_(cancelled), rights_(store, context) {
+  store_.setCancelled(&cancelled_);
   registerSessionFunctions();
 }
 
@@ -248,6 +249,9 @@ void Executor::refuseAfterLoss(const Statement& statement) {
 
 // Errors that end the batch travel on as exceptions; of the others the first is kept for its end.
 void Executor::failed(const Error& error, const Statement& statement) {
+  constexpr int lockNotGranted = 1222;
+  const auto instead = error.number() == lockNotGranted ? store_.whyNotWaited() : std::nullopt;
+  if (instead) return failed(*instead, statement);
   lastError_ = error.number();
   rowCount_ = 0;
   Error located(error);

@@ -128,6 +128,7 @@ class Executor {
   bool identityInsertOn(const std::string& database, const TableInfo& table) const;
 
   // executor_change.cpp
+  void lockAhead(const ObjectName& target);
   void runUpdate(const UpdateStatement& update);
   void runDelete(const DeleteStatement& remove);
   std::unique_ptr<CompiledChange> compileUpdate(const UpdateStatement& update);

@@ -249,6 +249,7 @@ void Executor::runChange(CompiledChange& plan, TriggerEvent event) {
   const auto change = [&] {
     bindParameters(plan.change);
     int constraint = 0;
+    const ChangeNote note(store_);
     {
       PreparedUse use(plan.change);
       while (plan.change.step(&constraint)) {
@@ -259,11 +260,12 @@ void Executor::runChange(CompiledChange& plan, TriggerEvent event) {
     const Error error = constraintError(*plan.catalog, sqlite3_errmsg(store_.handle()),
                                         event == TriggerEvent::Update ? "UPDATE" : "DELETE");
     if (event != TriggerEvent::Update || constraint == SQLITE_CONSTRAINT_NOTNULL) throw error;
+    note.forget();
     detour(plan);
   };
   const auto triggers = triggersFor(*plan.table, plan.tableDatabase, event);
   if (triggers.empty()) {
-    if (levels_ > 0) store_.writeLock(plan.tableDatabase);
+    levels_ > 0 ? store_.writeLock(plan.tableDatabase) : store_.expectWrite(plan.tableDatabase);
     change();
   } else {
     TriggerTables tables = triggerTables(plan.table, plan.tableDatabase);
@@ -288,17 +290,29 @@ void Executor::runChange(CompiledChange& plan, TriggerEvent event) {
   if (!noCount_ && resultsWanted() && nesting_ == 0) sink_->onRowCount(rowCount_);
 }
 
+// A transaction that has read a database can no longer wait for its lock without finding what it read
+// overtaken: it takes the lock before the names of the statement are looked up there.
+void Executor::lockAhead(const ObjectName& target) {
+  if (levels_ == 0 || target.object.starts_with('#')) return;
+  const std::string& database = target.database.empty() ? context_.database : target.database;
+  if (store_.databaseExists(database) && rights_.in(database).allows(Action::Update))
+    store_.writeLock(database);
+}
+
 void Executor::runUpdate(const UpdateStatement& update) {
+  lockAhead(update.target);
   runChange(compiled<CompiledChange>(&update, [&] { return compileUpdate(update); }), TriggerEvent::Update);
 }
 
 void Executor::runDelete(const DeleteStatement& remove) {
+  lockAhead(remove.target);
   runChange(compiled<CompiledChange>(&remove, [&] { return compileDelete(remove); }), TriggerEvent::Delete);
 }
 
 void Executor::runTruncate(const TruncateStatement& truncate) {
   Binder binder(bindContext());
   Scope scope;
+  lockAhead(truncate.table);
   const std::string& database = truncate.table.database;
   rights_.enter(database.empty() ? context_.database : database);
   const auto in = store_.catalog(database.empty() ? context_.database : database);

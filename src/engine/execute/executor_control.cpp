@@ -22,7 +22,6 @@ constexpr std::array acceptedOptions = {
     "CURSOR_CLOSE_ON_COMMIT",
     "NUMERIC_ROUNDABORT",
     "QUOTED_IDENTIFIER",
-    "LOCK_TIMEOUT",
     "TEXTSIZE",
     "LANGUAGE",
     "STATISTICS",
@@ -133,6 +132,8 @@ void Executor::runSetOption(const SetOptionStatement& statement) {
     // Constants of stored texts were read under the old order.
     plans_.clear();
     if (nesting_ == 0) triggers_.clear(), frame_->plan->compiled.clear();
+  } else if (option == "LOCK_TIMEOUT") {
+    store_.setLockTimeout(std::atoll(statement.value.c_str()));
   } else if (option == "DATEFIRST") {
     const int day = std::atoi(statement.value.c_str());
     if (day < 1 || day > 7) throw Error(2744, "The SET DATEFIRST value is out of range (1 to 7).");

@@ -208,6 +208,7 @@ void Executor::insertRows(CompiledInsert& plan, std::vector<std::int64_t>* rows)
   } restore{store_, identityRun_, outside};
 
   bindParameters(plan.insert);
+  const ChangeNote note(store_);
   PreparedUse use(plan.insert);
   int constraint = 0;
   Datum explicitLast;
@@ -233,6 +234,7 @@ void Executor::insertRows(CompiledInsert& plan, std::vector<std::int64_t>* rows)
 }
 
 void Executor::runInsert(const InsertStatement& insert) {
+  lockAhead(insert.target);
   // Whether an identity column must or may not be given is part of the plan.
   CompiledInsert& plan = compiled<CompiledInsert>(&insert, [&] { return compileInsert(insert); });
   if (plan.makesIdentity == identityInsertOn(plan.tableDatabase, *plan.table) &&
@@ -244,7 +246,7 @@ void Executor::runInsert(const InsertStatement& insert) {
   // is spent all the same.
   const bool alone = plan.makesIdentity ? levels_ > 0 && plan.singleRow : plan.identityInput < 0;
   if (!plan.firesTriggers && alone) {
-    if (levels_ > 0) store_.writeLock(plan.tableDatabase);
+    levels_ > 0 ? store_.writeLock(plan.tableDatabase) : store_.expectWrite(plan.tableDatabase);
     insertRows(plan, nullptr);
   } else {
     std::optional<TriggerTables> tables;

@@ -75,6 +75,11 @@ bool Prepared::step(int* constraint) {
   if (code == SQLITE_ROW) return true;
   if (code == SQLITE_DONE) return false;
   sqlite3* connection = sqlite3_db_handle(statement_);
+  if (sqlite3_extended_errcode(connection) == SQLITE_CONSTRAINT_COMMITHOOK)
+    throw Error(1205,
+                "Transaction was deadlocked on lock resources with another process and has been chosen as the "
+                "deadlock victim. Rerun the transaction.",
+                13);
   if (constraint && (code & 0xff) == SQLITE_CONSTRAINT) {
     *constraint = sqlite3_extended_errcode(connection);
     return false;

@@ -80,6 +80,7 @@ std::shared_ptr<Server> Server::open(const fs::path& given) {
   if (server->serviceState() == ServiceState::Running) {
     Store store(server->instance_);
     store.beginStatement();
+    store.recoverIntents();
     for (const auto& left : ddl::cleanUnfinished(store))
       server->leftOvers_.push_back({left.name, left.error});
     store.endStatement();
@@ -114,6 +115,25 @@ std::shared_ptr<Server> Server::create(const fs::path& given, const std::string&
   return open(folder);
 }
 
+std::vector<DamagedDatabase> Server::leftOvers() const {
+  std::vector<DamagedDatabase> all = leftOvers_;
+  for (const LeftOver& remark : instance_->remarks()) all.push_back({remark.name, remark.error});
+  return all;
+}
+
+std::vector<fs::path> Server::exposed() const {
+  return openToOthers(folder());
+}
+
+void Server::closeExposed() {
+  for (const fs::path& path : exposed()) makePrivate(path);
+}
+
+fs::path Server::recordedFolder() const {
+  Store store(instance_);
+  return fs::path(store.database("master").fileName.substr(0, store.database("master").fileName.rfind('\\')));
+}
+
 ServiceState Server::serviceState() const {
   return instance_->stopped() ? ServiceState::Stopped : ServiceState::Running;
 }
@@ -131,7 +151,7 @@ void Server::stop() {
   LockFile lock(instance_->lockFile());
   lock.waitExclusive(LockFile::serviceLock);
   const auto databases = registered(instance_);
-  instance_->shared()->stopped.store(1);
+  instance_->shared()->stopped.store(stoppedMark);
   // Whoever came before the mark holds the statement lock; whoever comes after it is refused.
   lock.waitExclusive(LockFile::statementLock);
   lock.release(LockFile::statementLock);
@@ -154,6 +174,7 @@ std::vector<DamagedDatabase> Server::start() {
   instance_->shared()->stopped.store(0);
   Store store(instance_);
   store.beginStatement();
+  store.recoverIntents();
   std::vector<DamagedDatabase> damaged;
   for (const auto& left : ddl::cleanUnfinished(store)) damaged.push_back({left.name, left.error});
   for (const auto& database : store.databases()) {

@@ -43,8 +43,15 @@ class Server {
                                         const std::string& password);
 
   // Databases that a broken-off CREATE or DROP left behind and that could not be cleaned up at opening; it
-  // is tried again at every opening and start.
-  const std::vector<DamagedDatabase>& leftOvers() const { return leftOvers_; }
+  // is tried again at every opening and start. And those of which a transaction over several databases
+  // could not be made whole, for their files are from another time.
+  std::vector<DamagedDatabase> leftOvers() const;
+
+  // The folder and those of its files that others than their owner may read or write; and closes them.
+  std::vector<std::filesystem::path> exposed() const;
+  void closeExposed();
+  // The folder as it was called when the server was made; another one when it has been moved or copied.
+  std::filesystem::path recordedFolder() const;
 
   ServiceState serviceState() const;
   // Finishes running statements, checkpoints and closes every file, refuses sessions until start().

@@ -74,4 +74,19 @@ void makePrivate(const fs::path& path) {
                   error);
 }
 
+std::vector<fs::path> openToOthers(const fs::path& folder) {
+  constexpr fs::perms others = fs::perms::group_all | fs::perms::others_all;
+  std::error_code error;
+  const auto open = [&](const fs::path& path) {
+    return (fs::symlink_status(path, error).permissions() & others) != fs::perms::none;
+  };
+  std::vector<fs::path> found;
+  if (open(folder)) found.push_back(folder);
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+    std::error_code ignored;
+    if (entry->is_regular_file(ignored) && open(entry->path())) found.push_back(entry->path());
+  }
+  return found;
+}
+
 }  // namespace engine

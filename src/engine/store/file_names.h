@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <vector>
 
 namespace engine {
 
@@ -16,5 +17,7 @@ void removeFile(const std::filesystem::path& file);
 
 // Rights 0700 or 0600, whatever the umask has made of it.
 void makePrivate(const std::filesystem::path& path);
+// Of a data folder: it, its database files, logs and records that anybody but their owner may touch.
+std::vector<std::filesystem::path> openToOthers(const std::filesystem::path& folder);
 
 }  // namespace engine

@@ -7,7 +7,9 @@
 namespace engine {
 
 Instance::Instance(std::filesystem::path folder)
-    : folder_(std::move(folder)), shared_(lockFile()), watcher_([this] { watch(); }) {}
+    : folder_(std::move(folder)), shared_(lockFile()), watcher_([this] { watch(); }) {
+  logins_.shareFailures(shared_.operator->());
+}
 
 Instance::~Instance() {
   {
@@ -41,6 +43,27 @@ void Instance::shareCatalog(const std::string& key, std::shared_ptr<const Databa
 void Instance::forgetCatalogs() {
   const std::lock_guard lock(catalogMutex_);
   catalogs_.clear();
+}
+
+void Instance::setSuspects(std::map<std::string, std::string> reasons) {
+  const std::lock_guard lock(catalogMutex_);
+  suspects_ = std::move(reasons);
+}
+
+void Instance::addRemarks(const std::vector<LeftOver>& remarks) {
+  const std::lock_guard lock(catalogMutex_);
+  remarks_.insert(remarks_.end(), remarks.begin(), remarks.end());
+}
+
+std::vector<LeftOver> Instance::remarks() const {
+  const std::lock_guard lock(catalogMutex_);
+  return remarks_;
+}
+
+std::string Instance::suspect(const std::string& name) const {
+  const std::lock_guard lock(catalogMutex_);
+  const auto found = suspects_.find(name);
+  return found == suspects_.end() ? std::string() : found->second;
 }
 
 void Instance::enroll(Store& store) {

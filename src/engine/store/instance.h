@@ -21,6 +21,12 @@ namespace engine {
 
 class Store;
 
+// Something that broke off and could not be ended for now, or not as it should.
+struct LeftOver {
+  std::string name;
+  Error error;
+};
+
 class Instance {
  public:
   explicit Instance(std::filesystem::path folder);  // the folder must exist
@@ -40,12 +46,19 @@ class Instance {
   void setCopy(const std::filesystem::path& data) { copy_ = data; }
   bool isCopy(const std::filesystem::path& data) const { return !copy_.empty() && data == copy_; }
 
-  bool stopped() const { return shared_->stopped.load(std::memory_order_acquire) != 0; }
+  bool stopped() const { return shared_->stopped.load(std::memory_order_acquire) == stoppedMark; }
 
   // Catalogs read by one session serve the others; only committed ones are kept.
   std::shared_ptr<const DatabaseCatalog> sharedCatalog(const std::string& key, std::int64_t version) const;
   void shareCatalog(const std::string& key, std::shared_ptr<const DatabaseCatalog> catalog);
   void forgetCatalogs();
+
+  // Databases (by folded name) whose part of a broken-off commit could not be ended, with the reason.
+  void setSuspects(std::map<std::string, std::string> reasons);
+  std::string suspect(const std::string& foldedName) const;  // empty: none
+  // What recovery has to tell an administrator.
+  void addRemarks(const std::vector<LeftOver>& remarks);
+  std::vector<LeftOver> remarks() const;
 
   // While registered, a store's files are closed when the service stops, even if its session is idle.
   void enroll(Store& store);
@@ -61,6 +74,8 @@ class Instance {
   LoginGuard logins_;
   IdentityMarks identityMarks_;
   mutable std::mutex catalogMutex_;
+  std::map<std::string, std::string> suspects_;
+  std::vector<LeftOver> remarks_;
   std::map<std::string, std::shared_ptr<const DatabaseCatalog>> catalogs_;  // by file
   std::mutex storesMutex_;
   std::set<Store*> stores_;

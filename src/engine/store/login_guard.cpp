@@ -1,6 +1,7 @@
 #include "engine/store/login_guard.h"
 
 #include <algorithm>
+#include <ctime>
 #include <thread>
 
 #include "engine/value.h"
@@ -12,7 +13,8 @@ constexpr std::size_t rememberedPairs = 256;
 constexpr std::size_t rememberedNames = 4096;
 constexpr std::chrono::milliseconds firstDelay{125};
 constexpr std::chrono::milliseconds longestDelay{4000};
-constexpr int freeFailures = 2;  // a person mistypes
+constexpr std::uint64_t forgottenAfter = 900;  // seconds
+constexpr int freeFailures = 2;                // a person mistypes
 
 // A hash no password is known for; made once per process, so that unknown names cost one verification.
 std::string makeDummyHash() {
@@ -73,16 +75,42 @@ bool LoginGuard::verify(const std::string& login, std::string_view password, con
   if (passed) {
     const std::lock_guard lock(mutex_);
     failures_.erase(login);
+    if (page_) slotOf(login).count = 0;
     if (passed_.size() >= rememberedPairs) passed_.clear();
     passed_.insert(pair);
   }
   return passed;
 }
 
+// The name's own place, else a free one, else the one that was not needed for the longest time.
+SharedPage::Failure& LoginGuard::slotOf(const std::string& login) {
+  std::uint64_t name = 0;
+  crypto_generichash(reinterpret_cast<unsigned char*>(&name), 16 > sizeof name ? sizeof name : 16,
+                     reinterpret_cast<const unsigned char*>(login.data()), login.size(), nullptr, 0);
+  name |= 1;
+  SharedPage::Failure* oldest = &page_->failures[0];
+  for (auto& slot : page_->failures) {
+    if (slot.name == name) return slot;
+    if (slot.time < oldest->time) oldest = &slot;
+  }
+  oldest->count = 0;
+  oldest->name = name;
+  return *oldest;
+}
+
 std::chrono::milliseconds LoginGuard::begin(const std::string& login) {
   const std::lock_guard lock(mutex_);
   if (failures_.size() >= rememberedNames) failures_.clear();
-  const int counted = failures_[login]++ - freeFailures;
+  int failed = failures_[login]++;
+  if (page_) {
+    auto& slot = slotOf(login);
+    const auto now = static_cast<std::uint64_t>(std::time(nullptr));
+    // Numbers of a damaged page, or of an attack long ago.
+    if (slot.count > 1000 || slot.time > now || now - slot.time > forgottenAfter) slot.count = 0;
+    failed = std::max(failed, static_cast<int>(slot.count++));
+    slot.time = now;
+  }
+  const int counted = failed - freeFailures;
   if (counted <= 0) return std::chrono::milliseconds(0);
   return std::min(longestDelay, firstDelay * (1 << std::min(counted - 1, 10)));
 }

@@ -12,6 +12,8 @@
 #include <string>
 #include <string_view>
 
+#include "engine/store/shared_state.h"
+
 namespace engine {
 
 // The salted slow hash of a password. Error 701 when the memory for it is missing.
@@ -26,6 +28,8 @@ class LoginGuard {
   };
 
   LoginGuard();
+  // Failures are counted where every process on the folder sees them.
+  void shareFailures(SharedPage* page) { page_ = page; }
   explicit LoginGuard(Tools tools);
   ~LoginGuard();
   LoginGuard(const LoginGuard&) = delete;
@@ -38,6 +42,7 @@ class LoginGuard {
  private:
   using Mark = std::array<unsigned char, crypto_generichash_BYTES>;
   Mark mark(const std::string& login, std::string_view password, const std::string& hash) const;
+  SharedPage::Failure& slotOf(const std::string& login);
   // Counts an attempt as failed until it has passed, so that many at a time wait, too. Returns how long
   // the answer is held back.
   std::chrono::milliseconds begin(const std::string& login);
@@ -48,6 +53,7 @@ class LoginGuard {
   mutable std::mutex mutex_;
   std::set<Mark> passed_;
   std::map<std::string, int> failures_;
+  SharedPage* page_ = nullptr;
 };
 
 }  // namespace engine

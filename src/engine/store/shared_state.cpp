@@ -87,7 +87,7 @@ bool LockFile::heldByOthers(std::int64_t offset) const {
 }
 
 SharedState::SharedState(const std::filesystem::path& file) {
-  static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
+  static_assert(std::atomic<std::uint64_t>::is_always_lock_free && sizeof(SharedPage) <= pageSize);
   LockFile opened(file);
   givePage(opened, file);
   void* address = ::mmap(nullptr, pageSize, PROT_READ | PROT_WRITE, MAP_SHARED, opened.descriptor(), 0);

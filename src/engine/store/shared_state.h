@@ -1,8 +1,13 @@
 // What all processes on one data folder share without opening a database: the file server.lck.
 //
-//   bytes 0..39   five 64-bit counters, native byte order, see SharedPage
+//   bytes 0..     64-bit numbers, native byte order, see SharedPage; none is trusted further than that what
+//                 it says is looked up where it can be
 //   byte  64      lock: shared while a statement runs, exclusive while the service stops
 //   byte  65      lock: held by whoever starts or stops the service
+//   byte  66      lock: shared while a record of intent is made, exclusive while somebody ends the commits
+//                 that others left
+//   byte  67      lock: shared while a commit of definitions runs; who gets it alone knows that none does
+//   byte  70..101 locks: one for each session that waits for a database while it holds another
 //   byte  128+n   lock: shared by sessions whose current database has id n; exclusive while database n
 //                 is being made or dropped
 //
@@ -17,12 +22,29 @@ namespace engine {
 
 struct SharedPage {
   std::atomic<std::uint64_t> generation;  // counts starts of the service
-  std::atomic<std::uint64_t> stopped;     // 1: sessions are refused
+  std::atomic<std::uint64_t> stopped;     // stoppedMark: sessions are refused
   // Definition changes whose commit has begun and has ended. Unequal: a commit is under way, or the
   // process that ran it died; then every session looks into the files itself.
   std::atomic<std::uint64_t> changesBegun, changesEnded;
-  std::atomic<std::uint64_t> reserved;
+  // The same for commits over several databases, between their record of intent and its removal.
+  std::atomic<std::uint64_t> intentsBegun, intentsEnded;
+  // Records that wait for a database which could not be opened: looked at when one is.
+  std::atomic<std::uint64_t> intentsPending;
+  // Names that logged in in vain: a hash, how often, and when last (seconds).
+  struct Failure {
+    std::atomic<std::uint64_t> name, count, time;
+  };
+  static constexpr std::size_t failureSlots = 64;
+  Failure failures[failureSlots];
+  // Sessions that hold databases and wait for one more: at most so many numbers, 0 for none.
+  struct Waiting {
+    std::atomic<std::uint64_t> wanted;
+    std::atomic<std::uint64_t> held[7];
+  };
+  static constexpr std::size_t waitingSlots = 32;
+  Waiting waiting[waitingSlots];
 };
+inline constexpr std::uint64_t stoppedMark = 0x5a42444f54505053;  // no stray byte makes it
 
 class LockFile {
  public:
@@ -33,6 +55,11 @@ class LockFile {
 
   static constexpr std::int64_t statementLock = 64;
   static constexpr std::int64_t serviceLock = 65;
+  static constexpr std::int64_t intentLock = 66;
+  static constexpr std::int64_t definitionLock = 67;
+  static std::int64_t waitingLock(std::size_t slot) { return 70 + static_cast<std::int64_t>(slot); }
+  // Who waits for a database's write lock stands here, the next one behind him.
+  static std::int64_t gateLock(std::int64_t id) { return (std::int64_t{1} << 40) + id; }
   static std::int64_t databaseLock(std::int64_t id) { return 128 + id; }
 
   bool tryShared(std::int64_t offset);

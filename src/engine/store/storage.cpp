@@ -10,7 +10,6 @@ namespace engine {
 namespace {
 
 constexpr std::size_t attachLimit = 10;  // SQLite's own, as built
-constexpr int busyMilliseconds = 30000;
 // 8 MB of log before it goes into the data file, which costs three syncs: the tables of a whole company.
 constexpr int checkpointPages = 2000;
 constexpr const char* masterName = "master";
@@ -48,7 +47,6 @@ sqlite3* openHandle(FunctionContext* functions) {
     throw Error(701, "There is insufficient system memory to run this query.", 17);
   }
   sqlite3_extended_result_codes(db, 1);
-  sqlite3_busy_timeout(db, busyMilliseconds);
   sqlite3_wal_autocheckpoint(db, checkpointPages);
   sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
@@ -68,9 +66,12 @@ sqlite3* openHandle(FunctionContext* functions) {
 
 // ---- Impl ----
 
-Store::Impl::Impl(std::shared_ptr<Instance> shared)
-    : instance(std::move(shared)), db(openHandle(&functions)), locks(instance->lockFile()) {
+Store::Impl::Impl(std::shared_ptr<Instance> shared, Store& self)
+    : instance(std::move(shared)), store(self), db(openHandle(&functions)), locks(instance->lockFile()) {
   generation = instance->shared()->generation.load();
+  sqlite3_busy_handler(db, onBusy, this);
+  sqlite3_preupdate_hook(db, onChange, this);
+  sqlite3_commit_hook(db, onCommit, this);
   // For sysprocesses: 1 when this session stands on the database with that id, plus 2 when others do.
   const auto databaseUsers = [](sqlite3_context* context, int, sqlite3_value** values) {
     const auto* self = static_cast<const Impl*>(sqlite3_user_data(context));
@@ -205,6 +206,7 @@ void Store::Impl::tune(Attached& one) {
 }
 
 Attached& Store::Impl::open(const DatabaseEntry& entry) {
+  awaitIntents(store, foldName(entry.name));
   makeRoom();
   auto one = std::make_unique<Attached>();
   one->entry = entry;
@@ -225,7 +227,20 @@ Attached& Store::Impl::open(const DatabaseEntry& entry) {
     }
   }
   try {
+    if (std::exchange(lockFirst, false)) {
+      try {
+        lockForWriting(*one);
+      } catch (const Error& error) {
+        if (isLockError(error)) throw;  // of all others the look into the file tells better
+      }
+    }
     checkAttached(*one, readCompanion(log, entry.name));
+    if (const std::string reason = recovering ? "" : instance->suspect(foldName(entry.name)); !reason.empty())
+      throw Error(
+          926,
+          "Database '" + entry.name +
+              "' cannot be opened. A transaction over several databases could not be recovered: " + reason,
+          14);
     tune(*one);
   } catch (...) {
     one->version.reset();
@@ -294,6 +309,7 @@ void Store::Impl::refresh() {
   auto& page = instance->shared();
   const auto ended = page->changesEnded.load(std::memory_order_acquire);
   const auto begun = page->changesBegun.load(std::memory_order_acquire);
+  if (begun != ended && sqlite3_get_autocommit(db)) healChanges();
   const bool quiet = begun == ended;
   if (quiet && fresh && ended == seenChanges) return;
   if (const auto master = attached.find(masterName);
@@ -308,6 +324,14 @@ void Store::Impl::refresh() {
   if (!sqlite3_get_autocommit(db)) return;
   seenChanges = ended;
   fresh = quiet;
+}
+
+// Counters that a killed process left apart would make everybody look into the files for ever.
+void Store::Impl::healChanges() {
+  auto& page = instance->shared();
+  LockFile lock(instance->lockFile());
+  if (!lock.tryExclusive(LockFile::definitionLock)) return;
+  page->changesEnded.store(page->changesBegun.load());
 }
 
 void Store::Impl::refreshDatabases() {
@@ -345,7 +369,7 @@ void Store::Impl::settleChanges(bool committed) {
 
 // ---- Store ----
 
-Store::Store(std::shared_ptr<Instance> instance) : impl_(std::make_unique<Impl>(std::move(instance))) {
+Store::Store(std::shared_ptr<Instance> instance) : impl_(std::make_unique<Impl>(std::move(instance), *this)) {
   impl_->instance->enroll(*this);
 }
 
@@ -388,6 +412,7 @@ void Store::beginStatement() {
     }
     if (!self.orphans.empty() && sqlite3_get_autocommit(self.db)) self.detachOrphans();
     for (auto& [name, one] : self.attached) self.tune(*one);
+    self.endLeftIntents(*this);
     self.refresh();
   } catch (...) {
     endStatement();
@@ -399,6 +424,7 @@ void Store::endStatement() noexcept {
   Impl& self = *impl_;
   if (!self.inStatement) return;
   self.locks.release(LockFile::statementLock);
+  if (self.depth == 0) self.openGate();
   self.inStatement = false;
   self.busy.unlock();
 }
@@ -468,7 +494,7 @@ void Store::renew(std::string_view name) {
   self.locks.release(LockFile::statementLock);  // or nobody could wait for all statements
   struct Halt {
     Impl& self;
-    explicit Halt(Impl& impl) : self(impl) { self.instance->shared()->stopped.store(1); }
+    explicit Halt(Impl& impl) : self(impl) { self.instance->shared()->stopped.store(stoppedMark); }
     ~Halt() {
       self.instance->shared()->generation.fetch_add(1);
       self.instance->shared()->stopped.store(0);
@@ -530,6 +556,12 @@ void Store::begin() {
   Impl& self = *impl_;
   const int rc = self.control(self.depth == 0 ? "BEGIN" : "SAVEPOINT s" + std::to_string(self.depth));
   if (rc != SQLITE_OK) lite::fail(self.db, rc);
+  if (self.depth == 0) {
+    self.leader.clear();
+    self.followers.clear();
+    self.followersAt.clear();
+  }
+  self.followersAt.push_back(self.followers.size());
   ++self.depth;
 }
 
@@ -541,14 +573,28 @@ void Store::commit() {
     const int rc = self.control("RELEASE s" + std::to_string(self.depth - 1));
     if (rc != SQLITE_OK) lite::fail(self.db, rc);
     --self.depth;
+    self.followersAt.pop_back();
     return;
   }
   auto& page = self.instance->shared();
+  self.refuseOverLeftIntents();
+  const std::unique_ptr<IntentFile> intent = self.declareIntent();
+  // No other transaction may build on it before it is on the disk in every one of its databases.
+  if (intent) self.flushAtOnce(true);
   const bool definitions = self.anyChanged;
-  if (definitions) page->changesBegun.fetch_add(1);
+  if (definitions) {
+    self.locks.waitShared(LockFile::definitionLock);
+    page->changesBegun.fetch_add(1);
+  }
   const int rc = self.control("COMMIT");
+  if (intent) self.flushAtOnce(false);
   const std::uint64_t endedBefore = definitions ? page->changesEnded.fetch_add(1) : self.seenChanges;
-  if (rc != SQLITE_OK) lite::fail(self.db, rc);
+  if (definitions) self.locks.release(LockFile::definitionLock);
+  if (rc != SQLITE_OK) {
+    // One file may have it and another not: the record stays until that is mended.
+    if (intent) intent->keep();
+    lite::fail(self.db, rc);
+  }
   self.depth = 0;
   // What this handle has changed itself it need not look for, unless others changed something meanwhile.
   if (endedBefore == self.seenChanges && definitions && !self.masterChanged()) ++self.seenChanges;
@@ -570,6 +616,8 @@ void Store::rollback() {
   if (self.depth == 0 || noteLoss()) return;
   for (auto& [name, one] : self.attached) one->raised = 0;
   --self.depth;
+  self.followers.resize(std::min(self.followers.size(), self.followersAt.back()));
+  self.followersAt.pop_back();
   const std::string mark = " s" + std::to_string(self.depth);
   const std::string undo =
       self.depth == 0 ? std::string("ROLLBACK") : "ROLLBACK TO" + mark + "; RELEASE" + mark;
@@ -591,16 +639,17 @@ void Store::rollback() {
 }
 
 void Store::writeLock(std::string_view database) {
-  Attached& one = impl_->find(database);
-  if (sqlite3_txn_state(impl_->db, one.alias.c_str()) == SQLITE_TXN_WRITE) return;
-  if (!one.lock)
-    one.lock = std::make_unique<lite::Stmt>(
-        impl_->db, atAlias("UPDATE @.zb_meta SET value=value WHERE key=''", one.alias), true);
-  one.lock->run();
+  Impl& self = *impl_;
+  const auto known = self.attached.find(foldName(database));
+  if (known == self.attached.end() && self.depth > 0) self.lockFirst = true;
+  Attached& one = self.find(database);
+  self.lockFirst = false;
+  self.lockForWriting(one);
 }
 
 void Store::lockDefinitions(std::string_view database) {
   Attached& one = impl_->find(database);
+  impl_->lockForWriting(one);
   if (!one.raise)
     one.raise = std::make_unique<lite::Stmt>(
         impl_->db,

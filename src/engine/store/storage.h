@@ -7,6 +7,8 @@
 
 #include <sqlite3.h>
 
+#include <atomic>
+#include <exception>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -79,6 +81,23 @@ class Store {
   // nothing is open any more, and the answer is true.
   bool noteLoss();
   void writeLock(std::string_view database);
+  // A statement is about to write there: takes its place behind those who wait.
+  void expectWrite(std::string_view database);
+  // The open transaction has written to another database before this one.
+  bool leadsAnother(std::string_view database) const;
+  // SET LOCK_TIMEOUT: how long a write lock is waited for; negative: without limit.
+  void setLockTimeout(std::int64_t milliseconds);
+  // While the flag is set, waits end (3617).
+  void setCancelled(const std::atomic<bool>* flag);
+  // What 1222 really was: 1205 in a circle of waiting sessions, 3617, 17142.
+  std::optional<Error> whyNotWaited();
+  // Completes or undoes the commits over several databases that others have left. Returns the databases
+  // (folded names) of those that somebody's lock keeps from it for now.
+  std::vector<std::string> recoverIntents();
+  // The open transaction notes the rows that it changes in all databases but the first. Of a statement that
+  // failed and left the transaction open, nothing may stay noted.
+  std::size_t changesNoted() const;
+  void forgetChanges(std::size_t count);
 
   // For the definition statements, inside begin() .. commit(): takes the write lock by giving the database
   // its next version, and makes sure of a catalog that nobody has changed since. Then markChanged() says
@@ -107,6 +126,24 @@ class Store {
 
  private:
   std::unique_ptr<Impl> impl_;
+};
+
+// Around one statement of SQLite's: when it fails, what it has changed is not noted.
+class ChangeNote {
+ public:
+  explicit ChangeNote(Store& store)
+      : store_(store), count_(store.changesNoted()), exceptions_(std::uncaught_exceptions()) {}
+  ~ChangeNote() {
+    if (std::uncaught_exceptions() > exceptions_) forget();
+  }
+  ChangeNote(const ChangeNote&) = delete;
+  ChangeNote& operator=(const ChangeNote&) = delete;
+  void forget() const { store_.forgetChanges(count_); }
+
+ private:
+  Store& store_;
+  std::size_t count_;
+  int exceptions_;
 };
 
 // Reserves `count` identity values of the table inside the open transaction and returns the first. Values

@@ -1,12 +1,16 @@
 // The inside of Store.
 #pragma once
 
+#include <atomic>
+#include <chrono>
 #include <mutex>
+#include <set>
 #include <unordered_map>
 
 #include "engine/catalog.h"
 #include "engine/function.h"
 #include "engine/store/instance.h"
+#include "engine/store/intent.h"
 #include "engine/store/shared_state.h"
 #include "engine/store/storage.h"
 
@@ -27,8 +31,14 @@ struct Attached {
   std::unique_ptr<lite::Stmt> version, lock, raise, takeIdentity, readIdentity, beginIdentity, noteIdentity;
 };
 
+// How a wait for a write lock came to its end without the lock.
+enum class WaitEnd : std::uint8_t { None, TimedOut, Deadlock, Cancelled, Stopped };
+
+Error deadlockVictim();  // 1205
+bool isLockError(const Error& error);
+
 struct Store::Impl {
-  explicit Impl(std::shared_ptr<Instance> shared);
+  Impl(std::shared_ptr<Instance> shared, Store& self);
   ~Impl();
 
   Attached& find(std::string_view name);
@@ -48,9 +58,39 @@ struct Store::Impl {
   // BEGIN, COMMIT, SAVEPOINT ...: prepared once, for they run around every change. SQLite's result code.
   int control(const std::string& sql);
   void settleChanges(bool committed);
+
+  // waiting.cpp
+  static int onBusy(void* self, int count);
+  bool goOnWaiting(bool first);
+  void queueFor(const Attached& one);
+  void lockForWriting(Attached& one);
+  void openGate();
+  std::vector<std::uint64_t> heldDatabases() const;
+  void enterWaiting(const std::vector<std::uint64_t>& held);
+  void leaveWaiting();
+  bool isVictim();
+  Error waitError();
+
+  // twin_commit.cpp
+  static void onChange(void* self, sqlite3* db, int operation, const char* database, const char* table,
+                       sqlite3_int64 oldRow, sqlite3_int64 newRow);
+  const Attached* byAlias(std::string_view alias) const;
+  Intent makeIntent();
+  std::unique_ptr<IntentFile> declareIntent();
+  void flushAtOnce(bool set);
+  static int onCommit(void* self);  // not zero: refused
+  bool overLeftIntents() const;
+  void refuseOverLeftIntents() const;
+
+  // intent_recovery.cpp
+  void endLeftIntents(Store& store);
+  void awaitIntents(Store& store, const std::string& name);
+
+  void healChanges();
   bool masterChanged() const;
 
   std::shared_ptr<Instance> instance;
+  Store& store;
   FunctionContext functions;
   sqlite3* db = nullptr;
   std::unordered_map<std::string, sqlite3_stmt*> controls;
@@ -68,6 +108,21 @@ struct Store::Impl {
   bool anyChanged = false;
   std::uint64_t generation = 0, seenChanges = 0, stamp = 1, clock = 0;
   bool fresh = false;  // seenChanges is meaningful
+
+  std::int64_t lockTimeout = -1;                 // milliseconds; negative: without limit
+  const std::atomic<bool>* cancelled = nullptr;  // set from another thread
+  std::int64_t wanted = 0, gate = 0;             // numbers of databases
+  int waitingSlot = -1;
+  WaitEnd waitEnd = WaitEnd::None;
+  std::chrono::steady_clock::time_point waitStart, lastCircle;
+
+  // The database that the open transaction changed first, by its alias, and every row that it has changed
+  // in others; where these stood at each savepoint.
+  std::string leader;
+  std::vector<std::pair<std::string, RowChange>> followers;
+  std::vector<std::size_t> followersAt;
+  bool recovering = false, declaring = false;
+  bool lockFirst = false;  // the database about to be opened: before anything is read there
 };
 
 }  // namespace engine

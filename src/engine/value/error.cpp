@@ -13,7 +13,7 @@ constexpr std::array goesOn = {
     220,  229,  232,  234,  242,  244,  248,   262,   306,   916,   1088,  8197,  15247, 517,   535,
     536,  537,  3623, 512,  515,  544,  545,   547,   550,   911,   1505,  1801,  1802,  1913,  2601,
     2627, 2705, 2714, 2812, 3621, 3701, 3702,  3902,  3903,  4901,  4902,  4922,  4924,  5133,  5170,
-    8101, 8106, 8115, 8134, 8152, 8705, 15007, 15014, 15023, 15025, 15151, 15174, 15410, 50000,
+    1222, 8101, 8106, 8115, 8134, 8152, 8705, 15007, 15014, 15023, 15025, 15151, 15174, 15410, 50000,
 };
 
 constexpr std::string_view mark = "\x01zerr:";
@@ -25,7 +25,7 @@ bool endsBatch(int number) {
 }
 
 bool endsTransaction(int number) {
-  constexpr std::array conversions = {235, 241, 245, 8114};
+  constexpr std::array conversions = {235, 241, 245, 1205, 8114};
   return std::find(conversions.begin(), conversions.end(), number) != conversions.end();
 }
 

@@ -6,6 +6,7 @@
 #include "session/giris.h"
 #include "session/statements.h"
 #include "session/sys_inf.h"
+#include "session/uyarilar.h"
 
 namespace cli {
 
@@ -19,7 +20,7 @@ void loadSupervisor(session::Oturum& o) {
   o.Kullanici_ID = 1;
   o.Supervisor = true;
   o.Kayitlar.open(*o.Baglanti, "SELECT * FROM sysDTYL");
-  o.Veri_Klasoru = o.Kayitlar.field("sysdtyl").trimmed();
+  session::Veri_Klasoru_Belirle(o, o.Kayitlar.field("sysdtyl").trimmed());
   o.Kayitlar.open(*o.Baglanti, "SELECT sysus_nm FROM sysuslng WHERE sysus_ID=1");
   if (!o.Kayitlar.eof()) o.Kullanici_Adi = o.Kayitlar.field("sysus_nm").trimmed();
 }
@@ -49,8 +50,7 @@ bool KomutOturumu::katalogaBagla() {
   try {
     session::Katalog_Bagla(oturum, std::string(session::katalogVeritabani));
     loadSupervisor(oturum);
-    if (const std::string uyari = session::sysInfUyarisi(ortam.dizin); !uyari.empty())
-      ortam.err << "Uyarı: " << uyari << "\n";
+    for (const std::string& uyari : session::Uyarilar(oturum)) ortam.err << "Uyarı: " << uyari << "\n";
     return true;
   } catch (const db::SqlError& error) {
     if (session::katalogEksik(oturum))

@@ -18,6 +18,7 @@ int run(Ortam& ortam, const Degerler&) {
     const bool calisiyordu = yerel->running();
     if (!calisiyordu) yerel->start();
     ortam.out << (calisiyordu ? "Sunucu zaten çalışıyor." : "Sunucu başlatıldı.") << "\n";
+    for (const std::string& uyari : yerel->remarks()) ortam.err << "Uyarı: " << uyari << "\n";
     return tamam;
   } catch (const db::SqlError& error) {
     ortam.err << "Sunucu başlatılamadı: " << hataSatiri(error) << "\n";

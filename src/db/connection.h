@@ -159,6 +159,11 @@ class LocalServer {
   virtual std::vector<TableDigest> copyLive(const std::string& database, const std::filesystem::path& data,
                                             const std::filesystem::path& log,
                                             const std::function<bool(std::int64_t, std::int64_t)>& step) = 0;
+  // What an administrator should know: files open to others, databases that could not be opened or cleaned
+  // up. Empty when all is well. `close` shuts what is open to others first.
+  virtual std::vector<std::string> remarks(bool /*close*/ = false) { return {}; }
+  // Where the server lay when it was made; another folder than folder() when it has been moved.
+  virtual std::filesystem::path recordedFolder() const { return folder(); }
 };
 
 // Makes closed connections for a server name; chosen once, in app/.

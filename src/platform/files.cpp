@@ -129,4 +129,12 @@ bool isOpenToOthers(const fs::path& path) {
 #endif
 }
 
+std::error_code closeToOthers(const fs::path& path) {
+  std::error_code error;
+  const bool folder = fs::is_directory(path, error);
+  fs::permissions(path, folder ? fs::perms::owner_all : fs::perms::owner_read | fs::perms::owner_write,
+                  error);
+  return error;
+}
+
 }  // namespace platform

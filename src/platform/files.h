@@ -20,6 +20,8 @@ std::optional<std::string> readFile(const std::filesystem::path& path, std::size
 
 // Whether anybody but the owner may read or write it.
 bool isOpenToOthers(const std::filesystem::path& path);
+// Rights 0700 for a folder, 0600 for a file.
+std::error_code closeToOthers(const std::filesystem::path& path);
 
 // The file or folder that stands where `path` points, the case of ASCII letters in its last part ignored:
 // that is how servers know the files of their databases.

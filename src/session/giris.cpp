@@ -5,6 +5,7 @@
 #include "session/metin.h"
 #include "session/statements.h"
 #include "session/sys_inf.h"
+#include "session/uyarilar.h"
 
 namespace session {
 
@@ -34,7 +35,7 @@ GirisSonucu wrongPassword(Oturum& oturum) {
 
 GirisSonucu checkUser(Oturum& oturum) {
   Sorgu_Ac_Mesajli(oturum, oturum.Kayitlar, "SELECT * FROM sysDTYL");
-  oturum.Veri_Klasoru = oturum.Kayitlar.field("sysdtyl").trimmed();
+  Veri_Klasoru_Belirle(oturum, oturum.Kayitlar.field("sysdtyl").trimmed());
   Sorgu_Ac_Mesajli(oturum, oturum.Kayitlar,
                    "SELECT * FROM sysuslng WHERE sysus_nm='" + db::escape(oturum.Kullanici_Adi) + "'");
   return Giris_Kontrol(oturum);
@@ -111,8 +112,7 @@ GirisSonucu Giris_Kontrol(Oturum& oturum) {
   oturum.Supervisor = id.trimmed() == "1";
   oturum.Kullanici_ID = static_cast<int>(id.integer());
   if (row.field("sysus").trimmed() != oturum.Kullanici_Sifre_Sifreli) return wrongPassword(oturum);
-  if (const std::string uyari = sysInfUyarisi(oturum.platform->programFolder()); !uyari.empty())
-    oturum.kutular->message(uyari, Icon::Warning);
+  for (const std::string& uyari : Uyarilar(oturum)) oturum.kutular->message(uyari, Icon::Warning);
   GirisSonucu sonuc;
   sonuc.adim = GirisSonucu::Adim::KonsolTam;
   return sonuc;

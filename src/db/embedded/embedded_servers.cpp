@@ -66,10 +66,25 @@ class EmbeddedService : public LocalServer {
       throw fromEngine(error, true);
     }
   }
+  std::vector<std::string> remarks(bool close) override {
+    std::vector<std::string> found;
+    const auto server = servers_->at(folder_);
+    if (close) server->closeExposed();
+    if (const auto open = server->exposed(); !open.empty())
+      found.push_back(open.front().string() +
+                      (open.size() > 1 ? " ve " + std::to_string(open.size() - 1) + " dosya daha" : "") +
+                      " başkalarına açık; içlerinde şifreler var. Kapatmak için: zembera-cli denetle --onar");
+    for (const auto& left : server->leftOvers())
+      found.push_back("\"" + left.name + "\" veritabanının bir kısmı onarılamadı: " + left.error.what());
+    for (const auto& bad : damaged_)
+      found.push_back("\"" + bad.name + "\" veritabanı açılamadı: " + bad.error.what());
+    return found;
+  }
+  std::filesystem::path recordedFolder() const override { return servers_->at(folder_)->recordedFolder(); }
   void start() override {
     try {
       const auto server = servers_->at(folder_);
-      if (server->serviceState() == engine::ServiceState::Stopped) server->start();
+      if (server->serviceState() == engine::ServiceState::Stopped) damaged_ = server->start();
     } catch (const engine::Error& error) {
       throw fromEngine(error, true);
     }
@@ -97,6 +112,7 @@ class EmbeddedService : public LocalServer {
  private:
   std::shared_ptr<EmbeddedServers> servers_;
   std::filesystem::path folder_;
+  std::vector<engine::DamagedDatabase> damaged_;  // at the last start
 };
 
 }  // namespace

@@ -1,19 +1,25 @@
 #include "cli/komut.h"
 #include "cli/oturum_ac.h"
+#include "platform/files.h"
 #include "session/statements.h"
+#include "session/sys_inf.h"
+#include "session/uyarilar.h"
 
 namespace cli {
 
 namespace {
 
-constexpr std::array<Secenek, 2> options = {
+constexpr std::array<Secenek, 3> options = {
     {{"--ad", "Denetlenecek veritabanı; verilmezse hepsi", false, Secenek::Tur::Metin, "AD"},
      {"--yenile", "Önce veri dosyasını yeniler: güncel biçim, her sayfada sağlama toplamı", false,
+      Secenek::Tur::Bayrak, ""},
+     {"--onar", "Başkalarına açık veri klasörünü, dosyalarını ve sys.inf'i kapatır", false,
       Secenek::Tur::Bayrak, ""}}};
 
 constexpr std::string_view more =
     "Her sayfayı sağlama toplamıyla, her dizini tablosuyla, her satırı tipleriyle karşılaştırır ve bozuk\n"
-    "olanları yazar. Bulgu yoksa çıkış kodu 0, varsa 1'dir. --yenile sırasında sunucu kısa bir süre durur.";
+    "olanları yazar. Bulgu yoksa çıkış kodu 0, varsa 1'dir. --yenile sırasında sunucu kısa bir süre durur.\n"
+    "Başkalarına açık olan klasör ve dosyalar uyarı olarak yazılır; --onar onları önce kapatır.";
 
 class Iletiler : public db::BatchSink {
  public:
@@ -54,6 +60,15 @@ bool denetle(KomutOturumu& komut, const std::string& ad, bool yenile) {
   }
 }
 
+void kapat(KomutOturumu& komut) {
+  const auto sysInf = session::sysInfYolu(komut.ortam.dizin);
+  if (platform::isOpenToOthers(sysInf)) {
+    if (const auto error = platform::closeToOthers(sysInf))
+      komut.ortam.err << sysInf.string() << ": " << error.message() << "\n";
+  }
+  if (const auto yerel = komut.surucu->local(komut.oturum.Server_Adi)) yerel->remarks(true);
+}
+
 int run(Ortam& ortam, const Degerler& values) {
   KomutOturumu komut(ortam);
   if (!komut.sunucuyuOku()) return reddedildi;
@@ -63,6 +78,8 @@ int run(Ortam& ortam, const Degerler& values) {
     ortam.err << hataSatiri(error) << "\n";
     return reddedildi;
   }
+  if (values.var("onar")) kapat(komut);
+  for (const std::string& uyari : session::Uyarilar(komut.oturum)) ortam.err << "Uyarı: " << uyari << "\n";
   bool whole = true;
   for (const std::string& ad : adlar(komut, values))
     whole = denetle(komut, ad, values.var("yenile")) && whole;

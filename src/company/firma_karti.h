@@ -18,6 +18,7 @@ struct FirmaKarti {
   bool StandartHesapPlani = false;
   std::string Hata_Metni;        // first fault of the card, empty without one
   std::string_view Hatali_Alan;  // the column whose text is at fault
+  bool Vazgecildi = false;       // the creation was given up; nothing of it stands
 };
 
 // How the screen stands after it was opened.
@@ -45,11 +46,15 @@ enum class OlusturSonucu : std::uint8_t {
   AdVar,      // the server knows a database of that name; nothing was written, Son_Hata holds the card's text
   DosyaVar,   // a file of that name lies in the data folder; likewise
   Basarisiz,  // the server failed; boxes have told how, and what stands
+  Vazgecildi,  // the user gave it up; everything was taken back
 };
 
 // Makes the database and its catalog rows (Yeni_Kayit), or writes the card of the company Secili_ID.
 // Hedef_Firma_Adi holds the trimmed Firma_Adi. A failure leaves its text in Son_Hata.
 OlusturSonucu Firma_Olustur(session::Oturum& oturum, const FirmaKarti& kart);
+// Takes the company Hedef_Firma_Adi back that was just made, database and rows: Vazgecildi, or Basarisiz
+// when something of it stays, which a box has told.
+OlusturSonucu Olusturmadan_Vazgec(session::Oturum& oturum);
 
 // What happens to a chart that was asked for with a name that is taken: the card asks whether it goes into
 // the company that stands, the shell leaves that company alone.
@@ -58,7 +63,7 @@ enum class AdVarken : std::uint8_t { Sor, Yazma };
 // KaydetBtn. True when the form is to be unloaded and the console's list refreshed; the card's own faults
 // are shown in a box and keep it open, and so does a failure of the server: what was typed is not lost. A
 // name that is taken and a file in the way do not keep it open: their text is left in Son_Hata, which is
-// empty when all went well.
+// empty when all went well. A creation that the user gives up keeps it open, too.
 bool Kaydet(session::Oturum& oturum, FirmaKarti& kart, AdVarken adVarken = AdVarken::Sor);
 
 // The successor of the greatest company code, "00001" without any.

@@ -200,6 +200,12 @@ void yoneticiyeVer(Oturum& oturum) {
                             rights::varsayilanSatir(rights::VarsayilanTur::YeniFirma, id, "1", ad, sifre));
 }
 
+// Leaves no transaction open on a connection that is used again.
+void islemiGeriAl(Oturum& oturum) {
+  oturum.Kayitlar.close();
+  session::Sorgu_Ac(oturum, oturum.Kayitlar, "IF @@TRANCOUNT>0 ROLLBACK TRAN");
+}
+
 // A database that no list shows could be deleted by nobody.
 void veritabaniniGeriAl(Oturum& oturum) {
   oturum.Kayitlar.close();
@@ -239,6 +245,7 @@ Liste listeyeYaz(Oturum& oturum, const FirmaKarti& kart, bool yaratildi) {
       return Liste::Bizim;
     }
   } catch (const db::SqlError& hata) {
+    islemiGeriAl(oturum);
     if (yaratildi) {
       veritabaniniGeriAl(oturum);
     }
@@ -246,6 +253,18 @@ Liste listeyeYaz(Oturum& oturum, const FirmaKarti& kart, bool yaratildi) {
     return Liste::Yazilamadi;
   }
   return satirBizim(oturum) ? Liste::Bizim : Liste::Baskasinin;
+}
+
+// The company's rows, all or none.
+void satirlariSil(Oturum& oturum) {
+  session::Katalog_Bagla(oturum, katalog);
+  const auto satir = session::Firma_Bul(oturum, oturum.Hedef_Firma_Adi);
+  if (!satir) {
+    return;
+  }
+  oturum.Baglanti->execute("BEGIN TRAN");
+  eskiSatiriSil(oturum, satir->id);
+  oturum.Baglanti->execute("COMMIT TRAN");
 }
 
 // False when it broke off; statements that were refused have shown their boxes.
@@ -263,17 +282,17 @@ bool sahibineVer(Oturum& oturum) {
   return true;
 }
 
-bool semayiYaz(Oturum& oturum) {
+SemaYazimi semayiYaz(Oturum& oturum) {
   try {
     session::Katalog_Bagla(oturum, oturum.Hedef_Firma_Adi);
     if (oturum.Katalog_Kurulumu) {
       catalog::Katalog_Olustur(oturum);
-      return true;
+      return SemaYazimi::Tamam;
     }
     return Firma_Tablolari_Olustur(oturum);
   } catch (const db::SqlError& hata) {
     hatayiGoster(oturum, hata);
-    return false;
+    return SemaYazimi::Kesildi;
   }
 }
 
@@ -325,7 +344,15 @@ OlusturSonucu tanitVeDoldur(Oturum& oturum, const FirmaKarti& kart, Yaratma yara
   if (yaratma == Yaratma::Reddedildi) {
     return OlusturSonucu::Basarisiz;
   }
-  return semayiYaz(oturum) ? OlusturSonucu::Tamam : yarimKaldi(oturum, yaridaKaldi(oturum));
+  switch (semayiYaz(oturum)) {
+    case SemaYazimi::Tamam:
+      return OlusturSonucu::Tamam;
+    case SemaYazimi::Vazgecildi:
+      return Olusturmadan_Vazgec(oturum);
+    case SemaYazimi::Kesildi:
+      break;
+  }
+  return yarimKaldi(oturum, yaridaKaldi(oturum));
 }
 
 OlusturSonucu yeniFirmaOlustur(Oturum& oturum, const FirmaKarti& kart) {
@@ -342,6 +369,9 @@ OlusturSonucu yeniFirmaOlustur(Oturum& oturum, const FirmaKarti& kart) {
   }
   if (!dosyaYok(oturum)) {
     return OlusturSonucu::DosyaVar;
+  }
+  if (oturum.ilerleme->cancelled()) {
+    return OlusturSonucu::Vazgecildi;
   }
   const Yaratma yaratma = veritabaniniYarat(oturum);
   return yaratma == Yaratma::AdAlinmis ? adVar(oturum, yeniAdVar) : tanitVeDoldur(oturum, kart, yaratma);
@@ -368,6 +398,22 @@ OlusturSonucu firmayiDegistir(Oturum& oturum, const FirmaKarti& kart) {
 }
 
 }  // namespace
+
+// The database first, as a deletion does it: rows without it can still be deleted from the list. A database
+// that was found empty goes, too: filled in part it could be taken up by nobody.
+OlusturSonucu Olusturmadan_Vazgec(Oturum& oturum) {
+  oturum.Kayitlar.close();
+  try {
+    session::Katalog_Bagla(oturum, "master");
+    oturum.Baglanti->execute("DROP DATABASE " + oturum.Hedef_Firma_Adi);
+    satirlariSil(oturum);
+    return OlusturSonucu::Vazgecildi;
+  } catch (const db::SqlError& hata) {
+    islemiGeriAl(oturum);
+    hatayiGoster(oturum, hata);
+    return yarimKaldi(oturum, yaridaKaldi(oturum));
+  }
+}
 
 OlusturSonucu Firma_Olustur(Oturum& oturum, const FirmaKarti& kart) {
   try {

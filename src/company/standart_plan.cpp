@@ -77,6 +77,15 @@ std::string dosyalariOku(const Oturum& oturum, Dosyalar& dosyalar) {
 
 // Raised when a statement was refused whose box has been shown already.
 struct Gosterildi {};
+// Raised when the user has given it up.
+struct Vazgecildi {};
+
+void ilerle(Oturum& oturum) {
+  oturum.ilerleme->pump();
+  if (oturum.ilerleme->cancelled()) {
+    throw Vazgecildi{};
+  }
+}
 
 void ac(Oturum& oturum, const std::string& sql) {
   if (session::Komut_Calistir(oturum, oturum.Kayitlar, sql) != 0) {
@@ -117,7 +126,7 @@ void hesaplariYaz(Oturum& oturum, const std::string& veritabani, const std::vect
     }
     oturum.Kayitlar.updateBatch();
     oturum.ilerleme->step(++done, total);
-    oturum.ilerleme->pump();
+    ilerle(oturum);
   }
 }
 
@@ -139,6 +148,7 @@ void maliTabloYaz(Oturum& oturum, const std::string& veritabani, const MaliTablo
       oturum.Kayitlar.set(kolonlar[i], satir[i]);
     }
     oturum.Kayitlar.updateBatch();
+    ilerle(oturum);
   }
 }
 
@@ -162,15 +172,18 @@ void geriAl(Oturum& oturum) {
 
 }  // namespace
 
-bool Standart_Plan_Yukle(Oturum& oturum, const std::string& veritabani) {
+PlanSonucu Standart_Plan_Yukle(Oturum& oturum, const std::string& veritabani) {
   Dosyalar dosyalar;
   if (const std::string hata = dosyalariOku(oturum, dosyalar); !hata.empty()) {
     oturum.kutular->message(hata);
-    return false;
+    return PlanSonucu::Yuklenemedi;
   }
   try {
     yaz(oturum, veritabani, dosyalar);
-    return true;
+    return PlanSonucu::Yuklendi;
+  } catch (const Vazgecildi&) {
+    geriAl(oturum);
+    return PlanSonucu::Vazgecildi;
   } catch (const db::SqlError& hata) {
     oturum.kutular->message(hata.what(), session::Icon::Stop);
   } catch (const Gosterildi&) {
@@ -182,7 +195,7 @@ bool Standart_Plan_Yukle(Oturum& oturum, const std::string& veritabani) {
       "Hesap "
       "Planını Oluştur\" kutusunu işaretleyerek kaydediniz.",
       session::Icon::Stop);
-  return false;
+  return PlanSonucu::Yuklenemedi;
 }
 
 }  // namespace company

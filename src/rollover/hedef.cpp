@@ -81,7 +81,9 @@ void semayiKur(Oturum& o, const std::string& ad) {
   session::Katalog_Bagla(o, ad);
   o.Baglanti->execute("CREATE TABLE " + std::string(yarimIsareti) + " (ID INT NULL)");
   o.Son_Hata.clear();
-  if (!company::Firma_Tablolari_Olustur(o) || !o.Son_Hata.empty())
+  const company::SemaYazimi yazim = company::Firma_Tablolari_Olustur(o);
+  if (yazim == company::SemaYazimi::Vazgecildi) throw DevirIptal{};
+  if (yazim != company::SemaYazimi::Tamam || !o.Son_Hata.empty())
     throw DevirKesildi("Firma tabloları oluşturulamadı: " + o.Son_Hata);
   const auto guncelleme = company::upgrade::Veritabani_Guncelle(o, ad);
   if (!guncelleme.tamamlandi) throw DevirKesildi("Firma güncellenemedi: " + guncelleme.hata);
@@ -96,6 +98,10 @@ std::string Firmayi_Olustur(Oturum& o, const DevirGirdisi& girdi) {
   o.Baglanti4->execute(catalog::createDatabaseStatement(ad, o.Veri_Klasoru));
   try {
     semayiKur(o, ad);
+  } catch (const DevirIptal&) {
+    firmayiKaldir(o, ad);
+    session::Katalog_Bagla(o, std::string(catalog::catalogDatabase));
+    throw;
   } catch (const std::exception& e) {
     hata = e.what();
   }

@@ -54,8 +54,12 @@ class Kosu {
   void calistir() {
     katalogda(o_);
     if (yeni_) {
-      s_.hata = Firmayi_Olustur(o_, b_.g);
-      if (!s_.hata.empty()) return;
+      try {
+        s_.hata = Firmayi_Olustur(o_, b_.g);
+      } catch (const DevirIptal&) {
+        s_.iptal = true;
+      }
+      if (s_.iptal || !s_.hata.empty()) return;
     }
     try {
       if (baglantilar() && parametreler()) islem();

@@ -133,7 +133,7 @@ class StandartPlan : public testing::Test {
 };
 
 TEST_F(StandartPlan, WritesChartAndTemplates) {
-  EXPECT_TRUE(company::Standart_Plan_Yukle(s.oturum, "F"));
+  EXPECT_EQ(company::Standart_Plan_Yukle(s.oturum, "F"), company::PlanSonucu::Yuklendi);
   EXPECT_TRUE(s.boxes.shown.empty()) << s.boxes.last();
   EXPECT_TRUE(sent("VALUES (1,'000','Bilanço Tablosu')"));
   EXPECT_TRUE(sent("VALUES (2,'000','Kar Zarar Tablosu')"));
@@ -142,14 +142,14 @@ TEST_F(StandartPlan, WritesChartAndTemplates) {
 
 TEST_F(StandartPlan, MissingTemplateWritesNothing) {
   fs::remove(folder / "Muhasebe Parametre" / "KARZARAR.txt");
-  EXPECT_FALSE(company::Standart_Plan_Yukle(s.oturum, "F"));
+  EXPECT_EQ(company::Standart_Plan_Yukle(s.oturum, "F"), company::PlanSonucu::Yuklenemedi);
   EXPECT_EQ(s.boxes.shown.size(), 1u);
   EXPECT_TRUE(s.server.statements.empty());
 }
 
 TEST_F(StandartPlan, MissingChartIsToldInItsWords) {
   fs::remove(folder / "Muhasebe Parametre" / "StandartPlan.txt");
-  EXPECT_FALSE(company::Standart_Plan_Yukle(s.oturum, "F"));
+  EXPECT_EQ(company::Standart_Plan_Yukle(s.oturum, "F"), company::PlanSonucu::Yuklenemedi);
   EXPECT_EQ(s.boxes.last(),
             "Standart Hesap Planı aratmak İstediniz Fakat Parmetre Dosyasını Bulamıyorum.Lütfen " +
                 folder.string() +
@@ -159,7 +159,7 @@ TEST_F(StandartPlan, MissingChartIsToldInItsWords) {
 TEST_F(StandartPlan, RefusedRowTakesAllBack) {
   s.server.fail("INSERT INTO F.dbo.MUHASEBEMALITABLOKART",
                 db::SqlError(db::ErrorKind::StatementRefused, 2627, "duplicate"));
-  EXPECT_FALSE(company::Standart_Plan_Yukle(s.oturum, "F"));
+  EXPECT_EQ(company::Standart_Plan_Yukle(s.oturum, "F"), company::PlanSonucu::Yuklenemedi);
   ASSERT_EQ(s.boxes.shown.size(), 2U);
   EXPECT_EQ(s.boxes.shown[0].text, "duplicate");
   EXPECT_TRUE(s.boxes.shown[1].text.starts_with("Standart hesap planı yüklenemedi."));

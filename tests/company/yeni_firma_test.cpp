@@ -3,6 +3,8 @@
 #include <stdlib.h>
 
 #include <filesystem>
+#include <regex>
+#include <set>
 
 #include "catalog/sunucu_hazirla.h"
 #include "company/firma_karti.h"
@@ -52,6 +54,27 @@ class YeniFirma : public testing::Test {
     kart.Bit_Tar = "31/12/2012";
     kart.StandartHesapPlani = plan;
     return company::Kaydet(s.oturum, kart);
+  }
+  // Rows joined by newlines, values by '|'.
+  std::string rows(const std::string& database, const std::string& sql) {
+    session::Katalog_Bagla(s.oturum, database);
+    const auto found = s.oturum.Baglanti->query(sql);
+    std::string out;
+    for (std::int64_t r = 0; found && r < found->count(); ++r, out += '\n')
+      for (std::size_t c = 0; c < found->fields().size(); ++c)
+        out += found->fields()[c].name + "=" + found->value(r, static_cast<int>(c)).text() + "|";
+    return out;
+  }
+  // All that the catalog holds but the users, the server's databases, the files of its folder.
+  std::string ayaktaKalan() {
+    std::string out = rows("master", "SELECT name FROM sysdatabases ORDER BY name");
+    for (const char* table : {"sysfrmlng", "sysusfrmlng", "Kullanici", "Kullanici_Menu"})
+      out += rows("Defination_DB", std::string("SELECT * FROM ") + table);
+    session::Katalog_Bagla(s.oturum, "master");
+    std::set<std::string> files;
+    for (const auto& entry : fs::directory_iterator(folder / "veri")) files.insert(entry.path().filename());
+    for (const std::string& file : files) out += file + "\n";
+    return out;
   }
   // First value of the first row.
   std::string text(const std::string& sql) {
@@ -114,6 +137,55 @@ TEST_F(YeniFirma, ChartIsLoadedWhole) {
   EXPECT_EQ(text("SELECT AnaHesaptir FROM MUHKART WHERE MHesap_Kod='100'"), "1");
   EXPECT_EQ(text("SELECT COUNT(*) FROM MUHASEBEMALITABLOKART"), "2");
   EXPECT_NE(text("SELECT COUNT(*) FROM MUHASEBEMALITABLOHAREKET"), "0");
+}
+
+TEST_F(YeniFirma, ACreationThatIsGivenUpLeavesNothing) {
+  hazirla();
+  ASSERT_TRUE(firmaYarat("KOMSU2012", true));
+  const int asked = s.progress.asked;
+  const std::string before = ayaktaKalan();
+  // Before the database, before the first table, in the schema, at its end, in the chart, at the last row.
+  for (const int at : {0, 1, 90, 230, 300, asked - 1}) {
+    s.progress.asked = 0;
+    s.progress.cancelAt = at;
+    EXPECT_FALSE(firmaYarat("YENI2012", true)) << at;
+    EXPECT_EQ(ayaktaKalan(), before) << at;
+    noBoxes();
+  }
+  s.progress.cancelAt = -1;
+  ASSERT_TRUE(firmaYarat("YENI2012", true));
+  EXPECT_EQ(rows("YENI2012", "SELECT * FROM MUHKART"), rows("KOMSU2012", "SELECT * FROM MUHKART"));
+}
+
+// What a broken creation leaves in the list is nobody's: the new company has the rows of any new company.
+TEST_F(YeniFirma, ARowThatWasLeftBehindIsWrittenAnew) {
+  hazirla();
+  ASSERT_TRUE(firmaYarat("ORNEK2012"));
+  const auto company = [&](const std::string& id) {
+    std::string out;
+    for (const char* table : {"sysfrmlng WHERE sysfrm_ID=", "sysusfrmlng WHERE sysfrm_ID=",
+                              "Kullanici WHERE Firma_ID=", "Kullanici_Menu WHERE Firma_ID="})
+      out += rows("Defination_DB", std::string("SELECT * FROM ") + table + id);
+    for (const std::string& key : {"sysfrm_ID=" + id + "|", "Firma_ID=" + id + "|"})
+      for (auto at = out.find(key); at != std::string::npos; at = out.find(key)) out.erase(at, key.size());
+    return std::regex_replace(out, std::regex("\nID=[0-9]+"), "");
+  };
+  const std::string fresh = company("1");
+  EXPECT_NE(fresh.find("Kullanici_Ad=KORVENA"), std::string::npos);
+  s.oturum.Baglanti->execute(
+      "INSERT INTO sysuslng (sysus_nm,sysus_lgn) VALUES ('ALI','ALI')\n"
+      "INSERT INTO sysusfrmlng (sysfrm_ID,sysus_ID) VALUES (1,2)\n"
+      "INSERT INTO Kullanici (Firma_ID,Kullanici_ID,Kullanici_Ad,KHE) VALUES (1,2,'ALI','1')\n"
+      "INSERT INTO Kullanici_Menu (Kullanici_ID,Firma_ID,Menu) VALUES (2,1,'M')\n"
+      "UPDATE Kullanici SET KHE='0',Def_Kasa_ID=9 WHERE Kullanici_ID=1\n"
+      "UPDATE sysfrmlng SET Adres='Eski Yol',Tel1='555',DefKDV=8,MuafGun=30,TransferFirma='X',PuanVar=1");
+  s.oturum.Yeni_Kayit = false;
+  session::Katalog_Bagla(s.oturum, "master");
+  s.oturum.Baglanti->execute("DROP DATABASE ORNEK2012");
+  ASSERT_TRUE(firmaYarat("ORNEK2012"));
+  noBoxes();
+  EXPECT_EQ(company("2"), fresh);
+  EXPECT_EQ(company("1"), "");
 }
 
 TEST_F(YeniFirma, NameIsTakenOnce) {

@@ -65,7 +65,9 @@ class FakeProgress : public session::Progress {
     ++pumped;
     if (onPump) onPump();
   }
+  bool cancelled() override { return asked++ == cancelAt; }
 
+  int asked = 0, cancelAt = -1;  // Vazgeç is pressed before the question of that number, from 0
   std::vector<std::string> texts;
   std::vector<std::pair<std::int64_t, std::int64_t>> steps, wholes;
   int pumped = 0;

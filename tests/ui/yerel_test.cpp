@@ -1,10 +1,14 @@
 // The screens on the embedded server: from a fresh machine to a company made and deleted, by keys alone.
+#include <QDir>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QTreeWidget>
+#include <atomic>
+#include <chrono>
+#include <thread>
 
 #include "catalog/sunucu_hazirla.h"
 #include "db/drivers.h"
@@ -12,6 +16,7 @@
 #include "session/ui/giris_frm.h"
 #include "session/ui/sunucu_hazirlama.h"
 #include "session/ui/zembera_menu.h"
+#include "support/izleyen_surucu.h"
 
 namespace {
 
@@ -21,7 +26,7 @@ class YerelSunucu : public testing::Test, protected support::FakeSurroundings {
  protected:
   void SetUp() override {
     platform.folder = folder.path().toStdString();
-    surucu_ = db::makeConnectionFactory(platform.folder);
+    surucu_ = std::make_unique<support::IzleyenSurucu>(db::makeConnectionFactory(platform.folder));
     oturum.surucu = surucu_.get();
     oturum.Server_Adi = "(yerel)";
     surucu_->local(oturum.Server_Adi)->create("sa", "Sql-123");
@@ -57,7 +62,7 @@ class YerelSunucu : public testing::Test, protected support::FakeSurroundings {
     type(find<QLineEdit>(konsol, "Sehir"), "Iğdır'ın içi");
   }
   QTemporaryDir folder;
-  std::unique_ptr<db::ConnectionFactory> surucu_;
+  std::unique_ptr<support::IzleyenSurucu> surucu_;
 };
 
 TEST_F(YerelSunucu, FromFreshMachineToCompanyAndBack) {
@@ -94,6 +99,56 @@ TEST_F(YerelSunucu, FromFreshMachineToCompanyAndBack) {
   key(Qt::Key_Delete);
   EXPECT_EQ(boxes.shown.size(), 1U);
   EXPECT_EQ(tree->topLevelItem(0)->childCount(), 0);
+}
+
+// The server stands still in the schema until Vazgeç has been clicked.
+TEST_F(YerelSunucu, ACreationIsGivenUpByAClick) {
+  logIn();
+  session_ui::ZemberaMenu konsol(oturum);
+  screen::show(konsol);
+  auto* tree = find<QTreeWidget>(konsol, "AlanTreeList");
+  const auto stands = [&] {
+    std::string out;
+    for (const auto& [database, sql] :
+         {std::pair{"master", "SELECT name FROM sysdatabases"},
+          {"Defination_DB", "SELECT sysfrm_dbnm FROM sysfrmlng"},
+          {"Defination_DB", "SELECT Firma_ID FROM Kullanici UNION ALL SELECT sysfrm_ID FROM sysusfrmlng"}}) {
+      const auto connection = surucu_->make(oturum.Server_Adi);
+      connection->open({oturum.Server_Adi, oturum.SQL_Login, oturum.SQL_Sifre, database, false});
+      const auto rows = connection->query(sql);
+      for (std::int64_t r = 0; r < rows->count(); ++r) out += rows->value(r, 0).trimmed() + "|";
+    }
+    for (const QString& file : QDir(folder.filePath("veri")).entryList()) out += file.toStdString() + "|";
+    return out;
+  };
+  const std::string before = stands();
+  key(Qt::Key_Insert);
+  typeCard(konsol, "MAGAZA2012", "Mağaza");
+  std::atomic<bool> clicked{false};
+  surucu_->izleme.once = [&](std::size_t) {
+    if (!surucu_->izleme.deyimler.back().starts_with("CREATE TABLE STOKKART")) return;
+    for (int i = 0; i < 2000 && !clicked; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  };
+  QTimer clicker;
+  QObject::connect(&clicker, &QTimer::timeout, &konsol, [&] {
+    auto* button = konsol.findChild<QPushButton*>("IsVazgecBtn");
+    if (button == nullptr || !button->isVisible() || clicked) return;
+    QTest::mouseClick(button, Qt::LeftButton);
+    clicked = true;
+  });
+  clicker.start(20);
+  QTest::mouseClick(find<QPushButton>(konsol, "KaydetBtn"), Qt::LeftButton);
+  EXPECT_TRUE(clicked);
+  surucu_->izleme.once = {};
+  EXPECT_EQ(boxes.texts(), std::vector<std::string>{});
+  EXPECT_EQ(stands(), before);
+  EXPECT_TRUE(find<QLineEdit>(konsol, "Firma_Adi")->isVisible()) << "the card stays open";
+  EXPECT_EQ(find<QLineEdit>(konsol, "Firma_Unvani")->text(), "Mağaza");
+  EXPECT_EQ(find<QLabel>(konsol, "DurumBbg_2")->text(), "Firma oluşturmaktan vazgeçildi");
+  EXPECT_EQ(tree->topLevelItem(0)->childCount(), 0);
+  // What was typed is saved as it stands.
+  QTest::mouseClick(find<QPushButton>(konsol, "KaydetBtn"), Qt::LeftButton);
+  EXPECT_EQ(tree->topLevelItem(0)->childCount(), 1);
 }
 
 }  // namespace

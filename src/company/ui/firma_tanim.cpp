@@ -206,7 +206,13 @@ void FirmaTanim::kaydet() {
   company::FirmaKarti kart = oku();
   bool bitti = false;
   const QString baslik = oturum_.Yeni_Kayit ? "Firma oluşturuluyor" : "Firma kartı yazılıyor";
-  if (!isYap(oturum_, {baslik}, [&] { bitti = company::Kaydet(oturum_, kart); })) return;
+  // A card's own row is written too soon for anybody to give it up.
+  const auto vazgec = oturum_.Yeni_Kayit || kart.StandartHesapPlani ? ui::Vazgec::Var : ui::Vazgec::Yok;
+  // A company that stood already when Vazgeç was pressed is there.
+  if (ui::uzunIs(this, oturum_, {baslik, vazgec}, [&] { bitti = company::Kaydet(oturum_, kart); }) ==
+      ui::IsSonucu::Reddedildi)
+    return;
+  if (kart.Vazgecildi) return konsol_.Durum_Yaz("Firma oluşturmaktan vazgeçildi");
   if (!bitti) {
     hataliAlanaGit(kart.Hatali_Alan);
     listeEski_ = listeEski_ || kart.Hata_Metni.empty();

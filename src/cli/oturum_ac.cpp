@@ -4,6 +4,7 @@
 
 #include "maintenance/bakim.h"
 #include "session/giris.h"
+#include "session/metin.h"
 #include "session/statements.h"
 #include "session/sys_inf.h"
 #include "session/uyarilar.h"
@@ -38,7 +39,7 @@ KomutOturumu::KomutOturumu(Ortam& o)
 
 bool KomutOturumu::sunucuyuOku() {
   session::sysInfYukle(oturum);
-  if (!oturum.Server_Adi.empty()) return true;
+  if (!session::Trim(oturum.Server_Adi).empty()) return true;
   ortam.err << session::sysInfEksigi(ortam.dizin) << " Önce 'zembera-cli kur' komutunu çalıştırın.\n";
   return false;
 }
@@ -53,7 +54,7 @@ bool KomutOturumu::katalogaBagla() {
     for (const std::string& uyari : session::Uyarilar(oturum)) ortam.err << "Uyarı: " << uyari << "\n";
     return true;
   } catch (const db::SqlError& error) {
-    if (session::katalogEksik(oturum))
+    if (session::katalogEksik(oturum, error))
       ortam.err << "Sunucuda Defination_DB yok. Önce 'zembera-cli kur' komutunu çalıştırın.\n";
     else
       ortam.err << "Kataloğa bağlanılamadı: " << baglantiHatasi(error) << "\n";

@@ -44,6 +44,9 @@ std::vector<Yigin> yiginlaraBol(std::string_view script) {
   Yigin current;
   const auto finish = [&](int count) {
     current.tekrar = count;
+    // The line end before GO belongs to GO: a view's text is kept as it was written.
+    for (const char end : {'\n', '\r'})
+      if (current.metin.ends_with(end)) current.metin.pop_back();
     if (!stripped(current.metin).empty()) batches.push_back(current);
     current.metin.clear();
   };

@@ -13,7 +13,7 @@ struct Yigin {
 };
 
 // Cuts at each line that holds GO alone, in any case, with an optional count ("GO 3") that repeats the
-// batch before it. Batches of nothing but white space are left out.
+// batch before it; the line end before it is its own. Batches of nothing but white space are left out.
 std::vector<Yigin> yiginlaraBol(std::string_view script);
 
 // The first line of a batch that holds anything.

@@ -31,10 +31,27 @@ bool allAsWanted(Oturum& oturum) {
   });
 }
 
+// Asked before a question whose answer could not be kept: it would come back at each start.
+bool canBeWritten(Oturum& oturum) {
+  constexpr std::string_view key = "Software\\Korvena\\Zembera", value = "YazmaSinamasi";
+  const std::string other = Kayit_Oku(oturum, kokKullanici, key, value) == "1" ? "0" : "1";
+  Kayit_Yaz(oturum, kokKullanici, key, value, other);
+  return Kayit_Oku(oturum, kokKullanici, key, value) == other;
+}
+
 void useWanted(Oturum& oturum) {
   oturum.Ondalik_Ayrac = settings[0].wanted;
   oturum.Binlik_Ayrac = settings[1].wanted;
   oturum.Son_Hata.clear();
+}
+
+BolgeselSonuc goOnWithout(Oturum& oturum) {
+  oturum.kutular->message(
+      "Bölgesel ayarlar yazılamadı; program bu oturumda gereken ayarlarla sürdürülecek.\n"
+      "Ayar dosyasının yazma iznini denetleyiniz.",
+      Icon::Warning);
+  useWanted(oturum);
+  return BolgeselSonuc::Tamam;
 }
 
 }  // namespace
@@ -63,20 +80,14 @@ BolgeselSonuc BolgeselAyarlariAyarla(Oturum& oturum) {
   oturum.Binlik_Ayrac = Kayit_Oku(oturum, kokKullanici, regionalKey, settings[1].value);
   if (oturum.Son_Hata.empty()) return BolgeselSonuc::Tamam;
 
+  if (!canBeWritten(oturum)) return goOnWithout(oturum);
   const bool agreed = oturum.kutular->ask(
       "Programın Çalışabilmesi için Sistemin Ayarlanması Gerekiyor.\n"
       "Eğer Onaylarsanız Bu ayarlar Yapılacaktır.\n"
       "Onaylıyormusunuz ?");
   if (!agreed) return BolgeselSonuc::ProgramBitsin;
   writeWanted(oturum);
-  if (!allAsWanted(oturum)) {
-    oturum.kutular->message(
-        "Bölgesel ayarlar yazılamadı; program bu oturumda gereken ayarlarla sürdürülecek.\n"
-        "Ayar dosyasının yazma iznini denetleyiniz.",
-        Icon::Warning);
-    useWanted(oturum);
-    return BolgeselSonuc::Tamam;
-  }
+  if (!allAsWanted(oturum)) return goOnWithout(oturum);
   oturum.kutular->message("Sistem Ayarlanız Tamamlandı.Bilgisayarınızın Yeniden Başlatılması Gerekiyor",
                           Icon::Information);
   oturum.platform->restart();

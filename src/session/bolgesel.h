@@ -22,8 +22,8 @@ enum class BolgeselSonuc : std::uint8_t {
   ProgramBitsin,  // the user refused, or a restart has been asked for: the program ends at once
 };
 // Separators and date form of the workstation; fills Ondalik_Ayrac and Binlik_Ayrac. A fresh account gets
-// the wanted values without a question; where they cannot be written, this run goes on with them all the
-// same.
+// the wanted values without a question; where they cannot be written, this is said and the run goes on
+// with them.
 BolgeselSonuc BolgeselAyarlariAyarla(Oturum& oturum);
 
 }  // namespace session

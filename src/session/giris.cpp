@@ -42,9 +42,7 @@ GirisSonucu checkUser(Oturum& oturum) {
 }
 
 GirisSonucu connectionFailed(Oturum& oturum, const db::SqlError& error) {
-  // Only a server that says so is asked once more.
-  const bool olabilir = error.serverNumber() == veritabaniYok || oturum.Ilk_Baglanti_Hatasi == veritabaniYok;
-  if (!olabilir || !katalogEksik(oturum)) return Giris_Basarisiz(oturum, error.number(), error.what());
+  if (!katalogEksik(oturum, error)) return Giris_Basarisiz(oturum, error.number(), error.what());
   GirisSonucu sonuc;
   sonuc.adim = GirisSonucu::Adim::KatalogYok;
   sonuc.hataNo = error.number();
@@ -116,6 +114,11 @@ GirisSonucu Giris_Kontrol(Oturum& oturum) {
   GirisSonucu sonuc;
   sonuc.adim = GirisSonucu::Adim::KonsolTam;
   return sonuc;
+}
+
+bool katalogEksik(Oturum& oturum, const db::SqlError& error) {
+  return (error.serverNumber() == veritabaniYok || oturum.Ilk_Baglanti_Hatasi == veritabaniYok) &&
+         katalogEksik(oturum);
 }
 
 bool katalogEksik(Oturum& oturum) {

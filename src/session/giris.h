@@ -46,5 +46,7 @@ GirisSonucu Giris_Kontrol(Oturum& oturum);
 
 // The server of the session answers and knows its login, but has no catalog database.
 bool katalogEksik(Oturum& oturum);
+// The same behind a failed connection to the catalog: only a server that has said so (4060) is asked again.
+bool katalogEksik(Oturum& oturum, const db::SqlError& error);
 
 }  // namespace session

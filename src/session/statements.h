@@ -1,7 +1,7 @@
-// Connection and statement routines: the traffic of the procedures passes here. Besides them only
-// Baglanti->execute and Baglanti->query are used, where a failure must reach the caller as an exception
-// (steps of one transaction, look-ups whose failure is no message), and a recordset that is opened for
-// writing.
+// Connection and statement routines: the traffic of the procedures passes here. Besides them only execute and
+// query of the session's connections are used, where a failure must be an exception (steps of one
+// transaction, look-ups), a recordset that is opened for writing, and connections of their own where the
+// session's must not be moved: a server that is only tried, the console's panel.
 #pragma once
 
 #include <cstdint>

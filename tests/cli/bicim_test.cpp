@@ -26,10 +26,11 @@ TEST(Yiginlar, SplitsAtGoLines) {
   };
   const Case cases[] = {
       {"SELECT 1", {{"SELECT 1", 1}}},
-      {"SELECT 1\nGO\nSELECT 2\ngo\n", {{"SELECT 1\n", 1}, {"SELECT 2\n", 1}}},
-      {"A\r\n  Go \r\nB", {{"A\r\n", 1}, {"B", 1}}},
-      {"A\nGO 3\nB\nGO\t2", {{"A\n", 3}, {"B\n", 2}}},
-      {"A\nGO 0\nB", {{"A\n", 0}, {"B", 1}}},
+      {"SELECT 1\nGO\nSELECT 2\ngo\n", {{"SELECT 1", 1}, {"SELECT 2", 1}}},
+      {"A\r\n  Go \r\nB", {{"A", 1}, {"B", 1}}},
+      {"A\n\n\nGO", {{"A\n\n", 1}}},
+      {"A\nGO 3\nB\nGO\t2", {{"A", 3}, {"B", 2}}},
+      {"A\nGO 0\nB", {{"A", 0}, {"B", 1}}},
       {"GOTO x\nGO5\nGO x\nGO;\n-- GO\nSELECT 'GO'", {{"GOTO x\nGO5\nGO x\nGO;\n-- GO\nSELECT 'GO'", 1}}},
       {"GO\n \nGO\n\t\n", {}},
       {"", {}},

@@ -46,8 +46,8 @@ const std::pair<std::string, const char*> kisaltmalar[] = {
 
 // What a save sends, shows and leaves, as one text: each statement behind its database, rows without their
 // columns, of a run of statements on the company the first and the last.
-std::string oyku(KartSunucusu& s, FirmaKarti kart) {
-  const bool kapat = company::Kaydet(s.oturum, kart);
+std::string oyku(KartSunucusu& s, FirmaKarti kart, company::AdVarken adVarken) {
+  const bool kapat = company::Kaydet(s.oturum, kart, adVarken);
   std::string out;
   for (const auto& log : s.server.connectionLogs) {
     int inARow = 0;
@@ -89,6 +89,7 @@ TEST(FirmaKarti, EverySaveTellsItsStory) {
     const char* name;
     std::function<void(KartSunucusu&, FirmaKarti&)> once;
     const char* oyku;
+    company::AdVarken adVarken = company::AdVarken::Sor;
   } cases[] = {
       {"all goes well", [](auto&, auto&) {},
        R"((known?) (created) (found in the list) (row) (its user) (schema) closed on master)"},
@@ -124,6 +125,14 @@ closed on master: Bu İsimle Bir Firma Zaten Var.)"},
        R"((known?) (found in the list) (empty?) ? "ORNEK2012" adında bir firma zaten var; yeni firma oluşturulmadı.
 Standart hesap planı var olan bu firmaya yüklensin mi?
 closed on master: Bu İsimle Bir Firma Zaten Var.)"},
+      {"name is known, chart asked for in a shell",
+       [](auto& s, auto& k) {
+         s.bilinen();
+         s.plan();
+         k.StandartHesapPlani = true;
+       },
+       R"((known?) (found in the list) (empty?) closed on master: Bu İsimle Bir Firma Zaten Var.)",
+       company::AdVarken::Yazma},
       {"a database without a row, not wanted",
        [](auto& s, auto&) {
          s.sahipsiz();
@@ -404,7 +413,7 @@ closed on master)"},
     KartSunucusu s;
     FirmaKarti kart = gecerliKart();
     c.once(s, kart);
-    EXPECT_EQ(oyku(s, kart), c.oyku) << c.name;
+    EXPECT_EQ(oyku(s, kart, c.adVarken), c.oyku) << c.name;
   }
 }
 

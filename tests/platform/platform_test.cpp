@@ -1,6 +1,11 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 
@@ -8,6 +13,7 @@
 #include "platform/files.h"
 #include "platform/folders.h"
 #include "platform/registry.h"
+#include "platform/terminal.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -86,6 +92,57 @@ TEST_F(PlatformTest, RegistryOutlivesADamagedFile) {
   EXPECT_EQ(platform::registryRead("HKEY_CURRENT_USER", "K", "v"), "1");
   ASSERT_FALSE(platform::registryWrite("HKEY_CURRENT_USER", "K", "w", "2"));
   EXPECT_EQ(platform::registryRead("HKEY_CURRENT_USER", "K", "v"), "1");
+}
+
+// A folder in its place is as unreadable as a file without rights is to anyone but root.
+TEST_F(PlatformTest, ARegistryThatCannotBeReadIsNotWrittenAnew) {
+  fs::create_directories(platform::registryFile() / "dolu");
+  EXPECT_EQ(platform::registryRead("HKEY_CURRENT_USER", "K", "v"), "");
+  EXPECT_TRUE(platform::registryHasKey("HKEY_CURRENT_USER", "K")) << "no fresh account";
+  EXPECT_EQ(platform::registryWrite("HKEY_CURRENT_USER", "K", "v", "1"), std::errc::permission_denied);
+  EXPECT_TRUE(fs::exists(platform::registryFile() / "dolu"));
+}
+
+// What is left of a prompt that ended: the terminal as it was, whatever ended it.
+TEST_F(PlatformTest, AHiddenPromptGivesTheTerminalItsEchoBack) {
+  for (const int ending : {0, SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+    const int master = ::posix_openpt(O_RDWR | O_NOCTTY);
+    ASSERT_TRUE(master >= 0 && ::grantpt(master) == 0 && ::unlockpt(master) == 0);
+    const int terminal = ::open(::ptsname(master), O_RDWR | O_NOCTTY);
+    const auto echoes = [&] {
+      termios mode{};
+      return ::tcgetattr(terminal, &mode) == 0 && (mode.c_lflag & ECHO) != 0;
+    };
+    ASSERT_TRUE(echoes());
+    int ready[2];
+    ASSERT_EQ(::pipe(ready), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+      ::dup2(terminal, STDIN_FILENO);
+      {
+        const platform::HiddenInput hidden;
+        if (::write(ready[1], "r", 1) != 1) ::_exit(2);
+        char byte;
+        if (ending == 0 && ::read(STDIN_FILENO, &byte, 1) != 1) ::_exit(3);
+        if (ending != 0) ::pause();
+      }
+      ::_exit(0);
+    }
+    char byte;
+    ASSERT_EQ(::read(ready[0], &byte, 1), 1);
+    EXPECT_FALSE(echoes());
+    if (ending == 0) {
+      ASSERT_EQ(::write(master, "x\n", 2), 2);
+    } else {
+      ::kill(child, ending);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    EXPECT_TRUE(ending == 0 ? WIFEXITED(status) : WIFSIGNALED(status) && WTERMSIG(status) == ending)
+        << ending;
+    EXPECT_TRUE(echoes()) << ending;
+    for (const int end : {master, terminal, ready[0], ready[1]}) ::close(end);
+  }
 }
 
 TEST(Folders, BackslashSeparatesFolders) {

@@ -30,10 +30,20 @@ struct Silent : session::Boxes, session::Progress {
     std::fprintf(stderr, "%s\n", text.c_str());
   }
   bool ask(const std::string&, session::Icon, std::string_view) override { return true; }
-  void text(const std::string&) override {}
+  // The processor's time of each step, at the beginning of the next.
+  void text(const std::string& text) override {
+    const double now = bench::processorSeconds();
+    if (!step_.empty()) std::printf("  %6.2f s  %s\n", now - since_, step_.c_str());
+    step_ = text;
+    since_ = now;
+  }
   void step(std::int64_t, std::int64_t) override {}
   void whole(std::int64_t, std::int64_t) override {}
   void pump() override {}
+
+ private:
+  std::string step_;
+  double since_ = 0;
 };
 
 // Of one piece of work, by the clock and by the processor.

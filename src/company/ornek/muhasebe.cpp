@@ -4,7 +4,9 @@
 #include <cmath>
 #include <functional>
 #include <memory>
+#include <set>
 #include <span>
+#include <tuple>
 #include <utility>
 
 #include "company/ornek/adimlar.h"
@@ -204,17 +206,32 @@ std::vector<FisSatiri> satirlari(const Toplamlar& toplamlar) {
   return out;
 }
 
-// Each document is tied to the slip that holds it.
-void baglantilariYaz(Baglam& b, const Kural& kural, const FisTuru& tur) {
-  if (kural.numara == nullptr) return;
-  const An an = b.donem.an(b.donem.gunler - 1, 20 * birSaat);
-  b.y.topluEkle(
-      "INSERT INTO MUHASEBEBAGLANTI (MFis_ID,Entegre_ID,Entegre_Islem_Tipi,Modul_No,YR_Kullanici,"
-      "YR_Tarih,YR_Saat,Deg_Kullanici,Deg_Tarih,Deg_Saat) SELECT DISTINCT f.Fis_ID,d." +
-      std::string(kural.numara) + ",d.Islem_Tipi," + std::to_string(kural.modul) + "," + an.izDegerleri +
-      " FROM MUHFISKART f," + kural.kaynak + " AND d.Islem_Tipi='" + kural.tip + "'" +
-      " AND f.Tarih=d.Tarih AND f.Islem_Tipi='" + tur.tip + "'");
-}
+// Each document is tied to the slip that holds it. Kinds that lie in one table and come into slips of one
+// kind are tied together: the table is read once for all of them.
+class Baglantilar {
+ public:
+  void ekle(const Kural& kural, const FisTuru& tur) {
+    if (kural.numara != nullptr)
+      turler_[{kural.kaynak, kural.numara, kural.modul, tur.tip}].insert(kural.tip);
+  }
+  void yaz(Baglam& b) const {
+    const An an = b.donem.an(b.donem.gunler - 1, 20 * birSaat);
+    for (const auto& [yer, tipler] : turler_) {
+      const auto& [kaynak, numara, modul, fisTipi] = yer;
+      std::string liste;
+      for (const std::string& tip : tipler) liste += (liste.empty() ? "'" : ",'") + tip + "'";
+      b.y.topluEkle(
+          "INSERT INTO MUHASEBEBAGLANTI (MFis_ID,Entegre_ID,Entegre_Islem_Tipi,Modul_No,YR_Kullanici,"
+          "YR_Tarih,YR_Saat,Deg_Kullanici,Deg_Tarih,Deg_Saat) SELECT DISTINCT f.Fis_ID,d." +
+          numara + ",d.Islem_Tipi," + std::to_string(modul) + "," + an.izDegerleri + " FROM MUHFISKART f," +
+          kaynak + " AND d.Islem_Tipi IN (" + liste + ") AND f.Tarih=d.Tarih AND f.Islem_Tipi='" + fisTipi +
+          "'");
+    }
+  }
+
+ private:
+  std::map<std::tuple<std::string, std::string, int, std::string>, std::set<std::string>> turler_;
+};
 
 void acilisFisi(Baglam& b, SatirDeposu& depo, GunlukToplamlar& gunluk) {
   constexpr std::int64_t demirbas = 2'500'000;
@@ -229,7 +246,9 @@ void acilisFisi(Baglam& b, SatirDeposu& depo, GunlukToplamlar& gunluk) {
   fisYaz(b, depo,
          {acilisTuru.tip, b.fisNo(acilisTuru.sayac), acilisTuru.aciklama, acilisTuru.siraTipi, 1,
           b.donem.an(0, acilisSaati), satirlari(toplamlar)});
-  for (const Kural& kural : acilisKurallari()) baglantilariYaz(b, kural, acilisTuru);
+  Baglantilar baglantilar;
+  for (const Kural& kural : acilisKurallari()) baglantilar.ekle(kural, acilisTuru);
+  baglantilar.yaz(b);
 }
 
 }  // namespace
@@ -260,7 +279,9 @@ void muhasebeYaz(Baglam& b) {
     b.ilerle(gun, b.donem.gunler);
   }
   depo.bosalt();
-  for (const Kural& kural : kurallar()) baglantilariYaz(b, kural, turu(kural));
+  Baglantilar baglantilar;
+  for (const Kural& kural : kurallar()) baglantilar.ekle(kural, turu(kural));
+  baglantilar.yaz(b);
 }
 
 }  // namespace company::ornek

@@ -82,6 +82,8 @@ const Komut& kasiyerGosterKomutu();
 const Komut& kasiyerYazKomutu();
 const Komut& yedekleKomutu();
 const Komut& yedekListeleKomutu();
+const Komut& yedekDenetleKomutu();
+const Komut& yedekZamanlaKomutu();
 const Komut& geriAlKomutu();
 const Komut& tasiKomutu();
 const Komut& servisKomutu();

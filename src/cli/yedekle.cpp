@@ -1,8 +1,12 @@
+#include <charconv>
 #include <cstdio>
 
+#include "catalog/katalog.h"
 #include "cli/bakim_ortak.h"
 #include "cli/komut.h"
-#include "maintenance/yedek.h"
+#include "maintenance/servis.h"
+#include "maintenance/yedek_denetim.h"
+#include "maintenance/yedek_saklama.h"
 #include "session/firma_bul.h"
 
 namespace cli {
@@ -11,9 +15,15 @@ namespace {
 
 using Tur = Secenek::Tur;
 
-constexpr std::array<Secenek, 3> options = {
-    {{"--ad", "Yedeklenecek firmanın veritabanı adı", true, Tur::Metin, "AD"},
-     {"--hedef", "Yedek klasörünün açılacağı klasör", false, Tur::Metin, "KLASÖR"},
+constexpr std::array<Secenek, 7> options = {
+    {{"--ad", "Yedeklenecek firmanın veritabanı adı", false, Tur::Metin, "AD"},
+     {"--hepsi", "Bütün firmaları ve kataloğu yedekler; her biri için bir satır yazar", false, Tur::Bayrak,
+      ""},
+     {"--hedef", "Yedek klasörlerinin açılacağı klasör", false, Tur::Metin, "KLASÖR"},
+     {"--canli", "Sunucuyu durdurmadan, herkes çalışırken alır (yerel sunucu)", false, Tur::Bayrak, ""},
+     {"--sakla", "--hepsi ile: son GÜN günden eskileri seyreltir (haftada bir, sonra ayda bir kalır)", false,
+      Tur::Metin, "GÜN"},
+     {"--denetimsiz", "Alınan yedeği denetlemez", false, Tur::Bayrak, ""},
      {"--sunucu-dosyasi", "Başka makinedeki sunucuda, o makinenin diskinde yazılacak dosya", false,
       Tur::Metin, "YOL"}}};
 
@@ -25,24 +35,80 @@ std::string saniye(double sure) {
   return sonuc;
 }
 
+struct Is {
+  std::filesystem::path hedef;
+  bool canli = false, denetle = true;
+};
+
+maintenance::YedekSonucu al(KomutOturumu& komut, const Is& is, const std::string& ad) {
+  auto sonuc = is.canli ? maintenance::Canli_Yedekle(komut.oturum, ad, is.hedef)
+                        : maintenance::Yedekle(komut.oturum, ad, is.hedef);
+  komut.ilerleme.bitir();
+  if (!sonuc.tamam) return sonuc;
+  if (!is.canli) komut.ortam.err << "Sunucu " << saniye(sonuc.kesinti) << " saniye kapalı kaldı.\n";
+  if (!is.denetle || !komut.surucu->local(komut.oturum.Server_Adi)) return sonuc;
+  const auto denetim = maintenance::Yedek_Denetle(komut.oturum, sonuc.klasor);
+  komut.ilerleme.bitir();
+  for (const auto& satir : denetim.satirlar)
+    if (satir.durum == maintenance::DenetimSatiri::Durum::Kusur) {
+      komut.ortam.err << satir.konu << ": " << satir.aciklama << "\n";
+      if (sonuc.hata.empty()) sonuc.hata = "Denetimden geçmedi: " + satir.aciklama;
+    }
+  if (sonuc.hata.empty())
+    komut.ortam.err << "Yedek denetlendi: " << denetim.tablo << " tablo, " << denetim.satir << " satır.\n";
+  return sonuc;
+}
+
+// One line a company, for the mail of a timer.
+int hepsiniAl(KomutOturumu& komut, const Is& is, int sakla) {
+  std::vector<std::string> adlar = maintenance::firmaAdlari(komut.oturum);
+  adlar.emplace_back(catalog::catalogDatabase);
+  bool hepsiTamam = adlar.size() > 1 || komut.oturum.Son_Hata.empty();
+  for (const std::string& ad : adlar) {
+    const auto sonuc = al(komut, is, ad);
+    std::string hata = sonuc.hata;
+    if (hata.empty() && sakla > 0) hata = maintenance::Yedekleri_Seyrelt(komut.oturum, is.hedef, ad, sakla);
+    for (char& c : hata)
+      if (c == '\n') c = ' ';
+    komut.ortam.out << ad << "\t" << (hata.empty() ? "tamam" : "HATA") << "\t"
+                    << (hata.empty() ? sonuc.klasor.string() : hata) << "\n";
+    hepsiTamam = hepsiTamam && hata.empty();
+  }
+  return hepsiTamam ? tamam : reddedildi;
+}
+
+int yanlis(Ortam& ortam, const char* metin) {
+  ortam.err << metin << "\n";
+  return yanlisKullanim;
+}
+
 int run(Ortam& ortam, const Degerler& values) {
-  if (values.var("hedef") == values.var("sunucu-dosyasi")) {
-    ortam.err << "--hedef ya da --sunucu-dosyasi, ikisinden biri verilmeli.\n";
-    return yanlisKullanim;
+  if (values.var("ad") == values.var("hepsi"))
+    return yanlis(ortam, "--ad ya da --hepsi, ikisinden biri verilmeli.");
+  if (values.var("hedef") == values.var("sunucu-dosyasi"))
+    return yanlis(ortam, "--hedef ya da --sunucu-dosyasi, ikisinden biri verilmeli.");
+  if (values.var("hepsi") && values.var("sunucu-dosyasi"))
+    return yanlis(ortam, "--hepsi ile --sunucu-dosyasi birlikte verilmez.");
+  int sakla = 0;
+  if (values.var("sakla")) {
+    const std::string metin = values.metin("sakla");
+    const auto [son, hata] = std::from_chars(metin.data(), metin.data() + metin.size(), sakla);
+    if (hata != std::errc() || son != metin.data() + metin.size() || sakla < 1 || !values.var("hepsi"))
+      return yanlis(ortam, "--sakla, --hepsi ile ve en az 1 gün olarak verilir.");
   }
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
+  const Is is{tamYol(values.metin("hedef")), values.var("canli"), !values.var("denetimsiz")};
+  if (values.var("hepsi")) return hepsiniAl(komut, is, sakla);
   const std::string ad = firmaBul(komut, values.metin("ad"));
   if (ad.empty()) return reddedildi;
   if (values.var("sunucu-dosyasi"))
     return maintenance::Sunucuda_Yedekle(komut.oturum, ad, values.metin("sunucu-dosyasi")) ? tamam
                                                                                            : reddedildi;
-  const auto sonuc = maintenance::Yedekle(komut.oturum, ad, tamYol(values.metin("hedef")));
-  komut.ilerleme.bitir();
+  const auto sonuc = al(komut, is, ad);
   if (!sonuc.tamam) return reddedildi;
-  ortam.err << "Sunucu " << saniye(sonuc.kesinti) << " saniye kapalı kaldı.\n";
   ortam.out << sonuc.klasor.string() << "\n";
-  return tamam;
+  return sonuc.hata.empty() ? tamam : reddedildi;
 }
 
 }  // namespace
@@ -56,8 +122,11 @@ std::string firmaBul(KomutOturumu& komut, const std::string& ad) {
 
 const Komut& yedekleKomutu() {
   static const Komut command{
-      "yedekle", "Bir firmanın iki dosyasını yeni bir klasöre yedekler",
-      "Dosyalar kopyalanırken sunucu durur, sonra her durumda yeniden başlar. Son satır, açılan klasördür.",
+      "yedekle", "Bir firmanın ya da hepsinin iki dosyasını yeni bir klasöre yedekler ve yedeği denetler",
+      "Dosyalar kopyalanırken sunucu durur, sonra her durumda yeniden başlar; --canli ile hiç durmaz. Son "
+      "satır, açılan klasördür. --hepsi her firma için \"AD TAB tamam|HATA TAB klasör|neden\" yazar; biri "
+      "bile olmazsa çıkış kodu 1'dir. --sakla eskileri siler: son GÜN günün hepsi, önceki sekiz haftanın ve "
+      "on iki ayın en yenisi, en son alınan ve denetimden en son geçen kalır.",
       options, run};
   return command;
 }

@@ -6,6 +6,8 @@
 
 #include "maintenance/bakim.h"
 #include "maintenance/servis_kontrol.h"
+#include "maintenance/yedek_kanit.h"
+#include "maintenance/yedek_ortak.h"
 #include "platform/folders.h"
 #include "session/metin.h"
 #include "session/statements.h"
@@ -20,62 +22,6 @@ using session::Icon;
 using session::Oturum;
 
 constexpr std::int64_t yedekAdimi = 48, geriAdimi = 50;
-constexpr std::uintmax_t emniyet = std::uintmax_t{16} << 20;  // room that stays free on the disk
-
-bool red(Oturum& oturum, const std::string& metin) {
-  oturum.ilerleme->text("");
-  oturum.kutular->message(metin, Icon::Stop);
-  return false;
-}
-
-class Cubuk {
- public:
-  Cubuk(Oturum& oturum, std::int64_t ust) : oturum_(oturum), ust_(ust) { oturum_.ilerleme->step(0, ust_); }
-  void yaz(const std::string& metin) {
-    oturum_.ilerleme->text(metin);
-    oturum_.ilerleme->pump();
-  }
-  void adim() {
-    oturum_.ilerleme->step(++deger_, ust_);
-    oturum_.ilerleme->pump();
-  }
-
- private:
-  Oturum& oturum_;
-  std::int64_t ust_, deger_ = 0;
-};
-
-// Where the server keeps the database; false when it knows none of that name.
-bool veriDosyalari(Oturum& oturum, const std::string& firma, VeriDosyalari& dosyalar) {
-  session::Katalog_Bagla(oturum, "master");
-  oturum.Kayitlar.open(*oturum.Baglanti,
-                       "SELECT filename FROM sysdatabases WHERE name='" + db::escape(firma) + "'");
-  if (oturum.Kayitlar.eof()) return false;
-  const std::string yol = oturum.Kayitlar.field("filename").trimmed();
-  oturum.Kayitlar.close();
-  oturum.Baglanti->close();
-  const auto bolum = yol.find_last_of("\\/");
-  dosyalar.dataAdi = yol.substr(bolum == std::string::npos ? 0 : bolum + 1);
-  dosyalar.logAdi = logAdi(dosyalar.dataAdi);
-  dosyalar.data = gercekDosya(platform::hostPath(yol));
-  dosyalar.log = gercekDosya(dosyalar.data.parent_path() / logAdi(dosyalar.data.filename().string()));
-  return true;
-}
-
-std::uintmax_t boyut(const fs::path& dosya) {
-  std::error_code hata;
-  const auto sonuc = fs::file_size(dosya, hata);
-  return hata ? 0 : sonuc;
-}
-
-std::string yerVarMi(const fs::path& klasor, std::uintmax_t gereken) {
-  std::error_code hata;
-  const fs::space_info yer = fs::space(klasor, hata);
-  if (hata || yer.available >= gereken + emniyet) return {};
-  return "Diskte yeterli yer yok: " + klasor.string() + "\nGereken " + std::to_string((gereken >> 20) + 17) +
-         " MB, boş " + std::to_string(yer.available >> 20) + " MB.";
-}
-
 std::string okunurMu(const VeriDosyalari& dosyalar) {
   for (const fs::path& dosya : {dosyalar.data, dosyalar.log}) {
     std::error_code hata;
@@ -103,22 +49,6 @@ std::string kopyala(Oturum& oturum, const Kopya& kopya, const std::string& metin
       kopya.ozet);
   if (hata == std::errc::operation_canceled) return "Vazgeçildi; hiçbir şey değişmedi.";
   return hata ? metin + " yazılamadı (" + kopya.hedef.string() + "): " + hata.message() : std::string();
-}
-
-std::string klasorYap(const fs::path& klasor) {
-  std::error_code hata;
-  if (!fs::create_directory(klasor, hata))
-    return "Klasör oluşturulamadı (" + klasor.string() + "): " + hata.message();
-  fs::permissions(klasor, fs::perms::owner_all, hata);
-  return {};
-}
-
-fs::path bosKlasor(const fs::path& dizin, const std::string& firma, const db::DateTime& gun) {
-  std::string ad = yedekKlasorAdi(firma, gun);
-  int sayac = 0;
-  std::error_code hata;
-  while (fs::exists(fs::symlink_status(dizin / ad, hata))) ad = sonrakiKlasorAdi(ad, sayac);
-  return dizin / ad;
 }
 
 // Steps 6 to 10: everything between the stop and the start.
@@ -187,22 +117,25 @@ fs::path gercekDosya(const fs::path& yol) {
 
 YedekSonucu Yedekle(Oturum& oturum, const std::string& firma, const fs::path& dizin) {
   YedekSonucu sonuc;
+  const auto reddet = [&](const std::string& metin) {
+    red(oturum, sonuc.hata = metin);
+    return sonuc;
+  };
   Cubuk cubuk(oturum, yedekAdimi);
   cubuk.yaz("Yedekleme İçin Gerekli Bilgiler Toplanıyor");
   std::string hata;
   const auto bakim = Bakim::basla(oturum, firma + " yedeği", hata);
-  if (!bakim) return red(oturum, hata), sonuc;
+  if (!bakim) return reddet(hata);
   try {
     if (sunucuYeri(oturum) == SunucuYeri::Uzak)
-      return red(oturum,
-                 "Sunucu başka bir makinede: dosyalarına buradan ulaşılamaz. Yedek, sunucunun kendi "
-                 "yedekleme "
-                 "komutuyla o makinedeki bir klasöre alınır."),
-             sonuc;
+      return reddet(
+          "Sunucu başka bir makinede: dosyalarına buradan ulaşılamaz. Yedek, sunucunun kendi "
+          "yedekleme "
+          "komutuyla o makinedeki bir klasöre alınır.");
     VeriDosyalari dosyalar;
     cubuk.adim();
     if (!veriDosyalari(oturum, firma, dosyalar))
-      return red(oturum, "Bu Firmanın Kaydı Bulanamadı. Lütfen Önce Firmayı Oluşturun."), sonuc;
+      return reddet("Bu Firmanın Kaydı Bulanamadı. Lütfen Önce Firmayı Oluşturun.");
     cubuk.adim();
     hata = okunurMu(dosyalar);
     std::error_code yok;
@@ -212,9 +145,10 @@ YedekSonucu Yedekle(Oturum& oturum, const std::string& firma, const fs::path& di
   } catch (const db::SqlError& neden) {
     hata = neden.what();
   }
-  if (!hata.empty()) return red(oturum, hata), sonuc;
+  if (!hata.empty()) return reddet(hata);
   bakim->bitir();
   sonuc.tamam = true;
+  kanitla(oturum, firma, sonuc, {});
   cubuk.yaz("İşlem Tamamlandı.");
   cubuk.adim();
   oturum.kutular->message("Yedekleme İşlemi Başarı İle Tamamlanmıştır", Icon::Information);

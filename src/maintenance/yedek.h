@@ -36,12 +36,18 @@ std::filesystem::path gercekDosya(const std::filesystem::path& yol);
 
 struct YedekSonucu {
   bool tamam = false;
+  std::string hata;                 // what went wrong, as it was shown
   std::filesystem::path klasor;     // the folder made
   double kesinti = 0;               // seconds that the service was down
   std::string dataOzeti, logOzeti;  // BLAKE2b of both files as they were copied
 };
 // Progress: 48 steps. What went wrong has been shown; then nothing is left behind and the service runs.
 YedekSonucu Yedekle(session::Oturum& oturum, const std::string& firma, const std::filesystem::path& dizin);
+
+// The same without a stop, from the embedded server alone: the company as it is at one moment, while others
+// go on writing.
+YedekSonucu Canli_Yedekle(session::Oturum& oturum, const std::string& firma,
+                          const std::filesystem::path& dizin);
 
 // The company whose files lie in the folder; empty when it holds no backup. File names in the order of the
 // file list.
@@ -73,8 +79,9 @@ struct YedekKaydi {
   std::filesystem::path klasor;
   std::string firma;
   std::uintmax_t boyut = 0;
-  db::DateTime gun;  // of the folder's name
-  int sira = 0;      // its counter
+  db::DateTime gun;   // of the folder's name
+  int sira = 0;       // its counter
+  bool adli = false;  // the folder's name is one that a backup gets
 };
 std::vector<YedekKaydi> yedekleriListele(const std::filesystem::path& dizin);
 

@@ -52,8 +52,8 @@ bool klasorAdi(const std::string& ad, const std::string& firma, YedekKaydi& kayi
     kalan.remove_prefix(static_cast<std::size_t>(son - kalan.data()));
   }
   while (!kalan.empty() && kalan[0] == '_') kalan.remove_prefix(1);
-  std::from_chars(kalan.data(), kalan.data() + kalan.size(), kayit.sira);
-  return true;
+  return std::from_chars(kalan.data(), kalan.data() + kalan.size(), kayit.sira).ptr ==
+         kalan.data() + kalan.size();
 }
 
 }  // namespace
@@ -124,13 +124,14 @@ std::vector<YedekKaydi> yedekleriListele(const fs::path& dizin) {
   std::vector<YedekKaydi> kayitlar;
   std::error_code hata;
   for (fs::directory_iterator it(dizin, hata), son; !hata && it != son; it.increment(hata)) {
-    if (!it->is_directory() || it->path().extension() == ".yarim") continue;
+    if (!it->is_directory() || it->path().extension() == ".yarim" || it->path().extension() == ".silinen")
+      continue;
     YedekKaydi kayit;
     std::string data, log;
     kayit.klasor = it->path();
     kayit.firma = yedekFirmasi(klasorDosyalari(kayit.klasor), data, log);
     if (kayit.firma.empty()) continue;
-    klasorAdi(kayit.klasor.filename().string(), kayit.firma, kayit);
+    kayit.adli = klasorAdi(kayit.klasor.filename().string(), kayit.firma, kayit);
     std::error_code boy;
     for (const std::string& ad : {data, log}) kayit.boyut += fs::file_size(kayit.klasor / ad, boy);
     kayitlar.push_back(std::move(kayit));

@@ -49,7 +49,7 @@ struct Outcome {
 };
 
 // Runs systemctl without a shell and takes what it writes to either stream.
-Outcome systemctl(std::initializer_list<std::string> words) {
+Outcome systemctl(const std::vector<std::string>& words) {
   Outcome outcome;
   int ends[2];
   if (::pipe2(ends, O_CLOEXEC) != 0) {
@@ -61,7 +61,7 @@ Outcome systemctl(std::initializer_list<std::string> words) {
   posix_spawn_file_actions_adddup2(&files, ends[1], STDOUT_FILENO);
   posix_spawn_file_actions_adddup2(&files, ends[1], STDERR_FILENO);
   std::vector<std::string> texts{"systemctl"};
-  texts.insert(texts.end(), words);
+  texts.insert(texts.end(), words.begin(), words.end());
   std::vector<char*> arguments;
   for (std::string& text : texts) arguments.push_back(text.data());
   arguments.push_back(nullptr);
@@ -166,6 +166,20 @@ std::string requestService(const std::string& service, bool start) {
   return outcome.text.empty() ? "systemctl " + std::to_string(outcome.code) : outcome.text;
 }
 
+#endif
+
+#ifdef _WIN32
+std::string userManager(std::initializer_list<std::string>) {
+  return "Bu sistemde kullanıcının zamanlayıcıları yok.";
+}
+#else
+std::string userManager(std::initializer_list<std::string> words) {
+  std::vector<std::string> all{"--user"};
+  all.insert(all.end(), words);
+  const Outcome outcome = systemctl(all);
+  if (outcome.code == 0) return {};
+  return outcome.text.empty() ? "systemctl: " + std::to_string(outcome.code) : outcome.text;
+}
 #endif
 
 }  // namespace platform

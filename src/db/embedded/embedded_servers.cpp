@@ -32,7 +32,7 @@ class EmbeddedCopy : public DatabaseCopy {
   EmbeddedCopy(const std::filesystem::path& data, const std::filesystem::path& log, const std::string& name,
                const std::filesystem::path& scratch)
       : copy_(engine::Server::openCopy(data, log, name, scratch)), name_(name), connection_(nullptr) {
-    connection_.openAt(copy_.server, {"(kopya)", name, copy_.login, copy_.password, false});
+    connection_.openAt(copy_.server, {"(kopya)", copy_.login, copy_.password, name, false});
   }
   Connection& connection() override { return connection_; }
   std::vector<TableDigest> tables() override {

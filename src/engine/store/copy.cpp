@@ -1,5 +1,6 @@
 #include "engine/store/copy.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "engine/catalog.h"
@@ -115,6 +116,7 @@ std::vector<TableDigest> digestTables(sqlite3* db, const std::string& alias) {
   std::vector<TableDigest> out;
   const auto catalog = loadCatalog(db, alias, "");
   for (const auto& [folded, table] : catalog->tables) out.push_back(digest(db, alias, *table));
+  std::ranges::sort(out, {}, &TableDigest::name);
   return out;
 }
 

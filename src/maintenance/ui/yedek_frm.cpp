@@ -3,16 +3,19 @@
 #include <QComboBox>
 #include <QDir>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLocale>
 #include <QMenu>
 #include <QPushButton>
+#include <QTableWidget>
 
 #include "maintenance/servis.h"
 #include "maintenance/servis_kontrol.h"
 #include "maintenance/ui/klasor_secici.h"
 #include "maintenance/yedek.h"
+#include "maintenance/yedek_denetim.h"
 #include "ui/theme.h"
 
 namespace maintenance_ui {
@@ -39,8 +42,10 @@ YedekFrm::YedekFrm(session::Oturum& oturum, ui::ConsolePort&)
       oturum_(oturum),
       klasorler_(new KlasorSecici({"Drive1", "Dir1", "File2"})),
       firma_(new QComboBox),
-      baba_(new QMenu("Dosya", this)) {
+      baba_(new QMenu("Dosya", this)),
+      denetim_(new QTableWidget) {
   setObjectName("YedekFrm");
+  subheading()->setObjectName("AltBaslik");
   firma_->setObjectName("Firma_Combo");
   firma_->setMinimumContentsLength(24);
   auto* etiket = new QLabel("İşlem Yapılacak Firma :");
@@ -66,18 +71,39 @@ YedekFrm::YedekFrm(session::Oturum& oturum, ui::ConsolePort&)
   body()->addLayout(ust);
   body()->addWidget(uyari);
   body()->addWidget(klasorler_, 1);
+  denetimKur();
+  body()->addWidget(denetim_);
   yedekle_ = button("YedekleBtn", "Yedekle", "kaydet", true);
+  canli_ = button("CanliYedekBtn", "Canlı Yedekle", "kaydet");
+  canli_->setToolTip("Sunucuyu durdurmadan, herkes çalışırken yedek alır");
+  denetle_ = button("YedekDenetimiBtn", "Yedek Denetimi", "incele");
+  denetle_->setToolTip("Seçili klasördeki yedeği açıp okur; canlı firmaya dokunmaz");
   geriAl_ = button("Geri_Al", "Geri Al", "yedek");
   auto* cikis = button("CikisBtn", "Çıkış", "cikis");
   shortcut(Qt::Key_F3, cikis);
   shortcut(Qt::Key_Escape, cikis);
   hint()->setText("Sağ tuş: klasör işlemleri    Escape: çıkış");
   menuKur();
-  connect(yedekle_, &QPushButton::clicked, this, &YedekFrm::yedekle);
+  connect(yedekle_, &QPushButton::clicked, this, [this] { yedekle(false); });
+  connect(canli_, &QPushButton::clicked, this, [this] { yedekle(true); });
+  connect(denetle_, &QPushButton::clicked, this, [this] { denetle(klasorler_->klasor()); });
   connect(geriAl_, &QPushButton::clicked, this, &YedekFrm::geriAl);
   connect(cikis, &QPushButton::clicked, this, [this] { kapan(); });
   connect(baslat, &QPushButton::clicked, this, [this] { servis(true); });
   connect(durdur, &QPushButton::clicked, this, [this] { servis(false); });
+}
+
+void YedekFrm::denetimKur() {
+  denetim_->setObjectName("DenetimGrd");
+  denetim_->setAccessibleName("Yedek denetiminin sonucu");
+  denetim_->setColumnCount(3);
+  denetim_->setHorizontalHeaderLabels({"Konu", "Durum", "Açıklama"});
+  denetim_->verticalHeader()->hide();
+  denetim_->horizontalHeader()->setStretchLastSection(true);
+  denetim_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  denetim_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  denetim_->setWordWrap(true);
+  denetim_->setVisible(false);
 }
 
 void YedekFrm::menuKur() {
@@ -104,12 +130,16 @@ void YedekFrm::ac() {
   const bool uzak = maintenance::sunucuYeri(oturum_) == maintenance::SunucuYeri::Uzak;
   findChild<QLabel*>("DurusUyarisi")->setText(uzak ? uzakUyarisi : durusUyarisi);
   klasorler_->setEnabled(!uzak);
+  const bool yerel = maintenance::sunucuYeri(oturum_) == maintenance::SunucuYeri::Yerel;
+  canli_->setEnabled(yerel && firma_->count() > 0);
+  denetle_->setEnabled(yerel);
+  denetim_->setVisible(false);
   if (klasorler_->klasor().empty()) klasorler_->git(ui::utf8(QDir::homePath()));
   klasorler_->yenile();
   firma_->setFocus();
 }
 
-void YedekFrm::yedekle() {
+void YedekFrm::yedekle(bool canli) {
   const std::string firma = ui::utf8(firma_->currentText());
   if (maintenance::sunucuYeri(oturum_) == maintenance::SunucuYeri::Uzak) {
     const std::string yol = uzakYol(this, "Yedekle");
@@ -119,13 +149,47 @@ void YedekFrm::yedekle() {
   }
   const std::filesystem::path dizin = klasorler_->klasor();
   maintenance::YedekSonucu sonuc;
-  isYap(oturum_, {"Yedek alınıyor", ui::Vazgec::Var},
-        [&] { sonuc = maintenance::Yedekle(oturum_, firma, dizin); });
+  isYap(oturum_, {canli ? "Canlı yedek alınıyor" : "Yedek alınıyor", ui::Vazgec::Var}, [&] {
+    sonuc = canli ? maintenance::Canli_Yedekle(oturum_, firma, dizin)
+                  : maintenance::Yedekle(oturum_, firma, dizin);
+  });
   klasorler_->yenile();
   if (!sonuc.tamam) return;
   klasorler_->git(sonuc.klasor);
-  subheading()->setText(ui::text(sonuc.klasor.string()) + " — sunucu " +
-                        QLocale().toString(sonuc.kesinti, 'f', 1) + " saniye kapalı kaldı");
+  subheading()->setText(
+      ui::text(sonuc.klasor.string()) +
+      (canli ? QString(" — sunucu hiç durmadı")
+             : " — sunucu " + QLocale().toString(sonuc.kesinti, 'f', 1) + " saniye kapalı kaldı"));
+  if (denetle_->isEnabled()) denetle(sonuc.klasor);
+}
+
+void YedekFrm::denetle(const std::filesystem::path& klasor) {
+  maintenance::YedekDenetimi sonuc;
+  isYap(oturum_, {"Yedek denetleniyor", ui::Vazgec::Var},
+        [&] { sonuc = maintenance::Yedek_Denetle(oturum_, klasor); });
+  denetim_->setVisible(sonuc.calisti);
+  if (!sonuc.calisti) return;
+  denetim_->setRowCount(static_cast<int>(sonuc.satirlar.size()));
+  constexpr const char* resimler[] = {"tik", "bilgi", "uyari"};
+  for (int i = 0; i < denetim_->rowCount(); ++i) {
+    const auto& satir = sonuc.satirlar[static_cast<std::size_t>(i)];
+    const QString durum = ui::text(std::string(maintenance::durumYazisi(satir.durum)));
+    denetim_->setItem(i, 0, new QTableWidgetItem(ui::text(satir.konu)));
+    denetim_->setItem(i, 1,
+                      new QTableWidgetItem(ui::icon(resimler[static_cast<std::size_t>(satir.durum)]), durum));
+    denetim_->setItem(i, 2, new QTableWidgetItem(ui::text(satir.aciklama)));
+  }
+  denetim_->resizeColumnsToContents();
+  denetim_->horizontalHeader()->setStretchLastSection(true);
+  denetim_->resizeRowsToContents();
+  constexpr int enCokSatir = 6;
+  denetim_->setFixedHeight(denetim_->horizontalHeader()->sizeHint().height() + 2 * denetim_->frameWidth() +
+                           denetim_->rowHeight(0) * std::min(denetim_->rowCount(), enCokSatir) + 4);
+  const QString hukum =
+      ui::text(sonuc.firma) + (sonuc.saglam ? ": yedek sağlam" : ": YEDEK KUSURLU") +
+      (sonuc.onceki ? ", önceki denetim " + ui::text(maintenance::anYaz(*sonuc.onceki)) : QString());
+  const QString once = subheading()->text();
+  subheading()->setText(once.contains("sunucu") ? once + "; " + hukum : hukum);
 }
 
 void YedekFrm::geriAl() {

@@ -6,6 +6,7 @@
 
 class QComboBox;
 class QMenu;
+class QTableWidget;
 
 namespace ui {
 class ConsolePort;
@@ -24,7 +25,10 @@ class YedekFrm : public ui::Kart {
 
  private:
   void menuKur();
-  void yedekle();
+  void denetimKur();
+  void yedekle(bool canli);
+  // Proves the backup in the folder and shows the result.
+  void denetle(const std::filesystem::path& klasor);
   void geriAl();
   void servis(bool baslat);
   void yeniKlasor();
@@ -36,7 +40,8 @@ class YedekFrm : public ui::Kart {
   KlasorSecici* klasorler_;
   QComboBox* firma_;
   QMenu* baba_;
-  QPushButton *yedekle_, *geriAl_;
+  QTableWidget* denetim_;
+  QPushButton *yedekle_, *canli_, *geriAl_, *denetle_;
 };
 
 }  // namespace maintenance_ui

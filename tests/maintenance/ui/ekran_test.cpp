@@ -83,6 +83,36 @@ TEST(YedekFrm, BacksUpAndRestoresTheChosenCompany) {
   EXPECT_EQ(e.kapandi.count(), 1);
 }
 
+TEST(YedekFrm, ProvesABackupMadeWithoutAStop) {
+  Ortam o;
+  o.firma("MAGAZA", "eski");
+  const fs::path hedef = o.klasor / "yedek";
+  fs::create_directory(hedef);
+  Acik<maintenance_ui::YedekFrm> e(o);
+  auto* sonuc = find<QTableWidget>(e.frm, "DenetimGrd");
+  EXPECT_FALSE(sonuc->isVisible());
+  e.frm.klasorler()->git(hedef);
+  e.tikla("CanliYedekBtn");
+  const fs::path klasor = hedef / "MAGAZA_2012_03_14";
+  EXPECT_EQ(e.frm.klasorler()->klasor(), klasor);
+  // A company of one table is none; everything else is as it was copied.
+  const auto satirlar = [&] {
+    std::vector<QString> out;
+    for (int i = 0; i < sonuc->rowCount(); ++i)
+      out.push_back(sonuc->item(i, 0)->text() + "|" + sonuc->item(i, 1)->text());
+    return out;
+  };
+  ASSERT_TRUE(sonuc->isVisible());
+  EXPECT_EQ(satirlar(), (std::vector<QString>{"Dosyalar|Sağlam", "Sayfalar ve dizinler|Sağlam",
+                                              "Şema|Kusurlu", "Tablolar|Sağlam"}));
+  EXPECT_EQ(find<QLabel>(e.frm, "AltBaslik")->text(),
+            QString(klasor.c_str()) + " — sunucu hiç durmadı; MAGAZA: YEDEK KUSURLU");
+  e.frm.klasorler()->git(hedef);
+  e.tikla("YedekDenetimiBtn");
+  EXPECT_EQ(o.s.boxes.last(), "Bu Klasör Geri Alınabilecek Bir Firma Bilgisi İçermiyor.");
+  EXPECT_FALSE(sonuc->isVisible());
+}
+
 TEST(ServerParaFrm, WritesTheLineByKeysAndTriesItBefore) {
   Ortam o;
   std::ofstream(o.klasor / "sys.inf") << "SRV;sa;x;1;\n";

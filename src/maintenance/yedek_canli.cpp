@@ -1,0 +1,93 @@
+// A backup while everybody goes on working: the embedded server copies the company as it is at one moment.
+#include "maintenance/bakim.h"
+#include "maintenance/servis_kontrol.h"
+#include "maintenance/yedek_ortak.h"
+#include "platform/file_copy.h"
+
+namespace maintenance {
+
+namespace {
+
+namespace fs = std::filesystem;
+using session::Icon;
+using session::Oturum;
+
+constexpr std::int64_t canliAdimi = 6;
+constexpr std::string_view vazgecildi = "Vazgeçildi; hiçbir şey değişmedi.";
+
+std::string canliAl(Oturum& oturum, Bakim& bakim, const VeriDosyalari& dosyalar, const fs::path& dizin,
+                    const std::string& firma, Cubuk& cubuk, YedekSonucu& sonuc,
+                    std::vector<db::TableDigest>& tablolar) {
+  const fs::path klasor = bosKlasor(dizin, firma, oturum.saat->now());
+  fs::path yarim = klasor;
+  yarim += ".yarim";
+  if (std::string hata = bakim.gecici(yarim); !hata.empty()) return hata;
+  if (std::string hata = klasorYap(yarim); !hata.empty()) return hata;
+  cubuk.yaz("Canlı Yedek Alınıyor");
+  cubuk.adim();
+  const auto sunucu = oturum.surucu->local(oturum.Server_Adi);
+  bool birakildi = false;
+  try {
+    tablolar = sunucu->copyLive(firma, yarim / dosyalar.dataAdi, yarim / dosyalar.logAdi,
+                                [&](std::int64_t yapilan, std::int64_t hepsi) {
+                                  oturum.ilerleme->whole(yapilan, std::max<std::int64_t>(hepsi, 1));
+                                  oturum.ilerleme->pump();
+                                  birakildi = oturum.ilerleme->cancelled();
+                                  return !birakildi;
+                                });
+  } catch (const db::SqlError& hata) {
+    return birakildi ? std::string(vazgecildi) : hata.what();
+  }
+  cubuk.adim();
+  const std::pair<fs::path, std::string*> ozetler[] = {{yarim / dosyalar.dataAdi, &sonuc.dataOzeti},
+                                                       {yarim / dosyalar.logAdi, &sonuc.logOzeti}};
+  for (const auto& [dosya, ozet] : ozetler)
+    if (const auto hata = platform::digestFile(
+            dosya, [&](std::uintmax_t) { return !oturum.ilerleme->cancelled(); }, *ozet))
+      return hata == std::errc::operation_canceled ? std::string(vazgecildi)
+                                                   : dosya.string() + " okunamadı: " + hata.message();
+  cubuk.adim();
+  if (const auto hata = platform::renameDurably(yarim, klasor))
+    return "Klasör adlandırılamadı (" + klasor.string() + "): " + hata.message();
+  sonuc.klasor = klasor;
+  return {};
+}
+
+}  // namespace
+
+YedekSonucu Canli_Yedekle(Oturum& oturum, const std::string& firma, const fs::path& dizin) {
+  YedekSonucu sonuc;
+  const auto reddet = [&](const std::string& metin) {
+    red(oturum, sonuc.hata = metin);
+    return sonuc;
+  };
+  Cubuk cubuk(oturum, canliAdimi);
+  cubuk.yaz("Yedekleme İçin Gerekli Bilgiler Toplanıyor");
+  if (sunucuYeri(oturum) != SunucuYeri::Yerel) return reddet("Canlı yedek yalnız yerel sunucuda alınır.");
+  std::string hata;
+  const auto bakim = Bakim::basla(oturum, firma + " canlı yedeği", hata);
+  if (!bakim) return reddet(hata);
+  std::vector<db::TableDigest> tablolar;
+  try {
+    VeriDosyalari dosyalar;
+    if (!veriDosyalari(oturum, firma, dosyalar))
+      return reddet("Bu Firmanın Kaydı Bulanamadı. Lütfen Önce Firmayı Oluşturun.");
+    std::error_code yok;
+    if (!fs::is_directory(dizin, yok)) hata = "Klasör bulunamadı: " + dizin.string();
+    if (hata.empty()) hata = yerVarMi(dizin, boyut(dosyalar.data) + boyut(dosyalar.log));
+    cubuk.adim();
+    if (hata.empty()) hata = canliAl(oturum, *bakim, dosyalar, dizin, firma, cubuk, sonuc, tablolar);
+  } catch (const db::SqlError& neden) {
+    hata = neden.what();
+  }
+  if (!hata.empty()) return reddet(hata);
+  bakim->bitir();
+  sonuc.tamam = true;
+  kanitla(oturum, firma, sonuc, std::move(tablolar));
+  cubuk.yaz("İşlem Tamamlandı.");
+  cubuk.adim();
+  oturum.kutular->message("Yedekleme İşlemi Başarı İle Tamamlanmıştır", Icon::Information);
+  return sonuc;
+}
+
+}  // namespace maintenance

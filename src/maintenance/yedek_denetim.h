@@ -1,0 +1,38 @@
+// Yedek Denetimi: the proof that a backup can be restored. The copy is opened on its own, never over the live
+// one, and stays as it is.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "maintenance/yedek_kanit.h"
+
+namespace maintenance {
+
+struct DenetimSatiri {
+  enum class Durum : std::uint8_t { Saglam, Bilgi, Kusur };
+  std::string konu;  // "Dosyalar", "Sayfalar ve dizinler", "Şema", "Tablolar"
+  std::string aciklama;
+  Durum durum = Durum::Saglam;
+};
+
+struct YedekDenetimi {
+  bool calisti = false;  // false: nothing could be said, the reason has been shown
+  bool saglam = false;   // no row is a Kusur
+  std::string firma;
+  std::vector<DenetimSatiri> satirlar;
+  std::optional<db::DateTime> onceki;  // when it was last found whole
+  std::int64_t tablo = 0, satir = 0;   // counted in the copy
+};
+
+// Reads both files whole, then pages, indexes, schema and every table of the copy, and holds them against
+// what was kept when the backup was made. The result is kept with it. Only for the embedded server's files;
+// a cancelled one keeps nothing.
+YedekDenetimi Yedek_Denetle(session::Oturum& oturum, const std::filesystem::path& klasor);
+
+// "Sağlam", "Bilgi", "Kusurlu"
+std::string_view durumYazisi(DenetimSatiri::Durum durum);
+
+}  // namespace maintenance

@@ -1,0 +1,145 @@
+#include "maintenance/yedek_kanit.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdio>
+#include <tuple>
+
+#include "platform/files.h"
+#include "session/metin.h"
+#include "session/tarih.h"
+
+namespace maintenance {
+
+namespace {
+
+namespace fs = std::filesystem;
+using session::Oturum;
+
+constexpr std::string_view bas = "kanit 1";
+constexpr std::size_t adBoyu = 16;  // digits of the hash in the file's name
+
+std::vector<std::string> parcala(std::string_view metin, char ayrac) {
+  std::vector<std::string> parcalar;
+  while (true) {
+    const auto son = metin.find(ayrac);
+    parcalar.emplace_back(metin.substr(0, son));
+    if (son == std::string_view::npos) return parcalar;
+    metin.remove_prefix(son + 1);
+  }
+}
+
+std::string zamanYaz(const db::DateTime& z) {
+  std::array<char, 80> metin{};
+  std::snprintf(metin.data(), metin.size(), "%04d-%02d-%02d %02d:%02d:%02d", z.year, z.month, z.day, z.hour,
+                z.minute, z.second);
+  return metin.data();
+}
+
+db::DateTime zamanOku(const std::string& metin) {
+  db::DateTime z;
+  std::sscanf(metin.c_str(), "%d-%d-%d %d:%d:%d", &z.year, &z.month, &z.day, &z.hour, &z.minute, &z.second);
+  return z;
+}
+
+auto sirasi(const db::DateTime& z) {
+  return std::tuple(z.year, z.month, z.day, z.hour, z.minute, z.second);
+}
+
+template <class Sayi>
+Sayi sayi(const std::string& metin, int taban = 10) {
+  Sayi deger = 0;
+  std::from_chars(metin.data(), metin.data() + metin.size(), deger, taban);
+  return deger;
+}
+
+fs::path kanitKlasoru(const Oturum& oturum) {
+  return oturum.platform->programFolder() / "yedek_kanit";
+}
+
+std::optional<YedekKaniti> oku(const fs::path& dosya) {
+  const auto metin = platform::readFile(dosya);
+  if (!metin) return std::nullopt;
+  const auto satirlar = parcala(*metin, '\n');
+  if (satirlar.front() != bas) return std::nullopt;
+  YedekKaniti kanit;
+  for (const std::string& satir : satirlar) {
+    const auto a = parcala(satir, '\t');
+    if (a[0] == "firma" && a.size() == 2) kanit.firma = a[1];
+    if (a[0] == "klasor" && a.size() == 2) kanit.klasor = a[1];
+    if (a[0] == "zaman" && a.size() == 2) kanit.zaman = zamanOku(a[1]);
+    if (a[0] == "dosya" && a.size() == 4)
+      (a[1] == "data" ? kanit.data : kanit.log) = {a[2], sayi<std::uintmax_t>(a[3])};
+    if (a[0] == "tablo" && a.size() == 4)
+      kanit.tablolar.push_back({a[1], sayi<std::int64_t>(a[2]), sayi<std::uint64_t>(a[3], 16)});
+    if (a[0] == "denetim" && a.size() == 3) {
+      kanit.denetim = zamanOku(a[1]);
+      kanit.saglam = a[2] == "saglam";
+    }
+  }
+  if (kanit.firma.empty() || kanit.data.ozet.empty()) return std::nullopt;
+  return kanit;
+}
+
+std::string dosyaSatiri(const char* tur, const DosyaOzeti& dosya) {
+  return std::string("dosya\t") + tur + "\t" + dosya.ozet + "\t" + std::to_string(dosya.boyut) + "\n";
+}
+
+std::vector<YedekKaniti> hepsi(const Oturum& oturum) {
+  std::vector<YedekKaniti> out;
+  std::error_code hata;
+  for (fs::directory_iterator it(kanitKlasoru(oturum), hata), son; !hata && it != son; it.increment(hata))
+    if (auto kanit = oku(it->path())) out.push_back(std::move(*kanit));
+  std::ranges::sort(out, {}, [](const YedekKaniti& k) { return sirasi(k.zaman); });
+  return out;
+}
+
+}  // namespace
+
+std::optional<YedekKaniti> kanitBul(const Oturum& oturum, const std::string& firma,
+                                    const std::string& dataOzeti) {
+  const auto kanit = oku(kanitKlasoru(oturum) / (firma + "_" + dataOzeti.substr(0, adBoyu) + ".kanit"));
+  return kanit && kanit->data.ozet == dataOzeti ? kanit : std::nullopt;
+}
+
+std::optional<YedekKaniti> klasorunKaniti(const Oturum& oturum, const fs::path& klasor) {
+  std::optional<YedekKaniti> bulunan;
+  for (YedekKaniti& kanit : hepsi(oturum))
+    if (kanit.klasor == klasor) bulunan = std::move(kanit);
+  return bulunan;
+}
+
+std::vector<YedekKaniti> kanitlar(const Oturum& oturum, const std::string& firma) {
+  auto out = hepsi(oturum);
+  std::erase_if(
+      out, [&](const YedekKaniti& k) { return session::Buyuk_Harf(k.firma) != session::Buyuk_Harf(firma); });
+  return out;
+}
+
+std::string kanitYaz(const Oturum& oturum, const YedekKaniti& kanit) {
+  std::string metin = std::string(bas) + "\nfirma\t" + kanit.firma + "\nklasor\t" + kanit.klasor.string() +
+                      "\nzaman\t" + zamanYaz(kanit.zaman) + "\n" + dosyaSatiri("data", kanit.data) +
+                      dosyaSatiri("log", kanit.log);
+  for (const db::TableDigest& t : kanit.tablolar) {
+    std::array<char, 24> toplam{};
+    std::snprintf(toplam.data(), toplam.size(), "%016llx", static_cast<unsigned long long>(t.sum));
+    metin += "tablo\t" + t.name + "\t" + std::to_string(t.rows) + "\t" + toplam.data() + "\n";
+  }
+  if (kanit.denetim)
+    metin += "denetim\t" + zamanYaz(*kanit.denetim) + "\t" + (kanit.saglam ? "saglam" : "kusurlu") + "\n";
+  const fs::path klasor = kanitKlasoru(oturum);
+  std::error_code hata;
+  if (fs::create_directory(klasor, hata)) fs::permissions(klasor, fs::perms::owner_all, hata);
+  hata = platform::writeFileSafely(
+      klasor / (kanit.firma + "_" + kanit.data.ozet.substr(0, adBoyu) + ".kanit"), metin);
+  return hata ? "Yedeğin kanıtı yazılamadı (" + klasor.string() + "): " + hata.message() : std::string();
+}
+
+std::string anYaz(const db::DateTime& an) {
+  std::array<char, 40> saat{};
+  std::snprintf(saat.data(), saat.size(), " %02d:%02d", an.hour, an.minute);
+  return session::tarihYaz(an) + saat.data();
+}
+
+}  // namespace maintenance

@@ -1,0 +1,47 @@
+// What the two kinds of backup share.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "db/connection.h"
+#include "maintenance/yedek.h"
+
+namespace maintenance {
+
+class Cubuk {
+ public:
+  Cubuk(session::Oturum& oturum, std::int64_t ust) : oturum_(oturum), ust_(ust) {
+    oturum_.ilerleme->step(0, ust_);
+  }
+  void yaz(const std::string& metin) {
+    oturum_.ilerleme->text(metin);
+    oturum_.ilerleme->pump();
+  }
+  void adim() {
+    oturum_.ilerleme->step(++deger_, ust_);
+    oturum_.ilerleme->pump();
+  }
+
+ private:
+  session::Oturum& oturum_;
+  std::int64_t ust_, deger_ = 0;
+};
+
+// Shows the text; false.
+bool red(session::Oturum& oturum, const std::string& metin);
+// Where the server keeps the database; false when it knows none of that name.
+bool veriDosyalari(session::Oturum& oturum, const std::string& firma, VeriDosyalari& dosyalar);
+std::uintmax_t boyut(const std::filesystem::path& dosya);  // 0 where there is none
+// Each empty on success, else a Turkish text.
+std::string yerVarMi(const std::filesystem::path& klasor, std::uintmax_t gereken);
+std::string klasorYap(const std::filesystem::path& klasor);
+// The folder of the backup that is about to be made.
+std::filesystem::path bosKlasor(const std::filesystem::path& dizin, const std::string& firma,
+                                const db::DateTime& gun);
+// Keeps what was copied for the proof; `tablolar` as the live ones were, where they were counted.
+void kanitla(session::Oturum& oturum, const std::string& firma, const YedekSonucu& sonuc,
+             std::vector<db::TableDigest> tablolar);
+
+}  // namespace maintenance

@@ -1,0 +1,42 @@
+#include "platform/timer.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "platform/files.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+TEST(Timer, WordsReachTheProgramAsTheyAre) {
+  platform::DailyTimer timer{
+      "zembera-yedek", "Yedekler", "23:05", {"/opt/z cli", "--hedef", "/a b/%Y $HOME\"\\"}};
+  EXPECT_EQ(platform::serviceUnit(timer),
+            "[Unit]\nDescription=Yedekler\n\n[Service]\nType=oneshot\n"
+            "ExecStart=\"/opt/z cli\" \"--hedef\" \"/a b/%%Y $$HOME\\\"\\\\\"\n");
+  EXPECT_EQ(platform::timerUnit(timer),
+            "[Unit]\nDescription=Yedekler\n\n[Timer]\nOnCalendar=*-*-* 23:05:00\nPersistent=true\n\n"
+            "[Install]\nWantedBy=timers.target\n");
+}
+
+TEST(Timer, IsWrittenAndTakenAway) {
+  const support::TempFolder temporary;
+  const char* before = std::getenv("XDG_CONFIG_HOME");
+  const std::string kept = before ? before : "";
+  ::setenv("XDG_CONFIG_HOME", temporary.path.c_str(), 1);
+  const platform::DailyTimer timer{"zembera-deneme-yok", "Deneme", "03:00", {"/bin/true"}};
+  platform::installTimer(timer);  // the manager of a test machine may not be there
+  const auto folder = temporary.path / "systemd" / "user";
+  EXPECT_EQ(platform::readFile(folder / "zembera-deneme-yok.service"), platform::serviceUnit(timer));
+  EXPECT_EQ(platform::readFile(folder / "zembera-deneme-yok.timer"), platform::timerUnit(timer));
+  EXPECT_TRUE(platform::removeTimer(timer.name));
+  EXPECT_TRUE(std::filesystem::is_empty(folder));
+  EXPECT_FALSE(platform::removeTimer(timer.name));
+  if (before)
+    ::setenv("XDG_CONFIG_HOME", kept.c_str(), 1);
+  else
+    ::unsetenv("XDG_CONFIG_HOME");
+}
+
+}  // namespace

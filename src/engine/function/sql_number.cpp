@@ -179,7 +179,7 @@ void newId(sqlite3_context* context, int, Values) {
 struct Sum {
   Int128 value;
   std::int64_t count;
-  bool overflow;
+  std::int64_t wraps;  // of `value` past its 128 bits, up less down: what overflows on the way may come back
 };
 
 // SQLite aligns a context to 8 bytes only, an Int128 wants 16: the sum travels by copy.
@@ -193,7 +193,8 @@ void addToSum(sqlite3_context* context, int, Values values) {
   void* memory = sqlite3_aggregate_context(context, sizeof(Sum));
   if (!memory || sqlite3_value_type(values[0]) == SQLITE_NULL) return;
   Sum sum = readSum(memory);
-  sum.overflow |= __builtin_add_overflow(sum.value, exactArgument(values[0]), &sum.value);
+  const Int128 added = exactArgument(values[0]);
+  if (__builtin_add_overflow(sum.value, added, &sum.value)) sum.wraps += added < 0 ? -1 : 1;
   ++sum.count;
   __builtin_memcpy(memory, &sum, sizeof sum);
 }
@@ -206,7 +207,7 @@ void finishSum(sqlite3_context* context) {
   const Sum sum = readSum(memory);
   if (sum.count == 0) return;
   guard(context, [&] {
-    if (sum.overflow) throwExpressionOverflow(type);
+    if (sum.wraps != 0) throwExpressionOverflow(type);
     const Type result{type, 0, maxPrecision, 0};
     setExact(context, sum.value, result);  // an average's sum must fit as well
     if (!average) return;

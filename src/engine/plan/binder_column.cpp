@@ -104,6 +104,7 @@ BoundExpr Binder::bindColumn(const Expr& expr, Scope* scope) {
     bound.type = found.column->info.type;
     bound.nullable = found.column->info.nullable;
     bound.column = true;
+    bound.outer = at != scope;
     bound.origin = found.column->info;
     return bound;
   }

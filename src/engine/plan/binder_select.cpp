@@ -361,13 +361,8 @@ std::vector<Type> Binder::outputColumns(const std::vector<BoundCore>& cores, Bou
     }
     types.push_back(type.id == TypeId::Null ? Type{TypeId::Int} : type);
     ResultColumn column;
-    // A column of a query around is a constant here, and no column of this one's tables.
-    const auto own = [&](const Source& source) {
-      return first.items[i].sql.starts_with(source.handle + ".");
-    };
-    const bool plain =
-        first.items[i].column && std::any_of(first.scope.sources.begin(), first.scope.sources.end(), own);
-    if (cores.size() == 1 && plain) column = first.items[i].origin;
+    const BoundExpr& item = first.items[i];
+    if (cores.size() == 1 && item.column && !item.outer) column = item.origin;
     column.name = first.names[i];
     column.type = types.back();
     column.nullable = nullable;
@@ -408,11 +403,8 @@ std::vector<Binder::BoundCore> Binder::bindCores(const SelectStatement& select, 
 
 // Whether the list names a column of a query around.
 bool Binder::namesOuterColumn(const BoundCore& core) {
-  return !core.scope.grouped && std::any_of(core.items.begin(), core.items.end(), [&](const BoundExpr& item) {
-    return item.column &&
-           std::none_of(core.scope.sources.begin(), core.scope.sources.end(),
-                        [&](const Source& own) { return item.sql.starts_with(own.handle + "."); });
-  });
+  return std::any_of(core.items.begin(), core.items.end(),
+                     [](const BoundExpr& item) { return item.column && item.outer; });
 }
 
 BoundSelect Binder::bindSelect(const SelectStatement& select, Scope* parent, const CoreShape& shape) {

@@ -58,6 +58,7 @@ struct BoundExpr {
   int parameter = -1;  // index of the parameter when the expression is nothing else
   bool aggregate = false;
   bool column = false;  // plain column: `origin` is filled
+  bool outer = false;   // of a query around, where it is a constant
   ResultColumn origin;
 };
 

@@ -78,6 +78,12 @@ TEST_F(DialectTest, ProductsOfManyDigitsKeepTheirPoint) {
       {{"CREATE TABLE B (D DECIMAL(38,0)) INSERT INTO B VALUES (99999999999999999999999999999999) "
         "INSERT INTO B VALUES (99999999999999999999999999999999) SELECT AVG(D) FROM B",
         "99999999999999999999999999999999.000000\n"}});
+  // The sum is that of all rows, whatever their order made of it on the way.
+  const std::string most(38, '9');
+  const auto row = [&](const std::string& sign) { return "INSERT INTO S VALUES ('" + sign + most + "') "; };
+  follow({{"CREATE TABLE S (D DECIMAL(38,0)) " + row("") + row("") + row("-") + row("-") + row("-") +
+               "SELECT SUM(D) FROM S SELECT SUM(D) FROM S WHERE D>0",
+           "-" + most + "\n!8115\n"}});
 }
 
 // No DECIMAL holds all digits of both sides; they are compared without losing one.

@@ -50,8 +50,9 @@ Izgara::Izgara(session::Oturum& oturum, const QString& ad, IzgaraModeli::Kolonla
   genislikSaati_->setSingleShot(true);
   genislikSaati_->setInterval(bekleme);
   connect(genislikSaati_, &QTimer::timeout, this, &Izgara::genislikleriYaz);
-  connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this] {
-    if (isVisible()) genislikSaati_->start();
+  connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int kolon) {
+    // The last one follows the window: that is nobody's wish.
+    if (isVisible() && kolon != sonGorunurKolon()) genislikSaati_->start();
   });
   connect(model_, &QAbstractItemModel::dataChanged, this,
           [this](const QModelIndex& ilk, const QModelIndex& son) { gizliSatirlar(ilk.row(), son.row()); });
@@ -115,6 +116,12 @@ bool Izgara::sonGorunurSatir(int satir) const {
   for (int i = satir + 1; i < model_->adet(); ++i)
     if (!model_->gizli(i)) return false;
   return true;
+}
+
+int Izgara::sonGorunurKolon() const {
+  int kolon = model_->columnCount() - 1;
+  while (kolon > 0 && isColumnHidden(kolon)) --kolon;
+  return kolon;
 }
 
 void Izgara::ilerle(bool geri, bool ekle) {

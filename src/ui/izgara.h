@@ -74,6 +74,7 @@ class Izgara : public QTableView {
   // On to the next cell that takes edits (or back); `ekle` adds a row at the end.
   void ilerle(bool geri, bool ekle);
   bool sonGorunurSatir(int satir) const;
+  int sonGorunurKolon() const;
   void degistirTik(const QModelIndex& index);
   void kopyala();
   void yapistir();

@@ -186,6 +186,16 @@ TEST(FirmaKarti, OpensForEachUse) {
   EXPECT_FALSE(durum.StandartHesapPlani_Acik);
   EXPECT_FALSE(durum.Kayit_Acik);
   EXPECT_EQ(durum.DurumPanel, "  Escape (Çıkış)");
+  EXPECT_TRUE(durum.Firma_Adi_Salt && durum.Frame2_Gorunur);
+  EXPECT_EQ(durum.Uyari, "");
+  EXPECT_EQ(s.server.statements,
+            (std::vector<std::string>{"SELECT * FROM sysfrmlng WHERE sysfrm_ID=3", "SELECT DB_ID('ORNEK')",
+                                      "SELECT TOP 1 * FROM ORNEK.dbo.MUHKART"}));
+  s.server.rows("SELECT DB_ID", {"id"}, {{db::Value()}});
+  durum = company::Firma_Karti_Ac(s.oturum, kart);
+  EXPECT_EQ(durum.Uyari, "\"ORNEK\" veritabanı sunucuda yok.");
+  EXPECT_FALSE(durum.StandartHesapPlani_Acik);
+  EXPECT_EQ(company::kartAlani("Adres").text, &FirmaKarti::Adres);
 }
 
 TEST(FirmaTablolari, FillsTheMarksAndTellsItsProgress) {
@@ -201,6 +211,14 @@ TEST(FirmaTablolari, FillsTheMarksAndTellsItsProgress) {
                       "Deg_Kullanici=1,Deg_Tarih='03/14/2012',Deg_Saat='15:09:26'"),
             sent.end());
   EXPECT_EQ(s.progress.texts.size(), 127u + 80u + 23u + 1u);
+  std::size_t at = 0;  // each table with its rows and indexes at once behind it
+  for (const std::string& name : company::schema::tableOrder(company::schema::Stage::Base)) {
+    const auto& table = *company::schema::table(name);
+    EXPECT_TRUE(sent.at(at).starts_with("CREATE TABLE " + name + " (")) << name;
+    at += 1 + table.firstRows.size();
+    for (const std::string& index : table.indexes) EXPECT_EQ(sent.at(at++), index);
+  }
+  EXPECT_EQ(sent.size() - at, 80u + 23u);
   EXPECT_EQ(s.progress.steps.back().first, s.progress.steps.back().second);
 }
 

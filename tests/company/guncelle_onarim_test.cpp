@@ -156,8 +156,10 @@ TEST_F(Guncelle, MigrationsFollowTheirColumns) {
     SCOPED_TRACE(ornek.ad);
     calistir(ornek.once);
   }
+  b->s.progress = {};
   ASSERT_TRUE(b->guncelle().tamamlandi);
   EXPECT_EQ(b->s.boxes.texts(), std::vector<std::string>{});
+  EXPECT_EQ(std::ranges::count(b->s.progress.texts, "Muhasebe Hesapları Kontrol Ediliyor"), 1);
   const auto check = [&] {
     b->baglan("FIRMA");
     for (const Ornek& ornek : ornekler())
@@ -280,6 +282,7 @@ TEST_F(Guncelle, CollectionsWithoutASaleBecomeAccountMovements) {
 }
 
 TEST_F(Guncelle, ACollectionThatIsRefusedKeepsNoOtherBack) {
+  b->s.progress = {};
   calistir(
       {"INSERT INTO POSHAREKET (Islem_Tipi,Fis_No,Cari_ID,Tutar,Islem_Tarih,Hesaba_Aktarim_Tarih) VALUES "
        "('Kredi Kartı Tahsilat','UZUN',5,1,'19000101','20120101')",  // due in more days than fit
@@ -288,6 +291,7 @@ TEST_F(Guncelle, ACollectionThatIsRefusedKeepsNoOtherBack) {
   const GuncellemeSonucu sonuc = b->guncelle();
   ASSERT_TRUE(sonuc.tamamlandi);
   EXPECT_EQ(sonuc.sayilar.reddedilen, 2);  // the other is of every run
+  EXPECT_EQ(std::ranges::count(b->s.progress.texts, "Kredi Kartı Tahsilatları Kontrol Ediliyor."), 1);
   EXPECT_EQ(b->satirlar("SELECT p.Fis_No,c.Fis_No,c.ATutar FROM POSHAREKET p LEFT JOIN CARIHAREKET c ON "
                         "c.Cari_Hareket_ID=p.Satis_ID ORDER BY p.Fis_No"),
             "IYI|IYI|2\nUZUN|NULL|NULL");

@@ -156,6 +156,7 @@ int run(Ortam& ortam, const Degerler& v) {
   const std::string uyari = girdi.deneme ? "" : rollover::hedefUyarisi(komut.oturum, girdi);
   if (!uyari.empty() && !komut.kutular.ask(uyari, session::Icon::Question, session::defaultTitle))
     return reddedildi;
+  komut.ilerleme.satirlarla = true;
   const auto sonuc = rollover::Devret(komut.oturum, girdi);
   komut.ilerleme.bitir();
   return sonucuYaz(komut, v, sonuc);

@@ -41,6 +41,7 @@ void KomutIlerlemesi::bitir() {
 }
 
 void KomutIlerlemesi::text(const std::string& text) {
+  if (satirlarla && !ortam_.hataTerminal && text != text_ && !text.empty()) ortam_.err << text << "\n";
   text_ = text;
   draw();
 }

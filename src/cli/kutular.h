@@ -38,6 +38,8 @@ class KomutIlerlemesi : public session::Progress {
   // Takes the line away, so that something else can be written.
   void bitir();
 
+  bool satirlarla = false;  // without a terminal: each text once, in a line of its own
+
  private:
   void draw();
 

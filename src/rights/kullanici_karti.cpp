@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
+#include "platform/code_page.h"
 #include "rights/islem.h"
 #include "session/metin.h"
 #include "session/statements.h"
@@ -36,6 +38,15 @@ void satiriYerlestir(const db::Recordset& row, KullaniciKarti& kart) {
   kart.smtpserverport = alan(row, "smtpserverport");
   kart.sendusername = alan(row, "sendusername");
   kart.sendpassword = alan(row, "sendpassword");
+}
+
+// Why the password cannot be stored. The length first: the scrambling has no letters left for the places of a
+// long one.
+std::string sifreHatasi(const std::string& sifre, const std::optional<std::string>& sifreli) {
+  if (platform::toUtf32(sifre).size() > static_cast<std::size_t>(kolonGenisligi("sysuslng", "sysus")))
+    return sigmazHatasi("sysuslng", "sysus", "Şifre", std::string(sifre.size(), '0'));
+  if (!sifreli) return "Şifrede bu şifrelemeye sığmayan karakter olamaz.";
+  return sigmazHatasi("sysuslng", "sysus", "Şifre", *sifreli);
 }
 
 }  // namespace
@@ -133,16 +144,11 @@ KullaniciSonucu Ekle_Tamam(Oturum& oturum, KullaniciKarti& kart) {
   const std::string sifre = Trim(kart.Kullanici_Sifre);
   const bool eskisiKalir = sifre.empty() && !kart.Okunamayan_Sifre.empty();
   const auto sifreli = session::Sifrele(sifre);
-  if (!sifreli) {
-    oturum.kutular->message("Şifrede bu şifrelemeye sığmayan karakter olamaz.", session::Icon::Stop);
-    return {false, KullaniciOdak::Kullanici_Sifre};
-  }
-  kart.Sifreli_sifre = eskisiKalir ? kart.Okunamayan_Sifre : *sifreli;
-  if (const std::string hata = sigmazHatasi("sysuslng", "sysus", "Şifre", kart.Sifreli_sifre);
-      !hata.empty()) {
+  if (const std::string hata = sifreHatasi(sifre, sifreli); !hata.empty()) {
     oturum.kutular->message(hata, session::Icon::Stop);
     return {false, KullaniciOdak::Kullanici_Sifre};
   }
+  kart.Sifreli_sifre = eskisiKalir ? kart.Okunamayan_Sifre : *sifreli;
   return Sifre_Onayla(oturum, kart);
 }
 

@@ -61,4 +61,16 @@ void agactanOku(const session::TikAgaci& agac, YetkiSatiri& satir) {
       satir.degerler[i] = diziler[i];
 }
 
+YetkiSatiri gosterilenSatir(const session::TikAgaci& agac, const YetkiSatiri& okunan) {
+  YetkiSatiri satir = okunan;
+  agactanOku(agac, satir);
+  for (const Hak& hak : yetkiAgaci().haklar) {
+    if (hak.kolon == hak.okunan || agac.isaretli(hak.satir) != bitAcik(okunan, hak)) continue;
+    std::string dizi = satir.degerler[hak.kolon].text();
+    dizi[static_cast<std::size_t>(hak.yer)] = verilmis(okunan, hak.kolon, hak.yer) ? '1' : '0';
+    satir.degerler[hak.kolon] = dizi;
+  }
+  return satir;
+}
+
 }  // namespace rights

@@ -26,6 +26,9 @@ bool verilmis(const YetkiSatiri& satir, std::size_t kolon, int yer);
 // Ticks of the tree out of the columns: a top row by the BITs of its branch, where it has any; every other
 // row with rows below it by what is ticked there.
 void agacaYaz(const YetkiSatiri& satir, session::TikAgaci& agac);
+// What a comparison takes for the ticks of the tree: its columns, but rows that show another column than
+// they write keep what is stored until their tick is changed.
+YetkiSatiri gosterilenSatir(const session::TikAgaci& agac, const YetkiSatiri& okunan);
 // The columns of the tree out of its ticks: strings of their full width, what lies behind it is cut.
 void agactanOku(const session::TikAgaci& agac, YetkiSatiri& satir);
 

@@ -24,6 +24,7 @@ Kart::Kart(const QString& iconName, const QString& caption, QWidget* parent)
   subcaption_->setProperty("rol", "altbaslik");
   subcaption_->setTextFormat(Qt::PlainText);
   hint_->setProperty("rol", "ipucu");
+  hint_->setWordWrap(true);  // its width must not make the window wider than the screen
   hint_->setObjectName("DurumPanel");
 
   auto* picture = new QLabel;
@@ -97,6 +98,16 @@ QPushButton* Kart::button(const char* name, const QString& caption, const QStrin
   if (main) result->setProperty("rol", "ana");
   foot_->addWidget(result);
   return result;
+}
+
+void Kart::darOlunca(int genislik, std::function<void(bool dar)> is) {
+  is(width() < genislik);
+  darlar_.emplace_back(genislik, std::move(is));
+}
+
+void Kart::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  for (const auto& [genislik, is] : darlar_) is(width() < genislik);
 }
 
 void Kart::shortcut(int key, QPushButton* button) {

@@ -4,6 +4,8 @@
 
 #include <QWidget>
 #include <functional>
+#include <utility>
+#include <vector>
 
 #include "ui/uzun_is.h"
 
@@ -47,6 +49,11 @@ class Kart : public QWidget {
   // A main button is filled; its icon is the light form NAME_ana.
   QPushButton* button(const char* name, const QString& caption, const QString& iconName, bool main = false);
 
+  // Called with every new size: whether the card is narrower than that. What stands side by side goes below
+  // each other there.
+  void darOlunca(int genislik, std::function<void(bool dar)> is);
+  void resizeEvent(QResizeEvent* event) override;
+
   // A key that presses a button wherever the focus is.
   void shortcut(int key, QPushButton* button);
 
@@ -54,6 +61,7 @@ class Kart : public QWidget {
   QLabel *caption_, *subcaption_, *hint_;
   QVBoxLayout* body_;
   QHBoxLayout* foot_;
+  std::vector<std::pair<int, std::function<void(bool)>>> darlar_;
 };
 
 }  // namespace ui

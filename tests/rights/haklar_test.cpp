@@ -58,6 +58,17 @@ TEST_F(FarkTest, TellsWhatOneHasAndTheOtherLacks) {
                                        {"Onaylar ve Kısıtlar › Gün Geçmiş Ödemeleri Kontrol Et", "", "7", -1},
                                        {"Ambarlar › 1 Merkez", "var, merkez", "yok", -1}}));
   EXPECT_TRUE(rights::farklar(ali, sube).empty());
+
+  // The numbering of slips shows another column: what it stores counts until its tick is changed.
+  const auto shown = [&] {
+    return rights::farklar(rights::gosterilenSatir(veli.treelist, veli.satir), veli.satir);
+  };
+  EXPECT_TRUE(shown().empty());
+  const int first = rights::hakAra("açılış fişlerini")[0];
+  veli.treelist.degistir(first, false);
+  EXPECT_EQ(shown(),
+            (std::vector<rights::Fark>{{"Muhasebe › Fiş Numaralama İşlemleri › Açılış Fişlerini Numaralandır",
+                                        "yok", "var", first}}));
 }
 
 TEST_F(FarkTest, WhatCannotBeOpenedIsTold) {

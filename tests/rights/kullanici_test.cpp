@@ -53,7 +53,7 @@ class KullaniciTest : public rights::test::OrtamTest {
 constexpr const char* seven = "|1|11111111111111|11111111111111111111111|1|NULL|NULL|1|0|1";
 
 TEST_F(KullaniciTest, ANewUserHasEverythingInEachTickedCompany) {
-  KullaniciKarti kart = yeni("ali", "Kale99");
+  KullaniciKarti kart = yeni("o'neil", "Kale99");
   EXPECT_EQ(kart.Firmatreelist.size(), 2u);
   kart.smtpserver = "posta.example";
   surucu.izleme.sifirla();
@@ -63,72 +63,57 @@ TEST_F(KullaniciTest, ANewUserHasEverythingInEachTickedCompany) {
       rows(
           "SELECT sysus_nm,sysus_lgn,sysus,Yonetici,sendusing,smtpauthenticate,DATALENGTH(RTRIM(smtpserver)) "
           "FROM sysuslng WHERE sysus_ID=2"),
-      "ALİ|ALİ|" + *session::Sifrele("Kale99") + "|0|1|1|13");
+      "O'NEİL|O'NEİL|" + *session::Sifrele("Kale99") + "|0|1|1|13");
   EXPECT_EQ(firmalari(2), "1");
-  EXPECT_EQ(yetkileri(2), "1|ALİ|" + *session::Sifrele("Kale99") + seven);
+  EXPECT_EQ(yetkileri(2), "1|O'NEİL|" + *session::Sifrele("Kale99") + seven);
   // The log as sent: whole texts, each value where it belongs.
   const std::string sifreli = *session::Sifrele("Kale99");
   EXPECT_EQ(
       surucu.izleme.deyimler,
-      (Texts{std::string(rights::islemBasi), "SELECT * FROM sysuslng WHERE sysus_nm='ALİ'",
+      (Texts{std::string(rights::islemBasi), "SELECT * FROM sysuslng WHERE sysus_nm='O''NEİL'",
              "INSERT INTO sysuslng(sysus_nm,sysus_lgn,sysus,Yonetici,sendusing,smtpserver,smtpserverport,"
-             "smtpauthenticate,sendusername,sendpassword) VALUES ('ALİ','ALİ','" +
+             "smtpauthenticate,sendusername,sendpassword) VALUES ('O''NEİL','O''NEİL','" +
                  sifreli + "',0,1,'posta.example',' ',1,' ',' ')",
-             "Select sysus_ID FROM sysuslng WHERE sysus_nm ='ALİ'",
+             "Select sysus_ID FROM sysuslng WHERE sysus_nm ='O''NEİL'",
              "INSERT INTO sysusfrmlng(sysfrm_ID,sysus_ID) SELECT sysfrm_ID,2 FROM sysfrmlng WHERE sysfrm_ID "
              "IN (1)",
              "SELECT sysfrm_ID FROM sysusfrmlng WHERE sysus_ID=2",
              "SELECT Firma_ID FROM Kullanici WHERE Kullanici_ID=2",
-             rights::varsayilanSatir(rights::VarsayilanTur::YeniKullanici, "1", "2", "ALİ", sifreli),
+             rights::varsayilanSatir(rights::VarsayilanTur::YeniKullanici, "1", "2", "O'NEİL", sifreli),
              "COMMIT TRAN"}));
 }
 
 TEST_F(KullaniciTest, RefusalsComeInTheirOrderAndWriteNothing) {
-  const std::string before = kullanicilar();
+  const std::string before = kullanicilar(), uzun(200, 'x');
+  constexpr auto Ad = KullaniciOdak::Kullanici_Adi, Sifre = KullaniciOdak::Kullanici_Sifre;
   const struct {
-    const char* name;
-    std::function<void(KullaniciKarti&)> spoil;
+    bool firma;
+    std::string ad, sifre, onay, sunucu;
     const char* text;
     KullaniciOdak odak;
   } cases[] = {
-      {"no company and a bad password",
-       [](auto& k) {
-         k.Firmatreelist[0].secili = false;
-         k.Kullanici_Sifre = "ş";
-       },
-       "Lütfen Bu Kullanıcı İçin Enaz Bir Firma Seçiniz", KullaniciOdak::Yok},
-      {"Turkish letter before the repetition", [](auto& k) { k.Kullanici_Sifre = "kÜp"; },
-       "Lütfen şifrenizde Türkçe karakter kullanmayınız.", KullaniciOdak::Kullanici_Sifre},
-      {"outside the code page", [](auto& k) { k.Kullanici_Sifre = k.Sifre_Onay = "a\xE4\xB8\xAD"; },
-       "Şifrede bu şifrelemeye sığmayan karakter olamaz.", KullaniciOdak::Kullanici_Sifre},
-      {"too long", [](auto& k) { k.Kullanici_Sifre = k.Sifre_Onay = std::string(16, 'a'); },
-       "Şifre en çok 15 karakter olabilir.", KullaniciOdak::Kullanici_Sifre},
-      {"repetition before the name",
-       [](auto& k) {
-         k.Sifre_Onay = "abd";
-         k.Kullanici_Adi = " ";
-       },
-       "Şifreniz tutarlı değil!", KullaniciOdak::Yok},
-      {"no name", [](auto& k) { k.Kullanici_Adi = " "; }, "Kullanıcı Adı Boş Olamaz...",
-       KullaniciOdak::Kullanici_Adi},
-      {"long name", [](auto& k) { k.Kullanici_Adi = std::string(200, 'x'); },
-       "Kullanıcı adı en çok 15 karakter olabilir.", KullaniciOdak::Kullanici_Adi},
-      {"name outside the code page", [](auto& k) { k.Kullanici_Adi = "\xE4\xB8\xAD"; },
-       "Kullanıcı adı Türkçe kod sayfasında (1254) olmayan karakter içeriyor.", KullaniciOdak::Kullanici_Adi},
-      {"taken but for its case", [](auto& k) { k.Kullanici_Adi = "korvena"; },
-       "Aynı adlı bir kullanıcı bulunmaktadır.Lütfen Kullanıcı adını değiştiriniz...",
-       KullaniciOdak::Kullanici_Adi},
-      {"mail server too long", [](auto& k) { k.smtpserver = std::string(51, 'm'); },
-       "Posta sunucusu en çok 50 karakter olabilir.", KullaniciOdak::Kullanici_Adi},
+      {false, "ALİ", "ş", "a", "", "Lütfen Bu Kullanıcı İçin Enaz Bir Firma Seçiniz", KullaniciOdak::Yok},
+      {true, "ALİ", "kÜp", "a", "", "Lütfen şifrenizde Türkçe karakter kullanmayınız.", Sifre},
+      {true, "ALİ", "a中", "a中", "", "Şifrede bu şifrelemeye sığmayan karakter olamaz.", Sifre},
+      {true, "ALİ", uzun, uzun, "", "Şifre en çok 15 karakter olabilir.", Sifre},
+      {true, " ", "abc", "abd", "", "Şifreniz tutarlı değil!", KullaniciOdak::Yok},
+      {true, " ", "a", "a", "", "Kullanıcı Adı Boş Olamaz...", Ad},
+      {true, uzun, "a", "a", "", "Kullanıcı adı en çok 15 karakter olabilir.", Ad},
+      {true, "中", "a", "a", "", "Kullanıcı adı Türkçe kod sayfasında (1254) olmayan karakter içeriyor.", Ad},
+      {true, "korvena", "a", "a", "",
+       "Aynı adlı bir kullanıcı bulunmaktadır.Lütfen Kullanıcı adını değiştiriniz...", Ad},
+      {true, "ALİ", "a", "a", uzun, "Posta sunucusu en çok 50 karakter olabilir.", Ad},
   };
   for (const auto& c : cases) {
-    KullaniciKarti kart = yeni("ALİ");
-    c.spoil(kart);
+    KullaniciKarti kart = yeni(c.ad, c.sifre);
+    kart.Firmatreelist[0].secili = c.firma;
+    kart.Sifre_Onay = c.onay;
+    kart.smtpserver = c.sunucu;
     s.boxes.shown.clear();
     const auto sonuc = rights::Ekle_Tamam(o(), kart);
-    EXPECT_FALSE(sonuc.kaydedildi) << c.name;
-    EXPECT_EQ(s.boxes.texts(), Texts{c.text}) << c.name;
-    EXPECT_EQ(sonuc.odak, c.odak) << c.name;
+    EXPECT_FALSE(sonuc.kaydedildi) << c.text;
+    EXPECT_EQ(s.boxes.texts(), Texts{c.text});
+    EXPECT_EQ(sonuc.odak, c.odak) << c.text;
   }
   EXPECT_EQ(kullanicilar(), before);
   KullaniciKarti kart = yeni("ALİ");

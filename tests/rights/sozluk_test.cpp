@@ -5,6 +5,7 @@
 #include <map>
 
 #include "catalog/katalog.h"
+#include "rights/kasiyer_sozluk.h"
 #include "rights/varsayilan.h"
 
 namespace {
@@ -64,87 +65,45 @@ TEST(Sozluk, EveryPlaceOfTheTreesColumnsHasItsRow) {
   EXPECT_EQ(shared, std::vector<std::string>{"Üretim"});
 }
 
-// A row by its words from the top, and the place that it stands for.
-TEST(Sozluk, RowsStandForTheirPlaces) {
-  const struct {
-    const char *yol, *kolon, *okunan;
-    int yer;
-  } cases[] = {
-      {"Kasa", "KASA", "KASA", 0},
-      {"Kasa/Kasa Kartı/Sil", "KK", "KK", 3},
-      {"Kasa/Kasa Kartı/Bakiye", "KB", "KB", 0},
-      {"Kasa/Kasa Hareketleri/Parçalı Senet Tahsilatı/İncele", "KHI", "KHI", 13},
-      {"Cari Hesap/Cari Hesap Kartı/Cari Hesaba Kredi Açar", "CARK", "CARK", 4},
-      {"Cari Hesap/Cari Hesap Kartı/Bakiye", "CARB", "CARB", 0},
-      {"Cari Hesap/Cari Ödeme Şablonu/Değiştir", "CAROS", "CAROS", 1},
-      {"Stok/Stok Parametreleri/Beden Grupları", "STP", "STP", 3},
-      {"Fatura/Fatura Hareketleri/Müstahsil Makbuzu/Ekle", "FHE", "FHE", 6},
-      {"Fatura/Fatura Hareketleri/Masraf Hizmet Ödeme/Ekle", "FHE", "FHE", 7},
-      {"Fatura/Parametreler/Müstahsil Tanımları", "FP", "FP", 5},
-      {"Fatura/Fatura Kar Gösterimi", "FKG", "FKG", 0},
-      {"Çek Senet/Çek Senet Hareketleri/Müşteriye Çek İade/Sil", "BORHS", "BORHS", 15},
-      {"Üretim/Üretim Hareketleri/Üretim Emirleri/Değiştir", "UEK", "UEK", 1},
-      {"Üretim/Üretim Hareketleri/Üretim Reçeteleri/Sil", "URK", "URK", 3},
-      {"Döviz/Döviz Tanımları", "DT", "DT", 0},
-      {"Muhasebe/Fiş Numaralama İşlemleri/Yevmiye Numaralandır", "MFN", "FP", 5},
-      {"Muhasebe/Entegrasyon Tanımları/Ekle", "MET", "MET", 0},
+std::uint32_t toplam(const std::string& text) {
+  std::uint32_t sum = 2166136261U;
+  for (const char c : text) sum = (sum ^ static_cast<unsigned char>(c)) * 16777619U;
+  return sum;
+}
+
+// The words as the suite's users know them, letter by letter, with their columns and order. Who changes one
+// on purpose puts the new sum here.
+TEST(Sozluk, EveryWordStands) {
+  std::string agac, kolon, fis, ayar;
+  const auto ekle = [](std::string& to, auto&&... parts) {
+    ((to += std::string(parts) + "|"), ...);
+    to += "\n";
   };
-  const auto& agac = rights::yetkiAgaci();
-  std::map<std::string, Hak> byPath;
-  std::vector<std::string> open(5);
-  for (const Hak& hak : agac.haklar) {
-    std::string path;
-    for (int row = hak.satir, level = 0; row >= 0; --row) {
-      const auto& s = agac.satirlar[static_cast<std::size_t>(row)];
-      if (level != 0 && s.seviye != level - 1) continue;
-      level = s.seviye;
-      path = s.yazi + (path.empty() ? "" : "/" + path);
-      if (level == 1) break;
-    }
-    byPath.emplace(path, hak);
+  const auto no = [](auto value) { return std::to_string(static_cast<int>(value)); };
+  for (const auto& row : rights::yetkiAgaci().satirlar) ekle(agac, no(row.seviye), row.yazi, row.anahtar);
+  for (const Hak& hak : rights::yetkiAgaci().haklar)
+    ekle(agac, no(hak.satir), rights::kolonlar()[hak.kolon].ad, rights::kolonlar()[hak.okunan].ad,
+         no(hak.yer));
+  for (const auto& columns : {rights::kolonlar(), rights::kasiyerKolonlari()})
+    for (const Kolon& k : columns) ekle(kolon, k.ad, no(k.tur), no(k.genislik), no(k.bolum), k.yazi);
+  for (const auto& f : rights::fisTanimlari())
+    ekle(fis, f.yazi, f.deger, no(f.arama), f.hak, f.soz.evet, f.soz.hayir);
+  for (const auto tur : {1, 2, 3, 4, 5, 6, 7, 8}) {
+    const auto& a = rights::aramaTanimi(static_cast<rights::AramaTuru>(tur));
+    ekle(fis, a.tablo, a.id, a.kod, a.ad, a.kodBasligi, a.adBasligi, no(a.sayi), no(a.katalogda));
   }
-  for (const auto& c : cases) {
-    const auto at = byPath.find(c.yol);
-    ASSERT_NE(at, byPath.end()) << c.yol;
-    EXPECT_EQ(rights::kolonlar()[at->second.kolon].ad, c.kolon) << c.yol;
-    EXPECT_EQ(rights::kolonlar()[at->second.okunan].ad, c.okunan) << c.yol;
-    EXPECT_EQ(at->second.yer, c.yer) << c.yol;
-  }
+  for (const auto& a : rights::ayarTanimlari()) ekle(ayar, no(a.tur), a.kolon, a.yazi, a.kontrol);
+  EXPECT_EQ(toplam(agac), 1516779065U);
+  EXPECT_EQ(toplam(kolon), 4033332376U);
+  EXPECT_EQ(toplam(fis), 1924912776U);
+  EXPECT_EQ(toplam(ayar), 3467167802U);
 }
 
-// The whole statement of a new company, as the suite has always written it.
-TEST(VarsayilanSatir, OfANewCompany) {
-  EXPECT_EQ(
-      rights::varsayilanSatir(rights::VarsayilanTur::YeniFirma, "7", "1", "O'NEIL", "x"),
-      "INSERT INTO Kullanici "
-      "(Firma_ID,Kullanici_ID,Kullanici_Ad,Kullanici_Sifre,KASA,KHE,KHD,KHI,KHS,KK,KB,KR,CARI,CARHE,CARHD,"
-      "CARHI,CARHS,CARK,CARB,CARR,CAROS,STOK,STHE,STHD,"
-      "STHI,STHS,STK,STB,STR,STP,FATURA,FHE,FHD,FHI,FHS,FP,FR,BORDRO,BORHE,BORHD,BORHI,BORHS,CEKL,SENETL,"
-      "BORR,URETIMEMIR,"
-      "URETIMRECETE,URK,UEK,UR,DI,DT,DR,BANKA,BHE,BHD,BHI,BHS,BK,BB,BR,SIPARIS,SIPHE,SIPHD,SIPHI,SIPHS,"
-      "SIPR,SATR,FKG,KS_Degistirsin,CR_Degistirsin,Def_Isyeri_Kod,Kullanici_Fiyat)"
-      "Values"
-      "('7','1','O''NEIL','x"
-      "','1','11111111111111','11111111111111','11111111111111','11111111111111','1111','1','1','1','11111','"
-      "11111','11111','11111',"
-      "'11111','1','1','1111','1','1111111111111111','1111111111111111','1111111111111111',"
-      "'1111111111111111','1111','1','1','1111','1','1111111','1111111',"
-      "'1111111','1111111','111111','1','1','11111111111111111111111','11111111111111111111111','"
-      "11111111111111111111111','11111111111111111111111','1',"
-      "'1','1','1','1','1111','1111','1','1','1','1','1','111111','111111','111111','111111','1111','1','1',"
-      "'1','11','11','11','11','1','1','1',1,1,'1',0)");
-}
-
-// A new user's row lacks the two columns of the till.
-TEST(VarsayilanSatir, OfANewUser) {
-  std::string company = rights::varsayilanSatir(rights::VarsayilanTur::YeniFirma, "7", "3", "A", "x");
-  const std::string user = rights::varsayilanSatir(rights::VarsayilanTur::YeniKullanici, "7", "3", "A", "x");
-  for (const std::string_view gone : {"KS_Degistirsin,CR_Degistirsin,", "1,1,'1',0)"}) {
-    const auto at = company.find(gone);
-    ASSERT_NE(at, std::string::npos);
-    company.replace(at, gone.size(), gone.front() == 'K' ? "" : "'1',0)");
-  }
-  EXPECT_EQ(user, company);
+// Whole statements; a new company's also lets cash box and account be changed at the till.
+TEST(VarsayilanSatir, OfANewCompanyAndOfANewUser) {
+  using rights::VarsayilanTur;
+  EXPECT_EQ(toplam(rights::varsayilanSatir(VarsayilanTur::YeniFirma, "7", "1", "O'NEIL", "x")), 3677805635U);
+  EXPECT_EQ(toplam(rights::varsayilanSatir(VarsayilanTur::YeniKullanici, "7", "3", "A", "x'y")), 2847909837U);
 }
 
 }  // namespace

@@ -166,15 +166,16 @@ TEST_F(YetkiTest, CopyingWritesWhatIsShownIntoTheChosenCompany) {
 
 // Other programs write the row, too.
 TEST_F(YetkiTest, OddStringsGrantNothingThatNobodyTicked) {
+  run("ALTER TABLE Kullanici ALTER COLUMN SIPHE CHAR(9)");
   run("UPDATE Kullanici SET KHE=NULL,KHD='1',KHI='1x1 "
-      "2',KHS='',KK='xy11',KASA=NULL,URETIMEMIR=1,URETIMRECETE=0,DI=NULL WHERE "
+      "2',KHS='',KK='xy11',KASA=NULL,URETIMEMIR=1,URETIMRECETE=0,DI=NULL,SIPHE='011111111' WHERE "
       "Kullanici_ID=2 AND Firma_ID=1");
   YetkiDuzeni duzen = ac();
   EXPECT_FALSE(duzen.treelist.isaretli(satir("Kasa")));
   EXPECT_FALSE(duzen.treelist.isaretli(satir("Üretim")));
   ASSERT_TRUE(rights::TamamBtn(o(), duzen));
-  EXPECT_EQ(kolon("KHE,KHD,KHI,KHS,KK,KASA,URETIMEMIR,URETIMRECETE,DI"),
-            "00000000000000|10000000000000|10100000000000|00000000000000|0011|0|0|0|0");
+  EXPECT_EQ(kolon("KHE,KHD,KHI,KHS,KK,KASA,URETIMEMIR,URETIMRECETE,DI,SIPHE"),
+            "00000000000000|10000000000000|10100000000000|00000000000000|0011|0|0|0|0|01");
 }
 
 // Statements counted singly, whatever batches they are sent in.
@@ -224,17 +225,51 @@ TEST_F(YetkiTest, WhatCannotBeReadCannotBeSaved) {
   EXPECT_EQ(rows("SELECT * FROM Kullanici ORDER BY ID"), before);
 }
 
-TEST_F(YetkiTest, WhatAnotherProgramHoldsIsToldAfterAWhile) {
+// Between opening and saving; what the catalog had taken already goes back, too.
+TEST_F(YetkiTest, ACompanyThatCannotBeWrittenIsToldAndNothingStays) {
   YetkiDuzeni duzen = ac();
   duzen.treelist.degistir(satir("Banka"), false);
-  run("BEGIN TRAN UPDATE Kullanici SET KR=0 WHERE Kullanici_ID=2");
-  EXPECT_FALSE(rights::TamamBtn(o(), duzen));
-  EXPECT_EQ(s.boxes.texts(),
-            Texts{"Yetkiler kaydedilemedi; hiçbir şey değiştirilmedi.\nBilgiler başka bir program tarafından "
-                  "kilitlenmiş; lütfen biraz sonra yeniden deneyiniz."});
-  run("ROLLBACK TRAN");
+  rights::varsayilanYap(duzen.YetkiAmbarGrd, 1, true);
+  const std::string before = hersey();
+  const std::string yazilamadi = "Yetkiler kaydedilemedi; hiçbir şey değiştirilmedi.\n";
+  const struct {
+    std::function<void()> boz, duzelt;
+    std::string text;
+  } cases[] = {
+      {[&] {
+         surucu.izleme.once = [&](std::size_t) {
+           if (surucu.izleme.deyimler.back().find("MERKEZ.dbo.KULLANICI") != std::string::npos)
+             throw db::SqlError(db::ErrorKind::StatementRefused, 3906, "salt okunur");
+         };
+       },
+       [&] { surucu.izleme.sifirla(); }, "-2147217900 : salt okunur"},
+      {[&] { run("USE MERKEZ BEGIN TRAN UPDATE AMBAR SET Ambar_Ad='Başka'"); },
+       [&] { run("ROLLBACK TRAN USE Defination_DB"); },
+       "Bilgiler başka bir program tarafından kilitlenmiş; lütfen biraz sonra yeniden deneyiniz."},
+  };
+  for (const auto& c : cases) {
+    s.boxes.shown.clear();
+    YetkiDuzeni copy = duzen;
+    c.boz();
+    EXPECT_FALSE(rights::TamamBtn(o(), copy)) << c.text;
+    c.duzelt();
+    EXPECT_EQ(s.boxes.texts(), Texts{yazilamadi + c.text});
+    EXPECT_EQ(hersey(), before) << c.text;
+  }
   EXPECT_TRUE(rights::TamamBtn(o(), duzen));
-  EXPECT_EQ(kolon("BANKA,KR"), "0|1");
+  EXPECT_NE(hersey(), before);
+
+  // The whole database: it cannot be opened either, and what stands in the catalog is left alone.
+  const std::string rights = rows("SELECT * FROM Kullanici ORDER BY ID");
+  o().Kayitlar.close();
+  run("DROP DATABASE MERKEZ");
+  s.boxes.shown.clear();
+  duzen.treelist.degistir(satir("Stok"), false);
+  EXPECT_FALSE(rights::TamamBtn(o(), duzen));
+  EXPECT_TRUE(s.boxes.last().starts_with(yazilamadi)) << s.boxes.last();
+  EXPECT_FALSE(rights::Firma_Sec(o(), duzen, "MERKEZ"));
+  EXPECT_FALSE(duzen.okundu);
+  EXPECT_EQ(rows("SELECT * FROM Kullanici ORDER BY ID"), rights);
 }
 
 TEST_F(YetkiTest, MessagesOfWhatIsMissing) {

@@ -3,6 +3,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QTabBar>
@@ -198,6 +199,14 @@ TEST_F(KonsolEkrani, ButtonsOpenTheirScreensAndThoseWithoutOneAreNotDrawn) {
   konsol.findChild<QAction*>("MNDoviz")->trigger();
   EXPECT_EQ(oturum.Secili_Firma, "MAGAZA");
   EXPECT_FALSE(find<QWidget>(konsol, "anapanel")->isVisible());
+  // The card's own search has the key that goes to the filter of the hidden tree.
+  QWidget* card = konsol.findChild<QStackedWidget*>()->currentWidget();
+  QShortcut own(QKeySequence::Find, card);
+  QSignalSpy searched(&own, &QShortcut::activated);
+  card->setFocusPolicy(Qt::StrongFocus);
+  card->setFocus();
+  key(Qt::Key_F, Qt::ControlModifier);
+  EXPECT_EQ(searched.count(), 1);
 
   session_ui::ZemberaMenu bos(oturum, ui::EkranKaydi());
   screen::show(bos);

@@ -56,11 +56,14 @@ EkleFrm::EkleFrm(session::Oturum& oturum, ui::ConsolePort& konsol)
   left->addWidget(alanCercevesi("Frame1", "Kullanıcı Bilgileri", Kullanici));
   left->addWidget(alanCercevesi("Frame2", "E-Posta Ayarları", Posta));
   left->addStretch(1);
-  cerceveler_ = new QHBoxLayout;
-  cerceveler_->setSpacing(ui::gap);
-  cerceveler_->addLayout(left, 3);
-  cerceveler_->addWidget(firmaCercevesi(), 2);
-  body()->addLayout(cerceveler_, 1);
+  auto* frames = new QHBoxLayout;
+  frames->setSpacing(ui::gap);
+  frames->addLayout(left, 3);
+  frames->addWidget(firmaCercevesi(), 2);
+  body()->addLayout(frames, 1);
+  darOlunca(yanYana, [frames](bool dar) {
+    frames->setDirection(dar ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+  });
   hint()->setText("  Escape (Çıkış)");
   tamam_ = button("Ekle_Tamam", "Tamam", "kaydet", true);
   vazgec_ = button("Ekle_Vazgec", "Vazgeç", "cikis");
@@ -112,12 +115,6 @@ QGroupBox* EkleFrm::firmaCercevesi() {
   connect(firmalar_, &QListWidget::itemChanged, this, &EkleFrm::konumYaz);
   connect(firmalar_, &QListWidget::currentRowChanged, this, &EkleFrm::konumYaz);
   return box;
-}
-
-// Below the fields where there is no room beside them.
-void EkleFrm::resizeEvent(QResizeEvent* event) {
-  Kart::resizeEvent(event);
-  cerceveler_->setDirection(width() < yanYana ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
 }
 
 void EkleFrm::tuslar() {

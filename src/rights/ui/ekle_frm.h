@@ -7,7 +7,6 @@
 #include "session/oturum.h"
 #include "ui/kart.h"
 
-class QBoxLayout;
 class QCheckBox;
 class QGroupBox;
 class QListWidget;
@@ -23,9 +22,6 @@ class EkleFrm : public ui::Kart {
  public:
   EkleFrm(session::Oturum& oturum, ui::ConsolePort& konsol);
   void ac() override;
-
- protected:
-  void resizeEvent(QResizeEvent* event) override;
 
  private:
   QGroupBox* alanCercevesi(const char* ad, const QString& baslik, int grup);
@@ -43,7 +39,6 @@ class EkleFrm : public ui::Kart {
   QCheckBox* yonetici_ = nullptr;
   QListWidget* firmalar_ = nullptr;
   QLineEdit* konum_ = nullptr;
-  QBoxLayout* cerceveler_ = nullptr;
   QPushButton *tamam_ = nullptr, *vazgec_ = nullptr;
 };
 

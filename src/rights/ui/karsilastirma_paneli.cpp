@@ -109,7 +109,7 @@ void KarsilastirmaPaneli::karsilastir() {
     ozet_->clear();
     return;
   }
-  const rights::YetkiDuzeni& shown = gosterilen_();
+  const rights::YetkiDuzeni shown = gosterilen_();
   const auto farklar = rights::farklar(shown, other);
   const QString sol = ui::text(shown.Kullanici_Ad), sag = ui::text(other.Kullanici_Ad);
   const bool ayniKisi = sol == sag;

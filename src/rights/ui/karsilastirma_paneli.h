@@ -15,7 +15,7 @@ namespace rights_ui {
 class KarsilastirmaPaneli : public QWidget {
   Q_OBJECT
  public:
-  using Gosterilen = std::function<const rights::YetkiDuzeni&()>;
+  using Gosterilen = std::function<rights::YetkiDuzeni()>;
   // `gosterilen` gives what the editor shows, unsaved changes included.
   KarsilastirmaPaneli(session::Oturum& oturum, Gosterilen gosterilen);
   // Another user or company is shown: forgets the last comparison.

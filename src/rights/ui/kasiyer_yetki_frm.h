@@ -7,6 +7,7 @@
 #include "session/oturum.h"
 #include "ui/kart.h"
 
+class QBoxLayout;
 class QCheckBox;
 class QComboBox;
 class QTabWidget;
@@ -30,6 +31,7 @@ class KasiyerYetkiFrm : public ui::Kart {
   QWidget* ayarSekmesi();
   QWidget* nesneSekmesi();
   QWidget* kisayolSekmesi();
+  void altAlta(QBoxLayout* yanlar);
   ui::Izgara* tikIzgarasi(const char* ad, const char* kod, const char* yazi);
 
   void firmaSecildi(int sira);

@@ -27,6 +27,7 @@ using session::HucreTuru;
 constexpr int tikGenisligi = 52, yaziGenisligi = 190, kodGenisligi = 150, adGenisligi = 230,
               sozGenisligi = 120;
 constexpr int yetkiKolonu = 1, sozKolonu = 3;
+constexpr int yanYana = 700;  // width from which frames and grids stand side by side
 
 QLabel* yazi(std::string_view metin, QWidget* alan) {
   auto* label = new QLabel(ui::text(metin));
@@ -151,6 +152,12 @@ QWidget* KasiyerYetkiFrm::fisSekmesi() {
   return page;
 }
 
+void KasiyerYetkiFrm::altAlta(QBoxLayout* yanlar) {
+  darOlunca(yanYana, [yanlar](bool dar) {
+    yanlar->setDirection(dar ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+  });
+}
+
 QWidget* KasiyerYetkiFrm::ayarSekmesi() {
   auto* page = new QWidget;
   auto* columns = new QHBoxLayout(page);
@@ -174,6 +181,7 @@ QWidget* KasiyerYetkiFrm::ayarSekmesi() {
   right->setRowStretch(right->rowCount(), 1);
   columns->addWidget(genel, 1);
   columns->addWidget(aygit, 1);
+  altAlta(columns);
   return kayan(page);
 }
 
@@ -193,15 +201,20 @@ ui::Izgara* KasiyerYetkiFrm::tikIzgarasi(const char* ad, const char* kod, const 
 
 QWidget* KasiyerYetkiFrm::nesneSekmesi() {
   auto* page = new QWidget;
-  auto* grid = new QGridLayout(page);
-  grid->setContentsMargins(ui::gap, ui::gap, ui::gap, ui::gap);
-  grid->setHorizontalSpacing(ui::gap);
+  auto* grids = new QHBoxLayout(page);
+  grids->setContentsMargins(ui::gap, ui::gap, ui::gap, ui::gap);
+  grids->setSpacing(ui::gap);
   nesneler_ = tikIzgarasi("KasiyerYetkiFrm.NesnelerGRD", "Nesne", "Nesne Adı");
   teraziler_ = tikIzgarasi("KasiyerYetkiFrm.TeraziGRD", "Terazi", "Açıklama");
-  grid->addWidget(yazi("Satış ekranında görünecek nesneler", nesneler_), 0, 0);
-  grid->addWidget(nesneler_, 1, 0);
-  grid->addWidget(yazi("Kullanılacak teraziler", teraziler_), 0, 1);
-  grid->addWidget(teraziler_, 1, 1);
+  const std::pair<const char*, ui::Izgara*> sides[] = {{"Satış ekranında görünecek nesneler", nesneler_},
+                                                       {"Kullanılacak teraziler", teraziler_}};
+  for (const auto& [caption, grid] : sides) {
+    auto* side = new QVBoxLayout;
+    side->addWidget(yazi(caption, grid));
+    side->addWidget(grid, 1);
+    grids->addLayout(side, 1);
+  }
+  altAlta(grids);
   return page;
 }
 

@@ -26,8 +26,9 @@ namespace {
 
 using session::HucreTuru;
 
-constexpr int tikGenisligi = 52, kodGenisligi = 82, adGenisligi = 116, isaretGenisligi = 86;
-constexpr int sonucYuksekligi = 150, agacEnAz = 370, sekmeEnAz = 380;
+constexpr int tikGenisligi = 52, kodGenisligi = 82, adGenisligi = 108, isaretGenisligi = 80;
+constexpr int sonucYuksekligi = 150, agacEnAz = 370, sekmeEnAz = 370,
+              yanYana = 790;  // width from which tree and tabs stand side by side
 
 // "Tümüne Uygula": a box and the caption of the rows that it goes to.
 struct Uygulama {
@@ -78,6 +79,7 @@ YetkiFrm::YetkiFrm(session::Oturum& oturum, ui::ConsolePort& konsol)
   splitter->addWidget(agacTarafi());
   splitter->addWidget(sekmeler());
   splitter->setSizes({agacEnAz + 60, sekmeEnAz + 60});
+  darOlunca(yanYana, [splitter](bool dar) { splitter->setOrientation(dar ? Qt::Vertical : Qt::Horizontal); });
   body()->addWidget(firmaSatiri());
   body()->addWidget(splitter, 1);
   hint()->setText("  F2 (Kaydet)  Escape (Çıkış)  Ctrl+F (Yetki ara)");
@@ -91,19 +93,24 @@ YetkiFrm::YetkiFrm(session::Oturum& oturum, ui::ConsolePort& konsol)
 
 QWidget* YetkiFrm::firmaSatiri() {
   auto* row = new QWidget;
+  auto* company = new QHBoxLayout;
   auto* layout = new QHBoxLayout(row);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(ui::gap);
+  for (QHBoxLayout* each : {company, layout}) each->setSpacing(ui::gap);
   firma_ = liste("Firma_Combo");
   firma_->setMinimumWidth(220);
   kopyala_ = new QCheckBox("Bu Ayarları Kopyala");
   kopyala_->setObjectName("Kopyala");
   kopyala_->setToolTip(
       "İşaretliyken başka bir firma seçilirse ekrandaki ayarlar kalır; Kaydet onları o firmaya yazar.");
-  layout->addWidget(yazi("Yetki Belirlenecek Firma :", firma_));
-  layout->addWidget(firma_);
+  company->addWidget(yazi("Yetki Belirlenecek Firma :", firma_));
+  company->addWidget(firma_, 1);
+  layout->addLayout(company);
   layout->addWidget(kopyala_);
   layout->addStretch(1);
+  darOlunca(yanYana, [layout](bool dar) {
+    layout->setDirection(dar ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+  });
   connect(firma_, &QComboBox::currentIndexChanged, this, &YetkiFrm::firmaSecildi);
   return row;
 }
@@ -178,10 +185,11 @@ QWidget* YetkiFrm::sekmeler() {
   sekmeler_->addTab(genelSekmesi(), "Genel");
   sekmeler_->addTab(kasiyerSekmesi(), "Kasiyer");
   sekmeler_->addTab(yerSekmesi(), "Ambar ve İşyeri");
-  karsilastirma_ = new KarsilastirmaPaneli(oturum_, [this]() -> const rights::YetkiDuzeni& {
+  karsilastirma_ = new KarsilastirmaPaneli(oturum_, [this] {
     oku();
-    rights::agactanOku(duzen_.treelist, duzen_.satir);
-    return duzen_;
+    rights::YetkiDuzeni shown = duzen_;
+    shown.satir = rights::gosterilenSatir(duzen_.treelist, duzen_.satir);
+    return shown;
   });
   sekmeler_->addTab(karsilastirma_, "Karşılaştır");
   connect(karsilastirma_, &KarsilastirmaPaneli::hakSecildi, this, [this](int row) { agac_->goster(row); });

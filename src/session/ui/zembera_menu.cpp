@@ -61,9 +61,10 @@ ZemberaMenu::ZemberaMenu(session::Oturum& oturum, ui::EkranKaydi ekranlar)
   ekranlariGoster();
   ui::yerlestir(*this, *oturum_.platform, "Zembera_Menu", usualWindow);
 
+  // The panel's own: over it a card has these keys for itself.
   for (const auto& [tus, islem] : {std::pair{QKeySequence(Qt::Key_F5), &ZemberaMenu::yenile},
                                    {QKeySequence(Qt::CTRL | Qt::Key_F), &ZemberaMenu::suzgeceGit}})
-    connect(new QShortcut(tus, this), &QShortcut::activated, this, islem);
+    connect(new QShortcut(tus, anapanel_), &QShortcut::activated, this, islem);
   adlariYaz();
 
   if (oturum_.Giris_Hatali == 0) {

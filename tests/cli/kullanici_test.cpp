@@ -127,6 +127,9 @@ TEST_F(KullaniciKomutlari, RightsGoOutAndComeBackWhole) {
   }
   EXPECT_EQ(goster("json"), wanted);
   EXPECT_TRUE(goster("agac").starts_with("[ ] Kasa\n  [x] Kasa Kartı\n    [x] Ekle\n")) << cli.out;
+  EXPECT_NE(cli.out.find("\n[x] Genel Kullanım › Korvena Ana Program\n"), std::string::npos) << cli.out;
+  EXPECT_NE(cli.out.find("\n[x] Ambar 1 Merkez (merkez)\n[ ] İşyeri 1 MERKEZ\n"), std::string::npos)
+      << cli.out;
   EXPECT_TRUE(goster("tsv").starts_with(
       "Yetki\tKolon\tYer\tDeger\nKasa\tKASA\t1\t0\nKasa › Kasa Kartı › Ekle\tKK\t1\t1\n"))
       << cli.out;
@@ -222,6 +225,11 @@ TEST_F(KullaniciKomutlari, TillSettingsGoOutAndComeBackWhole) {
     wanted.replace(wanted.find(from), from.size(), to);
   }
   EXPECT_EQ(json(), wanted);
+  EXPECT_EQ(cli.calistir({"kasiyer-goster", "--kullanici", "ALİ", "--firma", "MERKEZ"}), 0);
+  for (const char* line :
+       {"Ayar\tKolon\tDeger\nKasa Kodu\tDef_Kasa_ID\tK1\nKasa Kodu\tKS_Degistirsin\tDeğiştirebilir\n",
+        "\nFiş No\tFisNo\t1\n", "\nTeraziler\tTeraziler\t27\nKısayol 2\tkisayollar\tELMA\n"})
+    EXPECT_NE(cli.out.find(line), std::string::npos) << line << cli.out;
   EXPECT_EQ(write(wanted), 0) << cli.err;
   EXPECT_EQ(json(), wanted);
 

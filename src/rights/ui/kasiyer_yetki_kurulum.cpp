@@ -100,7 +100,7 @@ QWidget* KasiyerYetkiFrm::firmaSatiri() {
   layout->setSpacing(ui::gap);
   firma_ = new QComboBox;
   firma_->setObjectName("Firma_Combo");
-  firma_->setMinimumWidth(220);
+  firma_->setMinimumWidth(160);
   layout->addWidget(yazi("Yetki Belirlenecek Firma :", firma_));
   layout->addWidget(firma_);
   layout->addStretch(1);

@@ -27,7 +27,7 @@ namespace {
 using session::HucreTuru;
 
 constexpr int tikGenisligi = 52, kodGenisligi = 82, adGenisligi = 108, isaretGenisligi = 80;
-constexpr int sonucYuksekligi = 150, agacEnAz = 370, sekmeEnAz = 370,
+constexpr int sonucYuksekligi = 150, agacEnAz = 350, sekmeEnAz = 350,
               yanYana = 790;  // width from which tree and tabs stand side by side
 
 // "Tümüne Uygula": a box and the caption of the rows that it goes to.
@@ -98,7 +98,7 @@ QWidget* YetkiFrm::firmaSatiri() {
   layout->setContentsMargins(0, 0, 0, 0);
   for (QHBoxLayout* each : {company, layout}) each->setSpacing(ui::gap);
   firma_ = liste("Firma_Combo");
-  firma_->setMinimumWidth(220);
+  firma_->setMinimumWidth(160);
   kopyala_ = new QCheckBox("Bu Ayarları Kopyala");
   kopyala_->setObjectName("Kopyala");
   kopyala_->setToolTip(

@@ -120,6 +120,8 @@ std::vector<Fark> farklar(const YetkiSatiri& sol, const YetkiSatiri& sag) {
   for (std::size_t i = 0; i < kolonlar().size(); ++i) {
     const KolonTuru tur = kolonlar()[i].tur;
     if (tur != KolonTuru::Sayi && tur != KolonTuru::Metin) continue;
+    // No number and 0 say the same.
+    if (tur == KolonTuru::Sayi && sol.degerler[i].integer() == sag.degerler[i].integer()) continue;
     const std::string left = sol.degerler[i].trimmed(), right = sag.degerler[i].trimmed();
     if (left != right) out.push_back({kolonYolu(kolonlar()[i]), left, right, -1});
   }

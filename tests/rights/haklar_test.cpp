@@ -63,7 +63,11 @@ TEST_F(FarkTest, TellsWhatOneHasAndTheOtherLacks) {
   const auto shown = [&] {
     return rights::farklar(rights::gosterilenSatir(veli.treelist, veli.satir), veli.satir);
   };
+  veli.satir["Kullanici_Fiyat"] = db::Value();
   EXPECT_TRUE(shown().empty());
+  const rights::YetkiSatiri sifir = veli.satir;
+  veli.satir["Kullanici_Fiyat"] = 0;
+  EXPECT_TRUE(rights::farklar(veli.satir, sifir).empty());
   const int first = rights::hakAra("açılış fişlerini")[0];
   veli.treelist.degistir(first, false);
   EXPECT_EQ(shown(),

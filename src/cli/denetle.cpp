@@ -1,5 +1,6 @@
 #include "cli/komut.h"
 #include "cli/oturum_ac.h"
+#include "db/table_name.h"
 #include "platform/files.h"
 #include "session/statements.h"
 #include "session/sys_inf.h"
@@ -32,12 +33,6 @@ class Iletiler : public db::BatchSink {
   Ortam& ortam_;
 };
 
-std::string koseli(const std::string& ad) {
-  std::string quoted = "[";
-  for (const char c : ad) quoted += c == ']' ? std::string("]]") : std::string(1, c);
-  return quoted + "]";
-}
-
 std::vector<std::string> adlar(KomutOturumu& komut, const Degerler& values) {
   if (values.var("ad")) return {values.metin("ad")};
   std::vector<std::string> names;
@@ -50,8 +45,9 @@ bool denetle(KomutOturumu& komut, const std::string& ad, bool yenile) {
   Iletiler iletiler(komut.ortam);
   try {
     if (yenile)
-      komut.oturum.Baglanti->run("ALTER DATABASE " + koseli(ad) + " SET PAGE_VERIFY CHECKSUM", iletiler);
-    komut.oturum.Baglanti->run("DBCC CHECKDB (" + koseli(ad) + ") WITH NO_INFOMSGS", iletiler);
+      komut.oturum.Baglanti->run("ALTER DATABASE " + db::bracketed(ad) + " SET PAGE_VERIFY CHECKSUM",
+                                 iletiler);
+    komut.oturum.Baglanti->run("DBCC CHECKDB (" + db::bracketed(ad) + ") WITH NO_INFOMSGS", iletiler);
     komut.ortam.out << ad << ": sağlam\n";
     return true;
   } catch (const db::SqlError& error) {

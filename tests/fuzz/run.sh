@@ -13,13 +13,14 @@ if [ -z "$clang" ] || [ ! -e "$runtime" ]; then
   exit 77
 fi
 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_CXX_COMPILER="$clang" -DZEMBERA_FUZZ=ON >/dev/null
-cmake --build "$build" --target fuzz_parser fuzz_batch
-for target in parser batch; do
+cmake --build "$build" --target fuzz_parser fuzz_batch fuzz_files
+for target in parser batch files; do
   work=$(mktemp -d)
   trap 'rm -rf "$work"' EXIT
+  corpus=("$root/tests/fuzz/corpus/$target")
+  [ $target = files ] || corpus+=("$root/tests/fuzz/corpus/parser" -dict="$root/tests/fuzz/tsql.dict")
   TMPDIR=$work "$build/bin/fuzz_$target" -seed=2012 -max_total_time="$seconds" -timeout=25 -rss_limit_mb=2048 -max_len=4096 \
-    -dict="$root/tests/fuzz/tsql.dict" -artifact_prefix="$build/" -print_final_stats=0 -verbosity=0 \
-    "$work" "$root/tests/fuzz/corpus/$target" "$root/tests/fuzz/corpus/parser"
+    -artifact_prefix="$build/" -print_final_stats=0 -verbosity=0 "$work" "${corpus[@]}"
   rm -rf "$work"
 done
-echo "fuzzed parser and batch for $seconds s each: nothing found"
+echo "fuzzed parser, batch and files for $seconds s each: nothing found"

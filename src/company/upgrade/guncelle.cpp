@@ -10,6 +10,7 @@
 #include "company/upgrade/gocler.h"
 #include "company/upgrade/kolonlar.h"
 #include "company/upgrade/onarim.h"
+#include "db/table_name.h"
 #include "db/value.h"
 #include "session/firma_bul.h"
 #include "session/statements.h"
@@ -171,6 +172,8 @@ void run(Yurutucu& y, const std::string& firmaAdi) {
                                        schema::triggerOrder(Stage::Upgrade).size() + 5));
   y.sayilar().gonderilen += 2;
   SemaGoruntusu sema = SemaGoruntusu::oku(y.baglanti());
+  // Files from before the checksums get them; no other statement may stand beside this one in a transaction.
+  y.calistir("ALTER DATABASE " + db::bracketed(y.baglanti().parts().database) + " SET PAGE_VERIFY CHECKSUM");
   y.denemeyeBasla();
   for (const char* statement : bosOnarimlari) y.onar(statement);
   tablolariOlustur(y, sema);

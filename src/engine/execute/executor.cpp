@@ -8,6 +8,7 @@ namespace engine {
 namespace {
 
 constexpr int nestingLimit = 32;
+constexpr std::size_t keptBatch = 1 << 20;  // the plan of a longer one goes with it
 
 }  // namespace
 
@@ -131,6 +132,15 @@ void collectArguments(const Statement& statement, std::vector<std::string>& name
   }
 }
 
+// What a plan may depend on; a long text is never among it (Plan::fits).
+std::vector<Literal> shortLiterals(const std::vector<Literal>& literals) {
+  std::vector<Literal> out;
+  out.reserve(literals.size());
+  for (const Literal& literal : literals)
+    out.push_back(literal.text.size() <= longLiteral ? literal : Literal{literal.kind, {}, literal.ordinal});
+  return out;
+}
+
 // Every variable of the batch must be declared in it; names of procedure arguments are none.
 void checkVariables(const std::vector<Token>& tokens, const std::vector<StatementPtr>& statements,
                     const VariableTable& variables) {
@@ -153,7 +163,7 @@ std::shared_ptr<Plan> Executor::planFor(std::string_view text, std::vector<Liter
   if (nesting_ > 0) key += '\n' + std::to_string(nesting_);
   if (auto plan = plans_.find(key, literals)) return plan;
   auto plan = makePlan(parseTokens(text, tokens));
-  plan->literals = literals;
+  plan->literals = shortLiterals(literals);
   const bool stored = !plan->batch.statements.empty() &&
                       std::holds_alternative<CreateTriggerStatement>(plan->batch.statements[0]->node);
   if (stored) {
@@ -162,7 +172,7 @@ std::shared_ptr<Plan> Executor::planFor(std::string_view text, std::vector<Liter
   } else {
     checkVariables(tokens, plan->batch.statements, plan->variables);
   }
-  plans_.add(key, plan);
+  if (text.size() <= keptBatch) plans_.add(key, plan);
   return plan;
 }
 

@@ -137,9 +137,12 @@ const std::string* Executor::plainText(const ParameterSource& source) const {
     return nullptr;
   const Literal& literal = (*frame_->literals)[static_cast<std::size_t>(source.index)];
   const TypeId to = source.to.id;
-  if (literal.kind != LiteralKind::Text || (to != TypeId::Char && to != TypeId::VarChar)) return nullptr;
+  const bool sized = to == TypeId::Char || to == TypeId::VarChar;
+  if (literal.kind != LiteralKind::Text || (!sized && to != TypeId::Text)) return nullptr;
   const std::string& text = literal.text;
-  const bool plain = !text.empty() && text.size() <= source.to.length && text.back() != ' ' && isAscii(text);
+  const bool fits = !sized || text.size() <= source.to.length;
+  const bool plain =
+      !text.empty() && fits && text.back() != ' ' && (isAscii(text) || (!sized && fitCp1254(text) == text));
   return plain ? &text : nullptr;
 }
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
@@ -27,7 +28,9 @@ constexpr auto charClasses = [] {
 }();
 
 constexpr std::size_t maxIdentifier = 128;  // characters
-constexpr std::size_t maxQuoted = 120;      // bytes of the batch that an error text repeats
+constexpr std::size_t maxList = 250'000;    // values in a row: SQLite binds no more
+constexpr std::size_t expectedTokens = 65'536;
+constexpr std::size_t maxQuoted = 120;  // bytes of the batch that an error text repeats
 
 CharClass classOf(char c) {
   return charClasses[static_cast<unsigned char>(c)];
@@ -58,7 +61,7 @@ class Lexer {
  public:
   explicit Lexer(std::string_view batch) : text_(batch) {
     if (text_.starts_with("\xEF\xBB\xBF")) pos_ = 3;
-    tokens_.reserve(batch.size() / 4 + 8);
+    tokens_.reserve(std::min(batch.size() / 4 + 8, expectedTokens));
   }
 
   std::vector<Token> run() {
@@ -82,6 +85,20 @@ class Lexer {
     token.offset = pos_;
     token.source = text_.substr(pos_, end - pos_);
     pos_ = end;
+    limitList(token);
+  }
+
+  // No statement has room for a list that long; told here, before it has cost its memory.
+  void limitList(const Token& token) {
+    if (token.kind == TokenKind::Literal) {
+      if (++listed_ > maxList)
+        fail(8623,
+             "The query processor ran out of internal resources and could not produce a query plan. Simplify "
+             "the query.",
+             line_);
+    } else if (token.kind != TokenKind::Symbol || (token.source[0] != ',' && token.source[0] != '-')) {
+      listed_ = 0;
+    }
   }
 
   void skipBlanks() {
@@ -269,6 +286,7 @@ class Lexer {
   std::string_view text_;
   std::size_t pos_ = 0;
   int line_ = 1;
+  std::size_t listed_ = 0;  // literals since the last bracket or word
   std::vector<Token> tokens_;
 };
 

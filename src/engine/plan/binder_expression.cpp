@@ -128,7 +128,8 @@ BoundExpr Binder::bindLiteral(const Literal& literal, bool negate) {
   ParameterSource source;
   source.index = literal.ordinal;
   source.fixed = context_.fixedLiterals;
-  source.value = literal;
+  // A long text stands in the batch's own list alone.
+  if (source.fixed || source.index < 0 || literal.text.size() <= longLiteral) source.value = literal;
   source.negate = negate;
   source.from = source.to = literalType(literal);
   return addParameter(std::move(source));

@@ -35,6 +35,9 @@ enum class SystemValue : std::uint8_t {
   NestLevel,
 };
 
+// Longer ones are kept in the list of the batch that they stand in, and nowhere else.
+inline constexpr std::size_t longLiteral = 8000;
+
 // Where a parameter's value comes from each time the statement runs.
 struct ParameterSource {
   enum class Kind : std::uint8_t { Literal, Variable, System };

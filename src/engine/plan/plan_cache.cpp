@@ -7,7 +7,9 @@ namespace engine {
 bool Plan::fits(const std::vector<Literal>& now) const {
   for (const int ordinal : structural) {
     const auto i = static_cast<std::size_t>(ordinal);
-    if (i >= now.size() || i >= literals.size() || now[i].text != literals[i].text) return false;
+    if (i >= now.size() || i >= literals.size() || now[i].text != literals[i].text ||
+        now[i].text.size() > longLiteral)
+      return false;
   }
   return true;
 }

@@ -15,6 +15,7 @@
 #include "engine/catalog.h"
 #include "engine/store/database_file.h"
 #include "engine/store/file_layer.h"
+#include "engine/store/file_names.h"
 #include "engine/store/log_format.h"
 #include "engine/value.h"
 
@@ -28,6 +29,8 @@ constexpr mode_t privateMode = 0600;
 
 // The first page of a companion; less when it is shorter.
 std::string startOf(const fs::path& file) {
+  std::error_code error;
+  if (!fs::is_regular_file(file, error)) return {};  // to open a pipe would wait
   std::ifstream in(file, std::ios::binary);
   std::string start(store::framesBegin, '\0');
   in.read(start.data(), static_cast<std::streamsize>(start.size()));
@@ -132,6 +135,9 @@ void writeCompanion(const fs::path& file, const std::string& database, const std
 }
 
 std::string readCompanion(const fs::path& file, const std::string& database) {
+  std::error_code error;
+  if (!fs::is_regular_file(file, error))
+    throw Error(5120, "Unable to open the physical file \"" + file.string() + "\". " + reasonNotOpened(file));
   const auto head = headOf(file);
   if (!head) failDamaged(file, database);
   return head->family;

@@ -15,7 +15,7 @@ std::string newFamily();  // 32 random hexadecimal digits
 void writeCompanion(const std::filesystem::path& file, const std::string& database,
                     const std::string& family);
 
-// The companion's family. Error 9004 when the content is not one.
+// The companion's family. Error 9004 when the content is not one, 5120 when it is no file.
 std::string readCompanion(const std::filesystem::path& file, const std::string& database);
 
 // Files in the data file's folder that differ from `log` only in letter case, `log` itself first.

@@ -116,10 +116,10 @@ int controlFile(sqlite3_file* file, int what, void* argument) {
       data.checkpointing = true;
       data.marked = false;
       return SQLITE_OK;
-    case SQLITE_FCNTL_HAS_MOVED: {
-      const int code = real.methods().xFileControl(real.get(), what, argument);
-      if (code != SQLITE_OK || *static_cast<int*>(argument) != 0 || !data.log) return code;
-      return data.log->real.methods().xFileControl(data.log->real.get(), what, argument);
+    case SQLITE_FCNTL_HAS_MOVED: {  // SQLite's own answer knows nothing of the log
+      const bool log = data.log && RealFile::inodeAt(data.logPath) != data.logInode;
+      *static_cast<int*>(argument) = log || RealFile::inodeAt(data.path) != data.inode ? 1 : 0;
+      return SQLITE_OK;
     }
     case controlFlush:
       return flushOwed(data);
@@ -148,6 +148,15 @@ int mapIndex(sqlite3_file* file, int region, int size, int extend, void volatile
   return code;
 }
 
+// Rows written into a file that was removed or replaced would be gone with its last session.
+int refuseMoved(sqlite3_file* file) {
+  int moved = 0;
+  const int code = controlFile(file, SQLITE_FCNTL_HAS_MOVED, &moved);
+  if (code != SQLITE_OK || moved == 0) return SQLITE_OK;
+  movedCount.fetch_add(1, std::memory_order_relaxed);
+  return failWith(SQLITE_IOERR_WRITE, movedError(dataOf(file).path));
+}
+
 int lockIndex(sqlite3_file* file, int first, int count, int flags) {
   DataState& data = dataOf(file);
   const sqlite3_io_methods& below = data.real.methods();
@@ -163,6 +172,13 @@ int lockIndex(sqlite3_file* file, int first, int count, int flags) {
   if (covers(checkpointLock)) {
     data.holdsCheckpoint = taken;
     if (!taken) data.checkpointing = false;
+  }
+  if (taken && first == writeLock && count == 1) {
+    if (const int moved = refuseMoved(file); moved != SQLITE_OK) {
+      below.xShmLock(data.real.get(), first, count, SQLITE_SHM_UNLOCK | SQLITE_SHM_EXCLUSIVE);
+      data.holdsWrite = false;
+      return moved;
+    }
   }
   // Nobody but who is about to take the log in locks this one: the last moment to look whether it belongs.
   if (!taken || !covers(recoverLock)) return SQLITE_OK;
@@ -193,6 +209,13 @@ const sqlite3_io_methods dataMethods = {
     2,         closeFile,    readFile,      writeFile,   truncateFile, syncFile,        fileSize,
     lockFile,  unlockFile,   checkReserved, controlFile, sectorSize,   characteristics, mapIndex,
     lockIndex, indexBarrier, unmapIndex,    nullptr,     nullptr};
+
+Error movedError(const std::string& path) {
+  return Error(823,
+               "I/O error detected in file '" + path +
+                   "': it or its log was removed or replaced while the database was open.",
+               24);
+}
 
 DataState& dataOf(sqlite3_file* file) {
   return *reinterpret_cast<LayerFile*>(file)->data;

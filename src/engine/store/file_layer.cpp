@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "engine/catalog/failure.h"
+#include "engine/store/file_names.h"
 #include "engine/store/layer_files.h"
 #include "engine/store/page_checksum.h"
 
@@ -27,8 +28,9 @@ sqlite3_vfs* below() {
   return sqlite3_vfs_find(nullptr);
 }
 
-[[nodiscard]] int failOpen(const std::string& path, const char* why) {
-  return failWith(SQLITE_CANTOPEN, Error(5120, "Unable to open the physical file \"" + path + "\". " + why));
+[[nodiscard]] int failOpen(const std::string& path) {
+  return failWith(SQLITE_CANTOPEN,
+                  Error(5120, "Unable to open the physical file \"" + path + "\". " + reasonNotOpened(path)));
 }
 
 bool isDataHeader(const unsigned char* header) {
@@ -54,8 +56,7 @@ int openData(sqlite3_vfs* vfs, const char* name, sqlite3_file* file, int flags, 
   data->database = database ? database : "";
   if (const int code = data->real.open(vfs, name, flags, outFlags); code != SQLITE_OK) {
     if ((code & 0xFF) != SQLITE_CANTOPEN) return code;
-    return failOpen(data->path,
-                    "Operating system error 2: \"2(The system cannot find the file specified.)\".");
+    return failOpen(data->path);
   }
   data->identity = identityInLog(vfs, data->logPath);
   const std::int64_t size = data->real.size();
@@ -73,7 +74,12 @@ int openData(sqlite3_vfs* vfs, const char* name, sqlite3_file* file, int flags, 
                                                        "' is not a valid database file header."));
     if (const int code = data->learn(); code != SQLITE_OK) return code;
   }
-  data->shared = sharedLog(data->path);
+  data->inode = RealFile::inodeAt(data->path);
+  data->shared = sharedLog(data->path, data->inode);
+  if (!data->shared)
+    return failWith(SQLITE_CANTOPEN, Error(5120, "Unable to open the physical file \"" + data->path +
+                                                     "\". It was replaced while sessions of this server "
+                                                     "have the former one open."));
   auto* layer = reinterpret_cast<LayerFile*>(file);
   layer->data = data.release();
   file->pMethods = &dataMethods;
@@ -86,11 +92,10 @@ int openLog(sqlite3_vfs* vfs, const char* name, sqlite3_file* file, int* outFlag
   // The companion is made with the data file; one that is missing is not made up here.
   const int code =
       log->real.open(vfs, data.logPath.c_str(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_WAL, outFlags);
-  if ((code & 0xFF) == SQLITE_CANTOPEN)
-    return failOpen(data.logPath,
-                    "Operating system error 2: \"2(The system cannot find the file specified.)\".");
+  if ((code & 0xFF) == SQLITE_CANTOPEN) return failOpen(data.logPath);
   if (code != SQLITE_OK) return code;
   log->data = &data;
+  data.logInode = RealFile::inodeAt(data.logPath);
   data.log = log.get();
   auto* layer = reinterpret_cast<LayerFile*>(file);
   layer->log = log.release();
@@ -183,6 +188,8 @@ sqlite3_file* fileOf(sqlite3* db, const std::string& alias) {
 
 }  // namespace
 
+std::atomic<std::uint64_t> movedCount = 0;
+
 namespace {
 
 std::string uri(const std::filesystem::path& data, const std::filesystem::path& log,
@@ -232,6 +239,16 @@ bool isInPlace(sqlite3* db, const std::string& alias) {
   int moved = 0;
   const int code = sqlite3_file_control(db, alias.c_str(), SQLITE_FCNTL_HAS_MOVED, &moved);
   return code != SQLITE_OK || moved == 0;
+}
+
+void refuseMoved(sqlite3* db, const std::string& alias) {
+  if (isInPlace(db, alias)) return;
+  movedCount.fetch_add(1, std::memory_order_relaxed);
+  throw movedError(dataOf(fileOf(db, alias)).path);
+}
+
+std::uint64_t movedFiles() {
+  return movedCount.load(std::memory_order_relaxed);
 }
 
 void noteWaiting(const std::filesystem::path& data) {

@@ -48,6 +48,11 @@ std::optional<Position> position(sqlite3* db, const std::string& alias);
 // Whether both files still lie where they were opened.
 bool isInPlace(sqlite3* db, const std::string& alias);
 
+// How often a session of this process has found, at the begin of a write, that a file lies there no more
+// (823): then all close what they have open of it.
+std::uint64_t movedFiles();
+void refuseMoved(sqlite3* db, const std::string& alias);  // 823
+
 // Sessions of this process that wait for the database's write lock, so that a commit lets them in before
 // its flush. Seen by itself where SQLite finds the lock taken.
 void noteWaiting(const std::filesystem::path& data);

@@ -1,6 +1,7 @@
 #include "engine/store/file_names.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -65,6 +66,18 @@ void removeFile(const fs::path& file) {
   std::error_code error;
   fs::remove(file, error);
   if (error) failFile(file, error.value());
+}
+
+std::string reasonNotOpened(const fs::path& file) {
+  struct stat status {};
+  if (::stat(file.c_str(), &status) == 0 && !S_ISREG(status.st_mode))
+    return "It is no file, but a folder, a pipe or a device.";
+  // Not by opening it: to close it again would take the locks away that this process has on it.
+  const int error = ::access(file.c_str(), R_OK | W_OK) == 0 ? 0 : errno;
+  if (error == 0 || error == ENOENT)
+    return "Operating system error 2: \"2(The system cannot find the file specified.)\".";
+  return "Operating system error " + std::to_string(error) + ": \"" + std::to_string(error) + "(" +
+         std::strerror(error) + ")\".";
 }
 
 void makePrivate(const fs::path& path) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 #include <vector>
 
 namespace engine {
@@ -14,6 +15,9 @@ void checkFileName(const std::filesystem::path& file);
 void tryFile(const std::filesystem::path& file);
 // A missing one is no error; 5123 otherwise.
 void removeFile(const std::filesystem::path& file);
+
+// Why the system does not open it, in the server's words: "Operating system error 2: ...".
+std::string reasonNotOpened(const std::filesystem::path& file);
 
 // Rights 0700 or 0600, whatever the umask has made of it.
 void makePrivate(const std::filesystem::path& path);

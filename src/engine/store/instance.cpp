@@ -81,4 +81,9 @@ void Instance::closeIdle() {
   for (Store* store : stores_) store->closeIfIdle();
 }
 
+void Instance::closeMoved() {
+  const std::lock_guard lock(storesMutex_);
+  for (Store* store : stores_) store->closeMovedIfIdle();
+}
+
 }  // namespace engine

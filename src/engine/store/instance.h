@@ -65,6 +65,7 @@ class Instance {
   void withdraw(Store& store);
   // Closes the files of all sessions of this process that run no statement.
   void closeIdle();
+  void closeMoved();
 
  private:
   void watch();

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "engine/store/log_format.h"
+#include "engine/value.h"
 
 namespace engine::store {
 
@@ -32,7 +33,8 @@ class RealFile {
   int write(const void* from, std::size_t size, std::int64_t at) const;
   int sync() const;
   int truncate(std::int64_t size) const;
-  std::int64_t size() const;  // -1: cannot be told
+  std::int64_t size() const;                              // -1: cannot be told
+  static std::uint64_t inodeAt(const std::string& path);  // 0: nothing lies there
 
  private:
   sqlite3_file* file_ = nullptr;
@@ -52,6 +54,8 @@ class SharedLog {
   void noteWaiting();
   bool somebodyWaits() const;
 
+  std::uint64_t inode = 0;  // of the data file; set before anybody else sees it
+
  private:
   int flushAsked(std::unique_lock<std::mutex>& lock, const RealFile& log);
 
@@ -63,7 +67,9 @@ class SharedLog {
   std::atomic<bool> broken_ = false;
   std::atomic<std::int64_t> waitingAt_ = 0;  // steady clock, milliseconds
 };
-std::shared_ptr<SharedLog> sharedLog(const std::string& dataPath);
+// Null while sessions of this process still have a former file of that name open with the index that lies
+// beside it: two files must not share one. Without a number the one that is open, if any.
+std::shared_ptr<SharedLog> sharedLog(const std::string& dataPath, std::uint64_t inode = 0);
 
 struct LogState;
 
@@ -73,6 +79,7 @@ struct DataState {
   LogState* log = nullptr;
   std::shared_ptr<SharedLog> shared;
 
+  std::uint64_t inode = 0, logInode = 0;  // of what was opened
   std::uint32_t pageSize = 0;
   bool checksummed = false, logged = false;  // as the file's header says
   std::uint32_t identity = 0;
@@ -123,6 +130,9 @@ struct LayerFile {
     LogState* log;
   };
 };
+
+extern std::atomic<std::uint64_t> movedCount;
+Error movedError(const std::string& path);
 
 // Codes that only this layer understands, for sqlite3_file_control.
 constexpr int controlFlush = 0x5A420001;

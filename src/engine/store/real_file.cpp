@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <cstdlib>
 #include <cstring>
 
@@ -9,12 +11,24 @@ RealFile::~RealFile() {
   close();
 }
 
+// Opening a pipe waits for somebody at its other end.
+static bool isOtherThanAFile(const char* name) {
+  struct stat status {};
+  return ::stat(name, &status) == 0 && !S_ISREG(status.st_mode);
+}
+
 int RealFile::open(sqlite3_vfs* vfs, const char* name, int flags, int* outFlags) {
+  if (isOtherThanAFile(name)) return SQLITE_CANTOPEN;
   file_ = static_cast<sqlite3_file*>(std::calloc(1, static_cast<std::size_t>(vfs->szOsFile)));
   if (!file_) return SQLITE_NOMEM;
   const int code = vfs->xOpen(vfs, name, file_, flags, outFlags);
   if (code != SQLITE_OK) close();
   return code;
+}
+
+std::uint64_t RealFile::inodeAt(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
 }
 
 int RealFile::close() {

@@ -1,4 +1,6 @@
 // One flush for all who wait for it.
+#include <unistd.h>
+
 #include <chrono>
 #include <map>
 
@@ -19,7 +21,7 @@ std::int64_t now() {
 
 }  // namespace
 
-std::shared_ptr<SharedLog> sharedLog(const std::string& dataPath) {
+std::shared_ptr<SharedLog> sharedLog(const std::string& dataPath, std::uint64_t inode) {
   // Never destroyed: sessions that live as long as the process close their files after the statics have gone.
   static auto& mutex = *new std::mutex;
   static auto& logs = *new std::map<std::string, std::weak_ptr<SharedLog>>;
@@ -27,7 +29,10 @@ std::shared_ptr<SharedLog> sharedLog(const std::string& dataPath) {
   std::erase_if(logs, [](const auto& each) { return each.second.expired(); });
   std::weak_ptr<SharedLog>& kept = logs[dataPath];
   auto log = kept.lock();
-  if (!log) kept = log = std::make_shared<SharedLog>();
+  const bool former = log && inode != 0 && log->inode != 0 && log->inode != inode;
+  if (former && ::access((dataPath + "-shm").c_str(), F_OK) == 0) return nullptr;
+  if (!log || former) kept = log = std::make_shared<SharedLog>();
+  if (inode != 0) log->inode = inode;
   return log;
 }
 

@@ -188,6 +188,9 @@ bool Store::Impl::close(Attached& one) {
   one.readIdentity.reset();
   one.beginIdentity.reset();
   one.noteIdentity.reset();
+  // What a removed file has in its log is not to go, nor the log that lies where its own was.
+  const int keepLog = store::isInPlace(db, one.alias) ? 0 : 1;
+  sqlite3_db_config(db, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, keepLog, nullptr);
   if (sqlite3_exec(db, ("DETACH " + one.alias).c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) return false;
   ++stamp;
   attached.erase(foldName(one.entry.name));
@@ -282,6 +285,11 @@ void Store::Impl::checkAttached(Attached& one, const std::string& family) {
                           one.entry.log.string() + "' does not belong to database '" + one.entry.name + "'.");
 }
 
+bool Store::Impl::isCurrent(const Attached& one) {
+  lite::Stmt format(db, atAlias("SELECT value FROM @.zb_meta WHERE key='format'", one.alias));
+  return store::isChecksummed(db, one.alias) && format.step() && format.integer(0) == fileFormat;
+}
+
 // Within a transaction an alias that failed stays until its end.
 void Store::Impl::detachOrphans() {
   std::erase_if(orphans, [this](const std::string& alias) {
@@ -302,6 +310,23 @@ void Store::Impl::closeFiles() {
   databases.clear();
   listVersion = -1;
   fresh = false;
+}
+
+// The file may have gone since the lock was taken; then nothing of the transaction stands anywhere.
+void Store::Impl::refuseMoved() {
+  for (const auto& [name, one] : attached)
+    if (sqlite3_txn_state(db, one->alias.c_str()) == SQLITE_TXN_WRITE) store::refuseMoved(db, one->alias);
+}
+
+// Somebody of this process has found that a file lies where it was opened no more.
+void Store::Impl::closeMoved() {
+  const std::uint64_t found = store::movedFiles();
+  if (found == seenMoved || !sqlite3_get_autocommit(db)) return;
+  seenMoved = found;
+  std::vector<Attached*> moved;
+  for (auto& [name, one] : attached)
+    if (!store::isInPlace(db, one->alias)) moved.push_back(one.get());
+  for (Attached* one : moved) close(*one);
 }
 
 // Looks at the catalog versions of everything attached, unless no definition has changed anywhere.
@@ -410,6 +435,10 @@ void Store::beginStatement() {
       self.closeFiles();
       self.generation = generation;
     }
+    if (fresh && self.seenMoved != store::movedFiles()) {
+      self.closeMoved();
+      self.instance->closeMoved();
+    }
     if (!self.orphans.empty() && sqlite3_get_autocommit(self.db)) self.detachOrphans();
     for (auto& [name, one] : self.attached) self.tune(*one);
     self.endLeftIntents(*this);
@@ -438,6 +467,11 @@ void Store::closeIfIdle() {
   } catch (const Error&) {
     // It closes them itself at its next statement.
   }
+}
+
+void Store::closeMovedIfIdle() {
+  const std::unique_lock lock(impl_->busy, std::try_to_lock);
+  if (lock.owns_lock()) impl_->closeMoved();
 }
 
 std::string Store::attach(std::string_view database) {
@@ -488,6 +522,7 @@ void Store::setDelayedDurability(std::string_view database, bool delayed) {
 
 void Store::renew(std::string_view name) {
   Impl& self = *impl_;
+  if (self.isCurrent(self.find(name))) return;
   const DatabaseEntry entry = *(self.entryOf(name) ? self.entryOf(name) : (failMissing(name), nullptr));
   LockFile service(self.instance->lockFile());
   service.waitExclusive(LockFile::serviceLock);
@@ -575,6 +610,12 @@ void Store::commit() {
     --self.depth;
     self.followersAt.pop_back();
     return;
+  }
+  try {
+    self.refuseMoved();
+  } catch (const Error&) {
+    rollback();
+    throw;
   }
   auto& page = self.instance->shared();
   self.refuseOverLeftIntents();

@@ -106,7 +106,8 @@ class Store {
   // changes it any more.
   void lockDefinitions(std::string_view database);
   void markChanged(std::string_view database, std::shared_ptr<DatabaseCatalog> now = nullptr);
-  // Builds the database's file anew, of the current format with checksums in every page. For that moment
+  // Builds the database's file anew, of the current format with checksums in every page, unless it is so
+  // already. For that moment
   // the service stands still: running statements are waited for, others are refused. 5030 while somebody
   // keeps the file open all the same.
   void renew(std::string_view database);
@@ -120,6 +121,8 @@ class Store {
   void reloadDatabases();
   // Called from other threads when the service stops: closes this handle's files if no statement runs.
   void closeIfIdle();
+  // The same for files that lie where they were opened no more; an open transaction keeps its own.
+  void closeMovedIfIdle();
 
   struct Impl;
   Impl& impl() const { return *impl_; }

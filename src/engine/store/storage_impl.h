@@ -50,9 +50,12 @@ struct Store::Impl {
   void refreshDatabases();
   void tune(Attached& attached);
   void checkAttached(Attached& attached, const std::string& family);
+  bool isCurrent(const Attached& attached);  // of this format, with checksums
   void makeRoom();
   bool close(Attached& attached);
   void closeFiles();
+  void refuseMoved();
+  void closeMoved();
   void detachOrphans();
   std::int64_t versionOf(Attached& attached);
   // BEGIN, COMMIT, SAVEPOINT ...: prepared once, for they run around every change. SQLite's result code.
@@ -107,7 +110,8 @@ struct Store::Impl {
   int depth = 0;
   bool anyChanged = false;
   std::uint64_t generation = 0, seenChanges = 0, stamp = 1, clock = 0;
-  bool fresh = false;  // seenChanges is meaningful
+  std::uint64_t seenMoved = 0;  // of store::movedFiles()
+  bool fresh = false;           // seenChanges is meaningful
 
   std::int64_t lockTimeout = -1;                 // milliseconds; negative: without limit
   const std::atomic<bool>* cancelled = nullptr;  // set from another thread

@@ -9,10 +9,8 @@ namespace engine {
 
 namespace {
 
-constexpr std::size_t attachLimit = 10;  // SQLite's own, as built
 // 8 MB of log before it goes into the data file, which costs three syncs: the tables of a whole company.
 constexpr int checkpointPages = 2000;
-constexpr const char* masterName = "master";
 
 [[noreturn]] void failStopped() {
   throw Error(
@@ -25,13 +23,6 @@ constexpr const char* masterName = "master";
 [[noreturn]] void failMissing(std::string_view name) {
   throw Error(911, "Database '" + std::string(name) +
                        "' does not exist. Make sure that the name is entered correctly.");
-}
-
-[[noreturn]] void failDamaged(const DatabaseEntry& entry, const Error& error) {
-  const std::string file = entry.data.string(), text = error.what();
-  const bool damage = error.number() == 824 || error.number() == 823;
-  if (!damage || text.find(entry.data.parent_path().string()) != std::string::npos) throw Error(error);
-  throw Error(error.number(), "The database file '" + file + "' is damaged: " + text, 24);
 }
 
 sqlite3* openHandle(FunctionContext* functions) {
@@ -167,168 +158,6 @@ Attached& Store::Impl::find(std::string_view name) {
   return *found->second;
 }
 
-void Store::Impl::makeRoom() {
-  if (attached.size() < attachLimit) return;
-  while (attached.size() >= attachLimit) {
-    Attached* oldest = nullptr;
-    for (auto& [name, one] : attached)
-      if (name != masterName && name != current && !one->changed &&
-          (!oldest || one->lastUse < oldest->lastUse))
-        oldest = one.get();
-    if (!oldest || !close(*oldest))
-      throw Error(8621, "A statement or transaction uses more than 10 databases.", 17);
-  }
-}
-
-bool Store::Impl::close(Attached& one) {
-  one.version.reset();
-  one.lock.reset();
-  one.raise.reset();
-  one.takeIdentity.reset();
-  one.readIdentity.reset();
-  one.beginIdentity.reset();
-  one.noteIdentity.reset();
-  // What a removed file has in its log is not to go, nor the log that lies where its own was.
-  const int keepLog = store::isInPlace(db, one.alias) ? 0 : 1;
-  sqlite3_db_config(db, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, keepLog, nullptr);
-  if (sqlite3_exec(db, ("DETACH " + one.alias).c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) return false;
-  ++stamp;
-  attached.erase(foldName(one.entry.name));
-  return true;
-}
-
-void Store::Impl::tune(Attached& one) {
-  if (one.tuned || !sqlite3_get_autocommit(db)) return;
-  for (const char* pragma :
-       {"journal_mode=WAL", "secure_delete=OFF", "cache_size=-8000", "journal_size_limit=67108864"})
-    lite::exec(db, "PRAGMA " + one.alias + "." + pragma);
-  const auto master = attached.find(masterName);
-  const bool delayed = one.delayed || (master != attached.end() && master->second->delayed);
-  lite::exec(db, "PRAGMA " + one.alias + ".synchronous=" + (delayed ? "NORMAL" : "FULL"));
-  one.tuned = true;
-}
-
-Attached& Store::Impl::open(const DatabaseEntry& entry) {
-  awaitIntents(store, foldName(entry.name));
-  makeRoom();
-  auto one = std::make_unique<Attached>();
-  one->entry = entry;
-  one->alias = "d" + std::to_string(entry.id);
-  if (!orphans.empty()) one->alias += "_" + std::to_string(++orphanCount);
-  one->lastUse = ++clock;
-  const bool copy = instance->isCopy(entry.data);
-  const std::filesystem::path log = copy ? entry.log : readyCompanion(entry.data, entry.log, entry.name);
-  one->tuned = copy;  // nothing of it is written
-  {
-    lite::Stmt attach(db, "ATTACH ? AS " + one->alias);
-    attach.bind(copy ? store::copyUri(entry.data, log, entry.name)
-                     : store::fileUri(entry.data, log, entry.name));
-    try {
-      attach.run();
-    } catch (const Error& error) {
-      failDamaged(entry, error);
-    }
-  }
-  try {
-    if (std::exchange(lockFirst, false)) {
-      try {
-        lockForWriting(*one);
-      } catch (const Error& error) {
-        if (isLockError(error)) throw;  // of all others the look into the file tells better
-      }
-    }
-    checkAttached(*one, readCompanion(log, entry.name));
-    if (const std::string reason = recovering ? "" : instance->suspect(foldName(entry.name)); !reason.empty())
-      throw Error(
-          926,
-          "Database '" + entry.name +
-              "' cannot be opened. A transaction over several databases could not be recovered: " + reason,
-          14);
-    tune(*one);
-  } catch (...) {
-    one->version.reset();
-    orphans.push_back(one->alias);
-    detachOrphans();
-    throw;
-  }
-  return *(attached[foldName(entry.name)] = std::move(one));
-}
-
-// That it is one of ours, of a format that is known, with the companion of its family.
-void Store::Impl::checkAttached(Attached& one, const std::string& family) {
-  const std::string file = one.entry.data.string();
-  std::int64_t format = 0;
-  try {
-    lite::Stmt meta(
-        db,
-        atAlias("SELECT key, value FROM @.zb_meta WHERE key IN ('family', 'format', 'delayed')", one.alias));
-    while (meta.step()) {
-      if (meta.text(0) == "family")
-        one.family = meta.text(1);
-      else if (meta.text(0) == "delayed")
-        one.delayed = meta.integer(1) != 0;
-      else
-        format = meta.integer(1);
-    }
-  } catch (const Error& error) {
-    if (error.number() == 8630)  // the table is missing
-      throw Error(5171, file + " is not a primary database file.");
-    failDamaged(one.entry, error);
-  }
-  one.cacheKey = one.family + file;
-  if (format > fileFormat)
-    throw Error(948, "The database '" + one.entry.name + "' cannot be opened because it is version " +
-                         std::to_string(format) + ". This server supports version " +
-                         std::to_string(fileFormat) + " and earlier. A downgrade path is not supported.");
-  if (family != one.family)
-    throw Error(5173, "One or more files do not match the primary file of the database: '" +
-                          one.entry.log.string() + "' does not belong to database '" + one.entry.name + "'.");
-}
-
-bool Store::Impl::isCurrent(const Attached& one) {
-  lite::Stmt format(db, atAlias("SELECT value FROM @.zb_meta WHERE key='format'", one.alias));
-  return store::isChecksummed(db, one.alias) && format.step() && format.integer(0) == fileFormat;
-}
-
-// Within a transaction an alias that failed stays until its end.
-void Store::Impl::detachOrphans() {
-  std::erase_if(orphans, [this](const std::string& alias) {
-    return sqlite3_exec(db, ("DETACH " + alias).c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
-  });
-}
-
-void Store::Impl::closeFiles() {
-  for (sqlite3_stmt* each = nullptr; (each = sqlite3_next_stmt(db, each));) sqlite3_reset(each);
-  if (!sqlite3_get_autocommit(db)) sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr);
-  depth = 0;
-  anyChanged = false;
-  detachOrphans();
-  while (!attached.empty()) {
-    Attached& one = *attached.begin()->second;
-    if (!close(one)) throw Error(5030, "The database '" + one.entry.name + "' could not be closed.");
-  }
-  databases.clear();
-  listVersion = -1;
-  fresh = false;
-}
-
-// The file may have gone since the lock was taken; then nothing of the transaction stands anywhere.
-void Store::Impl::refuseMoved() {
-  for (const auto& [name, one] : attached)
-    if (sqlite3_txn_state(db, one->alias.c_str()) == SQLITE_TXN_WRITE) store::refuseMoved(db, one->alias);
-}
-
-// Somebody of this process has found that a file lies where it was opened no more.
-void Store::Impl::closeMoved() {
-  const std::uint64_t found = store::movedFiles();
-  if (found == seenMoved || !sqlite3_get_autocommit(db)) return;
-  seenMoved = found;
-  std::vector<Attached*> moved;
-  for (auto& [name, one] : attached)
-    if (!store::isInPlace(db, one->alias)) moved.push_back(one.get());
-  for (Attached* one : moved) close(*one);
-}
-
 // Looks at the catalog versions of everything attached, unless no definition has changed anywhere.
 void Store::Impl::refresh() {
   auto& page = instance->shared();
@@ -369,27 +198,6 @@ void Store::Impl::refreshDatabases() {
   }
   for (Attached* one : gone) close(*one);
   ++stamp;
-}
-
-bool Store::Impl::masterChanged() const {
-  const auto master = attached.find(masterName);
-  return master != attached.end() && master->second->changed;
-}
-
-void Store::Impl::settleChanges(bool committed) {
-  for (auto& [name, one] : attached) {
-    if (!one->changed) continue;
-    one->changed = false;
-    if (!committed)
-      one->catalog.reset();
-    else if (one->catalog)
-      instance->shareCatalog(one->cacheKey, one->catalog);
-  }
-  if (anyChanged && !committed) {
-    listVersion = -1;
-    ++stamp;
-  }
-  anyChanged = false;
 }
 
 // ---- Store ----
@@ -583,133 +391,6 @@ std::shared_ptr<const DatabaseCatalog> Store::catalog(std::string_view database)
   if (alone) lite::exec(impl_->db, "COMMIT");
   if (!one.changed) impl_->instance->shareCatalog(one.cacheKey, one.catalog);
   return one.catalog;
-}
-
-// ---- transactions ----
-
-void Store::begin() {
-  Impl& self = *impl_;
-  const int rc = self.control(self.depth == 0 ? "BEGIN" : "SAVEPOINT s" + std::to_string(self.depth));
-  if (rc != SQLITE_OK) lite::fail(self.db, rc);
-  if (self.depth == 0) {
-    self.leader.clear();
-    self.followers.clear();
-    self.followersAt.clear();
-  }
-  self.followersAt.push_back(self.followers.size());
-  ++self.depth;
-}
-
-void Store::commit() {
-  Impl& self = *impl_;
-  if (self.depth == 0 || sqlite3_get_autocommit(self.db))
-    throw Error(3902, "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
-  if (self.depth > 1) {
-    const int rc = self.control("RELEASE s" + std::to_string(self.depth - 1));
-    if (rc != SQLITE_OK) lite::fail(self.db, rc);
-    --self.depth;
-    self.followersAt.pop_back();
-    return;
-  }
-  try {
-    self.refuseMoved();
-  } catch (const Error&) {
-    rollback();
-    throw;
-  }
-  auto& page = self.instance->shared();
-  self.refuseOverLeftIntents();
-  const std::unique_ptr<IntentFile> intent = self.declareIntent();
-  // No other transaction may build on it before it is on the disk in every one of its databases.
-  if (intent) self.flushAtOnce(true);
-  const bool definitions = self.anyChanged;
-  if (definitions) {
-    self.locks.waitShared(LockFile::definitionLock);
-    page->changesBegun.fetch_add(1);
-  }
-  const int rc = self.control("COMMIT");
-  if (intent) self.flushAtOnce(false);
-  const std::uint64_t endedBefore = definitions ? page->changesEnded.fetch_add(1) : self.seenChanges;
-  if (definitions) self.locks.release(LockFile::definitionLock);
-  if (rc != SQLITE_OK) {
-    // One file may have it and another not: the record stays until that is mended.
-    if (intent) intent->keep();
-    lite::fail(self.db, rc);
-  }
-  self.depth = 0;
-  // What this handle has changed itself it need not look for, unless others changed something meanwhile.
-  if (endedBefore == self.seenChanges && definitions && !self.masterChanged()) ++self.seenChanges;
-  self.settleChanges(true);
-  for (const auto& [name, one] : self.attached) store::flush(self.db, one->alias);
-}
-
-bool Store::noteLoss() {
-  Impl& self = *impl_;
-  if (self.depth == 0 || !sqlite3_get_autocommit(self.db)) return false;
-  for (auto& [name, one] : self.attached) one->raised = 0;
-  self.depth = 0;
-  self.settleChanges(false);
-  return true;
-}
-
-void Store::rollback() {
-  Impl& self = *impl_;
-  if (self.depth == 0 || noteLoss()) return;
-  for (auto& [name, one] : self.attached) one->raised = 0;
-  --self.depth;
-  self.followers.resize(std::min(self.followers.size(), self.followersAt.back()));
-  self.followersAt.pop_back();
-  const std::string mark = " s" + std::to_string(self.depth);
-  const std::string undo =
-      self.depth == 0 ? std::string("ROLLBACK") : "ROLLBACK TO" + mark + "; RELEASE" + mark;
-  // A cancellation from another thread may strike just here. It must not keep anything from being undone.
-  int rc = SQLITE_INTERRUPT;
-  for (int attempt = 0; rc == SQLITE_INTERRUPT && attempt < 100; ++attempt)
-    rc = sqlite3_exec(self.db, undo.c_str(), nullptr, nullptr, nullptr) & 0xFF;
-  if (rc != SQLITE_OK) lite::fail(self.db, rc);
-  if (self.depth == 0) {
-    self.settleChanges(false);
-    return;
-  }
-  for (auto& [name, one] : self.attached)
-    if (one->changed) one->catalog.reset();
-  if (self.anyChanged) {
-    self.listVersion = -1;
-    ++self.stamp;
-  }
-}
-
-void Store::writeLock(std::string_view database) {
-  Impl& self = *impl_;
-  const auto known = self.attached.find(foldName(database));
-  if (known == self.attached.end() && self.depth > 0) self.lockFirst = true;
-  Attached& one = self.find(database);
-  self.lockFirst = false;
-  self.lockForWriting(one);
-}
-
-void Store::lockDefinitions(std::string_view database) {
-  Attached& one = impl_->find(database);
-  impl_->lockForWriting(one);
-  if (!one.raise)
-    one.raise = std::make_unique<lite::Stmt>(
-        impl_->db,
-        atAlias("UPDATE @.zb_meta SET value=value+1 WHERE key='version' RETURNING value", one.alias), true);
-  one.raised = one.raise->step() ? one.raise->integer(0) : 0;
-  one.raise->run();
-  if (one.changed || !one.catalog || one.catalog->version == one.raised - 1) return;
-  one.catalog.reset();
-  ++impl_->stamp;
-}
-
-void Store::markChanged(std::string_view database, std::shared_ptr<DatabaseCatalog> now) {
-  Attached& one = impl_->find(database);
-  one.changed = true;
-  impl_->anyChanged = true;
-  ++impl_->stamp;
-  if (now) now->version = one.raised;
-  one.raised = 0;
-  one.catalog = std::move(now);
 }
 
 }  // namespace engine

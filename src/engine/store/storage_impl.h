@@ -16,6 +16,8 @@
 
 namespace engine {
 
+inline constexpr const char* masterName = "master";
+
 // One attached database of a handle.
 struct Attached {
   DatabaseEntry entry;

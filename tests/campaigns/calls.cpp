@@ -10,14 +10,11 @@
 #include <set>
 
 #include "campaigns/campaign.h"
+#include "campaigns/failing_calls.h"
 #include "company/guncelle_ortami.h"
-#include "scenarios/failing_calls.h"
 
 namespace campaign {
 namespace {
-
-using scenarios::FailingCall;
-using scenarios::FailingCalls;
 
 constexpr FailingCall kinds[] = {{ENOSPC, 0, true}, {EIO, 0, false}, {EFBIG, 0, true}, {EMFILE, 0, false}};
 constexpr const char* state =

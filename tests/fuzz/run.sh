@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
-# usage: run.sh [seconds per target] [build folder]
+# usage: run.sh [seconds per target] [build folder] [targets: parser batch files]
 # Builds the fuzz targets with clang and runs each for a while on its seed corpus, from a fixed seed, so that a
 # short run walks the same way each time. Longer runs are for a person: pass another -seed by hand.
 set -euo pipefail
 seconds=${1:-30}
 root=$(cd "$(dirname "$0")/../.." && pwd)
 build=${2:-$root/build/fuzz}
+targets=${3:-parser batch}
 clang=$(command -v clang++ || command -v clang++-14 || true)
 runtime=$([ -n "$clang" ] && "$clang" -print-file-name=libclang_rt.fuzzer-x86_64.a || true)
 if [ -z "$clang" ] || [ ! -e "$runtime" ]; then
@@ -13,8 +14,8 @@ if [ -z "$clang" ] || [ ! -e "$runtime" ]; then
   exit 77
 fi
 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_CXX_COMPILER="$clang" -DZEMBERA_FUZZ=ON >/dev/null
-cmake --build "$build" --target fuzz_parser fuzz_batch fuzz_files
-for target in parser batch files; do
+cmake --build "$build" --target $(printf 'fuzz_%s ' $targets)
+for target in $targets; do
   work=$(mktemp -d)
   trap 'rm -rf "$work"' EXIT
   corpus=("$root/tests/fuzz/corpus/$target")
@@ -23,4 +24,4 @@ for target in parser batch files; do
     -artifact_prefix="$build/" -print_final_stats=0 -verbosity=0 "$work" "${corpus[@]}"
   rm -rf "$work"
 done
-echo "fuzzed parser, batch and files for $seconds s each: nothing found"
+echo "fuzzed $targets for $seconds s each: nothing found"

@@ -18,7 +18,7 @@ namespace {
 struct System {
   std::mutex mutex;
   std::string folder;
-  scenarios::FailingCall call;
+  campaign::FailingCall call;
   bool armed = false, struck = false;
   int passed = 0;
   std::array<std::atomic<bool>, 4096> watched{};  // by descriptor
@@ -140,7 +140,7 @@ int remove(const char* path) noexcept {
 }
 }
 
-namespace scenarios {
+namespace campaign {
 
 FailingCalls::FailingCalls(const std::filesystem::path& folder) {
   state().folder = folder.string();
@@ -169,4 +169,4 @@ int FailingCalls::passed() const {
   return state().passed;
 }
 
-}  // namespace scenarios
+}  // namespace campaign

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-namespace scenarios {
+namespace campaign {
 
 struct FailingCall {
   int error = 0;         // errno
@@ -25,4 +25,4 @@ class FailingCalls {
   int passed() const;  // calls since arm() that did not fail
 };
 
-}  // namespace scenarios
+}  // namespace campaign

@@ -45,7 +45,7 @@ MaliyetPenceresi::MaliyetPenceresi(session::Oturum& oturum, const std::string& f
     : QDialog(parent) {
   setObjectName("MaliyetHesabi");
   setWindowTitle("Maliyet Hesabı");
-  resize(980, 520);
+  resize(1100, 520);
   const rollover::MaliyetGecmisi g = rollover::Maliyet_Gecmisi(oturum, firma, stokKod);
   const std::string sonuc = g.satirlar.empty() ? "0,00" : rollover::paraMetni(g.satirlar.back().birimMaliyet);
   auto* etiket = new QLabel(g.hata.empty() ? ui::text(g.firma + "   " + g.stokKod + "   " + g.stokAd + "\n" +

@@ -8,8 +8,9 @@
 
 #include "catalog/sunucu_hazirla.h"
 #include "db/drivers.h"
-#include "platform/folders.h"
 #include "maintenance/bakim.h"
+#include "maintenance/yedek_kaydi.h"
+#include "platform/folders.h"
 #include "session/giris.h"
 #include "session/oturum.h"
 #include "session/ui/pencereler.h"
@@ -30,17 +31,19 @@ std::string sunucuHazirla(session::Oturum& oturum, const std::string& yonetici, 
 // What the session record carries on a desktop. Lives as long as the program.
 struct Masaustu {
   explicit Masaustu(const std::filesystem::path& klasor)
-      : platform(klasor), surucu(db::makeConnectionFactory(klasor)) {
+      : platform(klasor), yedekler(klasor), surucu(db::makeConnectionFactory(klasor)) {
     oturum.surucu = surucu.get();
     oturum.kutular = &kutular;
     oturum.ilerleme = &ilerleme;
     oturum.saat = &saat;
     oturum.platform = &platform;
+    oturum.yedekler = &yedekler;
   }
   ui::DesktopBoxes kutular;
   ui::QuietProgress ilerleme;
   session::YerelSaat saat;
   session::YerelPlatform platform;
+  maintenance::YedekKayitlari yedekler;
   std::unique_ptr<db::ConnectionFactory> surucu;
   session::Oturum oturum;
 };

@@ -3,6 +3,7 @@
 #include "cli/metin_satirlari.h"
 #include "cli/sonuc_yaz.h"
 #include "maintenance/yedek.h"
+#include "maintenance/yedek_kaydi.h"
 #include "session/tarih.h"
 
 namespace cli {
@@ -12,10 +13,23 @@ namespace {
 using Tur = Secenek::Tur;
 
 constexpr std::array<Secenek, 2> options = {
-    {{"--hedef", "Yedek klasörlerinin durduğu klasör", true, Tur::Metin, "KLASÖR"},
+    {{"--hedef", "Yedek klasörlerinin durduğu klasör; verilmezse her firmanın kayıtlı son yedeği yazılır",
+      false, Tur::Metin, "KLASÖR"},
      {"--bicim", "tsv (varsayılan), tablo ya da json", false, Tur::Metin, "BİÇİM"}}};
 
 constexpr std::array<std::string_view, 4> basliklar = {"Firma", "Tarih", "Bayt", "Klasör"};
+
+constexpr std::array<std::string_view, 3> sonBasliklar = {"Firma", "Son_Yedek", "Klasör"};
+
+int sonYedekler(Ortam& ortam, Bicim bicim) {
+  KomutOturumu komut(ortam);
+  if (!komut.sunucuyuOku()) return reddedildi;
+  std::vector<std::vector<std::string>> satirlar;
+  for (const auto& kayit : maintenance::YedekKayitlari(ortam.dizin).sonYedekler(komut.oturum.Server_Adi))
+    satirlar.push_back({kayit.veritabani, session::tarihYaz(kayit.zaman), kayit.yer});
+  sonucYaz(ortam.out, MetinSatirlari(sonBasliklar, satirlar), bicim);
+  return tamam;
+}
 
 int run(Ortam& ortam, const Degerler& values) {
   const auto bicim = bicimOku(values.metin("bicim", "tsv"));
@@ -23,6 +37,7 @@ int run(Ortam& ortam, const Degerler& values) {
     ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << "\n";
     return yanlisKullanim;
   }
+  if (values.metin("hedef").empty()) return sonYedekler(ortam, *bicim);
   const auto dizin = tamYol(values.metin("hedef"));
   std::error_code hata;
   if (!std::filesystem::is_directory(dizin, hata)) {

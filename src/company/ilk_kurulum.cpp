@@ -5,6 +5,7 @@
 #include "catalog/sunucu_hazirla.h"
 #include "company/firma_karti.h"
 #include "company/ornek_veri.h"
+#include "company/upgrade/guncelle.h"
 #include "platform/files.h"
 #include "session/giris.h"
 #include "session/kademe.h"
@@ -66,7 +67,7 @@ class Geri {
 };
 
 std::string ornekFirma(Oturum& oturum) {
-  constexpr int firmaPayi = 300, butun = 1000;
+  constexpr int firmaPayi = 300, veriPayi = 700, butun = 1000;
   oturum.Tanim_DB_Versiyon = session::programSurumu;
   oturum.Yeni_Kayit = true;
   oturum.Inceleme = false;
@@ -81,8 +82,14 @@ std::string ornekFirma(Oturum& oturum) {
     if (!Kaydet(oturum, kart) || !oturum.Son_Hata.empty())
       return oturum.Son_Hata.empty() ? "Örnek firma oluşturulamadı." : oturum.Son_Hata;
   }
-  const session::Kademe kademe(oturum, firmaPayi, butun);
-  return Ornek_Veri_Yaz(oturum, std::string(ornekFirmaAdi), {}).hata;
+  const std::string ad(ornekFirmaAdi);
+  {
+    const session::Kademe kademe(oturum, firmaPayi, veriPayi);
+    if (std::string hata = Ornek_Veri_Yaz(oturum, ad, {}).hata; !hata.empty()) return hata;
+  }
+  // A first company that asks to be brought up to date would only puzzle.
+  const session::Kademe kademe(oturum, veriPayi, butun);
+  return upgrade::Veritabani_Guncelle(oturum, ad).hata;
 }
 
 std::string yaz(const Oturum& oturum, const session::SysInf& degerler) {

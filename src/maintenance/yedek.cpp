@@ -7,6 +7,7 @@
 #include "maintenance/bakim.h"
 #include "maintenance/servis_kontrol.h"
 #include "maintenance/yedek_kanit.h"
+#include "maintenance/yedek_kaydi.h"
 #include "maintenance/yedek_ortak.h"
 #include "platform/folders.h"
 #include "session/metin.h"
@@ -149,6 +150,7 @@ YedekSonucu Yedekle(Oturum& oturum, const std::string& firma, const fs::path& di
   bakim->bitir();
   sonuc.tamam = true;
   kanitla(oturum, firma, sonuc, {});
+  Yedegi_Kaydet(oturum, firma, sonuc.klasor.string());
   cubuk.yaz("İşlem Tamamlandı.");
   cubuk.adim();
   oturum.kutular->message("Yedekleme İşlemi Başarı İle Tamamlanmıştır", Icon::Information);

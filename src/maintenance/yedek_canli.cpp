@@ -1,6 +1,7 @@
 // A backup while everybody goes on working: the embedded server copies the company as it is at one moment.
 #include "maintenance/bakim.h"
 #include "maintenance/servis_kontrol.h"
+#include "maintenance/yedek_kaydi.h"
 #include "maintenance/yedek_ortak.h"
 #include "platform/file_copy.h"
 
@@ -84,6 +85,7 @@ YedekSonucu Canli_Yedekle(Oturum& oturum, const std::string& firma, const fs::pa
   bakim->bitir();
   sonuc.tamam = true;
   kanitla(oturum, firma, sonuc, std::move(tablolar));
+  Yedegi_Kaydet(oturum, firma, sonuc.klasor.string());
   cubuk.yaz("İşlem Tamamlandı.");
   cubuk.adim();
   oturum.kutular->message("Yedekleme İşlemi Başarı İle Tamamlanmıştır", Icon::Information);

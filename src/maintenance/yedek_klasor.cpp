@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "maintenance/yedek.h"
+#include "maintenance/yedek_kaydi.h"
 #include "platform/file_copy.h"
 #include "session/metin.h"
 #include "session/statements.h"
@@ -63,6 +64,7 @@ bool Sunucuda_Yedekle(Oturum& oturum, const std::string& firma, const std::strin
   if (!sunucuda(oturum, {"BACKUP DATABASE " + firma + " TO" + dosya + " WITH CHECKSUM",
                          "RESTORE VERIFYONLY FROM" + dosya + " WITH CHECKSUM"}))
     return false;
+  Yedegi_Kaydet(oturum, firma, yol);
   oturum.kutular->message("Yedekleme İşlemi Başarı İle Tamamlanmıştır", Icon::Information);
   return true;
 }

@@ -46,7 +46,9 @@ void kullaniciyiYenile(Oturum& oturum, const std::string& database, const std::s
 
 std::vector<std::string> butunFirmalar(Oturum& oturum) {
   std::vector<std::string> names;
-  session::Sorgu_Ac_Mesajli(oturum, oturum.Kayitlar, "SELECT sysfrm_dbnm FROM Defination_DB.dbo.sysfrmlng");
+  session::Sorgu_Ac_Mesajli(
+      oturum, oturum.Kayitlar,
+      "SELECT sysfrm_dbnm FROM " + std::string(session::katalogVeritabani) + ".dbo.sysfrmlng");
   if (oturum.Kayitlar.state() == db::State::Closed) return names;
   for (; !oturum.Kayitlar.eof(); oturum.Kayitlar.moveNext())
     names.push_back(oturum.Kayitlar.field("sysfrm_dbnm").trimmed());

@@ -48,6 +48,14 @@ std::optional<double> dosyaBoyutu(db::Connection& baglanti, const std::string& a
   return sayfalar ? std::optional(sayfalar->real() * sayfa) : std::nullopt;
 }
 
+// A database that was made after the backup only has the name of the one that was backed up.
+bool oncekininYedegi(db::Connection& baglanti, const std::string& ad, const db::DateTime& yedek) {
+  const auto dogum =
+      tekDeger(baglanti, "SELECT crdate FROM master.dbo.sysdatabases WHERE name='" + db::escape(ad) + "'");
+  const auto* gun = dogum ? dogum->as<db::DateTime>() : nullptr;
+  return gun && *gun > yedek;
+}
+
 std::optional<std::int64_t> sayi(const std::optional<db::Value>& deger) {
   return deger ? std::optional(deger->integer()) : std::nullopt;
 }
@@ -56,7 +64,7 @@ std::optional<std::int64_t> sayi(const std::optional<db::Value>& deger) {
 
 FirmaBilgisi Firma_Bilgisi_Oku(const OturumDegerleri& oturum, const Dugum& firma) {
   FirmaBilgisi bilgi;
-  if (oturum.yedekler) bilgi.sonYedek = oturum.yedekler->sonYedek(firma.text);
+  if (oturum.yedekler) bilgi.sonYedek = oturum.yedekler->sonYedek(oturum.Server_Adi, firma.text);
   try {
     const auto baglanti = baglan(oturum);
     bilgi.kullanici = sayi(
@@ -64,8 +72,7 @@ FirmaBilgisi Firma_Bilgisi_Oku(const OturumDegerleri& oturum, const Dugum& firma
     bilgi.veritabaniVar = tekDeger(*baglanti, "SELECT DB_ID('" + db::escape(firma.text) + "')").has_value();
     if (!bilgi.veritabaniVar) return bilgi;
     bilgi.boyut = dosyaBoyutu(*baglanti, firma.text);
-    bilgi.tablo =
-        sayi(tekDeger(*baglanti, "SELECT COUNT(*) FROM " + firma.text + ".dbo.sysobjects WHERE xtype='U'"));
+    if (bilgi.sonYedek && oncekininYedegi(*baglanti, firma.text, *bilgi.sonYedek)) bilgi.sonYedek.reset();
   } catch (const db::SqlError&) {
     // the server does not answer: nothing is known
   }

@@ -16,8 +16,8 @@ std::optional<FirmaSatiri> Firma_Bul(Oturum& oturum, const std::string& ad) {
   const std::string aranan = Trim(ad);
   const auto rows = oturum.Baglanti->query(
       "SELECT sysfrm_ID,sysfrm_dbnm,CASE WHEN DB_ID(RTRIM(sysfrm_dbnm))=DB_ID('" + db::escape(aranan) +
-      "') THEN 'AYNI' WHEN DB_ID(RTRIM(sysfrm_dbnm)) IS NULL THEN 'YOK' ELSE '' END FROM "
-      "Defination_DB.dbo.sysfrmlng");
+      "') THEN 'AYNI' WHEN DB_ID(RTRIM(sysfrm_dbnm)) IS NULL THEN 'YOK' ELSE '' END FROM " +
+      std::string(katalogVeritabani) + ".dbo.sysfrmlng");
   std::optional<FirmaSatiri> ayni, kalinti;
   for (std::int64_t r = 0; rows && r < rows->count(); ++r) {
     const FirmaSatiri satir{rows->value(r, 0).integer(), rows->value(r, 1).trimmed()};
@@ -38,7 +38,8 @@ std::string Veritabani_Asil_Adi(Oturum& oturum, const std::string& ad) {
 std::optional<std::string> Veritabaninin_Sahibi(Oturum& oturum, std::int64_t id, const std::string& ad) {
   const std::string aranan = Trim(ad);
   const auto rows = oturum.Baglanti->query(
-      "SELECT d.name,f.sysfrm_dbnm FROM Defination_DB.dbo.sysfrmlng f,master.dbo.sysdatabases d WHERE "
+      "SELECT d.name,f.sysfrm_dbnm FROM " + std::string(katalogVeritabani) +
+      ".dbo.sysfrmlng f,master.dbo.sysdatabases d WHERE "
       "d.dbid=DB_ID('" +
       db::escape(aranan) + "') AND DB_ID(RTRIM(f.sysfrm_dbnm))=d.dbid AND f.sysfrm_ID<>" +
       std::to_string(id));

@@ -12,17 +12,28 @@ namespace session {
 
 namespace {
 
-constexpr std::array<MenuButonu, 11> buttons = {{{"SabitTanimlar_Frm", "Sabit Tanımlamalar", false},
-                                                 {"Numaralar_Frm", "Numaratör Tanımlamaları", false},
-                                                 {"YedekFrm", "", false},
-                                                 {"ServisMenu", "", false},
-                                                 {"BarkodGramajFrm", "", false},
-                                                 {"DevirFrm", "", false},
-                                                 {"TaksitliSatisTanimlar_Frm", "", false},
-                                                 {"ElTerminaliTanimKartifrm", "", false},
-                                                 {"Offline_AyarlarFRM", "", false},
-                                                 {"ServerParaFrm", "", true},
-                                                 {"DbAktarFRm", "", true}}};
+// Menu_Buton(0) to (10).
+constexpr std::array<MenuButonu, 11> buttons = {
+    {{"SabitTanimlar_Frm", "Sabit Tanımlamalar", "sabit", "Bir firmanın bütün parametreleri",
+      "Sabit Tanımlamalar", false},
+     {"Numaralar_Frm", "Numaratör Tanımlamaları", "numarator", "Fişlerin kullanılmış son numaraları",
+      "Numaratör Tanımlamaları", false},
+     {"YedekFrm", "Yedekleme İşlemleri", "yedek", "Bir firmanın yedeğini alır ya da geri yükler", "", false},
+     {"ServisMenu", "Servis İşlemleri", "servis", "Kayıt kilitlerini temizler, defterleri denetler", "",
+      false},
+     {"BarkodGramajFrm", "Tartı Barkod Tanımları", "terazi", "Terazi barkodunun hanelerinin anlamı", "",
+      false},
+     {"DevirFrm", "Firma Devri", "devir", "Dönemi kapanan firmayı yeni dönemine taşır", "", false},
+     {"TaksitliSatisTanimlar_Frm", "Taksitli Satış Parametreleri", "taksit",
+      "Taksitli satışın kuralları ve basım boşlukları", "", false},
+     {"ElTerminaliTanimKartifrm", "El Terminali Tanımları", "terminal",
+      "El terminalinin metin dosyasında hangi bilginin nerede durduğu", "", false},
+     {"Offline_AyarlarFRM", "Offline Bağlantı Ayarları", "sube",
+      "Çevrimdışı çalışan bir şubenin merkezle alışverişi", "", false},
+     {"ServerParaFrm", "Server Parametre Tanımları", "sunucu",
+      "Programın bağlandığı sunucu ve SQL kullanıcısı (sys.inf)", "", true},
+     {"DbAktarFRm", "Database Aktar", "aktar", "Başka bir klasördeki veritabanlarını bu sunucuya taşır", "",
+      true}}};
 
 // In the order of Ekran.
 constexpr std::array<EkranBilgisi, 11> screens = {{{"", ""},

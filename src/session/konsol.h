@@ -64,11 +64,18 @@ std::optional<Komut> agacKomutu(AgacOlayi olay, std::string_view kind, bool supe
 // --- Image buttons Menu_Buton(0) to (10)
 struct MenuButonu {
   std::string_view ekran;
-  std::string_view durum;  // status bar text; empty: none
-  bool eksikteAcik;        // stays on in the reduced console
+  std::string_view yazi, resim;  // caption and picture
+  std::string_view ipucu;        // what the caption does not say
+  std::string_view durum;        // status bar text; empty: none
+  bool eksikteAcik;              // stays on in the reduced console
 };
 std::span<const MenuButonu, 11> menuButonlari();
-inline constexpr MenuButonu raporEvrakButonu{"RprEvrakTsrFrm", "Rapor Evrak Tasarımları", true};
+inline constexpr MenuButonu raporEvrakButonu{"RprEvrakTsrFrm",
+                                             "Rapor Evrak Tasarımları",
+                                             "tasarim",
+                                             "Raporların ve evrakların varsayılan SQL metinleri",
+                                             "Rapor Evrak Tasarımları",
+                                             true};
 
 // --- Commands on the current node
 enum class Ekran : std::uint8_t {

@@ -22,10 +22,10 @@ void tikCiz(QPainter* painter, const QRect& hucre, bool dolu, bool acik) {
   painter->setRenderHint(QPainter::Antialiasing);
   const QColor renk = acik ? ui::renk(QColor(0x1f, 0x5f, 0x99)) : ui::renk(QColor(0x5d, 0x6a, 0x77));
   painter->setPen(QPen(dolu ? renk : ui::renk(QColor(0x7d, 0x8c, 0x9b)), 1));
-  painter->setBrush(dolu ? renk : QColor(Qt::white));
+  painter->setBrush(dolu ? renk : ui::renk(Qt::white));
   painter->drawRoundedRect(kare, 3, 3);
   if (dolu) {
-    painter->setPen(QPen(Qt::white, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter->setPen(QPen(ui::renk(Qt::white), 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     const QPointF cizgi[] = {kare.topLeft() + QPointF(3.5, 7.5), kare.topLeft() + QPointF(6.5, 10.5),
                              kare.topLeft() + QPointF(11.5, 4.5)};
     painter->drawPolyline(cizgi, 3);

@@ -1,5 +1,6 @@
 #include "ui/kart.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -10,6 +11,7 @@
 #include <QScrollArea>
 #include <QShortcut>
 
+#include "ui/resim.h"
 #include "ui/theme.h"
 
 namespace ui {
@@ -27,8 +29,7 @@ Kart::Kart(const QString& iconName, const QString& caption, QWidget* parent)
   hint_->setWordWrap(true);  // its width must not make the window wider than the screen
   hint_->setObjectName("DurumPanel");
 
-  auto* picture = new QLabel;
-  picture->setPixmap(icon(iconName).pixmap(QSize(headingIcon, headingIcon), devicePixelRatioF()));
+  auto* picture = new Resim(headingIcon, iconName);
   auto* titles = new QVBoxLayout;
   titles->setSpacing(0);
   titles->addWidget(caption_);
@@ -67,6 +68,21 @@ Kart::Kart(const QString& iconName, const QString& caption, QWidget* parent)
   outer->setContentsMargins(gapLarge, gap, gapLarge, gap);
   outer->addWidget(column, 1);
   outer->addStretch(0);
+}
+
+// A list without a name of its own is called by the frame around it, or by its card.
+void Kart::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  for (auto* liste : findChildren<QAbstractItemView*>()) {
+    if (!liste->accessibleName().isEmpty()) continue;
+    QString ad = caption_->text();
+    for (const QWidget* ust = liste->parentWidget(); ust && ust != this; ust = ust->parentWidget())
+      if (const auto* cerceve = qobject_cast<const QGroupBox*>(ust); cerceve && !cerceve->title().isEmpty()) {
+        ad = cerceve->title();
+        break;
+      }
+    liste->setAccessibleName(ad);
+  }
 }
 
 void Kart::kapan() {

@@ -31,6 +31,7 @@ class Kart : public QWidget {
   void kapandi();
 
  protected:
+  void showEvent(QShowEvent* event) override;
   // Leaves the screen. Nothing happens while a work runs, and the console takes the first time only.
   void kapan();
   // The work of a button on the one runner (ui/uzun_is.h). True when it ran to its end: not refused because

@@ -47,7 +47,8 @@ class PictureIconEngine : public QIconEngine {
   }
 
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
-    const QString key = QString("%1 %2 %3 %4").arg(file_).arg(size.width()).arg(size.height()).arg(mode);
+    const QString key =
+        QString("%1 %2 %3 %4 %5").arg(file_).arg(size.width()).arg(size.height()).arg(mode).arg(koyuMu());
     QPixmap result;
     if (QPixmapCache::find(key, &result)) return result;
     result = drawn(size);

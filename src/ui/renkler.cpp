@@ -1,9 +1,8 @@
 #include "ui/renkler.h"
 
-#include <QGuiApplication>
-#include <QPalette>
 #include <QRegularExpression>
 #include <cmath>
+#include <utility>
 
 namespace ui {
 namespace {
@@ -21,6 +20,7 @@ constexpr Es esler[] = {
 };
 
 RenkDuzeni secilen = RenkDuzeni::Masaustu;
+bool masaustuKoyu = false;
 
 // The share of light that the eye takes from it.
 double parlaklik(const QColor& c) {
@@ -35,13 +35,14 @@ void renkDuzeniSec(RenkDuzeni duzen) {
 }
 
 bool koyuMu() {
-  if (secilen == RenkDuzeni::Masaustu) {
-    const QPalette masaustu = QGuiApplication::palette();
-    secilen = masaustu.color(QPalette::Window).lightness() < masaustu.color(QPalette::WindowText).lightness()
-                  ? RenkDuzeni::Koyu
-                  : RenkDuzeni::Acik;
-  }
-  return secilen == RenkDuzeni::Koyu;
+  return secilen == RenkDuzeni::Masaustu ? masaustuKoyu : secilen == RenkDuzeni::Koyu;
+}
+
+bool masaustuneBak(const std::function<QPalette()>& masaustu) {
+  if (secilen != RenkDuzeni::Masaustu) return false;
+  const QPalette palet = masaustu();
+  const bool koyu = palet.color(QPalette::Window).lightness() < palet.color(QPalette::WindowText).lightness();
+  return std::exchange(masaustuKoyu, koyu) != koyu;
 }
 
 QColor koyuRenk(const QColor& acik) {

@@ -11,6 +11,7 @@
 #include <QStyleOption>
 #include <QTranslator>
 #include <QtPlugin>
+#include <utility>
 
 #include "ui/renkler.h"
 #include "ui/tekrar.h"
@@ -127,29 +128,67 @@ class ProgramStyle : public QProxyStyle {
   }
 };
 
-}  // namespace
+// What the toolkit shows while no palette is set.
+QPalette desktopPalette() {
+  const QPalette own = QApplication::palette();
+  QApplication::setPalette(QPalette());
+  const QPalette desktop = QApplication::palette();
+  QApplication::setPalette(own);
+  return desktop;
+}
 
-void applyTheme(QApplication& application) {
-  loadResources();
-  tekrarSuzgeciKur(application);
-  koyuMu();  // asked before the desktop's palette is replaced
-  QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
-  QCoreApplication::installTranslator(new QtTurkish(&application));
-  application.setStyle(new ProgramStyle);
+void applyColours(QApplication& application) {
   QPalette palette;
   for (const PaletteEntry& entry : paletteEntries) {
     palette.setColor(entry.role, renk(QColor(entry.active)));
     palette.setColor(QPalette::Disabled, entry.role, renk(QColor(entry.disabled)));
   }
-  application.setPalette(palette);
-  const QFont font = programFont(application.font());
-  application.setFont(font);
+  QApplication::setPalette(palette);
   QFile sheet(":/theme.qss");
-  if (sheet.open(QIODevice::ReadOnly)) {
-    QString rules = QString::fromUtf8(sheet.readAll());
-    rules.replace("BASLIK", QString::number(font.pointSizeF() * headingShare));
-    application.setStyleSheet(sayfaRenkleri(rules, koyuMu()));
+  if (!sheet.open(QIODevice::ReadOnly)) return;
+  QString rules = QString::fromUtf8(sheet.readAll());
+  rules.replace("BASLIK", QString::number(QApplication::font().pointSizeF() * headingShare));
+  application.setStyleSheet(sayfaRenkleri(rules, koyuMu()));
+}
+
+// Each window is told of a change of the desktop; one look at it is enough.
+class DesktopWatch : public QObject {
+ public:
+  DesktopWatch(QApplication& application, std::function<QPalette()> desktop)
+      : QObject(&application), application_(application), desktop_(std::move(desktop)) {
+    masaustuneBak(desktop_);
+    application.installEventFilter(this);
   }
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::ThemeChange && !std::exchange(asked_, true))
+      QMetaObject::invokeMethod(
+          this, [this] { look(); }, Qt::QueuedConnection);
+    return false;
+  }
+
+ private:
+  void look() {
+    asked_ = false;
+    if (masaustuneBak(desktop_)) applyColours(application_);
+  }
+  QApplication& application_;
+  std::function<QPalette()> desktop_;
+  bool asked_ = false;
+};
+
+}  // namespace
+
+void applyTheme(QApplication& application, std::function<QPalette()> desktop) {
+  loadResources();
+  tekrarSuzgeciKur(application);
+  QLocale::setDefault(QLocale(QLocale::Turkish, QLocale::Turkey));
+  QCoreApplication::installTranslator(new QtTurkish(&application));
+  application.setStyle(new ProgramStyle);
+  new DesktopWatch(application, desktop ? std::move(desktop) : desktopPalette);
+  application.setFont(programFont(application.font()));
+  applyColours(application);
   // Of a drawing a window system would be given 128 pixels too, which stay in memory for each window.
   QIcon windowIcon;
   for (const int edge : {16, 24, 32, 48, 64}) windowIcon.addPixmap(icon("zembera").pixmap(edge, edge));

@@ -3,8 +3,10 @@
 
 #include <QColor>
 #include <QIcon>
+#include <QPalette>
 #include <QSize>
 #include <QString>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -23,8 +25,10 @@ constexpr QRgb fromBgr(unsigned bgr) {
               static_cast<int>(bgr >> 16 & 0xFF));
 }
 
-// Style, palette, font and Turkish locale of the whole program. Once, before the first window.
-void applyTheme(QApplication& application);
+// Style, palette, font and Turkish locale of the whole program. Once, before the first window; the colours
+// follow the desktop's from then on. `desktopPalette` tells those of the desktop, where it is not the
+// toolkit.
+void applyTheme(QApplication& application, std::function<QPalette()> desktopPalette = {});
 
 // The icon src/ui/icons/NAME.svg, sharp at every scale, greyed when disabled.
 QIcon icon(const QString& name);

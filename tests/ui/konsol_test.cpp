@@ -59,6 +59,13 @@ class KonsolEkrani : public testing::Test, protected support::FakeSurroundings {
     tree.setCurrentItem(found.front());
     return found.front();
   }
+  // What the panel tells of the current node.
+  static std::string values(QWidget& console) {
+    std::string all;
+    for (QLineEdit* edit : console.findChildren<QLineEdit*>())
+      if (edit->property("rol") == "deger" && edit->isVisible()) all += edit->text().toStdString() + "\n";
+    return all;
+  }
   static QString status(QWidget& console) { return find<QLabel>(console, "DurumBbg_2")->text(); }
   bool ran(const std::string& part) const {
     for (const std::string& statement : server.statements)
@@ -387,8 +394,8 @@ TEST_F(KonsolEkrani, TheReducedConsoleLeadsBackToTheLogin) {
 
 TEST_F(KonsolEkrani, ThePanelTellsTheCompanyAndItsBackup) {
   struct Yedek : session::YedekBilgisi {
-    std::optional<db::DateTime> sonYedek(const std::string& ad) override {
-      return ad == "MAGAZA" ? std::optional(db::DateTime{2012, 3, 1}) : std::nullopt;
+    std::optional<db::DateTime> sonYedek(const std::string& sunucu, const std::string& ad) override {
+      return sunucu + ad == "SUNUCUMAGAZA" ? std::optional(db::DateTime{2012, 3, 1, 18, 5}) : std::nullopt;
     }
   } yedek;
   oturum.yedekler = &yedek;
@@ -398,22 +405,26 @@ TEST_F(KonsolEkrani, ThePanelTellsTheCompanyAndItsBackup) {
   server.rows("COUNT(*) FROM sysusfrmlng WHERE sysfrm_ID=4", {"n"}, {{3}});
   server.rows("SELECT DB_ID", {"id"}, {{7}});
   server.rows("dbo.sysfiles", {"n"}, {{2560.0}});
-  server.rows("dbo.sysobjects", {"n"}, {{10}});
+  server.rows("SELECT name, type FROM MAGAZA.dbo.sysobjects", {"name", "type"}, {{"CARIKART", "U"}});
+  server.rows(
+      "FROM MAGAZA.dbo.syscolumns", {"table", "name", "type", "length", "isnullable", "colstat", "cdefault"},
+      {{"CARIKART", "Cari_Kod", "char", 26, false, 0, 0}, {"CARIKART", "Unvan", "char", 5, true, 0, 0}});
   session_ui::ZemberaMenu konsol(oturum, herEkran());
   screen::show(konsol);
   select(*find<QTreeWidget>(konsol, "AlanTreeList"), "MAGAZA");
-  const auto values = [&] {
-    std::string all;
-    for (QLineEdit* edit : konsol.findChildren<QLineEdit*>())
-      if (edit->property("rol") == "deger" && edit->isVisible()) all += edit->text().toStdString() + "\n";
-    return all;
-  };
-  ASSERT_TRUE(QTest::qWaitFor([&] { return values().find("okunuyor") == std::string::npos; }, 3000));
-  EXPECT_EQ(values(),
-            "Mağaza A.Ş.\n00001\n01/01/2012 – 31/12/2012\n20,0 MB\n2011.001  (güncel: 2012.002, tablolar "
-            "eksik)\n3\n(yok)\n"
-            "01/03/2012\nSUNUCU\n\n");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return values(konsol).find("okunuyor") == std::string::npos; }, 3000));
+  EXPECT_EQ(values(konsol),
+            "Mağaza A.Ş.\n00001\n01/01/2012 – 31/12/2012\n20,0 MB\n"
+            "2011.001, güncel: 2012.002, 193 tablo, 61 kolon, 106 görünüm eksik\n3\n(yok)\n01/03/2012  "
+            "18:05\nSUNUCU\n\n");
   EXPECT_TRUE(find<QPushButton>(konsol, "GuncelleBtn")->isVisible());
+
+  // The database was made after the backup of its name.
+  server.rows("SELECT crdate", {"crdate"}, {{db::DateTime{2012, 3, 2}}});
+  select(*find<QTreeWidget>(konsol, "AlanTreeList"), "ŞUBE");
+  select(*find<QTreeWidget>(konsol, "AlanTreeList"), "MAGAZA");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return values(konsol).find("okunuyor") == std::string::npos; }, 3000));
+  EXPECT_NE(values(konsol).find("\nkayıtlı yedek yok\n"), std::string::npos) << values(konsol);
 }
 
 TEST_F(KonsolEkrani, SupervisorIsGuarded) {

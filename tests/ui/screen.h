@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPalette>
 #include <QTest>
 #include <QTimer>
 #include <QWidget>
@@ -17,6 +18,9 @@
 #include "support/fakes.h"
 
 namespace screen {
+
+// What the desktop of the tests looks like.
+inline QPalette desktop{QColor(0xF0F0F0)};
 
 template <class T>
 T* find(QWidget& in, const char* name) {

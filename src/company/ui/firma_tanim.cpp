@@ -110,6 +110,12 @@ void FirmaTanim::cerceveler() {
     row(grid, grid->rowCount(), alan.yazi, edit);
     alanlar_.push_back(edit);
   }
+  auto* firma = static_cast<QGridLayout*>(frame1_->layout());
+  kural_ = new QLabel("Database Adı harfle başlar, yalnız harf ve rakam içerir; sonradan değiştirilemez.");
+  kural_->setObjectName("KuralLbl");
+  kural_->setProperty("rol", "ipucu");
+  kural_->setWordWrap(true);
+  firma->addWidget(kural_, firma->rowCount(), 1);
   auto* mali = static_cast<QGridLayout*>(frame4_->layout());
   hesapPlani_ = new QCheckBox("Standart Hesap Planını Oluştur");
   hesapPlani_->setObjectName("StandartHesapPlani");
@@ -163,6 +169,7 @@ void FirmaTanim::ac() {
   subheading()->setText(altBaslik(oturum_, kart));
   uyari_->setText(ui::text(durum.Uyari));
   uyari_->setVisible(!durum.Uyari.empty());
+  kural_->setVisible(oturum_.Yeni_Kayit);
   konsol_.Durum_Yaz(ekranAdi(oturum_));
 }
 

@@ -46,6 +46,7 @@ class FirmaTanim : public ui::Kart {
   QGroupBox *frame1_ = nullptr, *frame2_ = nullptr, *frame3_ = nullptr, *frame4_ = nullptr;
   QBoxLayout* altCerceveler_ = nullptr;  // Frame3 and Frame4
   QLabel* uyari_ = nullptr;              // what is wrong with the company itself
+  QLabel* kural_ = nullptr;              // rules of a new company's name
   bool listeEski_ = false;               // a failed save may have changed the console's list
   QPushButton *kaydetBtn_ = nullptr, *cikisBtn_ = nullptr;
 };

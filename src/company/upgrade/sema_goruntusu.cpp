@@ -50,15 +50,21 @@ TipBoy tipBoy(std::string_view declaration) {
   return {type, 0};
 }
 
-SemaGoruntusu SemaGoruntusu::oku(db::Connection& connection) {
+SemaGoruntusu SemaGoruntusu::oku(db::Connection& connection, const std::string& veritabani) {
   SemaGoruntusu out;
-  if (const auto rows = connection.query("SELECT name, type FROM sysobjects WHERE type IN ('U','V','TR')")) {
+  const auto tablo = [&](const std::string& ad) {
+    return veritabani.empty() ? ad : veritabani + ".dbo." + ad + " " + ad;
+  };
+  if (const auto rows = connection.query("SELECT name, type FROM " + tablo("sysobjects") +
+                                         " WHERE type IN ('U','V','TR')")) {
     for (std::int64_t r = 0; r < rows->count(); ++r)
       out.nesneEkle(rows->value(r, 0).trimmed(), rows->value(r, 1).trimmed());
   }
   const auto rows = connection.query(
       "SELECT sysobjects.name, syscolumns.name, systypes.name, syscolumns.length, syscolumns.isnullable, "
-      "syscolumns.colstat, syscolumns.cdefault FROM syscolumns, systypes, sysobjects WHERE "
+      "syscolumns.colstat, syscolumns.cdefault FROM " +
+      tablo("syscolumns") + ", " + tablo("systypes") + ", " + tablo("sysobjects") +
+      " WHERE "
       "syscolumns.xtype=systypes.xtype AND "
       "systypes.xusertype=systypes.xtype AND syscolumns.id=sysobjects.id AND sysobjects.type='U'");
   if (!rows) return out;

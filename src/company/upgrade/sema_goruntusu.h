@@ -19,8 +19,9 @@ struct KolonDurumu {
 
 class SemaGoruntusu {
  public:
-  // Reads the catalog of the connection's database. Throws db::SqlError.
-  static SemaGoruntusu oku(db::Connection& connection);
+  // Reads the catalog of the connection's database, or of `veritabani` on the same server. Throws
+  // db::SqlError.
+  static SemaGoruntusu oku(db::Connection& connection, const std::string& veritabani = {});
 
   // `tip` is "U", "V" or "TR". Names compare as the server compares them: without case.
   bool nesneVar(std::string_view ad, std::string_view tip) const;

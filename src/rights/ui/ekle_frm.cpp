@@ -95,6 +95,10 @@ QGroupBox* EkleFrm::alanCercevesi(const char* ad, const QString& baslik, int gru
     yonetici_ = new QCheckBox("Yönetici");
     yonetici_->setObjectName("Yonetici");
     grid->addWidget(yonetici_, grid->rowCount(), 1);
+    auto* kural = new QLabel("Ad ve şifre en çok 15 karakter olabilir; şifrede Türkçe harf kullanılamaz.");
+    kural->setProperty("rol", "ipucu");
+    kural->setWordWrap(true);
+    grid->addWidget(kural, grid->rowCount(), 1);
   }
   return box;
 }
@@ -131,7 +135,10 @@ void EkleFrm::ac() {
   const bool okundu = rights::Kullanici_Karti_Ac(oturum_, kart_);
   goster();
   const bool acik = okundu && !oturum_.Inceleme;
-  for (QLineEdit* alan : alanlar_) alan->setEnabled(acik);
+  konsol_.Durum_Yaz(oturum_.Yeni_Kayit ? "Yeni Kullanıcı Oluşturuluyor"
+                    : oturum_.Inceleme ? "Kullanıcı Tanımı İnceleniyor"
+                                       : "Kullanıcı Tanımı Değiştiriliyor");
+  for (QLineEdit* alan : alanlar_) alan->setReadOnly(!acik);
   yonetici_->setEnabled(acik);
   firmalar_->setEnabled(acik);
   tamam_->setEnabled(acik);

@@ -53,7 +53,8 @@ void BilgiOkuyucu::basla() {
   std::unique_lock tut(ortak_->kilit);
   ++ortak_->calisan;
   ui::arkadaCalistir([ortak = ortak_, istek = ortak_->istek, oturum = oturum_, firma = firma_] {
-    const session::FirmaBilgisi bilgi = session::Firma_Bilgisi_Oku(oturum, firma);
+    OkunanBilgi bilgi{session::Firma_Bilgisi_Oku(oturum, firma), {}};
+    if (bilgi.veritabaniVar) bilgi.eksik = company::upgrade::Sema_Eksigi_Oku(oturum, firma.text);
     const std::lock_guard icerde(ortak->kilit);
     --ortak->calisan;
     ortak->degisti.notify_all();

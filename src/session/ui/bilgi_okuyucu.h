@@ -5,9 +5,14 @@
 #include <QTimer>
 #include <memory>
 
+#include "company/upgrade/eksik.h"
 #include "session/firma_bilgisi.h"
 
 namespace session_ui {
+
+struct OkunanBilgi : session::FirmaBilgisi {
+  std::optional<company::upgrade::SemaEksigi> eksik;
+};
 
 class BilgiOkuyucu : public QObject {
   Q_OBJECT
@@ -21,7 +26,7 @@ class BilgiOkuyucu : public QObject {
   void birak();
 
  signals:
-  void okundu(qint64 id, const session::FirmaBilgisi& bilgi);
+  void okundu(qint64 id, const OkunanBilgi& bilgi);
 
  private:
   struct Ortak;

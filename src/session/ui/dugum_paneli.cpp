@@ -9,12 +9,11 @@
 #include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
-#include <algorithm>
 
-#include "company/schema/schema.h"
 #include "session/tarih.h"
 #include "session/ui/bilgi_okuyucu.h"
 #include "ui/fields.h"
+#include "ui/resim.h"
 #include "ui/theme.h"
 
 namespace session_ui {
@@ -46,14 +45,9 @@ void yaz(QLineEdit* alan, const QString& metin) {
   alan->setToolTip(metin);
 }
 
-// The tables of a company whose schema is complete.
-std::int64_t butunTablolar() {
-  using namespace company::schema;
-  static const auto sayi = std::ranges::count_if(tables(), [](const TableDef& tablo) {
-    return std::ranges::find(tableOrder(Stage::Upgrade), "DROP " + tablo.name) ==
-           tableOrder(Stage::Upgrade).end();
-  });
-  return sayi;
+QString zamanYazisi(const db::DateTime& an) {
+  return ui::text(session::tarihYaz(an)) +
+         QString("  %1:%2").arg(an.hour, 2, 10, QChar('0')).arg(an.minute, 2, 10, QChar('0'));
 }
 
 constexpr const char* supervisorHint =
@@ -64,7 +58,7 @@ constexpr const char* userHint = "Sağ tuş: bütün işlemler";
 
 DugumPaneli::DugumPaneli(const session::Oturum& oturum, const std::vector<QAction*>& komutlar)
     : oturum_(oturum),
-      resim_(new QLabel),
+      resim_(new ui::Resim(pictureSize)),
       altbaslik_(label("altbaslik", true)),
       ipucu_(label("ipucu", true)),
       baslik_(deger("baslik")),
@@ -168,7 +162,7 @@ void DugumPaneli::birak() {
 }
 
 void DugumPaneli::doldur(const QString& resim, const QString& baslik, const QString& altbaslik) {
-  resim_->setPixmap(ui::icon(resim).pixmap(QSize(pictureSize, pictureSize), devicePixelRatioF()));
+  resim_->goster(resim);
   resim_->setAccessibleName(altbaslik);
   yaz(baslik_, baslik);
   altbaslik_->setText(altbaslik);
@@ -193,34 +187,35 @@ void DugumPaneli::satir(const QString& yazi, const QString& metin) {
 }
 
 // Without `bilgi` what is read in the background is not there yet.
-void DugumPaneli::firmaSatirlari(const session::FirmaBilgisi* bilgi) {
+void DugumPaneli::firmaSatirlari(const OkunanBilgi* bilgi) {
   const auto bekle = [&](const auto& deger, auto yazi) {
     if (!bilgi) return QString("okunuyor…");
     return deger ? yazi(*deger) : QString("bilinmiyor");
   };
-  const session::FirmaBilgisi b = bilgi ? *bilgi : session::FirmaBilgisi{};
-  const bool eksik = b.tablo && *b.tablo < butunTablolar();
-  const bool geride = dugum_.surum != session::programSurumu || eksik;
-  const QString surum = dugum_.surum.empty() ? QString("bilinmiyor") : ui::text(dugum_.surum);
+  const OkunanBilgi b = bilgi ? *bilgi : OkunanBilgi{};
+  const QString eksik = b.eksik ? ui::text(company::upgrade::eksikYazisi(*b.eksik)) : QString();
+  const bool eski = dugum_.surum != session::programSurumu;
+  const bool geride = eski || !eksik.isEmpty();
+  QStringList surum{dugum_.surum.empty() ? QString("bilinmiyor") : ui::text(dugum_.surum)};
+  if (bilgi && eski) surum << "güncel: " + ui::text(session::programSurumu);
+  if (!eksik.isEmpty()) surum << eksik;
   doldur("firma", ui::text(dugum_.text), b.veritabaniVar ? "Firma veritabanı" : "Veritabanı sunucuda yok");
   satir("Unvan", ui::text(dugum_.unvan));
   satir("Firma Kodu", ui::text(dugum_.kod));
   if (dugum_.bas && dugum_.bit)
     satir("Dönem", ui::text(session::tarihYaz(*dugum_.bas) + " – " + session::tarihYaz(*dugum_.bit)));
   satir("Diskteki Boyut", bekle(b.boyut, [](double bayt) { return ui::text(session::boyutYazisi(bayt)); }));
-  satir("Şema Sürümü", surum + (geride && bilgi ? QString("  (güncel: %1%2)")
-                                                      .arg(ui::text(session::programSurumu))
-                                                      .arg(eksik ? ", tablolar eksik" : "")
-                                                : QString()));
+  satir("Şema Sürümü", surum.join(", "));
   satir("Kullanıcı Sayısı", bekle(b.kullanici, [](std::int64_t n) { return QString::number(n); }));
   satir("Kullanıcıları", dugum_.baglar.empty() ? QString("(yok)") : ui::text(dugum_.baglar));
-  if (b.sonYedek) satir("Son Yedek", ui::text(session::tarihYaz(*b.sonYedek)));
+  if (oturum_.yedekler)
+    satir("Son Yedek", !bilgi ? "okunuyor…" : b.sonYedek ? zamanYazisi(*b.sonYedek) : "kayıtlı yedek yok");
   satir("Sunucu", ui::text(oturum_.Server_Adi));
   satir("Veri Klasörü", ui::text(oturum_.Veri_Klasoru));
   guncelle_->setVisible(bilgi && b.veritabaniVar && geride && oturum_.Supervisor);
 }
 
-void DugumPaneli::bilgiGeldi(qint64 id, const session::FirmaBilgisi& bilgi) {
+void DugumPaneli::bilgiGeldi(qint64 id, const OkunanBilgi& bilgi) {
   if (dugum_.kind == session::dugum::F && dugum_.id == id) firmaSatirlari(&bilgi);
 }
 

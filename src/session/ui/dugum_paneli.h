@@ -11,9 +11,14 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 
+namespace ui {
+class Resim;
+}
+
 namespace session_ui {
 
 class BilgiOkuyucu;
+struct OkunanBilgi;
 
 class DugumPaneli : public QWidget {
   Q_OBJECT
@@ -34,14 +39,15 @@ class DugumPaneli : public QWidget {
  private:
   void doldur(const QString& resim, const QString& baslik, const QString& altbaslik);
   void satir(const QString& yazi, const QString& deger);
-  void firmaSatirlari(const session::FirmaBilgisi* bilgi);
-  void bilgiGeldi(qint64 id, const session::FirmaBilgisi& bilgi);
+  void firmaSatirlari(const OkunanBilgi* bilgi);
+  void bilgiGeldi(qint64 id, const OkunanBilgi& bilgi);
   QWidget* guncelleSatiri();
   QWidget* girisSatiri();
 
   const session::Oturum& oturum_;
   session::Dugum dugum_;
-  QLabel *resim_, *altbaslik_, *ipucu_;
+  ui::Resim* resim_;
+  QLabel *altbaslik_, *ipucu_;
   QLineEdit* baslik_;
   struct Satir {
     QLabel* yazi;

@@ -14,6 +14,7 @@
 #include "company/ilk_kurulum.h"
 #include "session/ui/sunucu_hazirlama.h"
 #include "ui/fields.h"
+#include "ui/resim.h"
 #include "ui/theme.h"
 #include "ui/uzun_is.h"
 
@@ -67,8 +68,7 @@ IlkKurulumPenceresi::IlkKurulumPenceresi(session::Oturum& oturum, const QString&
   setObjectName("IlkKurulum");
   setWindowTitle("Zembera – Kurulum");
   setMinimumWidth(windowWidth);
-  auto* picture = new QLabel;
-  picture->setPixmap(ui::icon("sunucu").pixmap(QSize(headingIcon, headingIcon), devicePixelRatioF()));
+  auto* picture = new ui::Resim(headingIcon, "sunucu");
   auto* head = new QHBoxLayout;
   head->setSpacing(ui::gap);
   head->addWidget(picture, 0, Qt::AlignTop);

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "ui/fields.h"
+#include "ui/resim.h"
 #include "ui/theme.h"
 #include "ui/uzun_is.h"
 
@@ -38,8 +39,7 @@ QLineEdit* entry(QGridLayout* grid, int line, const char* name, const QString& c
 SunucuHazirlama::SunucuHazirlama(session::Oturum& oturum, const SunucuHazirlayici& hazirla, QWidget* parent)
     : QDialog(parent), oturum_(oturum), hazirlayici_(hazirla), hata_(new QLabel) {
   setWindowTitle("Sunucu Hazırlama");
-  auto* picture = new QLabel;
-  picture->setPixmap(ui::icon("sunucu").pixmap(QSize(headingIcon, headingIcon), devicePixelRatioF()));
+  auto* picture = new ui::Resim(headingIcon, "sunucu");
   auto* text = new QLabel(
       "Bu sunucuda tanım veritabanı bulunamadı. Sunucuyu kullanıma hazırlamak için yöneticinin adını ve "
       "şifresini belirleyiniz.");

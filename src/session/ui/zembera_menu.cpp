@@ -235,10 +235,10 @@ void ZemberaMenu::sonucuUygula(const session::KomutSonucu& sonuc) {
   ekranAc(std::string(ekran.ad), ui::text(ekran.yazi));
 }
 
-void ZemberaMenu::menuButonu(const session::MenuButonu& buton, const QString& yazi) {
+void ZemberaMenu::menuButonu(const session::MenuButonu& buton) {
   if (ekranAcik()) return;
   if (!buton.durum.empty()) Durum_Yaz(ui::text(buton.durum));
-  ekranAc(std::string(buton.ekran), yazi);
+  ekranAc(std::string(buton.ekran), ui::text(buton.yazi));
 }
 
 void ZemberaMenu::ekranAc(const std::string& ad, const QString& yazi) {

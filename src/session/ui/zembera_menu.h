@@ -27,6 +27,13 @@ namespace session_ui {
 class AgacPaneli;
 class DugumPaneli;
 
+// A command on the current node as the popup and the panel show it.
+struct KomutSatiri {
+  const char *ad, *yazi, *resim, *ipucu;
+  session::KomutSonucu (*islem)(session::Oturum&, const session::Dugum&);
+  bool ayri;
+};
+
 class ZemberaMenu : public QMainWindow, public ui::ConsolePort {
   Q_OBJECT
  public:
@@ -50,10 +57,9 @@ class ZemberaMenu : public QMainWindow, public ui::ConsolePort {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  using Islem = session::KomutSonucu (*)(session::Oturum&, const session::Dugum&);
   void menuleriKur();
   void popupKur();
-  QAction* komutEkle(const char* ad, const QString& yazi, const QString& resim, Islem islem);
+  QAction* komutEkle(const KomutSatiri& satir);
   QWidget* kenarCubugu();
   QWidget* anaPanel();
   void durumCubugu();
@@ -69,7 +75,8 @@ class ZemberaMenu : public QMainWindow, public ui::ConsolePort {
   // Runs a command on the current node and opens what it asks for.
   void komut(const QString& yazi, const std::function<session::KomutSonucu(const session::Dugum&)>& islem);
   void sonucuUygula(const session::KomutSonucu& sonuc);
-  void menuButonu(const session::MenuButonu& buton, const QString& yazi);
+  QToolButton* kenarButonu(const char* ad, const session::MenuButonu& buton);
+  void menuButonu(const session::MenuButonu& buton);
   void ekranAc(const std::string& ad, const QString& yazi);
   void kartKapandi(const ui::Kart* kart);
   bool ekranAcik() const;  // a card stands over the tree

@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -23,25 +24,6 @@ namespace session_ui {
 namespace {
 
 constexpr int sideWidth = 256, treeWidth = 430, smallestTree = 230, menuIcon = 24;
-
-struct ButonGorunusu {
-  const char* yazi;
-  const char* resim;
-};
-// Captions and pictures of Menu_Buton(0) to (10).
-constexpr ButonGorunusu butonGorunusleri[] = {
-    {"Sabit Tanımlamalar", "sabit"},
-    {"Numaratör Tanımlamaları", "numarator"},
-    {"Yedekleme İşlemleri", "yedek"},
-    {"Servis İşlemleri", "servis"},
-    {"Tartı Barkod Tanımları", "terazi"},
-    {"Firma Devri", "devir"},
-    {"Taksitli Satış Parametreleri", "taksit"},
-    {"El Terminali Tanımları", "terminal"},
-    {"Offline Bağlantı Ayarları", "sube"},
-    {"Server Parametre Tanımları", "sunucu"},
-    {"Database Aktar", "aktar"},
-};
 
 // Entries of the menu bar; an entry without text is a separator. Only ZMCikis acts.
 struct MenuSatiri {
@@ -61,6 +43,18 @@ constexpr MenuSatiri menuSatirlari[] = {
 constexpr MenuSatiri menuler[] = {
     {"", "ZMDosya", "&Dosya"}, {"", "ZMTerminal", "Terminal"}, {"", "ZMServis", "Servis"}};
 
+// The commands on a node; `ayri`: a line above it.
+constexpr KomutSatiri komutSatirlari[] = {
+    {"MNEkle", "Ekle", "ekle", "Yeni firma ya da kullanıcı (Insert)", session::MNEkle, false},
+    {"MNDegistir", "Değiştir", "degistir", "Kartını açar (Enter ya da çift tıklama)", session::MNDegistir,
+     false},
+    {"MNIncele", "İncele", "incele", "Kartını değiştirmeden gösterir", session::MNIncele, false},
+    {"MNSil", "Sil", "sil", "Önce sorar; geri alınamaz (Delete)", session::MNSil, false},
+    {"MNYetki", "Kullanıcı Yetkileri", "yetki", "Bir firmada neleri yapabileceği", session::MNYetki, true},
+    {"MNYetkiKasiyer", "Kasiyer Yetkileri", "kasiyer", "Satış noktasındaki yetkileri ve ayarları",
+     session::MNYetkiKasiyer, false},
+};
+
 struct TanimSatiri {
   session::Ekran ekran;
   const char* resim;
@@ -71,7 +65,7 @@ constexpr TanimSatiri tanimSatirlari[] = {
     {session::Ekran::MNFiyat, "fiyat"},   {session::Ekran::MNRenkTanim, "renk"},
 };
 
-QToolButton* kenarButonu(const char* ad, const QString& yazi, const QString& resim) {
+QToolButton* kenarDugmesi(const char* ad, const QString& yazi, const QString& resim) {
   auto* button = new QToolButton;
   button->setObjectName(ad);
   button->setProperty("rol", "menu");
@@ -86,6 +80,13 @@ QToolButton* kenarButonu(const char* ad, const QString& yazi, const QString& res
 }
 
 }  // namespace
+
+QToolButton* ZemberaMenu::kenarButonu(const char* ad, const session::MenuButonu& buton) {
+  QToolButton* button = kenarDugmesi(ad, ui::text(buton.yazi), ui::text(buton.resim));
+  button->setToolTip(ui::text(buton.ipucu));
+  connect(button, &QToolButton::clicked, this, [this, &buton] { menuButonu(buton); });
+  return button;
+}
 
 void ZemberaMenu::menuleriKur() {
   std::map<QString, QMenu*> ustler;
@@ -106,25 +107,24 @@ void ZemberaMenu::menuleriKur() {
   }
 }
 
-QAction* ZemberaMenu::komutEkle(const char* ad, const QString& yazi, const QString& resim, Islem islem) {
-  auto* action = new QAction(ui::captionIcon(resim), yazi, this);
-  action->setObjectName(ad);
-  connect(action, &QAction::triggered, this,
-          [this, yazi, islem] { komut(yazi, [&](const session::Dugum& d) { return islem(oturum_, d); }); });
-  komutlar_[ad] = action;
+QAction* ZemberaMenu::komutEkle(const KomutSatiri& satir) {
+  auto* action = new QAction(ui::captionIcon(satir.resim), satir.yazi, this);
+  action->setObjectName(satir.ad);
+  action->setToolTip(satir.ipucu);
+  connect(action, &QAction::triggered, this, [this, &satir] {
+    komut(satir.yazi, [&](const session::Dugum& d) { return satir.islem(oturum_, d); });
+  });
+  komutlar_[satir.ad] = action;
   return action;
 }
 
 void ZemberaMenu::popupKur() {
   popup_ = new QMenu(this);
   popup_->setObjectName("Menu");
-  popup_->addAction(komutEkle("MNEkle", "Ekle", "ekle", session::MNEkle));
-  popup_->addAction(komutEkle("MNDegistir", "Değiştir", "degistir", session::MNDegistir));
-  popup_->addAction(komutEkle("MNIncele", "İncele", "incele", session::MNIncele));
-  popup_->addAction(komutEkle("MNSil", "Sil", "sil", session::MNSil));
-  popup_->addSeparator();
-  popup_->addAction(komutEkle("MNYetki", "Kullanıcı Yetkileri", "yetki", session::MNYetki));
-  popup_->addAction(komutEkle("MNYetkiKasiyer", "Kasiyer Yetkileri", "kasiyer", session::MNYetkiKasiyer));
+  for (const KomutSatiri& satir : komutSatirlari) {
+    if (satir.ayri) popup_->addSeparator();
+    popup_->addAction(komutEkle(satir));
+  }
   tanimlar_ = popup_->addMenu(ui::icon("tanimlar"), "Tanımlar");
   tanimlar_->setObjectName("MNTanimlar");
   for (const TanimSatiri& satir : tanimSatirlari) {
@@ -146,25 +146,19 @@ QWidget* ZemberaMenu::kenarCubugu() {
   auto* side = new QWidget;
   side->setProperty("rol", "kenar");
   side->setAttribute(Qt::WA_StyledBackground);
-  side->setFixedWidth(sideWidth);
   auto* buttons = new QWidget;
   auto* layout = new QVBoxLayout(buttons);
   layout->setContentsMargins(ui::gapSmall, ui::gap, ui::gapSmall, ui::gap);
   layout->setSpacing(2);
   const auto tablo = session::menuButonlari();
   for (std::size_t i = 0; i < tablo.size(); ++i) {
-    const ButonGorunusu& gorunus = butonGorunusleri[i];
-    QToolButton* button = kenarButonu("Menu_Buton", gorunus.yazi, gorunus.resim);
+    QToolButton* button = kenarButonu("Menu_Buton", tablo[i]);
     button->setProperty(ui::indexProperty, static_cast<int>(i));
-    connect(button, &QToolButton::clicked, this,
-            [this, i, gorunus] { menuButonu(session::menuButonlari()[i], gorunus.yazi); });
     menuButonlari_.push_back(button);
     layout->addWidget(button);
   }
   layout->addSpacing(ui::gap);
-  command1_ = kenarButonu("Command1", "Rapor Evrak Tasarımları", "tasarim");
-  connect(command1_, &QToolButton::clicked, this,
-          [this] { menuButonu(session::raporEvrakButonu, command1_->text()); });
+  command1_ = kenarButonu("Command1", session::raporEvrakButonu);
   layout->addWidget(command1_);
   layout->addStretch(1);
   auto* scroll = new QScrollArea;
@@ -176,7 +170,7 @@ QWidget* ZemberaMenu::kenarCubugu() {
     if (now && buttons->isAncestorOf(now)) scroll->ensureWidgetVisible(now);
   });
 
-  tus_ = kenarButonu("Tus", "Programdan Çık", "cikis");
+  tus_ = kenarDugmesi("Tus", "Programdan Çık", "cikis");
   connect(tus_, &QToolButton::clicked, this, &ZemberaMenu::cikis);
   auto* last = new QHBoxLayout;
   last->setContentsMargins(ui::gapSmall, ui::gapSmall, ui::gapSmall, ui::gap);
@@ -186,6 +180,10 @@ QWidget* ZemberaMenu::kenarCubugu() {
   all->setSpacing(0);
   all->addWidget(scroll, 1);
   all->addLayout(last);
+  // A larger letter of the desktop's makes the captions wider.
+  side->ensurePolished();
+  side->setFixedWidth(
+      std::max(sideWidth, buttons->sizeHint().width() + scroll->verticalScrollBar()->sizeHint().width()));
   return side;
 }
 

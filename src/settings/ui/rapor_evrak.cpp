@@ -42,7 +42,7 @@ RaporEvrak::RaporEvrak(session::Oturum& oturum, ui::ConsolePort&)
     PRModulFlx_->setItem(static_cast<int>(i), 0, new QTableWidgetItem(QString::number(i + 1)));
     PRModulFlx_->setItem(static_cast<int>(i), 1, new QTableWidgetItem(ui::text(moduller[i])));
   }
-  PRModulFlx_->setColumnWidth(0, 60);
+  PRModulFlx_->setColumnWidth(0, fontMetrics().horizontalAdvance("Modül") + 2 * ui::gap);
   PRModulFlx_->horizontalHeader()->setStretchLastSection(true);
   PRModulFlx_->setFixedWidth(190);
   KisimFlx_ = tablo("KisimFlx", 1, static_cast<int>(kisimlar.size()));

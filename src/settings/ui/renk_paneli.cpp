@@ -3,6 +3,7 @@
 #include <QColorDialog>
 #include <QPainter>
 
+#include "ui/renkler.h"
 #include "ui/theme.h"
 
 namespace settings_ui {
@@ -27,9 +28,9 @@ void RenkPaneli::paintEvent(QPaintEvent*) {
   QPainter cizer(this);
   cizer.setRenderHint(QPainter::Antialiasing);
   const QColor zemin(ui::fromBgr(renk_)), yazi(ui::fromBgr(tumleyen(renk_)));
-  const QColor cerceve = hasFocus() ? QColor(0xff, 0x80, 0x00) : QColor(0xb9, 0xc5, 0xd1);
+  const QColor cerceve = hasFocus() ? ui::renk(QColor(0xc2, 0x5f, 0x00)) : ui::renk(QColor(0x7d, 0x8c, 0x9b));
   cizer.setPen(QPen(cerceve, hasFocus() ? 2 : 1));
-  cizer.setBrush(isEnabled() ? zemin : QColor(0xf0, 0xf2, 0xf5));
+  cizer.setBrush(isEnabled() ? zemin : ui::renk(QColor(0xf0, 0xf2, 0xf5)));
   cizer.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 4, 4);
   cizer.setPen(yazi);
   cizer.drawText(rect(), Qt::AlignCenter, text());

@@ -120,7 +120,7 @@ void TanimEkrani::kurallar(Bolum& b) {
 void TanimEkrani::ac() {
   hata_->hide();
   kaydet_->setEnabled(true);
-  konsol_.Durum_Yaz(tuslar);
+  konsol_.Durum_Yaz(windowTitle() + "     " + tuslar);
   subheading()->setText(ui::text(oturum_.Secili_Firma));
   const QScopedValueRollback dolduruluyor(dolduruluyor_, true);
   std::string hata = settings::Tanim_Firma_Bagla(oturum_);

@@ -81,14 +81,14 @@ TEST_F(EkleFrmTest, InspectionIsClosedAndNothingOfItIsLeft) {
   const auto id = kullanici("ALİ", "abc", {1});
   ac(false, id, true);
   for (const char* name : {"Kullanici_Adi", "Kullanici_Sifre", "Sifre_Onay", "smtpserver", "sendpassword"})
-    EXPECT_FALSE(alan(name)->isEnabled()) << name;
+    EXPECT_TRUE(alan(name)->isEnabled() && alan(name)->isReadOnly()) << name;
   EXPECT_FALSE(find<QPushButton>(kart, "Ekle_Tamam")->isEnabled());
   key(Qt::Key_F2);
   EXPECT_EQ(kapandi.count(), 0);
   key(Qt::Key_Escape);
   EXPECT_EQ(kapandi.count(), 1);
   ac(true);
-  EXPECT_TRUE(alan("Kullanici_Adi")->isEnabled());
+  EXPECT_FALSE(alan("Kullanici_Adi")->isReadOnly());
   EXPECT_EQ(alan("Kullanici_Adi")->text(), "");
   EXPECT_EQ(find<QListWidget>(kart, "Firmatreelist")->item(0)->checkState(), Qt::Unchecked);
 }

@@ -47,7 +47,7 @@ class TanimEkraniTest : public test::EkranTest {
 
 TEST_F(TanimEkraniTest, AWarehouseIsTypedMarkedAndSaved) {
   ac({"ambar"});
-  EXPECT_EQ(konsol.durum, "[F2 -> Kayıt]     [F3 -> Çıkış]");
+  EXPECT_EQ(konsol.durum, "Deneme     [F2 -> Kayıt]     [F3 -> Çıkış]");
   izgara().setFocus();
   izgara().git(0, "Merkez_Ambar");
   key(Qt::Key_Return);  // takes the tick off and adds a row

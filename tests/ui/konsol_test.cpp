@@ -379,6 +379,9 @@ TEST_F(KonsolEkrani, TheKeysStayOnAnOpenCard) {
   QTest::keyClick(&konsol, Qt::Key_Escape);
   EXPECT_TRUE(find<QWidget>(konsol, "anapanel")->isVisible());
   EXPECT_EQ(konsol.windowTitle(), "Korvena Zembera – SUNUCU");
+  konsol.findChildren<QToolButton*>("Menu_Buton").front()->click();
+  EXPECT_FALSE(find<QWidget>(konsol, "anapanel")->isVisible());
+  EXPECT_EQ(konsol.windowTitle(), "Korvena Zembera – SUNUCU") << "it picks its company itself";
 }
 
 TEST_F(KonsolEkrani, TheReducedConsoleLeadsBackToTheLogin) {
@@ -415,9 +418,11 @@ TEST_F(KonsolEkrani, ThePanelTellsTheCompanyAndItsBackup) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return values(konsol).find("okunuyor") == std::string::npos; }, 3000));
   EXPECT_EQ(values(konsol),
             "Mağaza A.Ş.\n00001\n01/01/2012 – 31/12/2012\n20,0 MB\n"
-            "2011.001, güncel: 2012.002, 193 tablo, 61 kolon, 106 görünüm eksik\n3\n(yok)\n01/03/2012  "
+            "2011.001, güncel: 2012.002\n3\n(yok)\n01/03/2012  "
             "18:05\nSUNUCU\n\n");
   EXPECT_TRUE(find<QPushButton>(konsol, "GuncelleBtn")->isVisible());
+  EXPECT_EQ(find<QLabel>(konsol, "GerideLbl")->text(),
+            "Veritabanının şeması geride: 193 tablo, 61 kolon, 106 görünüm eksik.");
 
   // The database was made after the backup of its name.
   server.rows("SELECT crdate", {"crdate"}, {{db::DateTime{2012, 3, 2}}});

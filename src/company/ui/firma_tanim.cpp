@@ -4,6 +4,7 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -143,8 +144,11 @@ void FirmaTanim::ambarCercevesi() {
   frame2_ = frame("Frame2", "Ambar Tanımları");
   auto* grid = new QTableWidget(0, 2);
   grid->setObjectName("FisGrd");
+  grid->setHorizontalHeaderLabels({"Ambar No", "Ambar Adı"});
+  grid->horizontalHeader()->setStretchLastSection(true);
   auto* erase = new QPushButton(ui::icon("sil"), "Sil");
   erase->setObjectName("SilBtn");
+  erase->setEnabled(false);
   auto* layout = new QHBoxLayout(frame2_);
   layout->addWidget(grid, 1);
   layout->addWidget(erase, 0, Qt::AlignTop);

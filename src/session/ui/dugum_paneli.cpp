@@ -61,6 +61,7 @@ DugumPaneli::DugumPaneli(const session::Oturum& oturum, const std::vector<QActio
       resim_(new ui::Resim(pictureSize)),
       altbaslik_(label("altbaslik", true)),
       ipucu_(label("ipucu", true)),
+      geride_(new QLabel),
       baslik_(deger("baslik")),
       komutlar_(new QWidget),
       okuyucu_(new BilgiOkuyucu(this)) {
@@ -124,17 +125,20 @@ QWidget* DugumPaneli::guncelleSatiri() {
   guncelle_->setObjectName("GuncelleFrm");
   guncelle_->setProperty("rol", "uyari");
   guncelle_->setAttribute(Qt::WA_StyledBackground);
-  auto* text = new QLabel("Veritabanının şeması geride.");
-  text->setWordWrap(true);
+  geride_->setObjectName("GerideLbl");
+  geride_->setWordWrap(true);
   auto* guncelle = new QPushButton("Güncelle");
   guncelle->setObjectName("GuncelleBtn");
   auto* dene = new QPushButton("Dene");
   dene->setObjectName("GuncelleDeneBtn");
   dene->setToolTip("Güncellemeyi çalıştırıp geri alır: nelerin değişeceğini söyler, hiçbir şeyi değiştirmez");
-  auto* row = new QHBoxLayout(guncelle_);
-  row->addWidget(text, 1);
+  auto* row = new QHBoxLayout;
+  row->addStretch(1);
   row->addWidget(dene);
   row->addWidget(guncelle);
+  auto* layout = new QVBoxLayout(guncelle_);
+  layout->addWidget(geride_);
+  layout->addLayout(row);
   connect(guncelle, &QPushButton::clicked, this, [this] { emit this->guncelle(false); });
   connect(dene, &QPushButton::clicked, this, [this] { emit this->guncelle(true); });
   return guncelle_;
@@ -198,7 +202,7 @@ void DugumPaneli::firmaSatirlari(const OkunanBilgi* bilgi) {
   const bool geride = eski || !eksik.isEmpty();
   QStringList surum{dugum_.surum.empty() ? QString("bilinmiyor") : ui::text(dugum_.surum)};
   if (bilgi && eski) surum << "güncel: " + ui::text(session::programSurumu);
-  if (!eksik.isEmpty()) surum << eksik;
+  geride_->setText("Veritabanının şeması geride" + (eksik.isEmpty() ? QString(".") : ": " + eksik + "."));
   doldur("firma", ui::text(dugum_.text), b.veritabaniVar ? "Firma veritabanı" : "Veritabanı sunucuda yok");
   satir("Unvan", ui::text(dugum_.unvan));
   satir("Firma Kodu", ui::text(dugum_.kod));

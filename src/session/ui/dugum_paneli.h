@@ -47,7 +47,7 @@ class DugumPaneli : public QWidget {
   const session::Oturum& oturum_;
   session::Dugum dugum_;
   ui::Resim* resim_;
-  QLabel *altbaslik_, *ipucu_;
+  QLabel *altbaslik_, *ipucu_, *geride_;
   QLineEdit* baslik_;
   struct Satir {
     QLabel* yazi;

@@ -81,7 +81,7 @@ ZemberaMenu::ZemberaMenu(session::Oturum& oturum, ui::EkranKaydi ekranlar)
 void ZemberaMenu::adlariYaz() {
   const QString sunucu = oturum_.Giris_Hatali != 0 ? "bağlantı yok" : ui::text(oturum_.Server_Adi);
   const session::Dugum secili = agacPaneli_->secili();
-  const bool firma = ekranAcik() && secili.kind == session::dugum::F && !oturum_.Yeni_Kayit;
+  const bool firma = dugumEkrani_ && ekranAcik() && secili.kind == session::dugum::F && !oturum_.Yeni_Kayit;
   setWindowTitle((firma ? ui::text(secili.text) + " – " : QString()) + "Korvena Zembera" +
                  (sunucu.isEmpty() ? QString() : " – " + sunucu));
 }
@@ -232,12 +232,14 @@ void ZemberaMenu::sonucuUygula(const session::KomutSonucu& sonuc) {
   if (sonuc.listeyiYenile) Alan_Listesi_Doldur();
   if (sonuc.ekran == session::Ekran::Yok) return;
   const session::EkranBilgisi& ekran = session::ekranBilgisi(sonuc.ekran);
+  dugumEkrani_ = true;
   ekranAc(std::string(ekran.ad), ui::text(ekran.yazi));
 }
 
 void ZemberaMenu::menuButonu(const session::MenuButonu& buton) {
   if (ekranAcik()) return;
   if (!buton.durum.empty()) Durum_Yaz(ui::text(buton.durum));
+  dugumEkrani_ = false;  // such a screen picks its company itself
   ekranAc(std::string(buton.ekran), ui::text(buton.yazi));
 }
 

@@ -98,6 +98,7 @@ class ZemberaMenu : public QMainWindow, public ui::ConsolePort {
   QMenu* popup_ = nullptr;
   QMenu* tanimlar_ = nullptr;
   QLabel* durum_ = nullptr;
+  bool dugumEkrani_ = false;  // what is open was opened on the current node
 };
 
 }  // namespace session_ui

@@ -19,9 +19,9 @@ constexpr int workers = 3;
 
 // What a worker's own objects should look like.
 struct Model {
-  std::map<int, int> rows;
+  std::map<int, int> rows, others;  // of the table in A, and of that in B
   std::set<std::string> objects;
-  int next = 1;
+  int next = 1, carried = 0;  // the trigger's counter in B
 };
 
 struct Step {
@@ -46,10 +46,13 @@ Step toggle(const Model& model, const std::string& name, const std::string& make
 
 Step nextStep(const Model& model, int worker, std::mt19937& random) {
   const std::string w = text(worker), table = "A..W" + w;
-  const int kind = static_cast<int>(random() % 13), pick = static_cast<int>(random() % 7), id = model.next;
+  const int kind = static_cast<int>(random() % 17), pick = static_cast<int>(random() % 7), id = model.next;
   const auto insert = [&](int row, int value) {
     return "INSERT INTO " + table + " (ID,A,B) VALUES (" + text(row) + "," + text(value) + ",REPLICATE('x'," +
            text(value % 3000) + "))";
+  };
+  const auto other = [&](int row, int value) {
+    return "INSERT INTO B..W" + w + " (ID,A) VALUES (" + text(row) + "," + text(value) + ")";
   };
   switch (kind) {
     case 0:
@@ -93,15 +96,34 @@ Step nextStep(const Model& model, int worker, std::mt19937& random) {
           {"UPDATE " + table + " SET A=A WHERE ID>0", "USE A DBCC CHECKTABLE (W" + w + ") WITH NO_INFOMSGS"},
           [](Model&) {}};
     case 11:
+    case 12:
+    case 13:
+      // Both databases or none, whichever is written first.
+      return {
+          {"BEGIN TRAN " + (kind == 12 ? other(id, pick) + " " + insert(id, pick * 300)
+                                       : insert(id, pick * 300) + " " + other(id, pick)),
+           "UPDATE B..W" + w + " SET A=A+1 DELETE FROM B..W" + w + " WHERE ID%11=" + text(pick), "COMMIT"},
+          [=](Model& m) {
+            m.rows[id] = pick * 300, m.others[id] = pick, m.next = id + 1;
+            for (auto& [row, value] : m.others) ++value;
+            std::erase_if(m.others, [&](const auto& each) { return each.first % 11 == pick; });
+          }};
+    case 14:
+      // A statement on its own that its trigger carries into the other database.
+      return {{"UPDATE A..Z" + w + " SET A=A+1"}, [](Model& m) { ++m.carried; }};
+    case 15:
       return toggle(model, "D" + w, "CREATE DATABASE D" + w, "DROP DATABASE D" + w);
     default:
-      return {{"TRUNCATE TABLE A..Z" + w, "INSERT INTO A..Z" + w + " VALUES (1)"}, [](Model&) {}};
+      return {{"TRUNCATE TABLE A..Q" + w, "INSERT INTO A..Q" + w + " VALUES (1)"}, [](Model&) {}};
   }
 }
 
 std::string shown(const Model& model) {
   std::string out;
   for (const auto& [row, value] : model.rows) out += text(row) + "\t" + text(value) + "\n";
+  out += "B\n";
+  for (const auto& [row, value] : model.others) out += text(row) + "\t" + text(value) + "\n";
+  out += "B " + text(model.carried) + "\n";
   for (const std::string& object : model.objects) out += object + "\n";
   return out;
 }
@@ -110,7 +132,10 @@ std::string found(engine::Session& session, int worker) {
   const std::string w = text(worker);
   Answer rows = run(session, "SELECT ID,A FROM A..W" + w + " ORDER BY ID");
   if (rows.number != 0) return "!" + text(rows.number) + " " + rows.error;
-  std::string out = rows.text;
+  const Answer others = run(session, "SELECT ID,A FROM B..W" + w + " ORDER BY ID");
+  if (others.number != 0) return "!" + text(others.number) + " " + others.error;
+  std::string out = rows.text + "B\n" + others.text;
+  out += "B " + run(session, "SELECT N FROM B..S" + w).text;
   for (const std::string name : {"D", "V", "X", "Y"}) {
     const std::string list = name == "D" ? "master..sysdatabases" : "A..sysobjects";
     if (!run(session, "SELECT name FROM " + list + " WHERE name='" + name + w + "'").text.empty())
@@ -157,9 +182,15 @@ class Campaign {
     engine::Server::create(folder_, "sa", password);
     auto session = open(folder_, "master");
     must(*session, "CREATE DATABASE A");
+    must(*session, "CREATE DATABASE B");
     for (int w = 0; w < workers; ++w) {
       must(*session, "CREATE TABLE A..W" + text(w) + " (ID INT PRIMARY KEY, A INT, B VARCHAR(8000))");
-      must(*session, "CREATE TABLE A..Z" + text(w) + " (A INT)");
+      must(*session, "CREATE TABLE A..Q" + text(w) + " (A INT)");
+      must(*session, "CREATE TABLE A..Z" + text(w) + " (A INT) INSERT INTO A..Z" + text(w) + " VALUES (0)");
+      must(*session, "CREATE TABLE B..W" + text(w) + " (ID INT PRIMARY KEY, A INT)");
+      must(*session, "CREATE TABLE B..S" + text(w) + " (N INT) INSERT INTO B..S" + text(w) + " VALUES (0)");
+      must(*session, "USE A EXEC('CREATE TRIGGER ZT" + text(w) + " ON Z" + text(w) +
+                         " FOR UPDATE AS UPDATE B..S" + text(w) + " SET N=N+1') USE master");
       must(*session, "USE A CREATE INDEX WI" + text(w) + " ON W" + text(w) + " (A) USE master");
     }
   }
@@ -206,12 +237,14 @@ class Campaign {
     fs::create_directory(copy);
     for (const auto& entry : fs::directory_iterator(folder_)) {
       const std::string name = entry.path().filename().string();
-      if (name.ends_with(".mdf") || name.ends_with(".ldf")) fs::copy_file(entry.path(), copy / name);
+      if (name.ends_with(".mdf") || name.ends_with(".ldf") || name.ends_with(".intent"))
+        fs::copy_file(entry.path(), copy / name);
     }
     auto session = open(folder_, "master"), copied = open(copy, "master");
     for (int w = 0; w < workers; ++w) {
       Model& model = models_[static_cast<std::size_t>(w)];
       const Child& child = children[static_cast<std::size_t>(w)];
+      acknowledged_ += child.steps;
       std::mt19937 random(child.seed);
       for (int i = 0; i < child.steps; ++i) nextStep(model, w, random).effect(model);
       Model next = model;
@@ -230,8 +263,11 @@ class Campaign {
     if (number % 10 == 0) {
       const Answer check = run(*session, "DBCC CHECKDB ('A') WITH NO_INFOMSGS");
       if (check.number != 0) fail(number, check.messages);
+      if (const Answer b = run(*session, "DBCC CHECKDB ('B') WITH NO_INFOMSGS"); b.number != 0)
+        fail(number, b.messages);
       for (int w = 0; w < workers; ++w) {
-        must(*session, "DELETE FROM A..W" + text(w) + " WHERE ID%2=0");
+        must(*session, "DELETE FROM A..W" + text(w) + " WHERE ID%2=0 DELETE FROM B..W" + text(w));
+        models_[static_cast<std::size_t>(w)].others.clear();
         std::erase_if(models_[static_cast<std::size_t>(w)].rows,
                       [](const auto& each) { return each.first % 2 == 0; });
       }
@@ -240,6 +276,7 @@ class Campaign {
   }
 
   int failures() const { return failures_; }
+  std::int64_t acknowledged() const { return acknowledged_; }
 
  private:
   void fail(int round, const std::string& what) {
@@ -259,6 +296,7 @@ class Campaign {
   fs::path folder_;
   std::vector<Model> models_ = std::vector<Model>(workers);
   int failures_ = 0;
+  std::int64_t acknowledged_ = 0;
 };
 
 }  // namespace
@@ -268,8 +306,11 @@ int main(int count, char** values) {
   const auto arguments = campaign::arguments(count, values, 700);
   campaign::Campaign campaign(arguments.seed);
   int kills = 0;
-  for (int round = 1; round <= arguments.rounds && campaign.failures() < 5; ++round)
+  for (int round = 1; round <= arguments.rounds && campaign.failures() < 5; ++round) {
     kills += campaign.round(round);
-  std::cout << kills << " kills, " << campaign.failures() << " findings\n";
+    if (round % 50 == 0) std::cout << kills << " kills so far" << std::endl;
+  }
+  std::cout << kills << " kills, " << campaign.acknowledged() << " steps acknowledged, "
+            << campaign.failures() << " findings\n";
   return campaign.failures() == 0 ? 0 : 1;
 }

@@ -90,11 +90,19 @@ TEST_F(UnusableNames, RemainsThatCannotGoKeepNobodyFromWorking) {
   EXPECT_EQ(server->leftOvers()[0].name, "B");
   EXPECT_EQ(run("SELECT name FROM sysdatabases ORDER BY dbid"), "master\nFIRMA\n");
   EXPECT_EQ(run("CREATE TABLE FIRMA..Y (A INT) CREATE DATABASE C"), "");
+  // The one concerned tells what is the matter with it, the others nothing.
+  const std::string trouble = "!" + std::to_string(server->leftOvers()[0].error.number()) + "\n";
+  EXPECT_NE(trouble, "!911\n");
+  for (const char* use : {"USE B", "SELECT * FROM B..T", "SELECT * FROM b..T"})
+    EXPECT_EQ(run(use), trouble) << use;
+  EXPECT_NE(message.find("B.mdf.unfinished"), std::string::npos) << message;
+  EXPECT_EQ(run("USE YOK"), "!911\n");
   EXPECT_EQ(run("CREATE DATABASE B"), "!" + std::to_string(server->leftOvers()[0].error.number()) + "\n");
   server->stop();
   EXPECT_EQ(server->start().size(), 1U);
   fs::remove_all(folder_ / "kapali" / "B.mdf.unfinished");
   session = open();
+  EXPECT_EQ(run("USE B"), "!911\n");
   EXPECT_EQ(run("CREATE DATABASE B"), "");
 }
 

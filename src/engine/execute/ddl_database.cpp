@@ -338,8 +338,10 @@ std::vector<LeftOver> cleanUnfinished(Store& store, const std::string& only) {
     try {
       removeFiles(row);
       strike(store, row.id);
+      store.instance().setTrouble(foldName(row.name), std::nullopt);
     } catch (const Error& error) {
       left.push_back({row.name, error});
+      store.instance().setTrouble(foldName(row.name), error);
     }
   }
   return left;

@@ -2,6 +2,7 @@
 #include <array>
 #include <set>
 
+#include "engine/execute/ddl.h"
 #include "engine/execute/executor.h"
 #include "engine/execute/procedures.h"
 #include "engine/language.h"
@@ -311,9 +312,14 @@ void Executor::runTransaction(const TransactionStatement& statement) {
 }
 
 void Executor::runUse(const UseStatement& statement) {
-  if (!store_.databaseExists(statement.database))
+  if (!store_.databaseExists(statement.database)) {
+    // What is left of it may go now; or it tells what is the matter.
+    if (levels_ == 0)
+      if (const auto left = ddl::cleanUnfinished(store_, statement.database); !left.empty())
+        throw left.front().error;
     throw Error(911, "Database '" + statement.database +
                          "' does not exist. Make sure that the name is entered correctly.");
+  }
   rights_.enter(statement.database);
   const std::string name = store_.database(statement.database).name;
   store_.useDatabase(name);

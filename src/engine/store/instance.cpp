@@ -50,6 +50,18 @@ void Instance::setSuspects(std::map<std::string, std::string> reasons) {
   suspects_ = std::move(reasons);
 }
 
+void Instance::setTrouble(const std::string& name, std::optional<Error> trouble) {
+  const std::lock_guard lock(catalogMutex_);
+  troubles_.erase(name);
+  if (trouble) troubles_.emplace(name, std::move(*trouble));
+}
+
+std::optional<Error> Instance::trouble(const std::string& name) const {
+  const std::lock_guard lock(catalogMutex_);
+  const auto found = troubles_.find(name);
+  return found == troubles_.end() ? std::nullopt : std::optional<Error>(found->second);
+}
+
 void Instance::addRemarks(const std::vector<LeftOver>& remarks) {
   const std::lock_guard lock(catalogMutex_);
   remarks_.insert(remarks_.end(), remarks.begin(), remarks.end());

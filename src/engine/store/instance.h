@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <string>
 #include <thread>
@@ -56,6 +57,9 @@ class Instance {
   // Databases (by folded name) whose part of a broken-off commit could not be ended, with the reason.
   void setSuspects(std::map<std::string, std::string> reasons);
   std::string suspect(const std::string& foldedName) const;  // empty: none
+  // Why what a broken-off CREATE or DROP DATABASE left could not be cleaned up.
+  void setTrouble(const std::string& foldedName, std::optional<Error> trouble);
+  std::optional<Error> trouble(const std::string& foldedName) const;
   // What recovery has to tell an administrator.
   void addRemarks(const std::vector<LeftOver>& remarks);
   std::vector<LeftOver> remarks() const;
@@ -76,6 +80,7 @@ class Instance {
   IdentityMarks identityMarks_;
   mutable std::mutex catalogMutex_;
   std::map<std::string, std::string> suspects_;
+  std::map<std::string, Error> troubles_;
   std::vector<LeftOver> remarks_;
   std::map<std::string, std::shared_ptr<const DatabaseCatalog>> catalogs_;  // by file
   std::mutex storesMutex_;

@@ -20,7 +20,9 @@ constexpr int checkpointPages = 2000;
       14);
 }
 
-[[noreturn]] void failMissing(std::string_view name) {
+// A database that a broken-off CREATE or DROP has left tells why it could not be cleaned up.
+[[noreturn]] void failMissing(const Instance& instance, std::string_view name) {
+  if (const auto trouble = instance.trouble(foldName(name))) throw Error(*trouble);
   throw Error(911, "Database '" + std::string(name) +
                        "' does not exist. Make sure that the name is entered correctly.");
 }
@@ -151,7 +153,7 @@ Attached& Store::Impl::find(std::string_view name) {
       return open(entry);
     }
     const DatabaseEntry* entry = entryOf(name);
-    if (!entry) failMissing(name);
+    if (!entry) failMissing(*instance, name);
     return open(*entry);
   }
   found->second->lastUse = ++clock;
@@ -292,7 +294,7 @@ bool Store::databaseExists(std::string_view database) {
 
 DatabaseEntry Store::database(std::string_view name) {
   const DatabaseEntry* entry = impl_->entryOf(name);
-  if (!entry) failMissing(name);
+  if (!entry) failMissing(*impl_->instance, name);
   return *entry;
 }
 
@@ -331,7 +333,8 @@ void Store::setDelayedDurability(std::string_view database, bool delayed) {
 void Store::renew(std::string_view name) {
   Impl& self = *impl_;
   if (self.isCurrent(self.find(name))) return;
-  const DatabaseEntry entry = *(self.entryOf(name) ? self.entryOf(name) : (failMissing(name), nullptr));
+  const DatabaseEntry entry =
+      *(self.entryOf(name) ? self.entryOf(name) : (failMissing(*self.instance, name), nullptr));
   LockFile service(self.instance->lockFile());
   service.waitExclusive(LockFile::serviceLock);
   self.locks.release(LockFile::statementLock);  // or nobody could wait for all statements
@@ -363,7 +366,7 @@ void Store::useDatabase(std::string_view name) {
                     atAlias("SELECT 1 FROM @.zb_databases WHERE id=? AND state=0", attach(masterName)));
   if (!stands.bind(id).step()) {
     self.locks.release(LockFile::databaseLock(id));
-    failMissing(name);
+    failMissing(*self.instance, name);
   }
   if (self.currentId != 0) self.locks.release(LockFile::databaseLock(self.currentId));
   self.currentId = id;

@@ -104,7 +104,11 @@ Error columnListError(const std::string& name, bool more) {
 
 std::string Binder::resolveDatabase(const ObjectName& name) {
   const std::string& database = name.database.empty() ? context_.database : name.database;
-  if (!name.database.empty() && !context_.store->databaseExists(name.database)) throw invalidObject(name);
+  if (!name.database.empty() && !context_.store->databaseExists(name.database)) {
+    if (const auto trouble = context_.store->instance().trouble(foldName(name.database)))
+      throw Error(*trouble);
+    throw invalidObject(name);
+  }
   if (context_.access && foldName(database) != foldName(context_.chain)) context_.access->enter(database);
   return database;
 }

@@ -96,7 +96,9 @@ TEST_F(Yedek, GivesTheCompanyBackOnlyWhenAnsweredYes) {
     EXPECT_EQ(Geri_Al(o.s.oturum, klasor), evet);
     EXPECT_EQ(o.s.boxes.shown[0].text, soru);
     EXPECT_EQ(o.s.boxes.shown.size(), evet ? 2U : 1U);
-    if (evet) EXPECT_EQ(o.s.boxes.last(), "Geri Alma İşlemi Başarı İle Tamamlanmıştır");
+    if (evet) {
+      EXPECT_EQ(o.s.boxes.last(), "Geri Alma İşlemi Başarı İle Tamamlanmıştır");
+    }
     EXPECT_EQ(o.deger("MAGAZA"), evet ? "eski" : "yeni");
     temiz();
   }
@@ -223,7 +225,9 @@ TEST_F(Yedek, EndsWhatAKilledRunLeft) {
       if (!o.calisiyor()) o.surucu->local("(yerel)")->start();
       const std::string simdi = o.deger("MAGAZA");
       EXPECT_TRUE(simdi == "yeni" || (geri && simdi == "eski")) << n << ": " << simdi;
-      if (bitti && geri) EXPECT_EQ(simdi, "eski");
+      if (bitti && geri) {
+        EXPECT_EQ(simdi, "eski");
+      }
       for (const std::string& ad : icerik(hedef)) EXPECT_EQ(ad.find(".yarim"), std::string::npos) << n;
       temiz();
       o.yaz("MAGAZA", "yeni");

@@ -96,7 +96,7 @@ TEST_F(IkiVeritabani, EveryStepOfACommit) {
 
 TEST_F(IkiVeritabani, WritesAndFlushesOfACommit) {
   int n = 0;
-  // Every third point here; the campaign of kills takes them all.
+  // Every third point here; the campaign of kills meets the others at random moments.
   for (int at = 0; at < 200; at += 3) {
     const int code = commitIn(n, [&](FaultyDisk& disk) {
       Fault fault;

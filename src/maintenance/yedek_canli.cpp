@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 using session::Icon;
 using session::Oturum;
 
-constexpr std::int64_t canliAdimi = 6;
+constexpr std::int64_t canliAdimi = 5;
 constexpr std::string_view vazgecildi = "Vazgeçildi; hiçbir şey değişmedi.";
 
 std::string canliAl(Oturum& oturum, Bakim& bakim, const VeriDosyalari& dosyalar, const fs::path& dizin,

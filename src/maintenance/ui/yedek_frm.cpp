@@ -74,7 +74,7 @@ YedekFrm::YedekFrm(session::Oturum& oturum, ui::ConsolePort&)
   denetimKur();
   body()->addWidget(denetim_);
   yedekle_ = button("YedekleBtn", "Yedekle", "kaydet", true);
-  canli_ = button("CanliYedekBtn", "Canlı Yedekle", "kaydet");
+  canli_ = button("CanliYedekBtn", "Canlı Yedekle", "canli");
   canli_->setToolTip("Sunucuyu durdurmadan, herkes çalışırken yedek alır");
   denetle_ = button("YedekDenetimiBtn", "Yedek Denetimi", "incele");
   denetle_->setToolTip("Seçili klasördeki yedeği açıp okur; canlı firmaya dokunmaz");
@@ -82,7 +82,7 @@ YedekFrm::YedekFrm(session::Oturum& oturum, ui::ConsolePort&)
   auto* cikis = button("CikisBtn", "Çıkış", "cikis");
   shortcut(Qt::Key_F3, cikis);
   shortcut(Qt::Key_Escape, cikis);
-  hint()->setText("Sağ tuş: klasör işlemleri    Escape: çıkış");
+  hint()->setText("Sağ tuş: klasör işlemleri");
   menuKur();
   connect(yedekle_, &QPushButton::clicked, this, [this] { yedekle(false); });
   connect(canli_, &QPushButton::clicked, this, [this] { yedekle(true); });
@@ -99,7 +99,9 @@ void YedekFrm::denetimKur() {
   denetim_->setColumnCount(3);
   denetim_->setHorizontalHeaderLabels({"Konu", "Durum", "Açıklama"});
   denetim_->verticalHeader()->hide();
-  denetim_->horizontalHeader()->setStretchLastSection(true);
+  for (int i = 0; i < denetim_->columnCount(); ++i)
+    denetim_->horizontalHeader()->setSectionResizeMode(
+        i, i == 2 ? QHeaderView::Stretch : QHeaderView::ResizeToContents);
   denetim_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   denetim_->setSelectionBehavior(QAbstractItemView::SelectRows);
   denetim_->setWordWrap(true);
@@ -170,7 +172,7 @@ void YedekFrm::denetle(const std::filesystem::path& klasor) {
   denetim_->setVisible(sonuc.calisti);
   if (!sonuc.calisti) return;
   denetim_->setRowCount(static_cast<int>(sonuc.satirlar.size()));
-  constexpr const char* resimler[] = {"tik", "bilgi", "uyari"};
+  constexpr const char* resimler[] = {"saglam", "bilgi", "uyari"};
   for (int i = 0; i < denetim_->rowCount(); ++i) {
     const auto& satir = sonuc.satirlar[static_cast<std::size_t>(i)];
     const QString durum = ui::text(std::string(maintenance::durumYazisi(satir.durum)));
@@ -179,8 +181,6 @@ void YedekFrm::denetle(const std::filesystem::path& klasor) {
                       new QTableWidgetItem(ui::icon(resimler[static_cast<std::size_t>(satir.durum)]), durum));
     denetim_->setItem(i, 2, new QTableWidgetItem(ui::text(satir.aciklama)));
   }
-  denetim_->resizeColumnsToContents();
-  denetim_->horizontalHeader()->setStretchLastSection(true);
   denetim_->resizeRowsToContents();
   constexpr int enCokSatir = 6;
   denetim_->setFixedHeight(denetim_->horizontalHeader()->sizeHint().height() + 2 * denetim_->frameWidth() +

@@ -174,10 +174,12 @@ int lockIndex(sqlite3_file* file, int first, int count, int flags) {
     if (!taken) data.checkpointing = false;
   }
   if (taken && first == writeLock && count == 1) {
-    if (const int moved = refuseMoved(file); moved != SQLITE_OK) {
+    int refused = refuseMoved(file);
+    if (refused == SQLITE_OK) refused = forgetUnseenCommit(data);
+    if (refused != SQLITE_OK) {
       below.xShmLock(data.real.get(), first, count, SQLITE_SHM_UNLOCK | SQLITE_SHM_EXCLUSIVE);
       data.holdsWrite = false;
-      return moved;
+      return refused;
     }
   }
   // Nobody but who is about to take the log in locks this one: the last moment to look whether it belongs.

@@ -143,6 +143,8 @@ int checkPair(DataState& data);
 // log_file.cpp
 int beginGeneration(LogState& log, const unsigned char* header);
 int emptyLog(LogState& log);
+// Called by who has just taken the write lock.
+int forgetUnseenCommit(DataState& data);
 // data_file.cpp
 int beginCheckpoint(DataState& data);
 int endCheckpoint(DataState& data);

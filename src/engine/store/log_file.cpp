@@ -196,6 +196,30 @@ int beginGeneration(LogState& log, const unsigned char* header) {
   return settleMark(data, true);
 }
 
+// A process may be killed when its commit is on the disk and noted as such, but before others see it. As long
+// as one of them lives, it stays unseen, and the next writer puts its frames in that place: the note must not
+// name them any more, or the log would be told to be damaged.
+int forgetUnseenCommit(DataState& data) {
+  IndexHead head;
+  if (!data.log || !data.index || !readIndex(data.index, head)) return SQLITE_OK;
+  const RealFile& log = data.log->real;
+  Seal seal{};
+  if (log.read(seal.data(), seal.size(), durableOffset) != SQLITE_OK) return SQLITE_OK;  // as short as it is
+  const auto noted = openDurable(seal.data());
+  if (!noted || noted->seed != head.seed || noted->count <= head.frames) return SQLITE_OK;
+  Durable seen;
+  if (head.frames != 0) {
+    unsigned char frame[frameHeaderSize];
+    const std::int64_t step = frameHeaderSize + static_cast<std::int64_t>(head.pageSize);
+    const std::int64_t at = static_cast<std::int64_t>(framesBegin) + (head.frames - 1) * step;
+    if (const int code = log.read(frame, sizeof frame, at); code != SQLITE_OK) return code;
+    seen = {head.seed, head.frames, storedFrameSum(frame)[1]};
+  }
+  seal = sealDurable(seen);
+  const int code = log.write(seal.data(), seal.size(), durableOffset);
+  return code == SQLITE_OK ? log.sync() : code;
+}
+
 // Everything is in the data file, and the companion shall hold nothing.
 int emptyLog(LogState& log) {
   DataState& data = *log.data;

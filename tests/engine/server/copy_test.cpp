@@ -1,6 +1,7 @@
 // Copies of a database: read where they lie, and made while others write.
 #include <map>
 
+#include "engine/store/log_format.h"
 #include "scenarios/folder_fixture.h"
 
 namespace {
@@ -85,6 +86,25 @@ TEST_F(Copies, APairWithALogIsTakenInElsewhere) {
   }
   EXPECT_EQ(bytesAside(), before);
   EXPECT_EQ(scratchFolders(), 0U);
+}
+
+// What a process leaves that was killed between the flush of its commit and its being seen.
+TEST_F(Copies, ACommitThatNobodySawGivesItsPlaceToTheNext) {
+  must("INSERT INTO U VALUES(7)");
+  namespace store = engine::store;
+  const std::string log = readAll(file("FIRMA_log.ldf"));
+  const auto shape =
+      store::readLogShape(reinterpret_cast<const unsigned char*>(log.data()) + store::logOrigin);
+  ASSERT_TRUE(shape);
+  const auto seal = store::sealDurable({shape->seed, 100000, 12345});
+  std::fstream out(file("FIRMA_log.ldf"), std::ios::in | std::ios::out | std::ios::binary);
+  out.seekp(store::durableOffset);
+  out.write(reinterpret_cast<const char*>(seal.data()), seal.size());
+  out.close();
+  must("BEGIN TRAN INSERT INTO U VALUES(8)");
+  copyFiles();
+  EXPECT_EQ(runOn(openAside(), "SELECT A FROM U"), "7\n");
+  must("COMMIT");
 }
 
 TEST_F(Copies, DamageAndForeignLogsAreTold) {

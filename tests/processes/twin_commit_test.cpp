@@ -119,6 +119,32 @@ TEST_F(IkiVeritabani, WritesAndFlushesOfACommit) {
   }
 }
 
+// Somebody lives on, judges what the killed one has left, and is killed before anything else is written.
+TEST_F(IkiVeritabani, WritesAndFlushesBesideALivingProcess) {
+  int n = 0;
+  for (int at = 0; at < 200; ++at) {
+    SCOPED_TRACE(at);
+    OtherProcess other(folder, password, "FIRMA");
+    other.run("SELECT COUNT(*) FROM T,KOMSU..K,UCUNCU..U");
+    const int code = commitIn(n, [&](FaultyDisk& disk) {
+      Fault fault;
+      fault.after = at;
+      fault.kill = true;
+      disk.arm(fault);
+    });
+    const std::string seen = other.run("SELECT COUNT(*) FROM T");
+    other.kill();
+    open();
+    const int reached = done();
+    EXPECT_EQ(seen, std::to_string(reached + 3) + "\n");
+    expectAfter(reached);
+    n = reached + 1;
+    close();
+    if (code == 0) break;
+    ASSERT_LT(at, 199);
+  }
+}
+
 TEST_F(IkiVeritabani, EveryFailingWriteOfACommit) {
   FaultyDisk disk;
   open();

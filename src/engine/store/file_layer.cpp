@@ -235,6 +235,12 @@ std::optional<Position> position(sqlite3* db, const std::string& alias) {
   return Position{data.mark.seed, data.mark.count};
 }
 
+void dropUnseenCommit(sqlite3* db, const std::string& alias) {
+  sqlite3_file* file = fileOf(db, alias);
+  if (!file || clearNextFrame(dataOf(file)) == SQLITE_OK) return;
+  throw Error(823, "I/O error detected in file '" + dataOf(file).logPath + "'.", 24);
+}
+
 bool isInPlace(sqlite3* db, const std::string& alias) {
   int moved = 0;
   const int code = sqlite3_file_control(db, alias.c_str(), SQLITE_FCNTL_HAS_MOVED, &moved);

@@ -45,6 +45,10 @@ struct Position {
 };
 std::optional<Position> position(sqlite3* db, const std::string& alias);
 
+// Under the write lock: a commit of a killed process that nobody has seen is taken out of the log for good.
+// It would come back when the last of the living ends and the log is taken in anew. Error 823.
+void dropUnseenCommit(sqlite3* db, const std::string& alias);
+
 // Whether both files still lie where they were opened.
 bool isInPlace(sqlite3* db, const std::string& alias);
 

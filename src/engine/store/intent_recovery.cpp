@@ -42,6 +42,8 @@ class Settlement {
       if (standing(intent_.leader) !=
           (intent_.verdict == Verdict::Completed ? Standing::After : Standing::Before))
         remark(intent_.leader);
+      else if (intent_.verdict == Verdict::Undone && !dropUnseen(intent_.leader))
+        return addBusy();
       intent_.leader = {};
     }
     std::erase_if(intent_.others, [this](const IntentPart& part) { return carriedOut(part); });
@@ -94,7 +96,7 @@ class Settlement {
         if (forward) remark(part);
         return true;
       case Standing::Before:
-        return !forward || bring(part, forward);
+        return forward ? bring(part, forward) : dropUnseen(part);
       case Standing::After:
         return forward || bring(part, forward);
     }
@@ -119,6 +121,30 @@ class Settlement {
         store_.rollback();
         throw;
       }
+      return true;
+    } catch (const Error& error) {
+      constexpr int lockNotGranted = 1222;
+      if (error.number() == lockNotGranted)
+        busy_ = true;
+      else
+        reasons[foldName(part.database)] = error.what();
+      return false;
+    }
+  }
+
+  // The transaction may be in the log, but unseen: its owner was killed between the two.
+  bool dropUnseen(const IntentPart& part) {
+    try {
+      const std::string alias = store_.attach(part.database);
+      store_.begin();
+      try {
+        store_.writeLock(part.database);
+        store::dropUnseenCommit(store_.handle(), alias);
+      } catch (...) {
+        store_.rollback();
+        throw;
+      }
+      store_.rollback();
       return true;
     } catch (const Error& error) {
       constexpr int lockNotGranted = 1222;

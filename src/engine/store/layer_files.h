@@ -145,6 +145,8 @@ int beginGeneration(LogState& log, const unsigned char* header);
 int emptyLog(LogState& log);
 // Called by who has just taken the write lock.
 int forgetUnseenCommit(DataState& data);
+// Breaks the chain of frames behind the last one that is seen.
+int clearNextFrame(DataState& data);
 // data_file.cpp
 int beginCheckpoint(DataState& data);
 int endCheckpoint(DataState& data);

@@ -220,6 +220,18 @@ int forgetUnseenCommit(DataState& data) {
   return code == SQLITE_OK ? log.sync() : code;
 }
 
+int clearNextFrame(DataState& data) {
+  IndexHead head;
+  if (!data.log || !data.index || !readIndex(data.index, head)) return SQLITE_OK;
+  const RealFile& log = data.log->real;
+  const std::int64_t step = frameHeaderSize + static_cast<std::int64_t>(head.pageSize);
+  const std::int64_t at = static_cast<std::int64_t>(framesBegin) + head.frames * step;
+  if (log.size() <= at) return SQLITE_OK;
+  const unsigned char none[frameHeaderSize] = {};
+  const int code = log.write(none, sizeof none, at);
+  return code == SQLITE_OK ? log.sync() : code;
+}
+
 // Everything is in the data file, and the companion shall hold nothing.
 int emptyLog(LogState& log) {
   DataState& data = *log.data;

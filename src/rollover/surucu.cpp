@@ -90,7 +90,8 @@ class Kosu {
   }
   // One transaction over the target and the catalog.
   void islem() {
-    b_.yap("BEGIN TRAN");
+    // Whoever holds a card of the target is told of, instead of being waited for without end.
+    b_.yap("SET LOCK_TIMEOUT 10000\nBEGIN TRAN");
     b_.eslemeKur();
     if (!yeni_) s_.hata = eskiHedef(b_);
     if (!s_.hata.empty()) return;

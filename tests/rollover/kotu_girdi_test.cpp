@@ -116,7 +116,6 @@ TEST_F(KotuGirdiTest, ATargetInUseIsLeftAsItWas) {
   baskasi->open(kim);
   baskasi->execute("BEGIN TRAN UPDATE KASAKART SET Kasa_Ad='Başkası'");
   const DevirGirdisi g = girdi();
-  s().s.oturum.Baglanti->execute("SET LOCK_TIMEOUT 200");
   const DevirSonucu sonuc = Devret(s().s.oturum, g);
   EXPECT_FALSE(sonuc.tamam);
   EXPECT_FALSE(sonuc.hata.empty());

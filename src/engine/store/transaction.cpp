@@ -85,6 +85,7 @@ void Store::commit() {
   // What this handle has changed itself it need not look for, unless others changed something meanwhile.
   if (endedBefore == self.seenChanges && definitions && !self.masterChanged()) ++self.seenChanges;
   self.settleChanges(true);
+  self.openGate();  // those who wait write while this one is flushed, and share the next flush
   for (const auto& [name, one] : self.attached) store::flush(self.db, one->alias);
 }
 

@@ -3,10 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QFile>
+#include <QHeaderView>
 #include <QMap>
 #include <QPalette>
+#include <QRadioButton>
 #include <QRegularExpression>
+#include <QTableWidget>
+#include <QTreeWidget>
 
 #include "ui/renkler.h"
 
@@ -91,6 +96,51 @@ TEST_P(Renkler, MarksAndFocusRingsStandOut) {
     }
   }
   EXPECT_GT(sinanan, 10);
+}
+
+// As they are drawn: a widget that the sheet forgets shows the pale marks of the toolkit's own style.
+TEST_P(Renkler, UncheckedMarksAreSeenWhereTheyAreDrawn) {
+  const bool koyu = GetParam();
+  const QString eskiSayfa = qApp->styleSheet();
+  const QPalette eskiPalet = QApplication::palette();
+  QPalette palet = eskiPalet;
+  for (const auto rol : {QPalette::Window, QPalette::Base, QPalette::Button, QPalette::Text})
+    palet.setColor(rol, koyu ? ui::koyuRenk(eskiPalet.color(rol)) : eskiPalet.color(rol));
+  QFile dosya(":/theme.qss");
+  ASSERT_TRUE(dosya.open(QIODevice::ReadOnly));
+  QApplication::setPalette(palet);
+  qApp->setStyleSheet(ui::sayfaRenkleri(QString::fromUtf8(dosya.readAll()), koyu));
+  {
+    QCheckBox kutu;
+    QRadioButton dugme;
+    QTableWidget tablo(1, 1);
+    tablo.horizontalHeader()->hide();
+    tablo.verticalHeader()->hide();
+    tablo.setShowGrid(false);
+    auto* hucre = new QTableWidgetItem;
+    hucre->setCheckState(Qt::Unchecked);
+    tablo.setItem(0, 0, hucre);
+    QTreeWidget agac;
+    agac.setHeaderHidden(true);
+    agac.setRootIsDecorated(false);
+    (new QTreeWidgetItem(&agac))->setCheckState(0, Qt::Unchecked);
+    const std::pair<QWidget*, const char*> aletler[] = {{&kutu, "check box"},
+                                                        {&dugme, "radio button"},
+                                                        {tablo.viewport(), "table"},
+                                                        {agac.viewport(), "tree"}};
+    for (const auto& [alet, ad] : aletler) {
+      alet->window()->resize(200, 60);
+      const QImage resim = alet->grab().toImage();
+      const QColor arka = resim.pixelColor(resim.width() - 3, resim.height() - 3);
+      int gorunen = 0;
+      for (int y = 0; y < resim.height(); ++y)
+        for (int x = 0; x < std::min(resim.width(), 40); ++x)
+          gorunen += ui::karsitlik(resim.pixelColor(x, y), arka) >= 3 ? 1 : 0;
+      EXPECT_GE(gorunen, 16) << ad << ": smoothing leaves a round ring half of its pixels";
+    }
+  }
+  qApp->setStyleSheet(eskiSayfa);
+  QApplication::setPalette(eskiPalet);
 }
 
 INSTANTIATE_TEST_SUITE_P(IkiDuzen, Renkler, testing::Values(false, true),

@@ -14,7 +14,7 @@ namespace settings_ui {
 using settings::Grup;
 
 namespace {
-constexpr int izgaraBoyu = 240;
+constexpr int izgaraBoyu = 150;
 }
 
 GrupSayfasi::GrupSayfasi(session::Oturum& oturum) : oturum_(oturum), hata_(new QLabel) {

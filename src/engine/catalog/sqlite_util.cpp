@@ -47,19 +47,13 @@ void failAtBound(const std::string& text) {
   switch (code & 0xff) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      if (code == SQLITE_BUSY_SNAPSHOT)
-        throw Error(
-            1205,
-            "Transaction was deadlocked on lock resources with another process and has been chosen as "
-            "the deadlock victim. Rerun the transaction.",
-            13);
-      throw Error(1222, "Lock request time out period exceeded.");
+      if (code == SQLITE_BUSY_SNAPSHOT) throw deadlockVictim();
+      throw lockTimeOut();
     case SQLITE_FULL:
-      throw Error(1105, "Could not allocate space because the disk is full.", 17);
+      throw diskFull();
     case SQLITE_IOERR:
       // The companion file of the log could not be made for want of room.
-      if (code == SQLITE_IOERR_SHMSIZE)
-        throw Error(1105, "Could not allocate space because the disk is full.", 17);
+      if (code == SQLITE_IOERR_SHMSIZE) throw diskFull();
       throw Error(823, "I/O error (" + text + ") detected" + about(file) + ".", 24);
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
@@ -70,7 +64,7 @@ void failAtBound(const std::string& text) {
     case SQLITE_CANTOPEN:
       throw Error(5120, "Unable to open the physical file" + about(file) + ": " + text + ".");
     case SQLITE_INTERRUPT:
-      throw Error(3617, "The request has been canceled.", 11);
+      throw cancelled();
     case SQLITE_NOMEM:
       throw Error(701, "There is insufficient system memory to run this query.", 17);
     case SQLITE_TOOBIG:
@@ -82,6 +76,22 @@ void failAtBound(const std::string& text) {
 }
 
 }  // namespace
+
+Error deadlockVictim() {
+  return Error(1205,
+               "Transaction was deadlocked on lock resources with another process and has been chosen as the "
+               "deadlock victim. Rerun the transaction.",
+               13);
+}
+Error lockTimeOut() {
+  return Error(1222, "Lock request time out period exceeded.");
+}
+Error cancelled() {
+  return Error(3617, "The request has been canceled.", 11);
+}
+Error diskFull() {
+  return Error(1105, "Could not allocate space because the disk is full.", 17);
+}
 
 void fail(sqlite3* db, int code, const std::string& file) {
   rethrowEncoded(sqlite3_errmsg(db));

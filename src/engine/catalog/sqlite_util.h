@@ -16,6 +16,12 @@ namespace engine::lite {
 // memory; anything else is 8630 with SQLite's text. `file` names the damaged file when known.
 [[noreturn]] void fail(sqlite3* db, int code, const std::string& file = {});
 
+// The same errors for those who find out by other means.
+Error deadlockVictim();
+Error lockTimeOut();
+Error cancelled();
+Error diskFull();
+
 class Stmt {
  public:
   Stmt(sqlite3* db, std::string_view sql, bool persistent = false);

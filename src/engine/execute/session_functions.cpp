@@ -5,6 +5,7 @@
 #include "engine/execute/executor.h"
 #include "engine/execute/logins.h"
 #include "engine/execute/server_identity.h"
+#include "engine/function/sqlite_values.h"
 
 namespace engine {
 
@@ -214,8 +215,8 @@ struct SessionFunctions {
     const auto& registered = *static_cast<Registered*>(sqlite3_user_data(context));
     try {
       Arguments arguments;
-      for (int i = 0; i < count; ++i) arguments.push_back(valueDatum(values[i]));
-      resultDatum(context, registered.function(*registered.executor, arguments));
+      for (int i = 0; i < count; ++i) arguments.push_back(datumOf(values[i]));
+      setDatum(context, registered.function(*registered.executor, arguments));
     } catch (const Error& error) {
       sqlite3_result_error(context, encodeError(error).c_str(), -1);
     }

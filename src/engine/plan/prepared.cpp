@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "engine/catalog.h"
+#include "engine/function/sqlite_values.h"
 #include "engine/plan/nesting.h"
 
 namespace engine {
@@ -75,11 +76,7 @@ bool Prepared::step(int* constraint) {
   if (code == SQLITE_ROW) return true;
   if (code == SQLITE_DONE) return false;
   sqlite3* connection = sqlite3_db_handle(statement_);
-  if (sqlite3_extended_errcode(connection) == SQLITE_CONSTRAINT_COMMITHOOK)
-    throw Error(1205,
-                "Transaction was deadlocked on lock resources with another process and has been chosen as the "
-                "deadlock victim. Rerun the transaction.",
-                13);
+  if (sqlite3_extended_errcode(connection) == SQLITE_CONSTRAINT_COMMITHOOK) throw lite::deadlockVictim();
   if (constraint && (code & 0xff) == SQLITE_CONSTRAINT) {
     *constraint = sqlite3_extended_errcode(connection);
     return false;
@@ -87,42 +84,8 @@ bool Prepared::step(int* constraint) {
   lite::fail(connection, code);
 }
 
-Datum valueDatum(sqlite3_value* value) {
-  switch (sqlite3_value_type(value)) {
-    case SQLITE_INTEGER:
-      return static_cast<std::int64_t>(sqlite3_value_int64(value));
-    case SQLITE_FLOAT:
-      return sqlite3_value_double(value);
-    case SQLITE_TEXT: {
-      const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-      return std::string(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
-    }
-    case SQLITE_BLOB: {
-      const auto* bytes = static_cast<const char*>(sqlite3_value_blob(value));
-      return Blob{std::string(bytes ? bytes : "", static_cast<std::size_t>(sqlite3_value_bytes(value)))};
-    }
-    default:
-      return {};
-  }
-}
-
 Datum columnDatum(sqlite3_stmt* statement, int column) {
-  return valueDatum(sqlite3_column_value(statement, column));
-}
-
-void resultDatum(sqlite3_context* context, const Datum& value) {
-  if (value.isNull())
-    sqlite3_result_null(context);
-  else if (value.isInteger())
-    sqlite3_result_int64(context, value.integer());
-  else if (value.isReal())
-    sqlite3_result_double(context, value.real());
-  else if (value.isText())
-    sqlite3_result_text(context, value.text().data(), static_cast<int>(value.text().size()),
-                        SQLITE_TRANSIENT);
-  else
-    sqlite3_result_blob(context, value.bytes().data(), static_cast<int>(value.bytes().size()),
-                        SQLITE_TRANSIENT);
+  return datumOf(sqlite3_column_value(statement, column));
 }
 
 }  // namespace engine

@@ -55,7 +55,5 @@ class PreparedUse {
 };
 
 Datum columnDatum(sqlite3_stmt* statement, int column);
-Datum valueDatum(sqlite3_value* value);
-void resultDatum(sqlite3_context* context, const Datum& value);
 
 }  // namespace engine

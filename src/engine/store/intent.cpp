@@ -215,8 +215,7 @@ void syncFolder(const fs::path& folder) {
 }
 
 [[noreturn]] void failWrite(const fs::path& file, int error) {
-  if (error == ENOSPC || error == EDQUOT)
-    throw Error(1105, "Could not allocate space because the disk is full.", 17);
+  if (error == ENOSPC || error == EDQUOT) throw lite::diskFull();
   throw Error(5123, "CREATE FILE encountered operating system error " + std::to_string(error) + "(" +
                         std::strerror(error) + ") while attempting to open or create the physical file '" +
                         file.string() + "'.");

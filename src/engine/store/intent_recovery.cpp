@@ -104,47 +104,39 @@ class Settlement {
   }
 
   bool bring(const IntentPart& part, bool forward) {
-    try {
-      const std::string alias = store_.attach(part.database);
+    return locked(part, [&](const std::string& alias) {
       sqlite3* db = store_.handle();
-      store_.begin();
-      try {
-        store_.writeLock(part.database);
-        const std::size_t count = part.changes.size();
-        for (std::size_t i = 0; i < count; ++i)
-          applyChange(db, alias, part.changes[forward ? i : count - 1 - i], forward);
-        setMark(db, alias, intent_.number, forward);
-        atIntentStep("bringing");
-        store_.commit();
-        atIntentStep("brought");
-      } catch (...) {
-        store_.rollback();
-        throw;
-      }
-      return true;
-    } catch (const Error& error) {
-      constexpr int lockNotGranted = 1222;
-      if (error.number() == lockNotGranted)
-        busy_ = true;
-      else
-        reasons[foldName(part.database)] = error.what();
-      return false;
-    }
+      const std::size_t count = part.changes.size();
+      for (std::size_t i = 0; i < count; ++i)
+        applyChange(db, alias, part.changes[forward ? i : count - 1 - i], forward);
+      setMark(db, alias, intent_.number, forward);
+      atIntentStep("bringing");
+      store_.commit();
+      atIntentStep("brought");
+    });
   }
 
   // The transaction may be in the log, but unseen: its owner was killed between the two.
   bool dropUnseen(const IntentPart& part) {
+    return locked(part, [&](const std::string& alias) {
+      store::dropUnseenCommit(store_.handle(), alias);
+      store_.rollback();
+    });
+  }
+
+  // `action` with the write lock of the database, to be ended by itself; true when it was done.
+  template <typename Action>
+  bool locked(const IntentPart& part, Action action) {
     try {
       const std::string alias = store_.attach(part.database);
       store_.begin();
       try {
         store_.writeLock(part.database);
-        store::dropUnseenCommit(store_.handle(), alias);
+        action(alias);
       } catch (...) {
         store_.rollback();
         throw;
       }
-      store_.rollback();
       return true;
     } catch (const Error& error) {
       constexpr int lockNotGranted = 1222;
@@ -259,7 +251,7 @@ void Store::Impl::awaitIntents(Store& store, const std::string& name) {
     const auto busy = store.recoverIntents();
     if (std::find(busy.begin(), busy.end(), name) == busy.end()) break;
     // Whoever must give way may be this session itself.
-    if (depth > 0) throw deadlockVictim();
+    if (depth > 0) throw lite::deadlockVictim();
     if (!goOnWaiting(first)) throw waitError();
   }
   leaveWaiting();

@@ -36,7 +36,6 @@ struct Attached {
 // How a wait for a write lock came to its end without the lock.
 enum class WaitEnd : std::uint8_t { None, TimedOut, Deadlock, Cancelled, Stopped };
 
-Error deadlockVictim();  // 1205
 bool isLockError(const Error& error);
 
 struct Store::Impl {

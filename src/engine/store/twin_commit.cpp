@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "engine/catalog.h"
+#include "engine/function/sqlite_values.h"
 #include "engine/store/intent.h"
 #include "engine/store/storage_impl.h"
 
@@ -12,30 +13,11 @@ namespace engine {
 
 namespace {
 
-Datum valueOf(sqlite3_value* value) {
-  switch (sqlite3_value_type(value)) {
-    case SQLITE_INTEGER:
-      return static_cast<std::int64_t>(sqlite3_value_int64(value));
-    case SQLITE_FLOAT:
-      return sqlite3_value_double(value);
-    case SQLITE_TEXT: {
-      const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-      return std::string(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
-    }
-    case SQLITE_BLOB: {
-      const auto* bytes = static_cast<const char*>(sqlite3_value_blob(value));
-      return Blob{std::string(bytes ? bytes : "", static_cast<std::size_t>(sqlite3_value_bytes(value)))};
-    }
-    default:
-      return {};
-  }
-}
-
 StoredRow rowOf(sqlite3* db, int (*read)(sqlite3*, int, sqlite3_value**)) {
   StoredRow row(static_cast<std::size_t>(sqlite3_preupdate_count(db)));
   for (std::size_t i = 0; i < row.size(); ++i) {
     sqlite3_value* value = nullptr;
-    if (read(db, static_cast<int>(i), &value) == SQLITE_OK && value) row[i] = valueOf(value);
+    if (read(db, static_cast<int>(i), &value) == SQLITE_OK && value) row[i] = datumOf(value);
   }
   return row;
 }
@@ -169,7 +151,7 @@ bool Store::Impl::overLeftIntents() const {
 }
 
 void Store::Impl::refuseOverLeftIntents() const {
-  if (!recovering && overLeftIntents()) throw deadlockVictim();
+  if (!recovering && overLeftIntents()) throw lite::deadlockVictim();
 }
 
 }  // namespace engine

@@ -30,24 +30,17 @@ milliseconds since(Clock::time_point start) {
 Error errorOf(WaitEnd end) {
   switch (end) {
     case WaitEnd::Deadlock:
-      return deadlockVictim();
+      return lite::deadlockVictim();
     case WaitEnd::Stopped:
       return Error(17142, "SQL Server service has been paused or stopped.", 14);
     case WaitEnd::Cancelled:
-      return Error(3617, "The request has been canceled.", 11);
+      return lite::cancelled();
     default:
-      return Error(1222, "Lock request time out period exceeded.");
+      return lite::lockTimeOut();
   }
 }
 
 }  // namespace
-
-Error deadlockVictim() {
-  return Error(1205,
-               "Transaction was deadlocked on lock resources with another process and has been chosen as the "
-               "deadlock victim. Rerun the transaction.",
-               13);
-}
 
 bool isLockError(const Error& error) {
   constexpr std::array numbers = {1205, 1222, 3617, 17142};
@@ -178,7 +171,7 @@ void Store::Impl::lockForWriting(Attached& one) {
       constexpr int lockNotGranted = 1222;
       if (error.number() != lockNotGranted) throw;
       if (!read) throw waitError();
-      if (sqlite3_extended_errcode(db) == SQLITE_BUSY_SNAPSHOT) throw deadlockVictim();
+      if (sqlite3_extended_errcode(db) == SQLITE_BUSY_SNAPSHOT) throw lite::deadlockVictim();
       if (!goOnWaiting(first)) throw waitError();
     }
   }

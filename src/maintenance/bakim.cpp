@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "maintenance/kayit_metni.h"
 #include "maintenance/servis_kontrol.h"
 #include "platform/files.h"
 #include "session/statements.h"
@@ -17,16 +18,6 @@ constexpr std::string_view bas = "bakim 1";
 
 std::string dosyaHatasi(const fs::path& dosya, const std::error_code& hata) {
   return dosya.string() + ": " + hata.message();
-}
-
-std::vector<std::string> parcala(std::string_view metin, char ayrac) {
-  std::vector<std::string> parcalar;
-  while (true) {
-    const auto son = metin.find(ayrac);
-    parcalar.emplace_back(metin.substr(0, son));
-    if (son == std::string_view::npos) return parcalar;
-    metin.remove_prefix(son + 1);
-  }
 }
 
 bool var(const fs::path& yol) {

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <tuple>
 
+#include "maintenance/kayit_metni.h"
 #include "platform/files.h"
 #include "session/metin.h"
 #include "session/tarih.h"
@@ -19,29 +20,6 @@ using session::Oturum;
 
 constexpr std::string_view bas = "kanit 1";
 constexpr std::size_t adBoyu = 16;  // digits of the hash in the file's name
-
-std::vector<std::string> parcala(std::string_view metin, char ayrac) {
-  std::vector<std::string> parcalar;
-  while (true) {
-    const auto son = metin.find(ayrac);
-    parcalar.emplace_back(metin.substr(0, son));
-    if (son == std::string_view::npos) return parcalar;
-    metin.remove_prefix(son + 1);
-  }
-}
-
-std::string zamanYaz(const db::DateTime& z) {
-  std::array<char, 80> metin{};
-  std::snprintf(metin.data(), metin.size(), "%04d-%02d-%02d %02d:%02d:%02d", z.year, z.month, z.day, z.hour,
-                z.minute, z.second);
-  return metin.data();
-}
-
-db::DateTime zamanOku(const std::string& metin) {
-  db::DateTime z;
-  std::sscanf(metin.c_str(), "%d-%d-%d %d:%d:%d", &z.year, &z.month, &z.day, &z.hour, &z.minute, &z.second);
-  return z;
-}
 
 auto sirasi(const db::DateTime& z) {
   return std::tuple(z.year, z.month, z.day, z.hour, z.minute, z.second);
@@ -68,7 +46,7 @@ std::optional<YedekKaniti> oku(const fs::path& dosya) {
     const auto a = parcala(satir, '\t');
     if (a[0] == "firma" && a.size() == 2) kanit.firma = a[1];
     if (a[0] == "klasor" && a.size() == 2) kanit.klasor = a[1];
-    if (a[0] == "zaman" && a.size() == 2) kanit.zaman = zamanOku(a[1]);
+    if (a[0] == "zaman" && a.size() == 2) kanit.zaman = zamanOku(a[1]).value_or(db::DateTime{});
     if (a[0] == "dosya" && a.size() == 4)
       (a[1] == "data" ? kanit.data : kanit.log) = {a[2], sayi<std::uintmax_t>(a[3])};
     if (a[0] == "tablo" && a.size() == 4)

@@ -1,9 +1,8 @@
 #include "maintenance/yedek_kaydi.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
+#include "maintenance/kayit_metni.h"
 #include "platform/files.h"
 #include "session/metin.h"
 
@@ -11,30 +10,8 @@ namespace maintenance {
 
 namespace {
 
-std::vector<std::string> parcala(std::string_view metin, char ayrac) {
-  std::vector<std::string> parcalar;
-  while (true) {
-    const auto son = metin.find(ayrac);
-    parcalar.emplace_back(metin.substr(0, son));
-    if (son == std::string_view::npos) return parcalar;
-    metin.remove_prefix(son + 1);
-  }
-}
-
 bool ayniAd(const std::string& a, const std::string& b) {
   return session::Buyuk_Harf(a) == session::Buyuk_Harf(b);
-}
-
-std::string zamanYaz(const db::DateTime& z) {
-  std::array<char, 80> metin{};
-  std::snprintf(metin.data(), metin.size(), "%04d-%02d-%02d %02d:%02d:%02d", z.year, z.month, z.day, z.hour,
-                z.minute, z.second);
-  return metin.data();
-}
-
-bool zamanOku(const std::string& metin, db::DateTime& z) {
-  return std::sscanf(metin.c_str(), "%d-%d-%d %d:%d:%d", &z.year, &z.month, &z.day, &z.hour, &z.minute,
-                     &z.second) == 6;
 }
 
 }  // namespace
@@ -46,12 +23,9 @@ std::vector<SonYedek> YedekKayitlari::oku() const {
   if (!metin) return kayitlar;
   for (const std::string& satir : parcala(*metin, '\n')) {
     const auto alanlar = parcala(satir, '\t');
-    SonYedek kayit;
-    if (alanlar.size() != 4 || !zamanOku(alanlar[2], kayit.zaman)) continue;
-    kayit.sunucu = alanlar[0];
-    kayit.veritabani = alanlar[1];
-    kayit.yer = alanlar[3];
-    kayitlar.push_back(std::move(kayit));
+    if (alanlar.size() != 4) continue;
+    if (const auto zaman = zamanOku(alanlar[2]))
+      kayitlar.push_back({alanlar[0], alanlar[1], *zaman, alanlar[3]});
   }
   return kayitlar;
 }

@@ -221,11 +221,14 @@ class Bekleyen : public QObject {
       Kutu& kutu = *ortak_.kutu;
       tut.unlock();
       kutuAcik_ = true;
+      // A refusal at once is shown over the screen that it is about.
+      goster_.stop();
       if (kutu.soru)
         kutu.yanit = kutular_.ask(kutu.metin, kutu.simge, kutu.baslik);
       else
         kutular_.message(kutu.metin, kutu.simge, kutu.baslik);
       kutuAcik_ = false;
+      if (!panel_->isVisible()) goster_.start(panelGecikmesi);
       tut.lock();
       kutu.kapandi = true;
       ortak_.degisti.notify_all();

@@ -326,6 +326,9 @@ TEST_F(KonsolEkrani, UsersAreOneTabAwayAndColumnsSort) {
   tabs->setCurrentIndex(1);
   EXPECT_TRUE(tree->topLevelItem(0)->isHidden());
   EXPECT_EQ(tree->currentItem(), tree->topLevelItem(1));
+  QTest::mouseClick(tree->viewport(), Qt::LeftButton, {},
+                    tree->viewport()->rect().bottomLeft() + QPoint(40, -4));
+  EXPECT_TRUE(tree->currentItem()->isSelected()) << "a click beside the rows";
   select(*tree, "MAGAZA");
   EXPECT_EQ(tabs->currentIndex(), 0);
   tree->sortByColumn(0, Qt::DescendingOrder);

@@ -101,11 +101,16 @@ TEST_F(UzunIs, VazgecByButtonAndEscapeReachesTheWork) {
 TEST_F(UzunIs, BoxesAndProgressOfTheWorkComeToTheScreen) {
   const auto ekran = std::this_thread::get_id();
   std::thread::id kutu;
-  boxes.onMessage = [&](const std::string&) { kutu = std::this_thread::get_id(); };
+  bool panelAcik = false;
+  boxes.onMessage = [&](const std::string&) {
+    kutu = std::this_thread::get_id();
+    QTest::qWait(400);
+    panelAcik = panelAcik || find<QWidget>(pencere, "IsPaneli")->isVisible();
+  };
   boxes.answers = {true, false};
   std::vector<bool> yanitlar;
   QString metin;
-  QTimer::singleShot(500, &pencere, [&] { metin = find<QLabel>(pencere, "MesajLbl")->text(); });
+  QTimer::singleShot(1000, &pencere, [&] { metin = find<QLabel>(pencere, "MesajLbl")->text(); });
   ui::uzunIs(&pencere, oturum, {"Deneme"}, [&] {
     yanitlar = {oturum.kutular->ask("Bir?"), oturum.kutular->ask("İki?")};
     oturum.kutular->message("Üç", session::Icon::Stop, "Başlık");
@@ -117,6 +122,7 @@ TEST_F(UzunIs, BoxesAndProgressOfTheWorkComeToTheScreen) {
   EXPECT_EQ(boxes.shown[2].icon, session::Icon::Stop);
   EXPECT_EQ(boxes.shown[2].title, "Başlık");
   EXPECT_EQ(kutu, ekran);
+  EXPECT_FALSE(panelAcik) << "a box at once stands over the screen, not over the panel";
   EXPECT_EQ(metin, "STOKKART");
   EXPECT_EQ(oturum.kutular, &boxes);
   EXPECT_EQ(oturum.ilerleme, &progress);

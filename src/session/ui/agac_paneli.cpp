@@ -54,6 +54,11 @@ class Oge : public QTreeWidgetItem {
 
 struct Agac : QTreeWidget {
   using QTreeWidget::sizeHintForColumn;
+  // A click beside the rows leaves the current one seen: the panel goes on showing it.
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& yer,
+                                                       const QEvent* olay) const override {
+    return yer.isValid() ? QTreeWidget::selectionCommand(yer, olay) : QItemSelectionModel::NoUpdate;
+  }
 };
 
 }  // namespace

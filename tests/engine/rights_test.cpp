@@ -17,7 +17,8 @@ class RightsTest : public SessionTest {
     ASSERT_EQ(run("CREATE TRIGGER TR ON T FOR INSERT AS INSERT INTO IZ SELECT A FROM INSERTED"), "");
     ASSERT_EQ(run("CREATE DATABASE KOMSU"), "");
     ASSERT_EQ(run("CREATE TABLE KOMSU..K (A INT) INSERT INTO KOMSU..K VALUES (7)"), "");
-    for (const char* login : {"yabanci", "sahip", "okur", "yazar", "tanimci", "kapali", "komsu", "duz"})
+    for (const char* login :
+         {"yabanci", "sahip", "okur", "yazar", "tanimci", "kapali", "komsu", "duz", "yonetici"})
       ASSERT_EQ(run(std::string("EXEC sp_addlogin '") + login + "','p'"), "");
     for (const auto& [user, role] : {std::pair{"sahip", "db_owner"},
                                      {"okur", "db_datareader"},
@@ -33,7 +34,7 @@ class RightsTest : public SessionTest {
     }
     ASSERT_EQ(run("EXEC KOMSU..sp_grantdbaccess 'komsu' EXEC KOMSU..sp_addrolemember 'db_owner','komsu'"),
               "");
-    run("USE master");
+    ASSERT_EQ(run("EXEC sp_addsrvrolemember 'yonetici','sysadmin' USE master"), "");
   }
   Session& as(const std::string& login) {
     auto& made = sessions_[login];
@@ -53,7 +54,9 @@ class RightsTest : public SessionTest {
 };
 
 TEST_F(RightsTest, StatementsOfEveryLoginByEveryWayOfNaming) {
-  const std::vector<std::string> logins = {"yabanci", "duz", "okur", "yazar", "tanimci", "kapali", "sahip"};
+  // The last two are told as the first and the one before them.
+  const std::vector<std::string> logins = {"yabanci", "duz",   "okur",  "yazar",   "tanimci",
+                                           "kapali",  "sahip", "komsu", "yonetici"};
   struct Case {
     std::string statement;              // % stands before the name
     std::vector<std::string> outcomes;  // in the order of the logins
@@ -77,6 +80,13 @@ TEST_F(RightsTest, StatementsOfEveryLoginByEveryWayOfNaming) {
       {"CREATE INDEX IX ON %IZ (A)", {"!916", "!1088", "!1088", "!1088", "", "", ""}},
       {"TRUNCATE TABLE %IZ", {"!916", "!1088", "!1088", "!1088", "", "", ""}},
       {"DROP TABLE %T2", {"!916", "!3701", "!3701", "!3701", "!3701", "!3701", "!3701"}},
+      {"SET IDENTITY_INSERT %T ON SET IDENTITY_INSERT %T OFF",
+       {"!916", "!1088", "!1088", "!1088", "", "", ""}},
+      {"DECLARE @a INT SET @a=(SELECT MAX(A) FROM %T)", {"!916", "!229", "", "!229", "!229", "!229", ""}},
+      {"IF EXISTS(SELECT * FROM %V) PRINT 'x'", {"!916", "!229", "# x", "!229", "!229", "!229", "# x"}},
+      {"INSERT INTO %IZ SELECT A FROM %T WHERE A=99", {"!916", "!229", "!229", "!229", "!229", "!229", ""}},
+      {"DELETE FROM %IZ FROM %T T WHERE T.A=99", {"!916", "!229", "!229", "!229", "!229", "!229", ""}},
+      {"DBCC CHECKTABLE ('%T') WITH NO_INFOMSGS", {"!916", "!2557", "!2557", "!2557", "", "", ""}},
       {"EXEC %sp_rename 'IZ','IZ'", {"!916", "!15247", "!15247", "!15247", "", "", ""}},
       {"EXEC %sp_grantdbaccess 'yok'", {"!916", "!15247", "!15247", "!15247", "!15247", "!15007", "!15007"}},
       {"EXEC %sp_addrolemember 'db_owner','yabanci'",
@@ -85,26 +95,34 @@ TEST_F(RightsTest, StatementsOfEveryLoginByEveryWayOfNaming) {
   };
   struct Way {
     const char *prefix, *before;
+    bool asText = false;
+  };
+  const auto literal = [](const std::string& text) {
+    std::string out = "'";
+    for (const char c : text) out += c == '\'' ? "''" : std::string(1, c);
+    return out + "'";
   };
   for (const Case& c : cases) {
     for (const Way& way : {Way{"FIRMA.dbo.", ""}, Way{"FIRMA..", ""}, Way{"[firma].[dbo].", ""},
-                           Way{"", "USE FIRMA "}, Way{"dbo.", "USE FIRMA "}}) {
+                           Way{"FIRMA..", "", true}, Way{"", "USE FIRMA "}, Way{"dbo.", "USE FIRMA "}}) {
       const bool procedure = c.statement.starts_with("EXEC");
       if (procedure && std::string(way.prefix) == "dbo.") continue;
       std::string statement = c.statement;
       for (std::size_t at; (at = statement.find('%')) != std::string::npos;)
         statement.replace(at, 1, way.prefix);
+      if (way.asText) statement = "EXEC(" + literal(statement) + ")";
       for (std::size_t i = 0; i < logins.size(); ++i) {
+        const std::string& expected = c.outcomes[i < c.outcomes.size() ? i : i == logins.size() - 1 ? 6 : 0];
         const bool used = *way.before != 0;
         // Who cannot come in stays where he was, and finds nothing of that name there.
-        if (used && c.outcomes[i] == "!916") {
+        if (used && expected == "!916") {
           EXPECT_EQ(outcome(logins[i], "USE FIRMA"), "!916") << logins[i];
           continue;
         }
-        EXPECT_EQ(outcome(logins[i], way.before + statement), c.outcomes[i])
+        EXPECT_EQ(outcome(logins[i], way.before + statement), expected)
             << logins[i] << ": " << way.before << statement << " " << message;
         if (used) outcome(logins[i], "USE master");
-        if (c.statement.starts_with("CREATE INDEX") && c.outcomes[i].empty())
+        if (c.statement.starts_with("CREATE INDEX") && expected.empty())
           run("USE FIRMA DROP INDEX IZ.IX USE master");
       }
     }
@@ -126,6 +144,16 @@ TEST_F(RightsTest, DefinitionsAreRefusedByTheirOwnNumbers) {
       {"komsu", "DROP DATABASE FIRMA", "!3701"},
       {"sahip", "DROP DATABASE KOMSU", "!3701"},
       {"yabanci", "DROP DATABASE YOK", "!3701"},
+      {"yabanci", "DBCC CHECKDB ('FIRMA') WITH NO_INFOMSGS", "!916"},
+      {"komsu", "DBCC CHECKTABLE ('FIRMA..T') WITH NO_INFOMSGS", "!916"},
+      {"okur", "DBCC CHECKDB ('FIRMA') WITH NO_INFOMSGS", "!7983"},
+      {"tanimci", "DBCC CHECKDB ('FIRMA') WITH NO_INFOMSGS", "!7983"},
+      {"tanimci", "DBCC CHECKDB WITH NO_INFOMSGS", "!7983"},
+      {"sahip", "DBCC CHECKDB ('firma') WITH NO_INFOMSGS", ""},
+      {"okur", "ALTER DATABASE FIRMA SET DELAYED_DURABILITY = DISABLED", "!5011"},
+      {"komsu", "ALTER DATABASE FIRMA SET PAGE_VERIFY CHECKSUM", "!5011"},
+      {"komsu", "ALTER DATABASE YOK SET PAGE_VERIFY CHECKSUM", "!5011"},
+      {"sahip", "ALTER DATABASE FIRMA SET DELAYED_DURABILITY = DISABLED", ""},
       {"komsu", "DROP DATABASE KOMSU", ""},
   };
   for (const Case& c : cases) {
@@ -159,6 +187,7 @@ TEST_F(RightsTest, LoginsAreForSysadminAlone) {
   EXPECT_EQ(outcome("duz", "EXEC sp_password NULL,'z','sa'"), "!15247");
   EXPECT_EQ(outcome("duz", "EXEC sp_addsrvrolemember 'duz','sysadmin'"), "!15247");
   EXPECT_EQ(outcome("duz", "EXEC sp_addsrvrolemember 'x','securityadmin'"), "");
+  EXPECT_EQ(outcome("duz", "ALTER DATABASE KOMSU SET DELAYED_DURABILITY = FORCED"), "!5011");
 }
 
 TEST_F(RightsTest, ViewsAndTriggersWorkByTheirOwnersRightInTheirOwnDatabase) {

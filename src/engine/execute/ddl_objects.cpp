@@ -292,6 +292,8 @@ bool renameIndex(Change& change, const TableInfo& table, const std::string& name
   return false;
 }
 
+}  // namespace
+
 std::vector<std::string> nameParts(const std::string& item) {
   std::vector<std::string> parts(1);
   char closing = 0;
@@ -311,8 +313,6 @@ std::vector<std::string> nameParts(const std::string& item) {
   }
   return parts;
 }
-
-}  // namespace
 
 void renameItem(Store& store, const std::string& database, const std::string& item,
                 const std::string& newName, const std::string& givenType) {

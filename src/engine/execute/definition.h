@@ -28,6 +28,9 @@ void runDefinition(Store& store, SessionContext& context, const Statement& state
 void createTableFrom(Store& store, const std::string& database, const std::string& name,
                      const std::vector<ColumnInfo>& columns);
 
+// The parts of a name that came as a text: db.owner.object, each plain, in brackets or in quotes.
+std::vector<std::string> nameParts(const std::string& name);
+
 // The data behind sp_rename: `type` is OBJECT, COLUMN (t.c) or INDEX (t.i); empty: object, then column.
 // 15225 (no such item), 15335 (the new name is taken), 15249 (unknown type).
 void renameItem(Store& store, const std::string& database, const std::string& item,

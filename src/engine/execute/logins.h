@@ -13,7 +13,7 @@
 namespace engine {
 
 // Throws 18456 "Login failed for user 'X'.", the same after the same work whether the name or the
-// password is wrong. Repeated failures for one name in this process take longer, up to a few seconds.
+// password is wrong. Repeated failures for one name in any process take longer, up to a few seconds.
 // Returns the name as it was added.
 std::string verifyLogin(Store& store, const std::string& login, const std::string& password);
 

@@ -85,6 +85,8 @@ class ProcedureCall {
 
  private:
   void tellChecked(const std::string& database, const std::string& table);
+  Error refusedCheck(int number, const std::string& what, const std::string& name);
+  const std::string& altered();
   Store& store() { return executor_.store_; }
   std::string text(int index) const { return values_[static_cast<std::size_t>(index)].value_or(""); }
   Rights& rights() { return executor_.rights_; }
@@ -229,31 +231,51 @@ void ProcedureCall::tellChecked(const std::string& database, const std::string& 
     executor_.keepError(Error(report.findings.front().number, report.findings.front().text));
 }
 
+// Whoever checks reads names and counts of everything that he checks.
 void ProcedureCall::checkDatabase() {
   const bool current = !values_[0] || text(0) == "0";
-  tellChecked(store().database(current ? executor_.database() : text(0)).name, {});
+  const std::string database = store().database(current ? executor_.database() : text(0)).name;
+  rights().enter(database);
+  if (!rights().in(database).owner) throw refusedCheck(7983, "CHECKDB for database", database);
+  tellChecked(database, {});
 }
 
 void ProcedureCall::checkTable() {
-  std::string name = text(0);
-  for (const char* owner : {"dbo.", "."})
-    if (const auto at = name.rfind(owner); at != std::string::npos)
-      name.erase(0, at + std::string(owner).size());
-  tellChecked(executor_.database(), name);
+  const std::vector<std::string> parts = nameParts(text(0));
+  const bool named = parts.size() == 3 && !parts[0].empty();
+  const std::string database = store().database(named ? parts[0] : executor_.database()).name;
+  rights().enter(database);
+  if (!rights().in(database).define) throw refusedCheck(2557, "CHECKTABLE for object", parts.back());
+  tellChecked(database, parts.back());
+}
+
+Error ProcedureCall::refusedCheck(int number, const std::string& what, const std::string& name) {
+  return Error(number,
+               "User '" + executor_.context_.login + "' does not have permission to run DBCC " + what + " '" +
+                   name + "'.",
+               14);
+}
+
+// The database that is altered: its owner's, and nobody's inside of a transaction.
+const std::string& ProcedureCall::altered() {
+  const std::string& name = *values_[0];
+  if (!rights().serverRole("sysadmin") && !(store().databaseExists(name) && rights().in(name).owner))
+    throw Error(5011,
+                "User does not have permission to alter database '" + name +
+                    "', the database does not exist, or the database is not in a state that allows "
+                    "access checks.",
+                14);
+  if (store().inTransaction())
+    throw Error(226, "ALTER DATABASE statement not allowed within multi-statement transaction.");
+  return name;
 }
 
 void ProcedureCall::verifyPages() {
-  onlyAdministrators();
-  if (store().inTransaction())
-    throw Error(226, "ALTER DATABASE statement not allowed within multi-statement transaction.");
-  store().renew(text(0));
+  store().renew(altered());
 }
 
 void ProcedureCall::delayDurability() {
-  onlyAdministrators();
-  if (store().inTransaction())
-    throw Error(226, "ALTER DATABASE statement not allowed within multi-statement transaction.");
-  store().setDelayedDurability(text(0), text(1) == "1");
+  store().setDelayedDurability(altered(), text(1) == "1");
 }
 
 int runProcedure(Executor& executor, const ExecStatement& statement) {

@@ -54,21 +54,6 @@ struct SessionFunctions {
     std::string database;
   };
 
-  static std::vector<std::string> nameParts(const std::string& name) {
-    std::vector<std::string> parts(1);
-    bool bracket = false;
-    for (const char c : name) {
-      if (c == '[' || c == ']') {
-        bracket = c == '[';
-      } else if (c == '.' && !bracket) {
-        parts.emplace_back();
-      } else {
-        parts.back() += c;
-      }
-    }
-    return parts;
-  }
-
   static Found findObject(Executor& executor, const std::string& name) {
     const std::vector<std::string> parts = nameParts(name);
     Found found;

@@ -72,6 +72,15 @@ TEST_F(IntegrityTest, AWholeDatabaseIsToldTableByTable) {
     EXPECT_EQ(run(quiet), "") << quiet << message;
   EXPECT_EQ(run("DBCC CHECKDB ('yok')"), "!911\n");
   EXPECT_EQ(run("DBCC CHECKTABLE ('yok')"), "!2501\n");
+  // The database that the name tells, not the one where the session stands.
+  EXPECT_EQ(run("CREATE DATABASE [A B] USE [A B] CREATE TABLE [T] (X INT) CREATE TABLE [a.b] (X INT)"), "");
+  EXPECT_EQ(
+      run("USE master DBCC CHECKTABLE ('FIRMA..U') WITH NO_INFOMSGS DBCC CHECKTABLE ('[A B].dbo.[a.b]')"),
+      "# DBCC results for 'a.b'.\n# There are 0 rows in 1 pages for object \"a.b\".\n# CHECKTABLE found 0 "
+      "allocation errors and 0 consistency errors in database 'A B'.\n" +
+          end);
+  EXPECT_EQ(run("DBCC CHECKTABLE ('[A B]..U')"), "!2501\n");
+  EXPECT_EQ(run("DROP DATABASE [A B] USE FIRMA"), "");
   EXPECT_EQ(run("DBCC SHRINKDATABASE (FIRMA)"), "!50000\n");
 }
 

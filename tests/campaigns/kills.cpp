@@ -1,16 +1,10 @@
 // Processes that work on one folder are killed at any moment. What they had been told stands, nothing stands
 // in halves, and the files as they lie there, copied elsewhere, open to the same rows.
-#include <poll.h>
-#include <signal.h>
-#include <sys/wait.h>
-
-#include <chrono>
 #include <map>
 #include <set>
-#include <thread>
 #include <vector>
 
-#include "campaigns/campaign.h"
+#include "campaigns/killed_workers.h"
 
 namespace campaign {
 namespace {
@@ -197,53 +191,18 @@ class Campaign {
 
   // The number of processes killed.
   int round(int number) {
-    struct Child {
-      pid_t pid;
-      int pipe;
-      int steps = 0;
-      unsigned seed;
-    };
-    std::vector<Child> children;
-    for (int w = 0; w < workers; ++w) {
-      int ends[2];
-      if (::pipe(ends) != 0) std::abort();
-      const auto seed = static_cast<unsigned>(random_());
-      const pid_t pid = ::fork();
-      if (pid == 0) {
-        ::close(ends[0]);
-        work(folder_, w, models_[static_cast<std::size_t>(w)], seed, ends[1]);
-      }
-      ::close(ends[1]);
-      children.push_back({pid, ends[0], 0, seed});
-    }
-    // Until the first has been acknowledged, and a moment more.
-    pollfd first{children[random_() % workers].pipe, POLLIN, 0};
-    ::poll(&first, 1, 20000);
-    std::this_thread::sleep_for(std::chrono::microseconds(random_() % 60000));
-    for (Child& child : children) {
-      ::kill(child.pid, SIGKILL);
-      if (random_() % 3 == 0) std::this_thread::sleep_for(std::chrono::microseconds(random_() % 8000));
-    }
-    for (Child& child : children) {
-      int status = 0;
-      ::waitpid(child.pid, &status, 0);
-      if (!WIFSIGNALED(status)) fail(number, "a worker ended by itself");
-      char byte;
-      while (::read(child.pipe, &byte, 1) == 1) ++child.steps;
-      ::close(child.pipe);
-    }
-    fs::path copy = base_.path / "kopya";
-    fs::remove_all(copy);
-    fs::create_directory(copy);
-    for (const auto& entry : fs::directory_iterator(folder_)) {
-      const std::string name = entry.path().filename().string();
-      if (name.ends_with(".mdf") || name.ends_with(".ldf") || name.ends_with(".intent"))
-        fs::copy_file(entry.path(), copy / name);
-    }
+    constexpr unsigned longest = 60000;
+    const auto killed =
+        killWorkers(workers, longest, random_, [&](int worker, unsigned seed, int acknowledge) {
+          work(folder_, worker, models_[static_cast<std::size_t>(worker)], seed, acknowledge);
+        });
+    const fs::path copy = base_.path / "kopya";
+    copyPairs(folder_, copy);
     auto session = open(folder_, "master"), copied = open(copy, "master");
     for (int w = 0; w < workers; ++w) {
       Model& model = models_[static_cast<std::size_t>(w)];
-      const Child& child = children[static_cast<std::size_t>(w)];
+      const KilledWorker& child = killed[static_cast<std::size_t>(w)];
+      if (!child.killed) fail(number, "a worker ended by itself");
       acknowledged_ += child.steps;
       std::mt19937 random(child.seed);
       for (int i = 0; i < child.steps; ++i) nextStep(model, w, random).effect(model);

@@ -102,7 +102,7 @@ std::string adHatasi(const FirmaKarti& kart) {
 std::string sigmazlik(const FirmaKarti& kart, const KartAlani& alan) {
   const std::size_t limit = kartAlaniGenisligi(alan.column);
   const std::string metin = session::Trim(kart.*alan.text);
-  if (std::any_of(metin.begin(), metin.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; })) {
+  if (session::denetimKarakteriVar(metin)) {
     return std::string(alan.caption) + " içinde satır sonu ya da başka bir denetim karakteri olamaz.";
   }
   const auto sayfa = platform::encode1254Exactly(metin);

@@ -41,6 +41,8 @@ std::string ad(const KullaniciKarti& kart) {
 
 // The first text that its column cannot hold; empty without one.
 std::string alanHatasi(const KullaniciKarti& kart) {
+  if (session::denetimKarakteriVar(ad(kart)))
+    return "Kullanıcı adı içinde satır sonu ya da başka bir denetim karakteri olamaz.";
   std::string hata = sigmazHatasi("sysuslng", "sysus_nm", "Kullanıcı adı", ad(kart));
   for (const PostaAlani& posta : postaAlanlari)
     if (hata.empty()) hata = sigmazHatasi("sysuslng", posta.kolon, posta.yazi, Trim(kart.*posta.metin));

@@ -60,6 +60,11 @@ std::string Trim(std::string_view text) {
   return std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
 }
 
+bool denetimKarakteriVar(std::string_view text) {
+  return std::any_of(text.begin(), text.end(),
+                     [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
+}
+
 std::string Ay_Adi(int n) {
   // "HAZIRAN" and "EYLUL" without their dotted letters: the suite's programs compare with these texts.
   static constexpr std::array<std::string_view, 12> names = {"OCAK",  "ŞUBAT",   "MART",   "NİSAN",

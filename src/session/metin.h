@@ -22,6 +22,9 @@ std::optional<std::string> Sifre_Coz(std::string_view text);
 // Without blanks at both ends; other white space stays.
 std::string Trim(std::string_view text);
 
+// Line ends, tabs and what else has no sign: no title or name holds them.
+bool denetimKarakteriVar(std::string_view text);
+
 // Month names by number 1 to 12; empty for any other.
 std::string Ay_Adi(int n);
 

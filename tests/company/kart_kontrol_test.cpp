@@ -71,6 +71,7 @@ TEST(KartKontrol, LeavesTheFirstFaultAndItsField) {
       {adi, "AΩ", "Database Adı içinde Türkçe kod sayfasında (1254) olmayan karakter var.|sysfrm_dbnm"},
       {unvan, "東京", "Firma Unvanı içinde Türkçe kod sayfasında (1254) olmayan karakter var.|sysfrm_nm"},
       {unvan, "A\nB", "Firma Unvanı içinde satır sonu ya da başka bir denetim karakteri olamaz.|sysfrm_nm"},
+      {unvan, "A\x7F", "Firma Unvanı içinde satır sonu ya da başka bir denetim karakteri olamaz.|sysfrm_nm"},
       {unvan, "A B", ""}};
   for (const auto& c : cases) EXPECT_EQ(kusur(c.alan, c.text), c.fault) << c.text;
 }

@@ -4,11 +4,15 @@
 
 #include <thread>
 
+#include "engine/store/login_guard.h"
+#include "engine/store/shared_state.h"
 #include "scenarios/folder_fixture.h"
 #include "scenarios/other_process.h"
 
 namespace scenarios {
 namespace {
+
+namespace fs = std::filesystem;
 
 class Bekleme : public DataFolder {
  protected:
@@ -103,6 +107,46 @@ TEST_F(Bekleme, NobodyStarves) {
       EXPECT_LE(next - at, longestGap) << w << " in " << order;
       at = next;
     }
+}
+
+// Wrong passwords of one process hold back the next answer of another, and only for that name.
+TEST_F(Bekleme, WrongPasswordsCountForAllProcesses) {
+  using Pauses = std::vector<std::int64_t>;
+  struct Guard {
+    explicit Guard(const fs::path& lockFile) : page(lockFile) { guard.shareFailures(page.operator->()); }
+    bool enter(const std::string& login, const std::string& password) {
+      return guard.verify(login, password, "dogru");
+    }
+    Pauses pauses;
+    engine::SharedState page;
+    engine::LoginGuard guard{{[this](std::chrono::milliseconds time) { pauses.push_back(time.count()); },
+                              [](const std::string& hash, std::string_view word) { return hash == word; }}};
+  };
+  const auto elsewhere = [&](int times, const char* password) {
+    const pid_t child = inChild([&] {
+      Guard there(file("server.lck"));
+      for (int i = 0; i < times; ++i)
+        if (there.enter("kasiyer", password) != (std::string(password) == "dogru")) ::_exit(3);
+    });
+    EXPECT_EQ(waitChild(child), 0);
+  };
+  close();
+  elsewhere(3, "yanlis");
+  elsewhere(2, "yanlis");
+  Guard here(file("server.lck"));
+  EXPECT_FALSE(here.enter("kasiyer", "yanlis"));
+  EXPECT_FALSE(here.enter("baska", "yanlis"));
+  EXPECT_EQ(here.pauses, (Pauses{500}));
+  elsewhere(1, "dogru");  // who knows the password ends it for everybody else
+  Guard third(file("server.lck"));
+  EXPECT_FALSE(third.enter("kasiyer", "yanlis"));
+  EXPECT_EQ(third.pauses, Pauses{});
+  // Stray bytes lock nobody out for good.
+  for (int i = 10; i < 10 + 3 * 64; ++i) writeNumber(i, ~std::uint64_t{0});
+  Guard after(file("server.lck"));
+  EXPECT_TRUE(after.enter("kasiyer", "dogru"));
+  EXPECT_EQ(after.pauses, Pauses{});
+  open();
 }
 
 TEST_F(Bekleme, SharedStateHeals) {

@@ -100,6 +100,8 @@ TEST_F(KullaniciTest, RefusalsComeInTheirOrderAndWriteNothing) {
       {true, " ", "a", "a", "", "Kullanıcı Adı Boş Olamaz...", Ad},
       {true, uzun, "a", "a", "", "Kullanıcı adı en çok 15 karakter olabilir.", Ad},
       {true, "中", "a", "a", "", "Kullanıcı adı Türkçe kod sayfasında (1254) olmayan karakter içeriyor.", Ad},
+      {true, "A\x01Z", "a", "a", "",
+       "Kullanıcı adı içinde satır sonu ya da başka bir denetim karakteri olamaz.", Ad},
       {true, "korvena", "a", "a", "",
        "Aynı adlı bir kullanıcı bulunmaktadır.Lütfen Kullanıcı adını değiştiriniz...", Ad},
       {true, "ALİ", "a", "a", uzun, "Posta sunucusu en çok 50 karakter olabilir.", Ad},

@@ -54,6 +54,13 @@ TEST_F(GirisTest, SysInfFieldsByPosition) {
     EXPECT_EQ(oturum.SQL_Login, c.login) << c.file;
     EXPECT_EQ(oturum.SQL_Sifre, c.password) << c.file;
   }
+  // Of a file without an end no more is read than a line can hold.
+  writeInf("S;sa;x;0;\n");
+  fs::resize_file(sysInfYolu(platform.folder), 200'000'000);
+  EXPECT_EQ(Sys_Inf_Oku(platform.folder), "S;sa;x;0;");
+  writeInf(std::string(5000, 'S'));
+  fs::resize_file(sysInfYolu(platform.folder), 200'000'000);
+  EXPECT_EQ(Sys_Inf_Oku(platform.folder), std::string(4096, 'S'));
   EXPECT_EQ(sysInfBol("a;b;c;d;e;f;g"), (std::array<std::string, 6>{"", "a", "b", "c", "d", "e"}));
   fs::remove(sysInfYolu(platform.folder));
   EXPECT_EQ(Sys_Inf_Oku(platform.folder), "");

@@ -349,7 +349,7 @@ void Izgara::genislikleriOku() {
     const int sira = static_cast<int>(i);
     const int yazili = kayitli.value(sira).toInt();
     setColumnHidden(sira, kolonlar[i].gizli);
-    if (const int genislik = yazili >= enDar ? yazili : kolonlar[i].genislik; genislik > 0)
+    if (const int genislik = yazili >= enDar ? yazili : byLetters(kolonlar[i].genislik); genislik > 0)
       setColumnWidth(sira, genislik);
   }
 }

@@ -57,7 +57,7 @@ Kart::Kart(const QString& iconName, const QString& caption, QWidget* parent)
   foot_->addWidget(hint_, 1);
 
   auto* column = new QWidget;
-  column->setMaximumWidth(bodyWidth);
+  column->setMaximumWidth(byLetters(bodyWidth));
   auto* all = new QVBoxLayout(column);
   all->setContentsMargins(0, 0, 0, 0);
   all->setSpacing(gap);
@@ -70,9 +70,12 @@ Kart::Kart(const QString& iconName, const QString& caption, QWidget* parent)
   outer->addStretch(0);
 }
 
-// A list without a name of its own is called by the frame around it, or by its card.
+// A list without a name of its own is called by the frame around it, or by its card. The style sheet's least
+// width of a button lets a full row cut captions.
 void Kart::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
+  for (auto* dugme : findChildren<QPushButton*>())
+    if (!dugme->text().isEmpty()) dugme->setMinimumWidth(dugme->sizeHint().width());
   for (auto* liste : findChildren<QAbstractItemView*>()) {
     if (!liste->accessibleName().isEmpty()) continue;
     QString ad = caption_->text();
@@ -117,8 +120,8 @@ QPushButton* Kart::button(const char* name, const QString& caption, const QStrin
 }
 
 void Kart::darOlunca(int genislik, std::function<void(bool dar)> is) {
-  is(width() < genislik);
-  darlar_.emplace_back(genislik, std::move(is));
+  is(width() < byLetters(genislik));
+  darlar_.emplace_back(byLetters(genislik), std::move(is));
 }
 
 void Kart::resizeEvent(QResizeEvent* event) {

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QFontDatabase>
+#include <QFontMetricsF>
 #include <QIconEngine>
 #include <QLocale>
 #include <QPainter>
@@ -46,7 +47,7 @@ constexpr int branchSize = 16;
 constexpr const char* preferredFonts[] = {"Segoe UI",  "Inter",     "Noto Sans",
                                           "Open Sans", "Cantarell", "DejaVu Sans"};
 
-constexpr qreal smallestFont = 9, headingShare = 1.5;
+constexpr qreal smallestFont = 9, headingShare = 1.5, usualLetterHeight = 15;
 
 // As large as the desktop wants its letters.
 QFont programFont(const QFont& desktop) {
@@ -193,6 +194,11 @@ void applyTheme(QApplication& application, std::function<QPalette()> desktop) {
   QIcon windowIcon;
   for (const int edge : {16, 24, 32, 48, 64}) windowIcon.addPixmap(icon("zembera").pixmap(edge, edge));
   application.setWindowIcon(windowIcon);
+}
+
+int byLetters(int width) {
+  const qreal share = QFontMetricsF(QApplication::font()).height() / usualLetterHeight;
+  return qRound(width * std::max(share, 1.0));
 }
 
 QIcon icon(const QString& name) {

@@ -19,6 +19,10 @@ inline constexpr int gapSmall = 6;
 inline constexpr int gap = 12;
 inline constexpr int gapLarge = 20;
 
+// A width measured with the usual letters (9 points at 96 DPI), in device-independent pixels, for the letters
+// that the desktop has chosen. Never less than it was.
+int byLetters(int width);
+
 // A Windows colour value (blue byte first) as a colour.
 constexpr QRgb fromBgr(unsigned bgr) {
   return qRgb(static_cast<int>(bgr & 0xFF), static_cast<int>(bgr >> 8 & 0xFF),

@@ -136,7 +136,8 @@ void FirmaTanim::cerceveler() {
 // The two frames stand side by side where there is room for both.
 void FirmaTanim::resizeEvent(QResizeEvent* event) {
   Kart::resizeEvent(event);
-  altCerceveler_->setDirection(width() < yanYana ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+  altCerceveler_->setDirection(width() < ui::byLetters(yanYana) ? QBoxLayout::TopToBottom
+                                                                : QBoxLayout::LeftToRight);
 }
 
 // The frame of warehouses carries no logic and no rows.

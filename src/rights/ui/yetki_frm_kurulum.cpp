@@ -117,7 +117,7 @@ QWidget* YetkiFrm::firmaSatiri() {
 
 QWidget* YetkiFrm::agacTarafi() {
   auto* side = new QWidget;
-  side->setMinimumWidth(agacEnAz);
+  side->setMinimumWidth(ui::byLetters(agacEnAz));
   auto* layout = new QVBoxLayout(side);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(ui::gapSmall);
@@ -181,7 +181,7 @@ QWidget* YetkiFrm::tumuneUygula() {
 QWidget* YetkiFrm::sekmeler() {
   sekmeler_ = new QTabWidget;
   sekmeler_->setObjectName("Sekmeler");
-  sekmeler_->setMinimumWidth(sekmeEnAz);
+  sekmeler_->setMinimumWidth(ui::byLetters(sekmeEnAz));
   sekmeler_->addTab(genelSekmesi(), "Genel");
   sekmeler_->addTab(kasiyerSekmesi(), "Kasiyer");
   sekmeler_->addTab(yerSekmesi(), "Ambar ve İşyeri");
@@ -221,7 +221,7 @@ QWidget* YetkiFrm::genelSekmesi() {
   gun_ = new QLineEdit;
   gun_->setObjectName("KntGun");
   gun_->setMaxLength(5);
-  gun_->setMaximumWidth(80);
+  gun_->setMaximumWidth(ui::byLetters(80));
   const std::pair<const char*, QComboBox*> rows[] = {
       {"Cari Hesap Yetkisi :", hesapTuru_}, {"Kul. Kasa Kodu", kasa_}, {"Kul. Peşin Cari Kodu", cari_}};
   int line = 0;

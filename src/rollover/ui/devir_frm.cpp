@@ -62,7 +62,7 @@ DevirFrm::DevirFrm(session::Oturum& oturum, ui::ConsolePort& konsol)
   yan->setSpacing(ui::gap);
   constexpr int solEn = 465;
   auto* taraflar = new QWidget;
-  taraflar->setMaximumWidth(solEn);
+  taraflar->setMaximumWidth(ui::byLetters(solEn));
   sol->setContentsMargins(0, 0, 0, 0);
   taraflar->setLayout(sol);
   yan->addWidget(taraflar);
@@ -160,7 +160,7 @@ QWidget* DevirFrm::secenekCercevesi() {
   ciro_ = new QLineEdit;
   ciro_->setObjectName("Ciro_Takip_Suresi");
   ciro_->setValidator(new QIntValidator(0, enCokGun, ciro_));
-  ciro_->setMaximumWidth(90);
+  ciro_->setMaximumWidth(ui::byLetters(90));
   auto* etiket = new QLabel("Ciro Takip Süresi");
   etiket->setBuddy(ciro_);
   auto* satir = new QHBoxLayout;

@@ -35,7 +35,8 @@ KanitPenceresi::KanitPenceresi(session::Oturum& oturum, rollover::Kanit kanit, Q
   tablo_->setSelectionMode(QAbstractItemView::SingleSelection);
   tablo_->setWordWrap(false);
   static constexpr int enler[] = {235, 105, 165, 105, 105, 100};
-  for (int i = 0; i < static_cast<int>(std::size(enler)); ++i) tablo_->setColumnWidth(i, enler[i]);
+  for (int i = 0; i < static_cast<int>(std::size(enler)); ++i)
+    tablo_->setColumnWidth(i, ui::byLetters(enler[i]));
   tablo_->horizontalHeader()->setStretchLastSection(true);
   farklar_->setObjectName("YalnizcaFarklar");
   auto* duzen = new QVBoxLayout(this);

@@ -59,7 +59,8 @@ MaliyetPenceresi::MaliyetPenceresi(session::Oturum& oturum, const std::string& f
   tablo->verticalHeader()->hide();
   tablo->setSelectionBehavior(QAbstractItemView::SelectRows);
   static constexpr int enler[] = {90, 90, 170, 60, 85, 85, 85, 100, 110};
-  for (int i = 0; i < static_cast<int>(std::size(enler)); ++i) tablo->setColumnWidth(i, enler[i]);
+  for (int i = 0; i < static_cast<int>(std::size(enler)); ++i)
+    tablo->setColumnWidth(i, ui::byLetters(enler[i]));
   tablo->horizontalHeader()->setStretchLastSection(true);
   auto* duzen = new QVBoxLayout(this);
   duzen->setContentsMargins(ui::gapLarge, ui::gapLarge, ui::gapLarge, ui::gapLarge);

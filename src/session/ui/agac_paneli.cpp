@@ -267,7 +267,8 @@ void AgacPaneli::sutunlar() {
   const bool firmalar = sekmeler_->currentIndex() == 0;
   const auto* olculen = static_cast<const Agac*>(agac_);
   const int ad = std::min(olculen->sizeHintForColumn(AdSutunu) + ui::gap, yer);
-  const int kod = olculen->sizeHintForColumn(KodSutunu) + ui::gap;
+  const int kod = std::max(olculen->sizeHintForColumn(KodSutunu) + ui::gap,
+                           olculen->header()->sectionSizeHint(KodSutunu));
   const int kalan = yer - ad;
   const bool kodVar = firmalar && kod <= kalan;
   const int unvan = kalan - (kodVar ? kod : 0);

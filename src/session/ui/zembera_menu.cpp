@@ -59,7 +59,8 @@ ZemberaMenu::ZemberaMenu(session::Oturum& oturum, ui::EkranKaydi ekranlar)
   setCentralWidget(all);
   durumCubugu();
   ekranlariGoster();
-  ui::yerlestir(*this, *oturum_.platform, "Zembera_Menu", usualWindow);
+  ui::yerlestir(*this, *oturum_.platform, "Zembera_Menu",
+                {ui::byLetters(usualWindow.width()), usualWindow.height()});
 
   // The panel's own: over it a card has these keys for itself.
   for (const auto& [tus, islem] : {std::pair{QKeySequence(Qt::Key_F5), &ZemberaMenu::yenile},

@@ -73,7 +73,7 @@ QWidget* BarkodGramaj::deneme() {
   barkod_->setObjectName("DenemeBarkodu");
   barkod_->setMaxLength(13);
   barkod_->setPlaceholderText("13 haneli barkod");
-  barkod_->setMaximumWidth(190);
+  barkod_->setMaximumWidth(ui::byLetters(190));
   sonuc_ = new QLabel;
   sonuc_->setObjectName("DenemeSonucu");
   sonuc_->setTextFormat(Qt::PlainText);

@@ -9,7 +9,7 @@
 namespace settings_ui {
 
 DuzenIzgarasi::DuzenIzgarasi(int enAz, int enCok, QWidget* parent)
-    : QWidget(parent), enAz_(enAz), enCok_(enCok), duzen_(new QGridLayout(this)) {
+    : QWidget(parent), enAz_(ui::byLetters(enAz)), enCok_(enCok), duzen_(new QGridLayout(this)) {
   duzen_->setContentsMargins(0, 0, 0, 0);
   duzen_->setHorizontalSpacing(ui::gap);
   duzen_->setVerticalSpacing(4);
@@ -46,7 +46,7 @@ void DuzenIzgarasi::resizeEvent(QResizeEvent* event) {
 }
 
 void DuzenIzgarasi::yerlestir() {
-  const int sutun = std::clamp(width() / enAz_, 1, enCok_);
+  const int sutun = std::clamp(width() / std::max(enAz_, minimumSizeHint().width()), 1, enCok_);
   if (sutun == sutun_) return;
   sutun_ = sutun;
   while (QLayoutItem* oge = duzen_->takeAt(0)) delete oge;

@@ -96,9 +96,9 @@ QWidget* ElTerminali::alanlar() {
   Tanim_Kod_->lineEdit()->setMaxLength(26);
   Tanim_Ad_->setMaxLength(50);
   Ayirac_->setMaxLength(1);
-  Ayirac_->setMaximumWidth(60);
+  Ayirac_->setMaximumWidth(ui::byLetters(60));
   ParcaAdedi_->setMaxLength(5);
-  ParcaAdedi_->setMaximumWidth(80);
+  ParcaAdedi_->setMaximumWidth(ui::byLetters(80));
   auto* cerceve = new QGroupBox("Tanım");
   auto* duzen = new QGridLayout(cerceve);
   duzen->setContentsMargins(ui::gap, ui::gap, ui::gap, ui::gap);

@@ -85,9 +85,9 @@ ParametreFormu::Alan ParametreFormu::satir(const Parametre& p, std::size_t sira)
   QLineEdit* alan = p.tur == T::Tarih ? new ui::DateEdit(*oturum_.kutular) : new QLineEdit;
   if (p.tur == T::Sayi || p.tur == T::Milimetre) {
     alan->setAlignment(Qt::AlignRight);
-    alan->setMaximumWidth(sayiGenisligi);
+    alan->setMaximumWidth(ui::byLetters(sayiGenisligi));
   } else if (p.tur == T::Tarih) {
-    alan->setMaximumWidth(sayiGenisligi);
+    alan->setMaximumWidth(ui::byLetters(sayiGenisligi));
   }
   connect(alan, &QLineEdit::textChanged, this, [this, sira] { emit degisti(numara(sira)); });
   return {alan, [alan] { return ui::utf8(alan->text()); },

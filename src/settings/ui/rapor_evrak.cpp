@@ -44,7 +44,7 @@ RaporEvrak::RaporEvrak(session::Oturum& oturum, ui::ConsolePort&)
   }
   PRModulFlx_->setColumnWidth(0, fontMetrics().horizontalAdvance("Modül") + 2 * ui::gap);
   PRModulFlx_->horizontalHeader()->setStretchLastSection(true);
-  PRModulFlx_->setFixedWidth(190);
+  PRModulFlx_->setFixedWidth(ui::byLetters(190));
   KisimFlx_ = tablo("KisimFlx", 1, static_cast<int>(kisimlar.size()));
   for (std::size_t i = 0; i < kisimlar.size(); ++i) {
     KisimFlx_->setHorizontalHeaderItem(static_cast<int>(i), new QTableWidgetItem(ui::text(kisimlar[i])));
@@ -53,8 +53,10 @@ RaporEvrak::RaporEvrak(session::Oturum& oturum, ui::ConsolePort&)
   KisimFlx_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   KisimFlx_->horizontalHeader()->setDefaultAlignment(Qt::Alignment(Qt::AlignCenter) |
                                                      Qt::Alignment::fromInt(Qt::TextWordWrap));
-  KisimFlx_->horizontalHeader()->setMinimumHeight(kisimBasligi);
-  KisimFlx_->setFixedHeight(kisimBasligi + 40);
+  KisimFlx_->horizontalHeader()->setMinimumHeight(ui::byLetters(kisimBasligi));
+  KisimFlx_->setMinimumWidth(static_cast<int>(kisimlar.size()) *
+                             (fontMetrics().horizontalAdvance("RAPORLARI") + 2 * ui::gap));
+  KisimFlx_->setFixedHeight(ui::byLetters(kisimBasligi + 40));
   PRSQL_ = new QPlainTextEdit;
   PRSQL_->setObjectName("PRSQL");
   PRSQL_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));

@@ -15,8 +15,11 @@ std::optional<unsigned> renkSor(unsigned renk, QWidget* ana) {
 }
 
 RenkPaneli::RenkPaneli(QWidget* parent) : QPushButton("Örnek 1.234,56", parent) {
-  setMinimumWidth(130);
   setAccessibleDescription("Rengi değiştirmek için tıklayın");
+}
+
+QSize RenkPaneli::sizeHint() const {
+  return {fontMetrics().horizontalAdvance(text()) + 2 * ui::gap, QPushButton::sizeHint().height()};
 }
 
 void RenkPaneli::renkKoy(unsigned renk) {

@@ -18,6 +18,8 @@ class RenkPaneli : public QPushButton {
   void renkKoy(unsigned renk);
   static unsigned tumleyen(unsigned renk) { return renk ^ 0xFFFFFF; }
 
+  QSize sizeHint() const override;
+
  protected:
   void paintEvent(QPaintEvent* event) override;
 

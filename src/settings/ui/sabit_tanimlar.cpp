@@ -148,7 +148,7 @@ QLabel* SabitTanimlar::onizleme(const char* ad) {
   auto* etiket = new QLabel;
   etiket->setObjectName(QString(ad) + "Onizleme");
   etiket->setProperty("rol", "ipucu");
-  etiket->setMinimumWidth(170);
+  etiket->setMinimumWidth(ui::byLetters(170));
   onizlemeler_.emplace_back(static_cast<std::size_t>(settings::parametreSirasi(ad)), etiket);
   return etiket;
 }
@@ -179,12 +179,12 @@ QWidget* SabitTanimlar::islemTipTanimlari() {
   auto* tip =
       tablo("TipFlx", {"Tip_ID", "No", "İşlem Tip Adı", "Borç \\ Çıkış", "Alacak \\ Giriş", "İşlem Dah."}, 1);
   tip->setColumnHidden(0, true);
-  tip->setColumnWidth(1, 50);
-  tip->setColumnWidth(2, 150);
+  tip->setColumnWidth(1, ui::byLetters(50));
+  tip->setColumnWidth(2, ui::byLetters(150));
   auto* sil = new QPushButton(ui::captionIcon("sil"), "Sil");
   sil->setObjectName("Command1");
-  modul->setMaximumWidth(240);
-  modul->setColumnWidth(0, 80);
+  modul->setMaximumWidth(ui::byLetters(240));
+  modul->setColumnWidth(0, ui::byLetters(80));
   auto* sag = new QVBoxLayout;
   sag->setSpacing(ui::gapSmall);
   sag->addWidget(tip, 1);

@@ -1,12 +1,13 @@
 // The desktop program.
-#include <CLI/CLI.hpp>
 #include <QApplication>
 #include <QMessageBox>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 
+#include "app/masaustu_secenekleri.h"
 #include "catalog/sunucu_hazirla.h"
+#include "cli/yardim.h"
 #include "db/drivers.h"
 #include "maintenance/bakim.h"
 #include "maintenance/yedek_kaydi.h"
@@ -81,48 +82,55 @@ int calistir(QApplication& uygulama, const std::filesystem::path& klasor) {
   return sonuc;
 }
 
-void turkceKonus(CLI::App& secenekler) {
-  const auto yazici = std::make_shared<CLI::Formatter>();
-  yazici->label("Usage", "Kullanım");
-  yazici->label("OPTIONS", "SEÇENEKLER");
-  secenekler.formatter(yazici);
-  secenekler.option_defaults()->group("Seçenekler");
-  secenekler.set_help_flag("-h,--help", "Bu yardımı gösterir ve çıkar")->group("Seçenekler");
+ui::RenkDuzeni duzen(const std::string& ad) {
+  return ad == "koyu" ? ui::RenkDuzeni::Koyu : ad == "acik" ? ui::RenkDuzeni::Acik : ui::RenkDuzeni::Masaustu;
+}
+
+// Reads the command line; an exit code when the program is to end with it.
+std::optional<int> oku(CLI::App& secenekler, int argc, char** argv, cli::Degerler& degerler) {
+  try {
+    secenekler.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    std::printf("%s", secenekler.help().c_str());
+    return cli::tamam;
+  } catch (const CLI::ParseError& hata) {
+    std::fprintf(stderr, "%s\n", cli::turkceHata(secenekler, hata).c_str());
+    return cli::yanlisKullanim;
+  }
+  degerler = cli::degerlerOku(secenekler, app::masaustuSecenekleri);
+  std::string hata = cli::secimHatasi(degerler, app::masaustuSecenekleri);
+  if (hata.empty() && degerler.var("dizin") && !std::filesystem::is_directory(degerler.metin("dizin")))
+    hata = "Klasör yok: " + degerler.metin("dizin");
+  if (hata.empty()) return std::nullopt;
+  std::fprintf(stderr, "%s\n", hata.c_str());
+  return cli::yanlisKullanim;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App secenekler("Korvena Zembera yönetim konsolu", "zembera");
-  turkceKonus(secenekler);
-  std::string dizin;
-  bool surum = false;
-  secenekler.add_option("--dizin", dizin, "Program klasörü (sys.inf burada durur)")->type_name("KLASÖR");
-  secenekler.add_flag("--surum", surum, "Sürümü yazar ve çıkar");
-  std::string renkler = "masaustu";
-  secenekler.add_option("--renkler", renkler, "Renk düzeni: masaustu, acik ya da koyu")
-      ->check(CLI::IsMember({"masaustu", "acik", "koyu"}).description(""))
-      ->type_name("DÜZEN");
+  CLI::App secenekler(std::string(app::masaustuAciklamasi), "zembera");
+  cli::turkceKonus(secenekler);
+  for (const cli::Secenek& secenek : app::masaustuSecenekleri) cli::secenekEkle(secenekler, secenek);
+  secenekler.footer(cli::cikisKodlariMetni(app::masaustuKodlari));
+  cli::Degerler degerler;
   // Help and version need no screen.
   secenekler.allow_extras();
-  CLI11_PARSE(secenekler, argc, argv);
-  if (surum) {
+  if (const auto kod = oku(secenekler, argc, argv, degerler)) return *kod;
+  if (degerler.var("surum")) {
     std::printf("Zembera %s\n", session::programSurumu.data());
-    return 0;
+    return cli::tamam;
   }
   // The toolkit takes its own options (-platform, -style ...); what is left over then is nobody's.
   QApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
   Uygulama uygulama(argc, argv);
   secenekler.allow_extras(false);
-  CLI11_PARSE(secenekler, argc, argv);
-  if (!dizin.empty() && !std::filesystem::is_directory(dizin)) {
-    std::fprintf(stderr, "Klasör yok: %s\n", dizin.c_str());
-    return 2;
-  }
+  if (const auto kod = oku(secenekler, argc, argv, degerler)) return *kod;
   QApplication::setApplicationName("Zembera");
-  ui::renkDuzeniSec(renkler == "koyu"   ? ui::RenkDuzeni::Koyu
-                    : renkler == "acik" ? ui::RenkDuzeni::Acik
-                                        : ui::RenkDuzeni::Masaustu);
+  // Wayland finds icon and menu entry by this name.
+  QGuiApplication::setDesktopFileName("tr.korvena.zembera");
+  ui::renkDuzeniSec(duzen(degerler.metin("renkler")));
   ui::applyTheme(uygulama);
-  return calistir(uygulama, dizin.empty() ? platform::programFolder() : std::filesystem::absolute(dizin));
+  return calistir(uygulama, degerler.var("dizin") ? std::filesystem::absolute(degerler.metin("dizin"))
+                                                  : platform::programFolder());
 }

@@ -11,8 +11,10 @@ int main(int argc, char** argv) {
                    std::cout,
                    std::cerr,
                    platform::inputIsTerminal(),
-                   platform::errorIsTerminal(),
+                   platform::errorIsTerminal() && platform::terminalDraws(),
                    platform::programFolder(),
-                   db::makeConnectionFactory};
+                   db::makeConnectionFactory,
+                   platform::outputIsTerminal() && platform::coloursWanted(),
+                   platform::errorIsTerminal() && platform::coloursWanted()};
   return cli::calistir(ortam, {argv + 1, argv + argc});
 }

@@ -1,5 +1,9 @@
+#include <sstream>
+
 #include "cli/komut.h"
+#include "cli/metin_satirlari.h"
 #include "cli/oturum_ac.h"
+#include "cli/sonuc_yaz.h"
 #include "db/table_name.h"
 #include "platform/files.h"
 #include "session/statements.h"
@@ -10,27 +14,28 @@ namespace cli {
 
 namespace {
 
-constexpr std::array<Secenek, 3> options = {
-    {{"--ad", "Denetlenecek veritabanı; verilmezse hepsi", false, Secenek::Tur::Metin, "AD"},
+constexpr std::array<Secenek, 4> options = {
+    {{"--ad", "Denetlenecek veritabanı; verilmezse hepsi", false, Secenek::Tur::Metin, "VERİTABANI"},
      {"--yenile", "Önce veri dosyasını yeniler: güncel biçim, her sayfada sağlama toplamı", false,
       Secenek::Tur::Bayrak, ""},
      {"--onar", "Başkalarına açık veri klasörünü, dosyalarını ve sys.inf'i kapatır", false,
-      Secenek::Tur::Bayrak, ""}}};
+      Secenek::Tur::Bayrak, ""},
+     bicimMetin}};
 
 constexpr std::string_view more =
     "Her sayfayı sağlama toplamıyla, her dizini tablosuyla, her satırı tipleriyle karşılaştırır ve bozuk\n"
-    "olanları yazar. Bulgu yoksa çıkış kodu 0, varsa 1'dir. --yenile sırasında sunucu kısa bir süre durur.\n"
+    "olanları yazar. --yenile sırasında sunucu kısa bir süre durur.\n"
     "Başkalarına açık olan klasör ve dosyalar uyarı olarak yazılır; --onar onları önce kapatır.";
 
 class Iletiler : public db::BatchSink {
  public:
-  explicit Iletiler(Ortam& ortam) : ortam_(ortam) {}
+  explicit Iletiler(std::ostream& out) : out_(out) {}
   void onRows(std::unique_ptr<db::Rows>) override {}
   void onRowCount(std::int64_t) override {}
-  void onMessage(const std::string& text) override { ortam_.out << text << "\n"; }
+  void onMessage(const std::string& text) override { out_ << text << "\n"; }
 
  private:
-  Ortam& ortam_;
+  std::ostream& out_;
 };
 
 std::vector<std::string> adlar(KomutOturumu& komut, const Degerler& values) {
@@ -41,19 +46,48 @@ std::vector<std::string> adlar(KomutOturumu& komut, const Degerler& values) {
   return names;
 }
 
-bool denetle(KomutOturumu& komut, const std::string& ad, bool yenile) {
-  Iletiler iletiler(komut.ortam);
+// Its messages, and the failure, empty when it is whole.
+struct Sonuc {
+  std::string iletiler, hata;
+};
+
+Sonuc denetle(KomutOturumu& komut, const std::string& ad, bool yenile) {
+  std::ostringstream metin;
+  Iletiler iletiler(metin);
+  Sonuc sonuc;
   try {
     if (yenile)
       komut.oturum.Baglanti->run("ALTER DATABASE " + db::bracketed(ad) + " SET PAGE_VERIFY CHECKSUM",
                                  iletiler);
     komut.oturum.Baglanti->run("DBCC CHECKDB (" + db::bracketed(ad) + ") WITH NO_INFOMSGS", iletiler);
-    komut.ortam.out << ad << ": sağlam\n";
-    return true;
   } catch (const db::SqlError& error) {
-    komut.ortam.err << ad << ": " << hataSatiri(error) << "\n";
-    return false;
+    sonuc.hata = hataSatiri(error);
   }
+  sonuc.iletiler = metin.str();
+  return sonuc;
+}
+
+// All of them; with `tablo` told at the end, else each when it is done.
+bool hepsiniDenetle(KomutOturumu& komut, const Degerler& values) {
+  static constexpr std::array<std::string_view, 3> basliklar = {"Ad", "Durum", "Iletiler"};
+  const bool tablo = values.var("bicim") && values.metin("bicim") != "metin";
+  std::vector<std::vector<std::string>> satirlar;
+  bool whole = true;
+  for (const std::string& ad : adlar(komut, values)) {
+    const Sonuc sonuc = denetle(komut, ad, values.var("yenile"));
+    whole = whole && sonuc.hata.empty();
+    if (tablo) {
+      satirlar.push_back({ad, sonuc.hata.empty() ? "sağlam" : "HATA", sonuc.iletiler + sonuc.hata});
+      continue;
+    }
+    komut.ortam.out << sonuc.iletiler;
+    if (sonuc.hata.empty())
+      komut.ortam.haber() << ad << ": sağlam\n";
+    else
+      komut.ortam.err << ad << ": " << sonuc.hata << "\n";
+  }
+  if (tablo) sonucYaz(komut.ortam, MetinSatirlari(basliklar, satirlar), bicimi(values, Bicim::Tablo));
+  return whole;
 }
 
 void kapat(KomutOturumu& komut) {
@@ -75,18 +109,15 @@ int run(Ortam& ortam, const Degerler& values) {
     return reddedildi;
   }
   if (values.var("onar")) kapat(komut);
-  for (const std::string& uyari : session::Uyarilar(komut.oturum)) ortam.err << "Uyarı: " << uyari << "\n";
-  bool whole = true;
-  for (const std::string& ad : adlar(komut, values))
-    whole = denetle(komut, ad, values.var("yenile")) && whole;
-  return whole ? tamam : reddedildi;
+  for (const std::string& uyari : session::Uyarilar(komut.oturum)) uyar(ortam, uyari);
+  return hepsiniDenetle(komut, values) ? tamam : reddedildi;
 }
 
 }  // namespace
 
 const Komut& denetleKomutu() {
-  static const Komut command{"denetle", "Veritabanlarının dosyalarını baştan sona denetler", more, options,
-                             run};
+  static const Komut command{
+      "denetle", "Veritabanlarının dosyalarını baştan sona denetler", more, options, run, bulguKodlari};
   return command;
 }
 

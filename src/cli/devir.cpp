@@ -3,7 +3,9 @@
 #include <charconv>
 
 #include "cli/komut.h"
+#include "cli/metin_satirlari.h"
 #include "cli/oturum_ac.h"
+#include "cli/sonuc_yaz.h"
 #include "session/tarih.h"
 
 namespace cli {
@@ -14,9 +16,10 @@ using rollover::DevirGirdisi;
 using rollover::DevirTarafi;
 using Tur = Secenek::Tur;
 
+constexpr std::array<std::string_view, 2> kanitBicimleri = {"metin", "json"};
 constexpr std::array<Secenek, 16> options = {{
-    {"--kaynak", "Dönemi kapanan firmanın veritabanı adı", false, Tur::Metin, "AD"},
-    {"--hedef", "Devrin yapılacağı, var olan firma", false, Tur::Metin, "AD"},
+    {"--kaynak", "Dönemi kapanan firmanın veritabanı adı", false, Tur::Metin, "FİRMA"},
+    {"--hedef", "Devrin yapılacağı, var olan firma", false, Tur::Metin, "FİRMA"},
     {"--yeni-ad", "Devrin yapılacağı yeni firmanın veritabanı adı", false, Tur::Metin, "AD"},
     {"--yeni-kod", "Yeni firmanın kodu; verilmezse sıradaki", false, Tur::Metin, "KOD"},
     {"--unvan", "Yeni firmanın unvanı; verilmezse kaynağınki", false, Tur::Metin, "UNVAN"},
@@ -30,7 +33,7 @@ constexpr std::array<Secenek, 16> options = {{
     {"--dene", "Devri yapar, kanıtı gösterir, sonra hepsini geri alır", false, Tur::Bayrak, ""},
     {"--kanit", "Kanıtı dosyaya yazar; uzantısı biçimi söyler: html, csv, json ya da txt", false, Tur::Metin,
      "DOSYA"},
-    {"--bicim", "Ekrana yazılan kanıt: metin (varsayılan) ya da json", false, Tur::Metin, "BİÇİM"},
+    {"--bicim", "Ekrana yazılan kanıt (varsayılan metin)", false, Tur::Metin, "BİÇİM", kanitBicimleri},
     {"--yalnizca-farklar", "Ekrana yalnızca farklı satırları yazar", false, Tur::Bayrak, ""},
     {"--evet", "Soruları evet sayar", false, Tur::Bayrak, ""},
     {"--secenekler", "Devir seçeneklerini yerleriyle yazar", false, Tur::Bayrak, ""},
@@ -38,9 +41,19 @@ constexpr std::array<Secenek, 16> options = {{
 
 constexpr std::string_view more =
     "Devir bir bütündür: yarıda kalırsa ya da vazgeçilirse hedef eski haline döner, yeni firma kaldırılır. "
-    "Kaynak firma\nyalnızca okunur. Kanıtta nedeni bilinmeyen bir fark varsa çıkış kodu 1'dir.";
+    "Kaynak firma\nyalnızca okunur.";
+constexpr CikisKodlari kodlar = {"tamam", "devir yapılamadı ya da kanıtta nedeni bilinmeyen bir fark var",
+                                 "yanlış kullanım"};
 
-int secenekleriYaz(Ortam& ortam) {
+int secenekleriYaz(Ortam& ortam, bool json) {
+  if (json) {
+    static constexpr std::array<std::string_view, 2> basliklar = {"Yer", "Secenek"};
+    std::vector<std::vector<std::string>> satirlar;
+    for (const rollover::SecenekSatiri& satir : rollover::secenekSatirlari())
+      satirlar.push_back({rollover::secenekYolu(satir), std::string(satir.metin)});
+    sonucYaz(ortam, MetinSatirlari(basliklar, satirlar), Bicim::Json);
+    return tamam;
+  }
   for (const rollover::SecenekSatiri& satir : rollover::secenekSatirlari())
     ortam.out << rollover::secenekYolu(satir) << "\t" << satir.metin << "\n";
   return tamam;
@@ -53,8 +66,6 @@ std::string yanlis(const Degerler& v) {
   for (const char* const ad : {"baslangic", "bitis"})
     if (v.var(ad) && !session::tarihMi(v.metin(ad)))
       return "Tarih GG/AA/YYYY biçiminde olmalı: " + v.metin(ad);
-  const std::string bicim = v.metin("bicim", "metin");
-  if (bicim != "metin" && bicim != "json") return "Biçim metin ya da json olmalı: " + bicim;
   const std::string sure = v.metin("ciro-suresi", "0");
   int gun = 0;
   const auto [son, hata] = std::from_chars(sure.data(), sure.data() + sure.size(), gun);
@@ -118,9 +129,9 @@ int sonucuYaz(KomutOturumu& komut, const Degerler& v, const rollover::DevirSonuc
   }
   ortam.out << (v.metin("bicim") == "json" ? rollover::kanitJson(sonuc.kanit)
                                            : rollover::kanitMetni(sonuc.kanit, v.var("yalnizca-farklar")));
-  ortam.err << (v.var("dene") ? "Deneme tamamlandı; hiçbir şey yazılmadı."
-                              : "Devir İşlemi Başarı İle Tamamlandı")
-            << "\n";
+  ortam.bilgi() << (v.var("dene") ? "Deneme tamamlandı; hiçbir şey yazılmadı."
+                                  : "Devir İşlemi Başarı İle Tamamlandı")
+                << "\n";
   if (v.var("kanit")) {
     const std::string hata =
         rollover::dosyayaYaz(v.metin("kanit"), kanitIcerigi(sonuc.kanit, v.metin("kanit")));
@@ -133,7 +144,7 @@ int sonucuYaz(KomutOturumu& komut, const Degerler& v, const rollover::DevirSonuc
 }
 
 int run(Ortam& ortam, const Degerler& v) {
-  if (v.var("secenekler")) return secenekleriYaz(ortam);
+  if (v.var("secenekler")) return secenekleriYaz(ortam, v.metin("bicim") == "json");
   DevirGirdisi girdi;
   std::string hata = yanlis(v);
   if (hata.empty()) hata = secenekleriKapat(v.metin("kapat"), girdi.secenekler);
@@ -165,7 +176,7 @@ int run(Ortam& ortam, const Degerler& v) {
 }  // namespace
 
 const Komut& devirKomutu() {
-  static const Komut command{"devir", "Bir firmayı yeni mali dönemine devreder", more, options, run};
+  static const Komut command{"devir", "Bir firmayı yeni mali dönemine devreder", more, options, run, kodlar};
   return command;
 }
 

@@ -6,9 +6,7 @@ namespace cli {
 
 namespace {
 
-constexpr std::array<Secenek, 1> options = {
-    {{"--bicim", "Listenin biçimi: tsv (varsayılan), tablo ya da json", false, Secenek::Tur::Metin,
-      "BİÇİM"}}};
+constexpr std::array<Secenek, 1> options = {{bicimTsv}};
 
 constexpr std::string_view statement =
     "SELECT sysfrm_dbnm AS Ad,sysfrm_kd AS Kod,sysfrm_nm AS Unvan,CONVERT(CHAR(10),Mali_Yil_Baslangic,103) "
@@ -16,15 +14,11 @@ constexpr std::string_view statement =
     "Baslangic,CONVERT(CHAR(10),Mali_Yil_Bitis,103) AS Bitis FROM sysfrmlng ORDER BY sysfrm_kd,sysfrm_dbnm";
 
 int run(Ortam& ortam, const Degerler& values) {
-  const auto bicim = bicimOku(values.metin("bicim", "tsv"));
-  if (!bicim) {
-    ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << " (tsv, tablo ya da json)\n";
-    return yanlisKullanim;
-  }
+  const Bicim bicim = bicimi(values, Bicim::Tsv);
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
   const auto rows = komut.oturum.Baglanti->query(statement);
-  if (rows) sonucYaz(ortam.out, *rows, *bicim);
+  if (rows) sonucYaz(ortam, *rows, bicim);
   return tamam;
 }
 

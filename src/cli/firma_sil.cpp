@@ -8,7 +8,7 @@ namespace cli {
 namespace {
 
 constexpr std::array<Secenek, 2> options = {
-    {{"--ad", "Silinecek firmanın veritabanı adı", true, Secenek::Tur::Metin, "AD"},
+    {{"--ad", "Silinecek firmanın veritabanı adı", true, Secenek::Tur::Metin, "FİRMA"},
      {"--evet", "Onay sorusunu evet sayar", false, Secenek::Tur::Bayrak, ""}}};
 
 int run(Ortam& ortam, const Degerler& values) {

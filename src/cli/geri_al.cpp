@@ -12,7 +12,7 @@ constexpr std::array<Secenek, 4> options = {
     {{"KLASOR", "Yedeğin klasörü", false, Tur::Konum, ""},
      {"--sunucu-dosyasi", "Başka makinedeki sunucunun yedek dosyası, o makinedeki yoluyla", false, Tur::Metin,
       "YOL"},
-     {"--ad", "--sunucu-dosyasi ile: geri alınacak firmanın veritabanı adı", false, Tur::Metin, "AD"},
+     {"--ad", "--sunucu-dosyasi ile: geri alınacak firmanın veritabanı adı", false, Tur::Metin, "FİRMA"},
      {"--evet", "Onay sorusunu evet sayar", false, Tur::Bayrak, ""}}};
 
 int run(Ortam& ortam, const Degerler& values) {

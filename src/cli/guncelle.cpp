@@ -3,7 +3,9 @@
 #include <sstream>
 
 #include "cli/komut.h"
+#include "cli/metin_satirlari.h"
 #include "cli/oturum_ac.h"
+#include "cli/sonuc_yaz.h"
 
 namespace cli {
 
@@ -11,10 +13,11 @@ namespace {
 
 using company::upgrade::Sayilar;
 
-constexpr std::array<Secenek, 2> options = {
-    {{"--ad", "Güncellenecek firmanın veritabanı adı", true, Secenek::Tur::Metin, "AD"},
+constexpr std::array<Secenek, 3> options = {
+    {{"--ad", "Güncellenecek firmanın veritabanı adı", true, Secenek::Tur::Metin, "FİRMA"},
      {"--dene", "Çalıştırıp geri alır; yazan deyimleri betik olarak yazdırır", false, Secenek::Tur::Bayrak,
-      ""}}};
+      ""},
+     bicimMetin}};
 
 constexpr std::string_view more =
     "Eksik tablo ve kolonları ekler, görünüm ve tetikleyicileri yeniler; yarıda kalan bir güncellemeyi "
@@ -33,6 +36,18 @@ constexpr std::array<Sayac, 6> sayaclar = {{{"eklenen tablo", &Sayilar::tablolar
                                             {"onarılan satır", &Sayilar::satirlar},
                                             {"reddedilen deyim", &Sayilar::reddedilen},
                                             {"gönderilen deyim", &Sayilar::gonderilen}}};
+
+constexpr auto basliklar = [] {
+  std::array<std::string_view, sayaclar.size()> adlar{};
+  for (std::size_t i = 0; i < adlar.size(); ++i) adlar[i] = sayaclar[i].ad;
+  return adlar;
+}();
+
+std::vector<std::string> sayiMetinleri(const Sayilar& sayilar) {
+  std::vector<std::string> metinler;
+  for (const Sayac& sayac : sayaclar) metinler.push_back(std::to_string(sayilar.*sayac.sayi));
+  return metinler;
+}
 
 void sayilariYaz(std::ostream& out, const Sayilar& sayilar) {
   for (const Sayac& sayac : sayaclar)
@@ -94,7 +109,11 @@ int run(Ortam& ortam, const Degerler& values) {
   komut.ilerleme.bitir();
   if (!sonuc.tamamlandi)
     ortam.err << (dene ? "Deneme yarıda kaldı: " : "Güncelleme yarıda kaldı: ") << sonuc.hata << "\n";
-  sayilariYaz(dene ? ortam.err : ortam.out, sonuc.sayilar);
+  if (values.metin("bicim", "metin") == "metin")
+    sayilariYaz(dene ? ortam.bilgi() : ortam.haber(), sonuc.sayilar);
+  else
+    sonucYaz(dene ? ortam.err : ortam.out, MetinSatirlari(basliklar, {sayiMetinleri(sonuc.sayilar)}),
+             bicimi(values, Bicim::Tablo));
   return sonuc.tamamlandi ? tamam : reddedildi;
 }
 

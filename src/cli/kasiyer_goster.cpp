@@ -8,28 +8,24 @@ namespace cli {
 namespace {
 
 constexpr std::array<Secenek, 3> options = {
-    {{"--kullanici", "Kullanıcının adı", true, Secenek::Tur::Metin, "AD"},
-     {"--firma", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "AD"},
-     {"--bicim", "tsv (varsayılan), tablo ya da json", false, Secenek::Tur::Metin, "BİÇİM"}}};
+    {{"--kullanici", "Kullanıcının adı", true, Secenek::Tur::Metin, "KULLANICI"},
+     {"--firma", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "FİRMA"},
+     bicimTsv}};
 constexpr std::string_view basliklar[] = {"Ayar", "Kolon", "Deger"};
 
 int run(Ortam& ortam, const Degerler& values) {
-  const auto bicim = bicimOku(values.metin("bicim", "tsv"));
-  if (!bicim) {
-    ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << " (tsv, tablo ya da json)\n";
-    return yanlisKullanim;
-  }
+  const Bicim bicim = bicimi(values, Bicim::Tsv);
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
   rights::KasiyerDuzeni duzen;
   if (!rights::kasiyerAc(komut.oturum, duzen, values.metin("kullanici"), values.metin("firma")))
     return reddedildi;
-  if (*bicim == Bicim::Json) {
+  if (bicim == Bicim::Json) {
     ortam.out << rights::kasiyerJson(duzen);
     return tamam;
   }
   const auto satirlar = rights::kasiyerListesi(duzen);
-  sonucYaz(ortam.out, MetinSatirlari(basliklar, satirlar), *bicim);
+  sonucYaz(ortam, MetinSatirlari(basliklar, satirlar), bicim);
   return tamam;
 }
 

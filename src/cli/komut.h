@@ -1,6 +1,7 @@
 // A command of zembera-cli: its options as data and the function that runs it.
 #pragma once
 
+#include <array>
 #include <map>
 #include <optional>
 #include <span>
@@ -19,8 +20,29 @@ struct Secenek {
   std::string_view aciklama;
   bool zorunlu = false;
   Tur tur = Tur::Metin;
-  std::string_view degerAdi = "METİN";  // how the help names the value
+  // How the help names the value, and what a shell offers for it: FİRMA, KULLANICI and VERİTABANI are names
+  // that the server knows, DOSYA, KLASÖR and DİZİN are paths.
+  std::string_view degerAdi = "METİN";
+  std::span<const std::string_view> secimler = {};  // the only values; empty when any is taken
+  std::string_view secimAdi = "biçim";              // what one of them is, told when another is given
 };
+
+// The forms that every table can be asked for; "metin" is the one to be read.
+inline constexpr std::array<std::string_view, 4> tabloBicimleri = {"tsv", "tablo", "json", "metin"};
+inline constexpr Secenek bicimTsv{
+    "--bicim", "Tablonun biçimi (varsayılan tsv)", false, Secenek::Tur::Metin, "BİÇİM", tabloBicimleri};
+inline constexpr Secenek bicimTablo{
+    "--bicim", "Tablonun biçimi (varsayılan tablo)", false, Secenek::Tur::Metin, "BİÇİM", tabloBicimleri};
+inline constexpr Secenek bicimMetin{
+    "--bicim", "Sonucun biçimi (varsayılan metin)", false, Secenek::Tur::Metin, "BİÇİM", tabloBicimleri};
+
+// What the codes of a command mean, from 0.
+using CikisKodlari = std::array<std::string_view, 3>;
+inline constexpr CikisKodlari genelKodlar = {"tamam", "işlem reddedildi ya da yapılamadı", "yanlış kullanım"};
+inline constexpr CikisKodlari farkKodlari = {"fark yok", "fark var ya da karşılaştırılamadı",
+                                             "yanlış kullanım"};
+inline constexpr CikisKodlari bulguKodlari = {"bulgu yok", "bulgu var ya da denetlenemedi",
+                                              "yanlış kullanım"};
 
 // What was given, by the option's last name without dashes ("db", "girdi", "IFADE").
 class Degerler {
@@ -49,7 +71,12 @@ struct Komut {
   std::string_view ek;  // further text at the end of the help; may be empty
   std::span<const Secenek> secenekler;
   int (*calistir)(Ortam& ortam, const Degerler& degerler);  // an exit code
+  const CikisKodlari& kodlar = genelKodlar;
+  bool gizli = false;  // for programs, not shown in the help
 };
+
+// All of them, in the order of the help.
+std::span<const Komut& (*const)()> komutlar();
 
 // One file each.
 const Komut& kurKomutu();
@@ -90,5 +117,6 @@ const Komut& servisKomutu();
 const Komut& sunucuKomutu();
 const Komut& sunucuBaslatKomutu();
 const Komut& offlineKomutu();
+const Komut& tamamlaKomutu();
 
 }  // namespace cli

@@ -5,10 +5,10 @@ namespace cli {
 namespace {
 
 constexpr std::array<Secenek, 6> own = {
-    {{"--ad", "Değiştirilecek kullanıcının adı", true, Secenek::Tur::Metin, "AD"},
+    {{"--ad", "Değiştirilecek kullanıcının adı", true, Secenek::Tur::Metin, "KULLANICI"},
      {"--yeni-ad", "Yeni adı", false, Secenek::Tur::Metin, "AD"},
      {"--firma", "Kullanacağı firmalar, virgülle; verilmeyen firmadaki yetkileri silinir", false,
-      Secenek::Tur::Metin, "AD[,AD…]"},
+      Secenek::Tur::Metin, "FİRMA[,FİRMA…]"},
      {"--sifre", "Yeni şifre sorar", false, Secenek::Tur::Bayrak, ""},
      {"--yonetici", "Kullanıcı yöneticidir", false, Secenek::Tur::Bayrak, ""},
      {"--yonetici-degil", "Kullanıcı yönetici değildir", false, Secenek::Tur::Bayrak, ""}}};

@@ -6,7 +6,8 @@ namespace {
 
 constexpr std::array<Secenek, 3> own = {
     {{"--ad", "Kullanıcının adı; büyük harfe çevrilir", true, Secenek::Tur::Metin, "AD"},
-     {"--firma", "Kullanacağı firmaların veritabanı adları, virgülle", true, Secenek::Tur::Metin, "AD[,AD…]"},
+     {"--firma", "Kullanacağı firmaların veritabanı adları, virgülle", true, Secenek::Tur::Metin,
+      "FİRMA[,FİRMA…]"},
      {"--yonetici", "Kullanıcı yöneticidir", false, Secenek::Tur::Bayrak, ""}}};
 constexpr auto options = [] {
   std::array<Secenek, own.size() + postaSecenekleri.size()> all{};

@@ -8,17 +8,11 @@ namespace cli {
 
 namespace {
 
-constexpr std::array<Secenek, 1> options = {
-    {{"--bicim", "Listenin biçimi: tsv (varsayılan), tablo ya da json", false, Secenek::Tur::Metin,
-      "BİÇİM"}}};
+constexpr std::array<Secenek, 1> options = {{bicimTsv}};
 constexpr std::string_view basliklar[] = {"Ad", "No", "Yonetici", "Firmalar"};
 
 int run(Ortam& ortam, const Degerler& values) {
-  const auto bicim = bicimOku(values.metin("bicim", "tsv"));
-  if (!bicim) {
-    ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << " (tsv, tablo ya da json)\n";
-    return yanlisKullanim;
-  }
+  const Bicim bicim = bicimi(values, Bicim::Tsv);
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
   std::vector<std::vector<std::string>> satirlar;
@@ -28,7 +22,7 @@ int run(Ortam& ortam, const Degerler& values) {
     satirlar.push_back({user.ad, std::to_string(user.id), user.yonetici ? "1" : "0", firmalar});
   }
   const MetinSatirlari rows(basliklar, satirlar);
-  sonucYaz(ortam.out, rows, *bicim);
+  sonucYaz(ortam, rows, bicim);
   return tamam;
 }
 

@@ -6,7 +6,7 @@ namespace cli {
 namespace {
 
 constexpr std::array<Secenek, 2> options = {
-    {{"--ad", "Silinecek kullanıcının adı", true, Secenek::Tur::Metin, "AD"},
+    {{"--ad", "Silinecek kullanıcının adı", true, Secenek::Tur::Metin, "KULLANICI"},
      {"--evet", "Onay sorusunu evet sayar", false, Secenek::Tur::Bayrak, ""}}};
 
 int run(Ortam& ortam, const Degerler& values) {

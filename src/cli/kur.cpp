@@ -133,7 +133,7 @@ class Kurulum {
   int leaveAlone() {
     if (const std::string error = file_.write(o_); !error.empty()) return refuse(error);
     file_.keep();
-    komut_.ortam.out << "Sunucuda Defination_DB zaten var; değiştirilmedi. sys.inf yazıldı.\n";
+    komut_.ortam.haber() << "Sunucuda Defination_DB zaten var; değiştirilmedi. sys.inf yazıldı.\n";
     return tamam;
   }
 
@@ -143,7 +143,7 @@ class Kurulum {
                       report.sonuc == catalog::KurulumSonucu::ZatenVar;
     if (!good) return refuse(report.metin);
     file_.keep();
-    komut_.ortam.out << report.metin << "\n";
+    komut_.ortam.haber() << report.metin << "\n";
     return tamam;
   }
 

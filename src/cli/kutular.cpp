@@ -6,9 +6,13 @@
 
 namespace cli {
 
-void KomutKutulari::message(const std::string& text, session::Icon, std::string_view) {
+void KomutKutulari::message(const std::string& text, session::Icon icon, std::string_view) {
   shown_.push_back(text);
-  ortam_.err << text << "\n";
+  // A refusal may look like news: it is held back until the command has gone well.
+  if (ortam_.sessiz && icon == session::Icon::Information)
+    ortam_.bekleyen += text + "\n";
+  else
+    ortam_.err << text << "\n";
 }
 
 bool KomutKutulari::ask(const std::string& text, session::Icon, std::string_view) {
@@ -41,7 +45,8 @@ void KomutIlerlemesi::bitir() {
 }
 
 void KomutIlerlemesi::text(const std::string& text) {
-  if (satirlarla && !ortam_.hataTerminal && text != text_ && !text.empty()) ortam_.err << text << "\n";
+  if (satirlarla && !ortam_.sessiz && !ortam_.hataTerminal && text != text_ && !text.empty())
+    ortam_.err << text << "\n";
   text_ = text;
   draw();
 }
@@ -55,7 +60,7 @@ void KomutIlerlemesi::step(std::int64_t value, std::int64_t maximum) {
 void KomutIlerlemesi::whole(std::int64_t, std::int64_t) {}
 
 void KomutIlerlemesi::draw() {
-  if (!ortam_.hataTerminal) return;
+  if (!ortam_.hataTerminal || ortam_.sessiz) return;
   ortam_.err << "\r\033[K%" << percent_ << " " << text_ << std::flush;
   drawn_ = true;
 }

@@ -1,5 +1,7 @@
 #include "cli/komut.h"
+#include "cli/metin_satirlari.h"
 #include "cli/oturum_ac.h"
+#include "cli/sonuc_yaz.h"
 #include "rollover/kanit.h"
 #include "rollover/maliyet_gecmisi.h"
 
@@ -7,14 +9,18 @@ namespace cli {
 
 namespace {
 
-constexpr std::array<Secenek, 2> options = {
-    {{"--ad", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "AD"},
-     {"--stok", "Stok kodu", true, Secenek::Tur::Metin, "KOD"}}};
+constexpr std::array<Secenek, 3> options = {
+    {{"--ad", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "FİRMA"},
+     {"--stok", "Stok kodu", true, Secenek::Tur::Metin, "KOD"},
+     bicimTsv}};
+constexpr std::array<std::string_view, 10> basliklar = {
+    "Tarih", "Fiş No",  "İşlem Tipi",   "Ambar",       "Giriş",
+    "Çıkış", "Maliyet", "Kalan Miktar", "Kalan Değer", "Birim Maliyet"};
 
 constexpr std::string_view more =
     "Stoğun hareketlerini devrin maliyet hesabındaki sırayla yürütür ve her satırın ardından kalan miktarı, "
     "değeri ve\n"
-    "birim maliyeti yazar (sekmeyle ayrılmış).";
+    "birim maliyeti yazar.";
 
 int run(Ortam& ortam, const Degerler& v) {
   KomutOturumu komut(ortam);
@@ -24,16 +30,16 @@ int run(Ortam& ortam, const Degerler& v) {
     ortam.err << g.hata << "\n";
     return reddedildi;
   }
-  ortam.out << "Tarih\tFiş No\tİşlem Tipi\tAmbar\tGiriş\tÇıkış\tMaliyet\tKalan Miktar\tKalan Değer\tBirim "
-               "Maliyet\n";
+  std::vector<std::vector<std::string>> satirlar;
   for (const rollover::MaliyetSatiri& s : g.satirlar)
-    ortam.out << s.tarih << "\t" << s.fisNo << "\t" << s.islemTipi << "\t" << s.ambar << "\t"
-              << rollover::paraMetni(s.giris) << "\t" << rollover::paraMetni(s.cikis) << "\t"
-              << rollover::paraMetni(s.maliyet) << "\t" << rollover::paraMetni(s.miktar) << "\t"
-              << rollover::paraMetni(s.deger) << "\t" << rollover::paraMetni(s.birimMaliyet) << "\n";
-  ortam.err << g.stokKod << " " << g.stokAd << ": " << g.satirlar.size() << " hareket, birim maliyet "
-            << rollover::paraMetni(g.satirlar.empty() ? rollover::Para{} : g.satirlar.back().birimMaliyet)
-            << "\n";
+    satirlar.push_back({s.tarih, s.fisNo, s.islemTipi, std::to_string(s.ambar), rollover::paraMetni(s.giris),
+                        rollover::paraMetni(s.cikis), rollover::paraMetni(s.maliyet),
+                        rollover::paraMetni(s.miktar), rollover::paraMetni(s.deger),
+                        rollover::paraMetni(s.birimMaliyet)});
+  sonucYaz(ortam, MetinSatirlari(basliklar, satirlar), bicimi(v, Bicim::Tsv));
+  ortam.bilgi() << g.stokKod << " " << g.stokAd << ": " << g.satirlar.size() << " hareket, birim maliyet "
+                << rollover::paraMetni(g.satirlar.empty() ? rollover::Para{} : g.satirlar.back().birimMaliyet)
+                << "\n";
   return tamam;
 }
 

@@ -2,6 +2,7 @@
 
 #include "cli/komut.h"
 #include "cli/oturum_ac.h"
+#include "cli/sonuc_yaz.h"
 
 namespace cli {
 
@@ -12,11 +13,13 @@ using maintenance::OfflineAyarlari;
 using maintenance::OfflineTuru;
 using Tur = Secenek::Tur;
 
-constexpr std::array<Secenek, 2> options = {
+constexpr std::array<Secenek, 3> options = {
     {{"--yaz", "Bir ayarı değiştirir; yinelenebilir. Tarih GG/AA/YYYY, saat SS:DD:ss", false, Tur::Coklu,
       "KOLON=DEĞER"},
      {"--sifre", "Merkezin SQL şifresini de yazar: sorulur ya da standart girdiden okunur", false,
-      Tur::Bayrak, ""}}};
+      Tur::Bayrak, ""},
+     bicimMetin}};
+constexpr std::array<std::string_view, 2> basliklar = {"Kolon", "Deger"};
 
 std::string gosterilen(const OfflineAlani& alan, const OfflineAyarlari& ayarlar) {
   const std::string& metin = ayarlar.*alan.metin;
@@ -49,9 +52,11 @@ int run(Ortam& ortam, const Degerler& values) {
       maintenance::Offline_Ac(komut.oturum, ayarlar) != maintenance::OfflineAcilis::Acik)
     return reddedildi;
   if (values.liste("yaz").empty() && !values.var("sifre")) {
+    std::vector<std::vector<std::string>> satirlar;
     for (const OfflineAlani& alan : maintenance::offlineAlanlari())
-      ortam.out << alan.column << "\t" << gosterilen(alan, ayarlar) << "\n";
-    ortam.out << "OtoGon\t" << (ayarlar.OtoGon ? "1" : "0") << "\n";
+      satirlar.push_back({std::string(alan.column), gosterilen(alan, ayarlar)});
+    satirlar.push_back({"OtoGon", ayarlar.OtoGon ? "1" : "0"});
+    ikilileriYaz(ortam, values, basliklar, satirlar);
     return tamam;
   }
   for (const std::string& atama : values.liste("yaz"))

@@ -12,7 +12,7 @@ namespace {
 constexpr int enBuyukOlcek = 1000;
 
 constexpr std::array<Secenek, 3> options = {
-    {{"--ad", "Doldurulacak firmanın veritabanı adı", true, Secenek::Tur::Metin, "AD"},
+    {{"--ad", "Doldurulacak firmanın veritabanı adı", true, Secenek::Tur::Metin, "FİRMA"},
      {"--olcek", "Veri miktarı, 1 (varsayılan) ile 1000 arası", false, Secenek::Tur::Metin, "K"},
      {"--tohum", "Rastgele sayıların tohumu; aynı tohum aynı veriyi verir (varsayılan 1)", false,
       Secenek::Tur::Metin, "S"}}};
@@ -49,7 +49,7 @@ int run(Ortam& ortam, const Degerler& values) {
     if (sonuc.yarida) ortam.err << "Firmaya bir kısım veri yazıldı; firmayı silip yeniden oluşturun.\n";
     return reddedildi;
   }
-  ortam.out << "Yazılan satır: " << sonuc.satir << "\n";
+  ortam.haber() << "Yazılan satır: " << sonuc.satir << "\n";
   return tamam;
 }
 

@@ -51,7 +51,7 @@ bool KomutOturumu::katalogaBagla() {
   try {
     session::Katalog_Bagla(oturum, std::string(session::katalogVeritabani));
     loadSupervisor(oturum);
-    for (const std::string& uyari : session::Uyarilar(oturum)) ortam.err << "Uyarı: " << uyari << "\n";
+    for (const std::string& uyari : session::Uyarilar(oturum)) uyar(ortam, uyari);
     return true;
   } catch (const db::SqlError& error) {
     if (session::katalogEksik(oturum, error))

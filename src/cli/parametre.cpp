@@ -17,12 +17,11 @@ using settings::FirmaKaydi;
 using settings::Parametre;
 
 constexpr std::array<Secenek, 4> options = {
-    {{"--ad", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "AD"},
+    {{"--ad", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "FİRMA"},
      {"--yaz", "Yazılacak parametre; birden çok kez verilebilir. Değer saklandığı gibi, tarih GG/AA/YYYY",
       false, Secenek::Tur::Coklu, "KOLON=DEĞER"},
      {"--dene", "Yazmaz, neyin değişeceğini gösterir", false, Secenek::Tur::Bayrak, ""},
-     {"--bicim", "Listenin biçimi: tablo (varsayılan), tsv ya da json", false, Secenek::Tur::Metin,
-      "BİÇİM"}}};
+     bicimTablo}};
 
 constexpr std::string_view more =
     "--yaz verilmezse bütün parametreleri listeler: kolon, değer, anlam, başlık. Sabit tanımların ve\n"
@@ -35,7 +34,7 @@ void listele(Ortam& ortam, const FirmaKaydi& kayit, Bicim bicim) {
   for (std::size_t i = 0; i < tablo.size(); ++i)
     satirlar.push_back({std::string(tablo[i].sutun), settings::depoMetni(tablo[i], kayit.degerler[i]),
                         settings::anlami(tablo[i], kayit.degerler[i]), settings::parametreAdi(tablo[i])});
-  sonucYaz(ortam.out, MetinSatirlari(basliklar, satirlar), bicim);
+  sonucYaz(ortam, MetinSatirlari(basliklar, satirlar), bicim);
 }
 
 // The assignments into `yeni`; the reason of the first that is refused, empty when all are taken.
@@ -66,11 +65,7 @@ int yaz(KomutOturumu& komut, FirmaKaydi& kayit, const Degerler& values) {
 }
 
 int run(Ortam& ortam, const Degerler& values) {
-  const auto bicim = bicimOku(values.metin("bicim", "tablo"));
-  if (!bicim) {
-    ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << " (tablo, tsv ya da json)\n";
-    return yanlisKullanim;
-  }
+  const Bicim bicim = bicimi(values, Bicim::Tablo);
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
   auto kayit = settings::Firma_Kaydi_Ac(komut.oturum, values.metin("ad"));
@@ -79,7 +74,7 @@ int run(Ortam& ortam, const Degerler& values) {
     return reddedildi;
   }
   if (!values.liste("yaz").empty()) return yaz(komut, *kayit, values);
-  listele(ortam, *kayit, *bicim);
+  listele(ortam, *kayit, bicim);
   return tamam;
 }
 

@@ -14,9 +14,9 @@ using settings::FirmaKaydi;
 using settings::Parametre;
 
 constexpr std::array<Secenek, 4> kopyalaOptions = {
-    {{"--kaynak", "Parametreleri alınacak firma", true, Secenek::Tur::Metin, "AD"},
+    {{"--kaynak", "Parametreleri alınacak firma", true, Secenek::Tur::Metin, "FİRMA"},
      {"--hedef", "Parametreleri yazılacak firma; birden çok kez verilebilir", true, Secenek::Tur::Coklu,
-      "AD"},
+      "FİRMA"},
      {"--kolon", "Yalnız bu parametre; birden çok kez verilebilir", false, Secenek::Tur::Coklu, "KOLON"},
      {"--dene", "Yazmaz, neyin değişeceğini gösterir", false, Secenek::Tur::Bayrak, ""}}};
 
@@ -67,18 +67,12 @@ int kopyala(Ortam& ortam, const Degerler& values) {
 constexpr std::array<Secenek, 3> karsilastirOptions = {
     {{"BIRINCI", "Firma", true, Secenek::Tur::Konum, ""},
      {"IKINCI", "Karşılaştırılacak firma", true, Secenek::Tur::Konum, ""},
-     {"--bicim", "Listenin biçimi: tablo (varsayılan), tsv ya da json", false, Secenek::Tur::Metin,
-      "BİÇİM"}}};
+     bicimTablo}};
 
-constexpr std::string_view karsilastirMore =
-    "Yalnız farklı olan parametreleri yazar; fark yoksa çıkış kodu 0, varsa 1'dir.";
+constexpr std::string_view karsilastirMore = "Yalnız farklı olan parametreleri yazar.";
 
 int karsilastir(Ortam& ortam, const Degerler& values) {
-  const auto bicim = bicimOku(values.metin("bicim", "tablo"));
-  if (!bicim) {
-    ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << " (tablo, tsv ya da json)\n";
-    return yanlisKullanim;
-  }
+  const Bicim bicim = bicimi(values, Bicim::Tablo);
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
   const auto kayitlar =
@@ -95,10 +89,10 @@ int karsilastir(Ortam& ortam, const Degerler& values) {
     satirlar.push_back({std::string(fark.parametre->sutun), settings::depoMetni(*fark.parametre, fark.eski),
                         settings::depoMetni(*fark.parametre, fark.yeni),
                         settings::parametreAdi(*fark.parametre)});
-  if (!satirlar.empty() || *bicim != Bicim::Tablo)
-    sonucYaz(ortam.out, MetinSatirlari(basliklar, satirlar), *bicim);
+  if (!satirlar.empty() || bicim != Bicim::Tablo)
+    sonucYaz(ortam, MetinSatirlari(basliklar, satirlar), bicim);
   else
-    ortam.out << "Parametreler aynı.\n";
+    ortam.haber() << "Parametreler aynı.\n";
   return satirlar.empty() ? tamam : reddedildi;
 }
 
@@ -111,8 +105,12 @@ const Komut& parametreKopyalaKomutu() {
 }
 
 const Komut& parametreKarsilastirKomutu() {
-  static const Komut command{"parametre-karsilastir", "İki firmanın parametrelerini karşılaştırır",
-                             karsilastirMore, karsilastirOptions, karsilastir};
+  static const Komut command{"parametre-karsilastir",
+                             "İki firmanın parametrelerini karşılaştırır",
+                             karsilastirMore,
+                             karsilastirOptions,
+                             karsilastir,
+                             farkKodlari};
   return command;
 }
 

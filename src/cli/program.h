@@ -8,6 +8,8 @@
 
 namespace cli {
 
+inline constexpr std::string_view programAciklamasi = "Zembera yönetici konsolunun komut satırı";
+
 // `argumanlar` without the program's name. Gives the exit code.
 int calistir(Ortam& ortam, const std::vector<std::string>& argumanlar);
 

@@ -11,10 +11,10 @@ namespace cli {
 namespace {
 
 constexpr std::array<Secenek, 5> options = {{
-    {"--ad", "Yapısı yazılacak veritabanının adı", false, Secenek::Tur::Metin, "AD"},
-    {"--bicim", "Listenin biçimi: tsv (varsayılan), tablo ya da json", false, Secenek::Tur::Metin, "BİÇİM"},
+    {"--ad", "Yapısı yazılacak veritabanının adı", false, Secenek::Tur::Metin, "VERİTABANI"},
+    bicimTsv,
     {"--karsilastir", "İki veritabanının farklarını yazar: --karsilastir BİRİNCİ İKİNCİ", false,
-     Secenek::Tur::Metin, "AD"},
+     Secenek::Tur::Metin, "VERİTABANI"},
     {"--metin", "Görünüm ve tetikleyici metinleriyle kolonların sıralamasını da yazar ya da karşılaştırır",
      false, Secenek::Tur::Bayrak, ""},
     {"IKINCI", "Karşılaştırılacak ikinci veritabanı", false, Secenek::Tur::Konum, ""},
@@ -23,9 +23,11 @@ constexpr std::array<Secenek, 5> options = {{
 constexpr std::string_view more =
     "Beş liste yazar: kolonlar, anahtarlar, dizinler, görünümler, tetikleyiciler. Karşılaştırmada "
     "kolonların\n"
-    "sırasına, sunucunun verdiği anahtar adlarına ve metinlerin boşluklarına bakılmaz; fark yoksa çıkış kodu "
-    "0,\n"
-    "varsa 1'dir. --metin ile yazılan liste tamdır: iki sunucu dosyalarıyla karşılaştırılabilir.";
+    "sırasına, sunucunun verdiği anahtar adlarına ve metinlerin boşluklarına bakılmaz. --metin ile yazılan "
+    "liste tamdır: iki sunucu dosyalarıyla karşılaştırılabilir.";
+
+constexpr CikisKodlari kodlar = {"tamam, karşılaştırmada fark yok", "fark var ya da işlem yapılamadı",
+                                 "yanlış kullanım"};
 
 std::optional<company::Sema> oku(KomutOturumu& komut, const std::string& ad) {
   try {
@@ -73,17 +75,13 @@ int karsilastir(KomutOturumu& komut, const std::string& birinci, const std::stri
     satirlar.push_back(
         {fark.bolum, fark.ad, std::string(farkAdi(fark.tur)), fark.alan, fark.birinci, fark.ikinci});
   if (!satirlar.empty() || bicim == Bicim::Json)
-    sonucYaz(komut.ortam.out, MetinSatirlari(farkBasliklari, satirlar), bicim);
-  komut.ortam.err << "Fark sayısı: " << satirlar.size() << "\n";
+    sonucYaz(komut.ortam, MetinSatirlari(farkBasliklari, satirlar), bicim);
+  komut.ortam.bilgi() << "Fark sayısı: " << satirlar.size() << "\n";
   return satirlar.empty() ? tamam : reddedildi;
 }
 
 int run(Ortam& ortam, const Degerler& values) {
-  const auto bicim = bicimOku(values.metin("bicim", "tsv"));
-  if (!bicim) {
-    ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << " (tsv, tablo ya da json)\n";
-    return yanlisKullanim;
-  }
+  const Bicim bicim = bicimi(values, Bicim::Tsv);
   const bool compare = values.var("karsilastir");
   if (compare == values.var("ad") || compare != values.var("IKINCI")) {
     ortam.err << "Ya --ad AD ya da --karsilastir BİRİNCİ İKİNCİ verilmelidir.\n";
@@ -92,19 +90,19 @@ int run(Ortam& ortam, const Degerler& values) {
   KomutOturumu komut(ortam);
   if (!komut.sunucuyuOku()) return reddedildi;
   if (compare)
-    return karsilastir(komut, values.metin("karsilastir"), values.metin("IKINCI"), *bicim,
+    return karsilastir(komut, values.metin("karsilastir"), values.metin("IKINCI"), bicim,
                        values.var("metin"));
   const auto sema = oku(komut, values.metin("ad"));
   if (!sema) return reddedildi;
-  semaYaz(ortam.out, *sema, *bicim, values.var("metin"));
+  semaYaz(ortam.out, *sema, bicim, values.var("metin"));
   return tamam;
 }
 
 }  // namespace
 
 const Komut& semaKomutu() {
-  static const Komut command{"sema", "Bir veritabanının yapısını yazar ya da iki yapıyı karşılaştırır", more,
-                             options, run};
+  static const Komut command{
+      "sema", "Bir veritabanının yapısını yazar ya da iki yapıyı karşılaştırır", more, options, run, kodlar};
   return command;
 }
 

@@ -13,36 +13,41 @@ using maintenance::Bulgu;
 using Tur = Secenek::Tur;
 
 constexpr std::array<Secenek, 5> options = {
-    {{"--ad", "Firmanın veritabanı adı", true, Tur::Metin, "AD"},
+    {{"--ad", "Firmanın veritabanı adı", true, Tur::Metin, "FİRMA"},
      {"--kilitler", "Kullanıcılardan kalan kayıt kilitlerini temizler", false, Tur::Bayrak, ""},
      {"--baglantilar", "Fatura ve irsaliye bağlantılarına bakar", false, Tur::Bayrak, ""},
      {"--denetle", "Bütün denetimleri yapar", false, Tur::Bayrak, ""},
-     {"--bicim", "tsv (varsayılan), tablo ya da json", false, Tur::Metin, "BİÇİM"}}};
+     bicimTsv}};
 
 int bulgulariYaz(Ortam& ortam, const std::vector<Bulgu>& bulgular, Bicim bicim) {
   int code = tamam;
+  const bool json = bicim == Bicim::Json;
+  bool first = true;
   for (const Bulgu& bulgu : bulgular) {
     if (!bulgu.hata.empty()) {
       ortam.err << bulgu.denetim->ad << ": denetlenemedi: " << bulgu.hata << "\n";
       code = reddedildi;
       continue;
     }
-    ortam.err << bulgu.denetim->ad << ": " << bulgu.satirlar.size() << "\n";
+    ortam.bilgi() << bulgu.denetim->ad << ": " << bulgu.satirlar.size() << "\n";
     if (bulgu.satirlar.empty()) continue;
     code = reddedildi;
-    ortam.out << "## " << bulgu.denetim->ad << "\n";
+    if (json)
+      ortam.out << (first ? "{" : ",\n") << jsonMetni(bulgu.denetim->ad) << ": ";
+    else
+      ortam.out << "## " << bulgu.denetim->ad << "\n";
+    first = false;
     const std::vector<std::string_view> basliklar(bulgu.basliklar.begin(), bulgu.basliklar.end());
-    sonucYaz(ortam.out, MetinSatirlari(basliklar, bulgu.satirlar), bicim);
+    sonucYaz(ortam, MetinSatirlari(basliklar, bulgu.satirlar), bicim);
   }
+  if (json) ortam.out << (first ? "{}\n" : "}\n");
   return code;
 }
 
 int run(Ortam& ortam, const Degerler& values) {
-  const auto bicim = bicimOku(values.metin("bicim", "tsv"));
-  if (!bicim || (!values.var("kilitler") && !values.var("baglantilar") && !values.var("denetle"))) {
-    ortam.err << (bicim ? "--kilitler, --baglantilar ya da --denetle verilmeli."
-                        : "Bilinmeyen biçim: " + values.metin("bicim"))
-              << "\n";
+  const Bicim bicim = bicimi(values, Bicim::Tsv);
+  if (!values.var("kilitler") && !values.var("baglantilar") && !values.var("denetle")) {
+    ortam.err << "--kilitler, --baglantilar ya da --denetle verilmeli.\n";
     return yanlisKullanim;
   }
   KomutOturumu komut(ortam);
@@ -56,15 +61,18 @@ int run(Ortam& ortam, const Degerler& values) {
   else if (values.var("baglantilar"))
     bulgular = maintenance::Fatura_Irsaliye_Baglantilari(komut.oturum);
   komut.ilerleme.bitir();
-  return bulgulariYaz(ortam, bulgular, *bicim);
+  return bulgulariYaz(ortam, bulgular, bicim);
 }
 
 }  // namespace
 
 const Komut& servisKomutu() {
-  static const Komut command{"servis", "Kilitleri temizler, defterde birbirini tutmayanları gösterir",
-                             "Hiçbir şeyi kendiliğinden onarmaz. Bulgu varsa çıkış kodu 1'dir.", options,
-                             run};
+  static const Komut command{"servis",
+                             "Kilitleri temizler, defterde birbirini tutmayanları gösterir",
+                             "Hiçbir şeyi kendiliğinden onarmaz.",
+                             options,
+                             run,
+                             bulguKodlari};
   return command;
 }
 

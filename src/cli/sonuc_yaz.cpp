@@ -9,6 +9,7 @@
 #include <set>
 #include <vector>
 
+#include "cli/metin_satirlari.h"
 #include "platform/code_page.h"
 
 namespace cli {
@@ -113,7 +114,7 @@ void writePadded(std::ostream& out, const std::string& text, std::size_t width, 
     out << text << (last ? "" : blanks);
 }
 
-void writeTable(std::ostream& out, const db::Rows& rows) {
+void writeTable(std::ostream& out, const db::Rows& rows, bool renkli) {
   const auto& fields = rows.fields();
   std::vector<std::size_t> widths;
   for (std::size_t c = 0; c < fields.size(); ++c) {
@@ -128,26 +129,11 @@ void writeTable(std::ostream& out, const db::Rows& rows) {
     }
     out << "\n";
   };
+  if (renkli) out << kalin;
   line([&](std::size_t c) { return escaped(fields[c].name); });
+  if (renkli) out << duz;
   line([&](std::size_t c) { return std::string(widths[c], '-'); });
   for (std::int64_t r = 0; r < rows.count(); ++r) line([&](std::size_t c) { return cell(rows, r, c); });
-}
-
-std::string jsonText(std::string_view text) {
-  std::string out = "\"";
-  for (const char c : text) {
-    if (c == '"' || c == '\\') {
-      out += '\\';
-      out += c;
-    } else if (static_cast<unsigned char>(c) < 0x20) {
-      std::array<char, 8> code{};
-      std::snprintf(code.data(), code.size(), "\\u%04x", static_cast<unsigned>(c));
-      out += code.data();
-    } else {
-      out += c;
-    }
-  }
-  return out + "\"";
 }
 
 std::vector<std::string> jsonNames(const std::vector<db::FieldInfo>& fields) {
@@ -157,7 +143,7 @@ std::vector<std::string> jsonNames(const std::vector<db::FieldInfo>& fields) {
     const std::string position = std::to_string(c + 1);
     std::string name = fields[c].name.empty() ? "kolon" + position : fields[c].name;
     while (!taken.insert(name).second) name += "_" + position;
-    names.push_back(jsonText(name));
+    names.push_back(jsonMetni(name));
   }
   return names;
 }
@@ -165,7 +151,7 @@ std::vector<std::string> jsonNames(const std::vector<db::FieldInfo>& fields) {
 std::string jsonValue(const db::Value& value, const db::FieldInfo& field) {
   if (value.isNull()) return "null";
   const std::string text = degerMetni(value, field);
-  return isNumber(field.type) ? text : jsonText(text);
+  return isNumber(field.type) ? text : jsonMetni(text);
 }
 
 void writeJson(std::ostream& out, const db::Rows& rows) {
@@ -183,11 +169,27 @@ void writeJson(std::ostream& out, const db::Rows& rows) {
 
 }  // namespace
 
-std::optional<Bicim> bicimOku(std::string_view ad) {
-  if (ad == "tsv") return Bicim::Tsv;
-  if (ad == "tablo") return Bicim::Tablo;
-  if (ad == "json") return Bicim::Json;
-  return std::nullopt;
+std::string jsonMetni(std::string_view text) {
+  std::string out = "\"";
+  for (const char c : text) {
+    if (c == '"' || c == '\\') {
+      out += '\\';
+      out += c;
+    } else if (static_cast<unsigned char>(c) < 0x20) {
+      std::array<char, 8> code{};
+      std::snprintf(code.data(), code.size(), "\\u%04x", static_cast<unsigned>(c));
+      out += code.data();
+    } else {
+      out += c;
+    }
+  }
+  return out + "\"";
+}
+
+Bicim bicimi(const Degerler& degerler, Bicim yoksa) {
+  if (!degerler.var("bicim")) return yoksa;
+  const std::string ad = degerler.metin("bicim");
+  return ad == "tsv" ? Bicim::Tsv : ad == "json" ? Bicim::Json : Bicim::Tablo;
 }
 
 std::string degerMetni(const db::Value& value, const db::FieldInfo& field) {
@@ -219,15 +221,26 @@ std::string degerMetni(const db::Value& value, const db::FieldInfo& field) {
   }
 }
 
-void sonucYaz(std::ostream& out, const db::Rows& rows, Bicim bicim) {
+void sonucYaz(std::ostream& out, const db::Rows& rows, Bicim bicim, bool renkli) {
   switch (bicim) {
     case Bicim::Tsv:
       return writeTsv(out, rows);
     case Bicim::Tablo:
-      return writeTable(out, rows);
+      return writeTable(out, rows, renkli);
     case Bicim::Json:
       return writeJson(out, rows);
   }
+}
+
+void sonucYaz(Ortam& ortam, const db::Rows& rows, Bicim bicim) {
+  sonucYaz(ortam.out, rows, bicim, ortam.ciktiRenkli);
+}
+
+void ikilileriYaz(Ortam& ortam, const Degerler& degerler, std::span<const std::string_view> basliklar,
+                  const std::vector<std::vector<std::string>>& satirlar) {
+  if (degerler.metin("bicim", "metin") != "metin")
+    return sonucYaz(ortam, MetinSatirlari(basliklar, satirlar), bicimi(degerler, Bicim::Tablo));
+  for (const auto& satir : satirlar) ortam.out << satir[0] << "\t" << satir[1] << "\n";
 }
 
 }  // namespace cli

@@ -2,25 +2,33 @@
 #pragma once
 
 #include <iosfwd>
-#include <optional>
 #include <string>
 #include <string_view>
 
+#include "cli/komut.h"
 #include "db/connection.h"
 
 namespace cli {
 
 enum class Bicim { Tsv, Tablo, Json };
-std::optional<Bicim> bicimOku(std::string_view ad);  // "tsv", "tablo", "json"
+// What --bicim asks for, which is one of tabloBicimleri.
+Bicim bicimi(const Degerler& degerler, Bicim yoksa);
 
 // tsv:   a line of column names, then a line per row, tab between. NULL as NULL; CHAR without trailing
 //        blanks; tab, line feed, carriage return, backslash as \t, \n, \r, \\; bits 0 and 1; FLOAT and
 //        REAL in the shortest form that reads back the same; MONEY and DECIMAL with their declared
 //        decimals; dates YYYY-MM-DD HH:MM:SS.mmm; binary 0x....
-// tablo: the same values in columns of equal width.
+// tablo: the same values in columns of equal width; the names stand out where colours may be written.
 // json:  an array of one object per row; NULL as null, numbers as numbers. A column without a name is
 //        called kolonN by its position from 1, a name that came before gets _N behind it.
-void sonucYaz(std::ostream& out, const db::Rows& rows, Bicim bicim);
+void sonucYaz(std::ostream& out, const db::Rows& rows, Bicim bicim, bool renkli = false);
+void sonucYaz(Ortam& ortam, const db::Rows& rows, Bicim bicim);
+
+// Pairs of a name and a value: "metin" is a line each with a tab between, the other forms have headings.
+void ikilileriYaz(Ortam& ortam, const Degerler& degerler, std::span<const std::string_view> basliklar,
+                  const std::vector<std::vector<std::string>>& satirlar);
+// A text as JSON writes it, with its quotes.
+std::string jsonMetni(std::string_view text);
 
 // One value as tsv shows it, before its escapes.
 std::string degerMetni(const db::Value& value, const db::FieldInfo& field);

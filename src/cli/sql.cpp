@@ -16,8 +16,8 @@ namespace cli {
 namespace {
 
 constexpr std::array<Secenek, 7> options = {{
-    {"--db", "Veritabanının adı", true, Secenek::Tur::Metin, "AD"},
-    {"--bicim", "Sonuçların biçimi: tsv (varsayılan), tablo ya da json", false, Secenek::Tur::Metin, "BİÇİM"},
+    {"--db", "Veritabanının adı", true, Secenek::Tur::Metin, "VERİTABANI"},
+    bicimTsv,
     {"-i,--girdi", "İfadeler bu dosyadan okunur", false, Secenek::Tur::Metin, "DOSYA"},
     {"--yanki", "Her yığının sonucundan önce '## ' ile ilk satırı; hatalar yerlerinde '!! Msg …' olarak",
      false, Secenek::Tur::Bayrak, ""},
@@ -43,7 +43,7 @@ class Writer : public db::BatchSink {
     sonucYaz(ortam_.out, *rows, bicim_);
     onRowCount(rows->count());
   }
-  void onRowCount(std::int64_t rows) override { ortam_.err << "(" << rows << " satır)\n"; }
+  void onRowCount(std::int64_t rows) override { ortam_.bilgi() << "(" << rows << " satır)\n"; }
   void onMessage(const std::string& text) override { ortam_.err << text << "\n"; }
 
   // A line of another kind has been written: no blank line is due.
@@ -144,11 +144,7 @@ bool connect(KomutOturumu& komut, const std::string& database) {
 }
 
 int run(Ortam& ortam, const Degerler& values) {
-  const auto bicim = bicimOku(values.metin("bicim", "tsv"));
-  if (!bicim) {
-    ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << " (tsv, tablo ya da json)\n";
-    return yanlisKullanim;
-  }
+  const Bicim bicim = bicimi(values, Bicim::Tsv);
   if (values.var("IFADE") && values.var("girdi")) {
     ortam.err << "İfade ve dosya birlikte verilemez.\n";
     return yanlisKullanim;
@@ -160,7 +156,7 @@ int run(Ortam& ortam, const Degerler& values) {
   }
   KomutOturumu komut(ortam);
   if (!connect(komut, values.metin("db"))) return reddedildi;
-  Run batches(komut, *bicim, values);
+  Run batches(komut, bicim, values);
   const auto start = std::chrono::steady_clock::now();
   const int code = batches.all(yiginlaraBol(asUtf8(*script)));
   if (values.var("olc")) writeMeasures(komut, batches.count(), std::chrono::steady_clock::now() - start);

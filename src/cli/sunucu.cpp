@@ -1,5 +1,6 @@
 #include "cli/komut.h"
 #include "cli/oturum_ac.h"
+#include "cli/sonuc_yaz.h"
 #include "maintenance/server_para.h"
 #include "session/sys_inf.h"
 
@@ -10,12 +11,14 @@ namespace {
 using maintenance::ServerPara;
 using Tur = Secenek::Tur;
 
-constexpr std::array<Secenek, 5> options = {
+constexpr std::array<Secenek, 6> options = {
     {{"--sunucu", "Yazılacak SQL Server adı", false, Tur::Metin, "SUNUCU"},
      {"--sql-giris", "Yazılacak SQL kullanıcı adı", false, Tur::Metin, "AD"},
      {"--sifre", "SQL şifresini de yazar: sorulur ya da standart girdiden okunur", false, Tur::Bayrak, ""},
      {"--girisde-degisir", "Sunucu giriş sırasında değiştirilebilir: 1 ya da 0", false, Tur::Metin, "1|0"},
-     {"--dene", "Yazmadan önce bağlantıyı dener; kurulamazsa yazmaz", false, Tur::Bayrak, ""}}};
+     {"--dene", "Yazmadan önce bağlantıyı dener; kurulamazsa yazmaz", false, Tur::Bayrak, ""},
+     bicimMetin}};
+constexpr std::array<std::string_view, 2> basliklar = {"Alan", "Deger"};
 
 ServerPara bugunku(const Ortam& ortam) {
   const auto alanlar = session::sysInfBol(session::Sys_Inf_Oku(ortam.dizin));
@@ -27,10 +30,12 @@ ServerPara bugunku(const Ortam& ortam) {
   return para;
 }
 
-void goster(Ortam& ortam, const ServerPara& para) {
-  ortam.out << "sunucu\t" << para.SunucuAdi << "\nsql-giris\t" << para.sqlKullanici << "\nsifre\t"
-            << (para.sqlSifre.empty() ? "yok" : "var") << "\ngirisde-degisir\t" << (*para.SNDeg ? "1" : "0")
-            << "\n";
+void goster(Ortam& ortam, const Degerler& values, const ServerPara& para) {
+  ikilileriYaz(ortam, values, basliklar,
+               {{"sunucu", para.SunucuAdi},
+                {"sql-giris", para.sqlKullanici},
+                {"sifre", para.sqlSifre.empty() ? "yok" : "var"},
+                {"girisde-degisir", *para.SNDeg ? "1" : "0"}});
 }
 
 int run(Ortam& ortam, const Degerler& values) {
@@ -55,11 +60,11 @@ int run(Ortam& ortam, const Degerler& values) {
   KomutOturumu komut(ortam);
   if (values.var("dene")) {
     const auto deneme = maintenance::Baglantiyi_Dene(komut.oturum, para);
-    ortam.err << deneme.metin << "\n";
+    (deneme.tamam ? ortam.bilgi() : ortam.err) << deneme.metin << "\n";
     if (!deneme.tamam) return reddedildi;
   }
   if (!yaz)
-    goster(ortam, para);
+    goster(ortam, values, para);
   else if (!maintenance::Server_Para_Kaydet(komut.oturum, para))
     return reddedildi;
   return tamam;

@@ -6,9 +6,10 @@ namespace cli {
 
 namespace {
 
+constexpr std::array<std::string_view, 2> dayanikliliklar = {"tam", "ertelenmis"};
 constexpr std::array<Secenek, 1> options = {
     {{"--dayaniklilik", "tam: kayıt diske yazılınca bildirilir; ertelenmis: yazılmadan bildirilir", true,
-      Secenek::Tur::Metin, "DEĞER"}}};
+      Secenek::Tur::Metin, "DEĞER", dayanikliliklar, "dayanıklılık"}}};
 
 constexpr std::string_view more =
     "ertelenmis daha hızlıdır, ama elektrik kesilirse bildirilmiş son kayıtlar yok olabilir; program kapanır "
@@ -24,10 +25,6 @@ class Sessiz : public db::BatchSink {
 
 int run(Ortam& ortam, const Degerler& values) {
   const std::string wanted = values.metin("dayaniklilik");
-  if (wanted != "tam" && wanted != "ertelenmis") {
-    ortam.err << "Bilinmeyen dayanıklılık: " << wanted << " (tam ya da ertelenmis)\n";
-    return yanlisKullanim;
-  }
   KomutOturumu komut(ortam);
   if (!komut.sunucuyuOku()) return reddedildi;
   if (!komut.oturum.Server_Adi.starts_with("(yerel)")) {
@@ -44,9 +41,9 @@ int run(Ortam& ortam, const Degerler& values) {
     ortam.err << hataSatiri(error) << "\n";
     return reddedildi;
   }
-  ortam.out << (wanted == "tam"
-                    ? "Dayanıklılık: tam.\n"
-                    : "Dayanıklılık: ertelenmiş. Elektrik kesilirse son kayıtlar yok olabilir.\n");
+  ortam.haber() << (wanted == "tam"
+                        ? "Dayanıklılık: tam.\n"
+                        : "Dayanıklılık: ertelenmiş. Elektrik kesilirse son kayıtlar yok olabilir.\n");
   return tamam;
 }
 

@@ -17,8 +17,8 @@ int run(Ortam& ortam, const Degerler&) {
   try {
     const bool calisiyordu = yerel->running();
     if (!calisiyordu) yerel->start();
-    ortam.out << (calisiyordu ? "Sunucu zaten çalışıyor." : "Sunucu başlatıldı.") << "\n";
-    for (const std::string& uyari : yerel->remarks()) ortam.err << "Uyarı: " << uyari << "\n";
+    ortam.haber() << (calisiyordu ? "Sunucu zaten çalışıyor." : "Sunucu başlatıldı.") << "\n";
+    for (const std::string& uyari : yerel->remarks()) uyar(ortam, uyari);
     return tamam;
   } catch (const db::SqlError& error) {
     ortam.err << "Sunucu başlatılamadı: " << hataSatiri(error) << "\n";

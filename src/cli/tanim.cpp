@@ -14,19 +14,21 @@ namespace cli {
 
 namespace {
 
+constexpr std::array<std::string_view, 11> turler = {"isyeri", "ambar", "satici", "fiyat",    "doviz", "renk",
+                                                     "beden",  "drop",  "tarti",  "terminal", "rapor"};
 constexpr std::array<Secenek, 5> tanimOptions = {
-    {{"TUR", "isyeri, ambar, satici, fiyat, doviz, renk, beden, drop, tarti, terminal ya da rapor", true,
-      Secenek::Tur::Konum, ""},
-     {"--ad", "Firmanın veritabanı adı (terminal ve rapor için gerekmez)", false, Secenek::Tur::Metin, "AD"},
+    {{"TUR", "Tanımların türü", true, Secenek::Tur::Konum, "", turler, "tanım türü"},
+     {"--ad", "Firmanın veritabanı adı (terminal ve rapor için gerekmez)", false, Secenek::Tur::Metin,
+      "FİRMA"},
      {"-i,--girdi", "Tanımları bu dosyadan alır (sekmeyle ayrılmış, UTF-8; - standart girdi)", false,
       Secenek::Tur::Metin, "DOSYA"},
      {"--dene", "Yazmaz, neyin değişeceğini gösterir", false, Secenek::Tur::Bayrak, ""},
-     {"--bicim", "Listenin biçimi: tsv (varsayılan), tablo ya da json", false, Secenek::Tur::Metin,
-      "BİÇİM"}}};
+     bicimTsv}};
 
 constexpr std::string_view tanimMore =
     "-i verilmezse tanımları listeler. Dosyanın ilk satırı kolon adlarıdır; listenin yazdığı dosya olduğu\n"
-    "gibi geri alınabilir. Bir satır koduyla var olan kayda yazılır, bulunamazsa eklenir; kimlik yalnız aynı\n"
+    "gibi geri alınabilir. Bir satır koduyla var olan kayda yazılır, bulunamazsa eklenir; kimlik yalnız "
+    "aynı\n"
     "kodlu satırları ayırır. Rapor metni aynısı varsa durur, yoksa eklenir.\n"
     "Ekranın denetimlerinden biri bile bir satırı reddederse satırı söylenir ve hiçbir şey yazılmaz.";
 
@@ -50,7 +52,7 @@ int listele(Ortam& ortam, session::Oturum& oturum, const settings::ListeTuru& tu
     for (const std::size_t i : kolonlar) hucreler.push_back(satir.hucreler[i]);
     satirlar.push_back(std::move(hucreler));
   }
-  sonucYaz(ortam.out, MetinSatirlari(basliklar, satirlar), bicim);
+  sonucYaz(ortam, MetinSatirlari(basliklar, satirlar), bicim);
   return tamam;
 }
 
@@ -81,16 +83,7 @@ int yukle(Ortam& ortam, session::Oturum& oturum, const settings::ListeTuru& tur,
 
 int tanim(Ortam& ortam, const Degerler& values) {
   const settings::ListeTuru* tur = settings::listeTuru(values.metin("TUR"));
-  if (!tur) {
-    ortam.err << "Bilinmeyen tanım türü: " << values.metin("TUR") << " (" << settings::listeTurleri()
-              << ")\n";
-    return yanlisKullanim;
-  }
-  const auto bicim = bicimOku(values.metin("bicim", "tsv"));
-  if (!bicim) {
-    ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << " (tsv, tablo ya da json)\n";
-    return yanlisKullanim;
-  }
+  const Bicim bicim = bicimi(values, Bicim::Tsv);
   if (tur->firmali && !values.var("ad")) {
     ortam.err << "Zorunlu seçenek verilmedi: --ad\n";
     return yanlisKullanim;
@@ -102,17 +95,16 @@ int tanim(Ortam& ortam, const Degerler& values) {
     return reddedildi;
   }
   return values.var("girdi") ? yukle(ortam, komut.oturum, *tur, values)
-                             : listele(ortam, komut.oturum, *tur, *bicim);
+                             : listele(ortam, komut.oturum, *tur, bicim);
 }
 
 // --- Counters
 
 constexpr std::array<Secenek, 4> numaraOptions = {
-    {{"--ad", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "AD"},
+    {{"--ad", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "FİRMA"},
      {"--yaz", "Yazılacak son numara; birden çok kez verilebilir", false, Secenek::Tur::Coklu, "ANAHTAR=NO"},
      {"--dene", "Yazmaz, neyin değişeceğini gösterir", false, Secenek::Tur::Bayrak, ""},
-     {"--bicim", "Listenin biçimi: tablo (varsayılan), tsv ya da json", false, Secenek::Tur::Metin,
-      "BİÇİM"}}};
+     bicimTablo}};
 
 constexpr std::string_view numaraMore =
     "--yaz verilmezse sayaçları listeler. BARKOD 23, öbür sayaçlar 10 karakterdir; uzun numara kesilir.";
@@ -121,7 +113,7 @@ int numaraListele(Ortam& ortam, const settings::NumaraListesi& liste, Bicim bici
   static constexpr std::array<std::string_view, 3> basliklar = {"Anahtar", "Numara", "Etiket"};
   std::vector<std::vector<std::string>> satirlar;
   for (const auto& n : liste.numaralar) satirlar.push_back({n.anahtar, n.numara, n.etiket});
-  sonucYaz(ortam.out, MetinSatirlari(basliklar, satirlar), bicim);
+  sonucYaz(ortam, MetinSatirlari(basliklar, satirlar), bicim);
   return tamam;
 }
 
@@ -158,11 +150,7 @@ int numaraYaz(Ortam& ortam, session::Oturum& oturum, const settings::NumaraListe
 }
 
 int numara(Ortam& ortam, const Degerler& values) {
-  const auto bicim = bicimOku(values.metin("bicim", "tablo"));
-  if (!bicim) {
-    ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << " (tablo, tsv ya da json)\n";
-    return yanlisKullanim;
-  }
+  const Bicim bicim = bicimi(values, Bicim::Tablo);
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
   settings::NumaraListesi liste;
@@ -175,7 +163,7 @@ int numara(Ortam& ortam, const Degerler& values) {
     ortam.err << liste.hata << "\n";
     return reddedildi;
   }
-  return values.liste("yaz").empty() ? numaraListele(ortam, liste, *bicim)
+  return values.liste("yaz").empty() ? numaraListele(ortam, liste, bicim)
                                      : numaraYaz(ortam, komut.oturum, liste, values);
 }
 

@@ -15,7 +15,7 @@ using Tur = Secenek::Tur;
 constexpr std::array<Secenek, 2> options = {
     {{"--hedef", "Yedek klasörlerinin durduğu klasör; verilmezse her firmanın kayıtlı son yedeği yazılır",
       false, Tur::Metin, "KLASÖR"},
-     {"--bicim", "tsv (varsayılan), tablo ya da json", false, Tur::Metin, "BİÇİM"}}};
+     bicimTsv}};
 
 constexpr std::array<std::string_view, 4> basliklar = {"Firma", "Tarih", "Bayt", "Klasör"};
 
@@ -27,17 +27,13 @@ int sonYedekler(Ortam& ortam, Bicim bicim) {
   std::vector<std::vector<std::string>> satirlar;
   for (const auto& kayit : maintenance::YedekKayitlari(ortam.dizin).sonYedekler(komut.oturum.Server_Adi))
     satirlar.push_back({kayit.veritabani, session::tarihYaz(kayit.zaman), kayit.yer});
-  sonucYaz(ortam.out, MetinSatirlari(sonBasliklar, satirlar), bicim);
+  sonucYaz(ortam, MetinSatirlari(sonBasliklar, satirlar), bicim);
   return tamam;
 }
 
 int run(Ortam& ortam, const Degerler& values) {
-  const auto bicim = bicimOku(values.metin("bicim", "tsv"));
-  if (!bicim) {
-    ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << "\n";
-    return yanlisKullanim;
-  }
-  if (values.metin("hedef").empty()) return sonYedekler(ortam, *bicim);
+  const Bicim bicim = bicimi(values, Bicim::Tsv);
+  if (values.metin("hedef").empty()) return sonYedekler(ortam, bicim);
   const auto dizin = tamYol(values.metin("hedef"));
   std::error_code hata;
   if (!std::filesystem::is_directory(dizin, hata)) {
@@ -48,7 +44,7 @@ int run(Ortam& ortam, const Degerler& values) {
   for (const auto& kayit : maintenance::yedekleriListele(dizin))
     satirlar.push_back(
         {kayit.firma, session::tarihYaz(kayit.gun), std::to_string(kayit.boyut), kayit.klasor.string()});
-  sonucYaz(ortam.out, MetinSatirlari(basliklar, satirlar), *bicim);
+  sonucYaz(ortam, MetinSatirlari(basliklar, satirlar), bicim);
   return tamam;
 }
 

@@ -34,7 +34,7 @@ bool gunMu(const std::string& s) {
 
 int kaldir(Ortam& ortam) {
   const bool vardi = platform::removeTimer(birim);
-  ortam.out << (vardi ? "Zamanlama kaldırıldı." : "Kurulu bir zamanlama yok.") << "\n";
+  ortam.haber() << (vardi ? "Zamanlama kaldırıldı." : "Kurulu bir zamanlama yok.") << "\n";
   return tamam;
 }
 
@@ -62,6 +62,7 @@ int run(Ortam& ortam, const Degerler& values) {
   is.arguments = {(platform::executableFolder() / "zembera-cli").string(),
                   "--dizin",
                   ortam.dizin.string(),
+                  "--sessiz",
                   "yedekle",
                   "--hepsi",
                   "--hedef",
@@ -78,7 +79,7 @@ int run(Ortam& ortam, const Degerler& values) {
   if (!hata.empty())
     ortam.err << "Zamanlama yazıldı, ama sistem onu devreye alamadı: " << hata << "\n"
               << "Devreye almak için: systemctl --user enable --now " << is.name << ".timer\n";
-  ortam.out << dosya.string() << "\n";
+  ortam.haber() << dosya.string() << "\n";
   return hata.empty() ? tamam : reddedildi;
 }
 

@@ -4,6 +4,8 @@
 #include "catalog/katalog.h"
 #include "cli/bakim_ortak.h"
 #include "cli/komut.h"
+#include "cli/metin_satirlari.h"
+#include "cli/sonuc_yaz.h"
 #include "maintenance/servis.h"
 #include "maintenance/yedek_denetim.h"
 #include "maintenance/yedek_saklama.h"
@@ -15,8 +17,8 @@ namespace {
 
 using Tur = Secenek::Tur;
 
-constexpr std::array<Secenek, 7> options = {
-    {{"--ad", "Yedeklenecek firmanın veritabanı adı", false, Tur::Metin, "AD"},
+constexpr std::array<Secenek, 8> options = {
+    {{"--ad", "Yedeklenecek firmanın veritabanı adı", false, Tur::Metin, "FİRMA"},
      {"--hepsi", "Bütün firmaları ve kataloğu yedekler; her biri için bir satır yazar", false, Tur::Bayrak,
       ""},
      {"--hedef", "Yedek klasörlerinin açılacağı klasör", false, Tur::Metin, "KLASÖR"},
@@ -25,7 +27,12 @@ constexpr std::array<Secenek, 7> options = {
       Tur::Metin, "GÜN"},
      {"--denetimsiz", "Alınan yedeği denetlemez", false, Tur::Bayrak, ""},
      {"--sunucu-dosyasi", "Başka makinedeki sunucuda, o makinenin diskinde yazılacak dosya", false,
-      Tur::Metin, "YOL"}}};
+      Tur::Metin, "YOL"},
+     bicimMetin}};
+constexpr std::array<std::string_view, 3> basliklar = {"Ad", "Durum", "Yer"};
+
+constexpr CikisKodlari kodlar = {"tamam", "yedeklerden biri bile alınamadı ya da denetimden geçmedi",
+                                 "yanlış kullanım"};
 
 std::string saniye(double sure) {
   char metin[32];
@@ -45,7 +52,7 @@ maintenance::YedekSonucu al(KomutOturumu& komut, const Is& is, const std::string
                         : maintenance::Yedekle(komut.oturum, ad, is.hedef);
   komut.ilerleme.bitir();
   if (!sonuc.tamam) return sonuc;
-  if (!is.canli) komut.ortam.err << "Sunucu " << saniye(sonuc.kesinti) << " saniye kapalı kaldı.\n";
+  if (!is.canli) komut.ortam.bilgi() << "Sunucu " << saniye(sonuc.kesinti) << " saniye kapalı kaldı.\n";
   if (!is.denetle || !komut.surucu->local(komut.oturum.Server_Adi)) return sonuc;
   const auto denetim = maintenance::Yedek_Denetle(komut.oturum, sonuc.klasor);
   komut.ilerleme.bitir();
@@ -55,12 +62,23 @@ maintenance::YedekSonucu al(KomutOturumu& komut, const Is& is, const std::string
       if (sonuc.hata.empty()) sonuc.hata = "Denetimden geçmedi: " + satir.aciklama;
     }
   if (sonuc.hata.empty())
-    komut.ortam.err << "Yedek denetlendi: " << denetim.tablo << " tablo, " << denetim.satir << " satır.\n";
+    komut.ortam.bilgi() << "Yedek denetlendi: " << denetim.tablo << " tablo, " << denetim.satir
+                        << " satır.\n";
   return sonuc;
 }
 
-// One line a company, for the mail of a timer.
-int hepsiniAl(KomutOturumu& komut, const Is& is, int sakla) {
+// Name, outcome, and the folder or the reason.
+std::vector<std::string> satirYap(const std::string& ad, const std::filesystem::path& klasor,
+                                  std::string hata) {
+  for (char& c : hata)
+    if (c == '\n') c = ' ';
+  return {ad, hata.empty() ? "tamam" : "HATA", hata.empty() ? klasor.string() : hata};
+}
+
+// One line a company, for the mail of a timer, as soon as it is done; what went well is news only.
+int hepsiniAl(KomutOturumu& komut, const Is& is, int sakla, const Degerler& values) {
+  const bool tablo = values.metin("bicim", "metin") != "metin";
+  std::vector<std::vector<std::string>> satirlar;
   std::vector<std::string> adlar = maintenance::firmaAdlari(komut.oturum);
   adlar.emplace_back(catalog::catalogDatabase);
   bool hepsiTamam = adlar.size() > 1 || komut.oturum.Son_Hata.empty();
@@ -68,12 +86,14 @@ int hepsiniAl(KomutOturumu& komut, const Is& is, int sakla) {
     const auto sonuc = al(komut, is, ad);
     std::string hata = sonuc.hata;
     if (hata.empty() && sakla > 0) hata = maintenance::Yedekleri_Seyrelt(komut.oturum, is.hedef, ad, sakla);
-    for (char& c : hata)
-      if (c == '\n') c = ' ';
-    komut.ortam.out << ad << "\t" << (hata.empty() ? "tamam" : "HATA") << "\t"
-                    << (hata.empty() ? sonuc.klasor.string() : hata) << "\n";
+    satirlar.push_back(satirYap(ad, sonuc.klasor, hata));
+    const auto& satir = satirlar.back();
+    if (!tablo)
+      (hata.empty() ? komut.ortam.haber() : komut.ortam.out)
+          << satir[0] << "\t" << satir[1] << "\t" << satir[2] << "\n";
     hepsiTamam = hepsiTamam && hata.empty();
   }
+  if (tablo) sonucYaz(komut.ortam, MetinSatirlari(basliklar, satirlar), bicimi(values, Bicim::Tablo));
   return hepsiTamam ? tamam : reddedildi;
 }
 
@@ -99,7 +119,7 @@ int run(Ortam& ortam, const Degerler& values) {
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
   const Is is{tamYol(values.metin("hedef")), values.var("canli"), !values.var("denetimsiz")};
-  if (values.var("hepsi")) return hepsiniAl(komut, is, sakla);
+  if (values.var("hepsi")) return hepsiniAl(komut, is, sakla, values);
   const std::string ad = firmaBul(komut, values.metin("ad"));
   if (ad.empty()) return reddedildi;
   if (values.var("sunucu-dosyasi"))
@@ -107,7 +127,11 @@ int run(Ortam& ortam, const Degerler& values) {
                                                                                            : reddedildi;
   const auto sonuc = al(komut, is, ad);
   if (!sonuc.tamam) return reddedildi;
-  ortam.out << sonuc.klasor.string() << "\n";
+  if (values.metin("bicim", "metin") == "metin")
+    ortam.haber() << sonuc.klasor.string() << "\n";
+  else
+    sonucYaz(ortam, MetinSatirlari(basliklar, {satirYap(ad, sonuc.klasor, sonuc.hata)}),
+             bicimi(values, Bicim::Tablo));
   return sonuc.hata.empty() ? tamam : reddedildi;
 }
 
@@ -122,12 +146,15 @@ std::string firmaBul(KomutOturumu& komut, const std::string& ad) {
 
 const Komut& yedekleKomutu() {
   static const Komut command{
-      "yedekle", "Bir firmanın ya da hepsinin iki dosyasını yeni bir klasöre yedekler ve yedeği denetler",
+      "yedekle",
+      "Bir firmanın ya da hepsinin iki dosyasını yeni bir klasöre yedekler ve yedeği denetler",
       "Dosyalar kopyalanırken sunucu durur, sonra her durumda yeniden başlar; --canli ile hiç durmaz. Son "
-      "satır, açılan klasördür. --hepsi her firma için \"AD TAB tamam|HATA TAB klasör|neden\" yazar; biri "
-      "bile olmazsa çıkış kodu 1'dir. --sakla eskileri siler: son GÜN günün hepsi, önceki sekiz haftanın ve "
+      "satır, açılan klasördür. --hepsi her firma için \"AD TAB tamam|HATA TAB klasör|neden\" yazar. "
+      "--sakla eskileri siler: son GÜN günün hepsi, önceki sekiz haftanın ve "
       "on iki ayın en yenisi, en son alınan ve denetimden en son geçen kalır.",
-      options, run};
+      options,
+      run,
+      kodlar};
   return command;
 }
 

@@ -1,4 +1,8 @@
+#include <sstream>
+
 #include "cli/kullanici_ortak.h"
+#include "cli/metin_satirlari.h"
+#include "cli/sonuc_yaz.h"
 #include "platform/files.h"
 #include "rights/cizelge.h"
 
@@ -6,28 +10,38 @@ namespace cli {
 
 namespace {
 
+constexpr std::array<std::string_view, 6> bicimler = {"csv", "html", "tsv", "tablo", "json", "metin"};
 constexpr std::array<Secenek, 6> options = {
-    {{"--firma", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "AD"},
-     {"--bicim", "csv (varsayılan) ya da html", false, Secenek::Tur::Metin, "BİÇİM"},
+    {{"--firma", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "FİRMA"},
+     {"--bicim", "Çizelgenin biçimi (varsayılan csv)", false, Secenek::Tur::Metin, "BİÇİM", bicimler},
      {"-o,--cikti", "Yazılacak dosya; verilmezse standart çıktı", false, Secenek::Tur::Metin, "DOSYA"},
      {"--ara", "Yalnız bu sözleri taşıyan yetkiler", false, Secenek::Tur::Metin, "SÖZLER"},
      {"--dal", "Yalnız bu bölüm: Kasa, Stok, Kasiyer …", false, Secenek::Tur::Metin, "AD"},
      {"--farkli", "Yalnız kiminde olup kiminde olmayan yetkiler", false, Secenek::Tur::Bayrak, ""}}};
 
+std::string tablo(const rights::Cizelge& cizelge, const std::vector<std::size_t>& satirlar, Bicim bicim) {
+  const auto metinler = rights::cizelgeTablosu(cizelge, satirlar);
+  const std::vector<std::string_view> basliklar(metinler.front().begin(), metinler.front().end());
+  std::ostringstream out;
+  sonucYaz(out, MetinSatirlari(basliklar, {metinler.begin() + 1, metinler.end()}), bicim);
+  return out.str();
+}
+
 int run(Ortam& ortam, const Degerler& values) {
   const std::string bicim = values.metin("bicim", "csv");
-  if (bicim != "csv" && bicim != "html") {
-    ortam.err << "Bilinmeyen biçim: " << bicim << " (csv ya da html)\n";
-    return yanlisKullanim;
-  }
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
   rights::Cizelge cizelge;
   if (!rights::cizelgeOku(komut.oturum, values.metin("firma"), cizelge)) return reddedildi;
   const auto satirlar =
       rights::cizelgeSatirlari(cizelge, {values.metin("ara"), values.metin("dal"), values.var("farkli")});
-  const std::string text =
-      bicim == "csv" ? rights::cizelgeCsv(cizelge, satirlar) : rights::cizelgeHtml(cizelge, satirlar);
+  std::string text;
+  if (bicim == "csv")
+    text = rights::cizelgeCsv(cizelge, satirlar);
+  else if (bicim == "html")
+    text = rights::cizelgeHtml(cizelge, satirlar);
+  else
+    text = tablo(cizelge, satirlar, bicimi(values, Bicim::Tsv));
   if (!values.var("cikti")) {
     ortam.out << text;
     return tamam;

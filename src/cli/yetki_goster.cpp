@@ -8,25 +8,22 @@ namespace cli {
 
 namespace {
 
+constexpr std::array<std::string_view, 5> bicimler = {"agac", "tsv", "tablo", "json", "metin"};
 constexpr std::array<Secenek, 3> options = {
-    {{"--kullanici", "Kullanıcının adı", true, Secenek::Tur::Metin, "AD"},
-     {"--firma", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "AD"},
-     {"--bicim", "agac (varsayılan), tsv ya da json", false, Secenek::Tur::Metin, "BİÇİM"}}};
+    {{"--kullanici", "Kullanıcının adı", true, Secenek::Tur::Metin, "KULLANICI"},
+     {"--firma", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "FİRMA"},
+     {"--bicim", "Yetkilerin biçimi (varsayılan agac)", false, Secenek::Tur::Metin, "BİÇİM", bicimler}}};
 constexpr std::string_view basliklar[] = {"Yetki", "Kolon", "Yer", "Deger"};
 
 int run(Ortam& ortam, const Degerler& values) {
   const std::string bicim = values.metin("bicim", "agac");
-  if (bicim != "agac" && bicim != "tsv" && bicim != "json") {
-    ortam.err << "Bilinmeyen biçim: " << bicim << " (agac, tsv ya da json)\n";
-    return yanlisKullanim;
-  }
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
   rights::YetkiDuzeni duzen;
   if (!rights::yetkiAc(komut.oturum, duzen, values.metin("kullanici"), values.metin("firma")))
     return reddedildi;
-  if (bicim == "tsv")
-    sonucYaz(ortam.out, MetinSatirlari(basliklar, rights::yetkiListesi(duzen)), Bicim::Tsv);
+  if (bicim == "tsv" || bicim == "tablo")
+    sonucYaz(ortam, MetinSatirlari(basliklar, rights::yetkiListesi(duzen)), bicimi(values, Bicim::Tsv));
   else
     ortam.out << (bicim == "json" ? rights::yetkiJson(duzen) : rights::yetkiAgacMetni(duzen));
   return tamam;

@@ -8,20 +8,15 @@ namespace cli {
 namespace {
 
 constexpr std::array<Secenek, 5> options = {
-    {{"--kullanici", "Kullanıcının adı", true, Secenek::Tur::Metin, "AD"},
-     {"--firma", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "AD"},
+    {{"--kullanici", "Kullanıcının adı", true, Secenek::Tur::Metin, "KULLANICI"},
+     {"--firma", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "FİRMA"},
      {"--diger-kullanici", "Karşılaştırılacak kullanıcı; verilmezse aynı kullanıcı", false,
-      Secenek::Tur::Metin, "AD"},
-     {"--diger-firma", "Karşılaştırılacak firma; verilmezse aynı firma", false, Secenek::Tur::Metin, "AD"},
-     {"--bicim", "Listenin biçimi: tsv (varsayılan), tablo ya da json", false, Secenek::Tur::Metin,
-      "BİÇİM"}}};
+      Secenek::Tur::Metin, "KULLANICI"},
+     {"--diger-firma", "Karşılaştırılacak firma; verilmezse aynı firma", false, Secenek::Tur::Metin, "FİRMA"},
+     bicimTsv}};
 
 int run(Ortam& ortam, const Degerler& values) {
-  const auto bicim = bicimOku(values.metin("bicim", "tsv"));
-  if (!bicim) {
-    ortam.err << "Bilinmeyen biçim: " << values.metin("bicim") << " (tsv, tablo ya da json)\n";
-    return yanlisKullanim;
-  }
+  const Bicim bicim = bicimi(values, Bicim::Tsv);
   if (!values.var("diger-kullanici") && !values.var("diger-firma")) {
     ortam.err << "--diger-kullanici ya da --diger-firma verilmelidir.\n";
     return yanlisKullanim;
@@ -39,16 +34,19 @@ int run(Ortam& ortam, const Degerler& values) {
     satirlar.push_back({fark.yol, fark.sol, fark.sag});
   const std::string solAd = sol.Kullanici_Ad + "/" + sol.firma, sagAd = sag.Kullanici_Ad + "/" + sag.firma;
   const std::string_view basliklar[] = {"Yetki", solAd, sagAd};
-  sonucYaz(ortam.out, MetinSatirlari(basliklar, satirlar), *bicim);
+  sonucYaz(ortam, MetinSatirlari(basliklar, satirlar), bicim);
   return satirlar.empty() ? tamam : reddedildi;
 }
 
 }  // namespace
 
 const Komut& yetkiKarsilastirKomutu() {
-  static const Komut command{
-      "yetki-karsilastir", "İki kullanıcının ya da iki firmadaki yetkilerin farkını yazar",
-      "Birinde olup ötekinde olmayan yetkileri yazar; fark yoksa çıkış kodu 0, varsa 1'dir.", options, run};
+  static const Komut command{"yetki-karsilastir",
+                             "İki kullanıcının ya da iki firmadaki yetkilerin farkını yazar",
+                             "Birinde olup ötekinde olmayan yetkileri yazar.",
+                             options,
+                             run,
+                             farkKodlari};
   return command;
 }
 

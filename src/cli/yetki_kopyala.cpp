@@ -7,11 +7,11 @@ namespace cli {
 namespace {
 
 constexpr std::array<Secenek, 4> options = {
-    {{"--kullanici", "Yetkileri alınacak kullanıcı", true, Secenek::Tur::Metin, "AD"},
-     {"--kaynak", "Yetkilerin alınacağı firma", true, Secenek::Tur::Metin, "AD"},
-     {"--hedef", "Yetkilerin yazılacağı firma", true, Secenek::Tur::Metin, "AD"},
+    {{"--kullanici", "Yetkileri alınacak kullanıcı", true, Secenek::Tur::Metin, "KULLANICI"},
+     {"--kaynak", "Yetkilerin alınacağı firma", true, Secenek::Tur::Metin, "FİRMA"},
+     {"--hedef", "Yetkilerin yazılacağı firma", true, Secenek::Tur::Metin, "FİRMA"},
      {"--hedef-kullanici", "Yetkiler bu kullanıcıya yazılır; verilmezse aynı kullanıcıya", false,
-      Secenek::Tur::Metin, "AD"}}};
+      Secenek::Tur::Metin, "KULLANICI"}}};
 
 int run(Ortam& ortam, const Degerler& values) {
   KomutOturumu komut(ortam);

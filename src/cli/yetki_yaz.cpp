@@ -10,8 +10,8 @@ namespace cli {
 namespace {
 
 constexpr std::array<Secenek, 3> options = {
-    {{"--kullanici", "Kullanıcının adı", true, Secenek::Tur::Metin, "AD"},
-     {"--firma", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "AD"},
+    {{"--kullanici", "Kullanıcının adı", true, Secenek::Tur::Metin, "KULLANICI"},
+     {"--firma", "Firmanın veritabanı adı", true, Secenek::Tur::Metin, "FİRMA"},
      {"-i,--girdi", "Yetkilerin JSON dosyası; - standart girdidir", true, Secenek::Tur::Metin, "DOSYA"}}};
 
 std::optional<std::string> girdi(Ortam& ortam, const std::string& ad) {

@@ -1,5 +1,8 @@
 #include "platform/terminal.h"
 
+#include <cstdlib>
+#include <string_view>
+
 #ifdef _WIN32
 #include <io.h>
 #include <windows.h>
@@ -28,6 +31,9 @@ bool setEcho(bool on) {
 
 bool inputIsTerminal() {
   return _isatty(0) != 0;
+}
+bool outputIsTerminal() {
+  return _isatty(1) != 0;
 }
 bool errorIsTerminal() {
   return _isatty(2) != 0;
@@ -81,11 +87,24 @@ bool setEcho(bool on) {
 bool inputIsTerminal() {
   return isatty(STDIN_FILENO) != 0;
 }
+bool outputIsTerminal() {
+  return isatty(STDOUT_FILENO) != 0;
+}
 bool errorIsTerminal() {
   return isatty(STDERR_FILENO) != 0;
 }
 
 #endif
+
+bool terminalDraws() {
+  const char* name = std::getenv("TERM");
+  return name == nullptr || std::string_view(name) != "dumb";
+}
+
+bool coloursWanted() {
+  const char* no = std::getenv("NO_COLOR");
+  return terminalDraws() && (no == nullptr || *no == '\0');
+}
 
 HiddenInput::HiddenInput() : changed_(inputIsTerminal() && setEcho(false)) {}
 HiddenInput::~HiddenInput() {

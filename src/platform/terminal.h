@@ -4,7 +4,12 @@
 namespace platform {
 
 bool inputIsTerminal();
+bool outputIsTerminal();
 bool errorIsTerminal();
+// Whether the terminal can move its cursor, and whether colours are wanted: NO_COLOR (not empty) says no, and
+// a terminal that calls itself dumb can do neither.
+bool terminalDraws();
+bool coloursWanted();
 
 // While it lives, what is typed is not shown. No effect without a terminal.
 class HiddenInput {

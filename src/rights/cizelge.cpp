@@ -135,16 +135,25 @@ std::vector<std::size_t> cizelgeSatirlari(const Cizelge& cizelge, const CizelgeS
   return rows;
 }
 
-std::string cizelgeCsv(const Cizelge& cizelge, const std::vector<std::size_t>& satirlar) {
-  std::string out = "\xEF\xBB\xBFYetki;Kolon;Yer";
-  for (const std::string& ad : cizelge.kullanicilar) out += ";" + csvAlani(ad);
-  out += "\r\n";
+std::vector<std::vector<std::string>> cizelgeTablosu(const Cizelge& cizelge,
+                                                     const std::vector<std::size_t>& satirlar) {
+  std::vector<std::vector<std::string>> tablo{{"Yetki", "Kolon", "Yer"}};
+  tablo[0].insert(tablo[0].end(), cizelge.kullanicilar.begin(), cizelge.kullanicilar.end());
   for (const std::size_t i : satirlar) {
     const Bayrak& bayrak = bayraklar()[i];
-    out += csvAlani(bayrak.yol) + ";" + std::string(kolonlar()[bayrak.kolon].ad) + ";" +
-           std::to_string(bayrak.yer + 1);
-    for (const YetkiSatiri& satir : cizelge.yetkiler)
-      out += verilmis(satir, bayrak.kolon, bayrak.yer) ? ";1" : ";0";
+    std::vector<std::string> satir{bayrak.yol, std::string(kolonlar()[bayrak.kolon].ad),
+                                   std::to_string(bayrak.yer + 1)};
+    for (const YetkiSatiri& yetki : cizelge.yetkiler)
+      satir.emplace_back(verilmis(yetki, bayrak.kolon, bayrak.yer) ? "1" : "0");
+    tablo.push_back(std::move(satir));
+  }
+  return tablo;
+}
+
+std::string cizelgeCsv(const Cizelge& cizelge, const std::vector<std::size_t>& satirlar) {
+  std::string out = "\xEF\xBB\xBF";
+  for (const auto& satir : cizelgeTablosu(cizelge, satirlar)) {
+    for (std::size_t i = 0; i < satir.size(); ++i) out += (i == 0 ? "" : ";") + csvAlani(satir[i]);
     out += "\r\n";
   }
   return out;

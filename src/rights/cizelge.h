@@ -26,6 +26,10 @@ struct CizelgeSuzgeci {
 // Indexes into bayraklar().
 std::vector<std::size_t> cizelgeSatirlari(const Cizelge& cizelge, const CizelgeSuzgeci& suzgec);
 
+// The sheet as texts: first the headings (right, column, place, users), then a row of each right, "1" and "0"
+// under the users.
+std::vector<std::vector<std::string>> cizelgeTablosu(const Cizelge& cizelge,
+                                                     const std::vector<std::size_t>& satirlar);
 // UTF-8 with its mark, semicolons between: what spreadsheets of a Turkish workstation open by themselves.
 std::string cizelgeCsv(const Cizelge& cizelge, const std::vector<std::size_t>& satirlar);
 // A page by itself, with a search and filters of its own.

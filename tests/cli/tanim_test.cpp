@@ -129,8 +129,7 @@ TEST_F(TanimKomutlari, RefusalsAreToldAndNothingIsWritten) {
        "",
        2,
        "Bilinmeyen tanım türü: koli (isyeri, ambar, satici, fiyat, doviz, renk, beden, drop, tarti, "
-       "terminal, "
-       "rapor)\n"},
+       "terminal ya da rapor)\n"},
       {{"numara", "--ad", "YOK"}, "", 1, "\"YOK\" adında bir firma tanımlı değil.\n"},
       {{"numara", "--ad", "GUNCEL2012", "--yaz", "BODEK=5", "--yaz", "YOK=1"},
        "",

@@ -99,7 +99,7 @@ TEST_F(DevirKomutTest, WrongUseSaysWhatIsWrong) {
        "Tarih GG/AA/YYYY biçiminde olmalı: 31/02/2013\n"},
       {{"devir", "--kaynak", "A2012", "--yeni-ad", "B", "--bicim", "xml"},
        2,
-       "Biçim metin ya da json olmalı: xml\n"},
+       "Bilinmeyen biçim: xml (metin ya da json)\n"},
       {{"devir", "--kaynak", "A2012", "--yeni-ad", "B", "--ciro-suresi", "12x"},
        2,
        "Ciro takip süresi 0 ile 36500 arasında bir gün sayısı olmalı: 12x\n"},

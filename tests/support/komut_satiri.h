@@ -25,7 +25,7 @@ class KomutSatiri {
     std::ostringstream outStream;
     std::ostringstream errStream;
     if (doluDisk) outStream.setstate(std::ios::badbit);
-    cli::Ortam ortam{in, outStream, errStream, terminal, false, dizin, surucuYap_};
+    cli::Ortam ortam{in, outStream, errStream, terminal, false, dizin, surucuYap_, renkli, renkli};
     const int code = cli::calistir(ortam, argumanlar);
     out = outStream.str();
     err = errStream.str();
@@ -34,7 +34,7 @@ class KomutSatiri {
 
   const TempFolder temporary;
   const std::filesystem::path& dizin = temporary.path;
-  bool terminal = false;
+  bool terminal = false, renkli = false;
   bool doluDisk = false;  // the standard output takes nothing
   std::string out, err;   // of the last run
 

@@ -34,11 +34,13 @@ struct Dosyalar {
   std::array<std::vector<TabloSatiri>, maliTablolar.size()> tablolar;
 };
 
-// Under the program's folder; where that has none, beside the executable, where an installation puts it.
+// Under the program's folder; where that has none, where an installation puts it or beside the executable.
 fs::path veriKlasoru(const Oturum& oturum) {
   const fs::path own = oturum.platform->programFolder() / klasorAdi;
   std::error_code error;
-  return fs::is_directory(own, error) ? own : platform::executableFolder() / klasorAdi;
+  if (fs::is_directory(own, error)) return own;
+  const fs::path installed = platform::installedDataFolder();
+  return (installed.empty() ? platform::executableFolder() : installed) / klasorAdi;
 }
 
 std::optional<std::string> dosyaOku(const Oturum& oturum, std::string_view ad) {

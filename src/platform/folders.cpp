@@ -55,11 +55,33 @@ fs::path userDataFolder() {
   return userFolder("XDG_DATA_HOME", ".local/share");
 }
 
-fs::path programFolder() {
-  fs::path own = executableFolder();
+fs::path installedDataFolder() {
+  const fs::path bin = executableFolder();
+  fs::path data = bin.parent_path() / "share" / "zembera";
   std::error_code error;
-  if (canWriteFolder(own) || fs::exists(own / "sys.inf", error)) return own;
-  fs::path users = userDataFolder();
+  return bin.filename() == "bin" && fs::is_directory(data, error) ? data : fs::path();
+}
+
+fs::path systemFolder() {
+#ifdef _WIN32
+  return {};
+#else
+  return "/etc/zembera";
+#endif
+}
+
+fs::path programFolder() {
+  const fs::path own = executableFolder();
+  return chooseProgramFolder({own, userDataFolder(), systemFolder(), !installedDataFolder().empty()});
+}
+
+fs::path chooseProgramFolder(const ProgramPlaces& places) {
+  std::error_code error;
+  const auto& [own, users, systems, installed] = places;
+  if (!installed && (canWriteFolder(own) || fs::exists(own / "sys.inf", error))) return own;
+  if (installed && !systems.empty() && !fs::exists(users / "sys.inf", error) &&
+      (readFile(systems / "sys.inf", 1) || canWriteFolder(systems)))
+    return systems;
   fs::create_directories(users, error);
   return users;
 }

@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 
 #include "platform/code_page.h"
 #include "platform/files.h"
@@ -148,6 +149,56 @@ TEST_F(PlatformTest, AHiddenPromptGivesTheTerminalItsEchoBack) {
 TEST(Folders, BackslashSeparatesFolders) {
   EXPECT_EQ(platform::hostPath("veri\\FIRMA.mdf"), fs::path("veri") / "FIRMA.mdf");
   EXPECT_EQ(platform::hostPath("/srv/veri\\FIRMA_log.ldf").filename(), "FIRMA_log.ldf");
+}
+
+// Where sys.inf is looked for, by what stands where.
+TEST(Folders, ProgramFolderOfEachKindOfInstallation) {
+  const support::TempFolder temporary;
+  const auto own = temporary.path / "bin", users = temporary.path / "ev", systems = temporary.path / "etc";
+  struct Case {
+    bool installed, ownFile, usersFile, systemsFolder, systemsFile;
+    std::filesystem::path chosen;
+  };
+  const Case cases[] = {
+      {false, false, false, false, false, own},    // a carried folder that can be written
+      {false, true, true, true, true, own},        // its own sys.inf before all others
+      {true, true, false, false, false, users},    // never beside an installed program
+      {true, false, true, true, true, users},      // the user's own before the system's
+      {true, false, false, true, true, systems},   // which is for those who may read it
+      {true, false, false, true, false, systems},  // or make it
+      {true, false, false, false, false, users},
+  };
+  for (const Case& c : cases) {
+    for (const auto& folder : {own, users, systems}) std::filesystem::remove_all(folder);
+    for (const auto& folder : {own, users}) std::filesystem::create_directories(folder);
+    if (c.systemsFolder) std::filesystem::create_directories(systems);
+    if (c.ownFile) std::ofstream(own / "sys.inf") << "a";
+    if (c.usersFile) std::ofstream(users / "sys.inf") << "a";
+    if (c.systemsFile) std::ofstream(systems / "sys.inf") << "a";
+    EXPECT_EQ(platform::chooseProgramFolder({own, users, systems, c.installed}), c.chosen) << &c - cases;
+  }
+}
+
+TEST(Terminal, ColoursAndBarsByTheEnvironment) {
+  struct Case {
+    const char *term, *noColor;
+    bool draws, colours;
+  };
+  const Case cases[] = {{"xterm", nullptr, true, true},
+                        {"xterm", "", true, true},
+                        {"xterm", "1", true, false},
+                        {"dumb", nullptr, false, false},
+                        {"dumb", "1", false, false}};
+  for (const Case& c : cases) {
+    ::setenv("TERM", c.term, 1);
+    if (c.noColor)
+      ::setenv("NO_COLOR", c.noColor, 1);
+    else
+      ::unsetenv("NO_COLOR");
+    EXPECT_EQ(platform::terminalDraws(), c.draws) << c.term;
+    EXPECT_EQ(platform::coloursWanted(), c.colours) << c.term;
+  }
+  ::unsetenv("NO_COLOR");
 }
 
 }  // namespace

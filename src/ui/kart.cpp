@@ -96,14 +96,6 @@ bool Kart::isYap(session::Oturum& oturum, const IsTanimi& tanim, const std::func
   return uzunIs(this, oturum, tanim, is) == IsSonucu::Bitti;
 }
 
-void Kart::row(QGridLayout* grid, int line, const QString& caption, QLineEdit* field) {
-  auto* label = new QLabel(caption);
-  label->setProperty("rol", "alan");
-  label->setBuddy(field);
-  grid->addWidget(label, line, 0, Qt::AlignRight | Qt::AlignVCenter);
-  grid->addWidget(field, line, 1);
-}
-
 QGroupBox* Kart::frame(const char* name, const QString& caption) {
   auto* box = new QGroupBox(caption);
   box->setObjectName(name);
@@ -117,6 +109,15 @@ QPushButton* Kart::button(const char* name, const QString& caption, const QStrin
   if (main) result->setProperty("rol", "ana");
   foot_->addWidget(result);
   return result;
+}
+
+std::pair<QPushButton*, QPushButton*> Kart::saveAndLeave(const char* saveName, const char* leaveName,
+                                                         std::initializer_list<int> leaveKeys) {
+  const std::pair<QPushButton*, QPushButton*> buttons{button(saveName, "Kaydet", "kaydet", true),
+                                                      button(leaveName, "Çıkış", "cikis")};
+  shortcut(Qt::Key_F2, buttons.first);
+  for (const int key : leaveKeys) shortcut(key, buttons.second);
+  return buttons;
 }
 
 void Kart::darOlunca(int genislik, std::function<void(bool dar)> is) {

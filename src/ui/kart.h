@@ -4,16 +4,15 @@
 
 #include <QWidget>
 #include <functional>
+#include <initializer_list>
 #include <utility>
 #include <vector>
 
 #include "ui/uzun_is.h"
 
-class QGridLayout;
 class QGroupBox;
 class QHBoxLayout;
 class QLabel;
-class QLineEdit;
 class QPushButton;
 class QVBoxLayout;
 
@@ -44,11 +43,13 @@ class Kart : public QWidget {
   QLabel* subheading() { return subcaption_; }
   QLabel* hint() { return hint_; }  // DurumPanel
 
-  // Adds "caption  field" as one row; returns the field.
-  static void row(QGridLayout* grid, int line, const QString& caption, QLineEdit* field);
   QGroupBox* frame(const char* name, const QString& caption);
   // A main button is filled; its icon is the light form NAME_ana.
   QPushButton* button(const char* name, const QString& caption, const QString& iconName, bool main = false);
+  // "Kaydet", pressed by F2 too, and "Çıkış", pressed by the keys.
+  std::pair<QPushButton*, QPushButton*> saveAndLeave(const char* saveName, const char* leaveName,
+                                                     std::initializer_list<int> leaveKeys = {Qt::Key_F3,
+                                                                                             Qt::Key_Escape});
 
   // Called with every new size: whether the card is narrower than that. What stands side by side goes below
   // each other there.

@@ -17,6 +17,7 @@
 #include "ui/console_port.h"
 #include "ui/date_edit.h"
 #include "ui/fields.h"
+#include "ui/form.h"
 #include "ui/theme.h"
 
 namespace company_ui {
@@ -108,14 +109,13 @@ void FirmaTanim::cerceveler() {
     edit->setObjectName(alan.ad);
     if (const auto width = company::kartAlaniGenisligi(alan.sutun); width > 0)
       edit->setMaxLength(static_cast<int>(width));
-    row(grid, grid->rowCount(), alan.yazi, edit);
+    ui::row(grid, grid->rowCount(), alan.yazi, edit);
     alanlar_.push_back(edit);
   }
   auto* firma = static_cast<QGridLayout*>(frame1_->layout());
-  kural_ = new QLabel("Database Adı harfle başlar, yalnız harf ve rakam içerir; sonradan değiştirilemez.");
+  kural_ = ui::wrapped("Database Adı harfle başlar, yalnız harf ve rakam içerir; sonradan değiştirilemez.",
+                       "ipucu");
   kural_->setObjectName("KuralLbl");
-  kural_->setProperty("rol", "ipucu");
-  kural_->setWordWrap(true);
   firma->addWidget(kural_, firma->rowCount(), 1);
   auto* mali = static_cast<QGridLayout*>(frame4_->layout());
   hesapPlani_ = new QCheckBox("Standart Hesap Planını Oluştur");

@@ -9,6 +9,7 @@
 class QBoxLayout;
 class QCheckBox;
 class QGroupBox;
+class QLineEdit;
 
 namespace company {
 struct FirmaKarti;

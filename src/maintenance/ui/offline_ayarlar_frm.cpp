@@ -12,6 +12,7 @@
 #include "session/tarih.h"
 #include "ui/date_edit.h"
 #include "ui/fields.h"
+#include "ui/form.h"
 #include "ui/theme.h"
 
 namespace maintenance_ui {
@@ -55,8 +56,8 @@ OfflineAyarlarFrm::OfflineAyarlarFrm(session::Oturum& oturum, ui::ConsolePort&)
       edit->setReadOnly(true);
       edit->setFocusPolicy(Qt::NoFocus);
     }
-    row(grid, grid->rowCount(), alan.yazi.empty() ? QString("Son Transfer Firması") : ui::text(alan.yazi),
-        edit);
+    ui::row(grid, grid->rowCount(), alan.yazi.empty() ? QString("Son Transfer Firması") : ui::text(alan.yazi),
+            edit);
     if (!alan.yazilir) continue;
     const auto sira = static_cast<std::size_t>(&alan - tablo.data());
     std::size_t sonra = sira + 1;
@@ -72,14 +73,10 @@ OfflineAyarlarFrm::OfflineAyarlarFrm(session::Oturum& oturum, ui::ConsolePort&)
   keys->watch(otoGon_, (";" + onceki + ";;TamamBtn").toUtf8());
   body()->addWidget(kutu);
   body()->addStretch(1);
-  auto* tamamBtn = button("TamamBtn", "Kaydet", "kaydet", true);
-  auto* iptalBtn = button("IptalBtn", "Çıkış", "cikis");
+  const auto [tamamBtn, iptalBtn] = saveAndLeave("TamamBtn", "IptalBtn");
   keys->watch(tamamBtn, ";OtoGon;IptalBtn;");
   keys->watch(iptalBtn, "TamamBtn;;;");
   hint()->setText("  Escape (Çıkış)  F2 (Kaydet)");
-  shortcut(Qt::Key_F2, tamamBtn);
-  shortcut(Qt::Key_F3, iptalBtn);
-  shortcut(Qt::Key_Escape, iptalBtn);
   connect(tamamBtn, &QPushButton::clicked, this, &OfflineAyarlarFrm::kaydet);
   connect(iptalBtn, &QPushButton::clicked, this, [this] { kapan(); });
 }

@@ -5,6 +5,7 @@
 #include "ui/kart.h"
 
 class QCheckBox;
+class QLineEdit;
 
 namespace ui {
 class ConsolePort;

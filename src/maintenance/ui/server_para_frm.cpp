@@ -8,6 +8,7 @@
 #include <QPushButton>
 
 #include "ui/fields.h"
+#include "ui/form.h"
 #include "ui/theme.h"
 
 namespace maintenance_ui {
@@ -63,7 +64,7 @@ ServerParaFrm::ServerParaFrm(session::Oturum& oturum, ui::ConsolePort&)
     edit->setObjectName(alan.ad);
     if (alan.gizli) edit->setEchoMode(QLineEdit::Password);
     auto* grid = static_cast<QGridLayout*>((alan.ana ? ana : master)->layout());
-    row(grid, grid->rowCount(), alan.yazi, edit);
+    ui::row(grid, grid->rowCount(), alan.yazi, edit);
     keys->watch(edit, alan.tag);
     alanlar_.push_back(edit);
   }

@@ -14,6 +14,7 @@
 
 #include "platform/files.h"
 #include "session/izgara.h"
+#include "ui/form.h"
 #include "ui/theme.h"
 
 namespace maintenance_ui {
@@ -50,12 +51,9 @@ ServisMenu::ServisMenu(session::Oturum& oturum, ui::ConsolePort&)
   setObjectName("ServisMenu");
   firma_->setObjectName("Firma_Combo");
   firma_->setMinimumContentsLength(24);
-  auto* etiket = new QLabel("İşlem Yapılacak Firma :");
-  etiket->setProperty("rol", "alan");
-  etiket->setBuddy(firma_);
   auto* ust = new QHBoxLayout;
   ust->setSpacing(ui::gap);
-  ust->addWidget(etiket);
+  ust->addWidget(ui::caption("İşlem Yapılacak Firma :", firma_));
   ust->addWidget(firma_);
   ust->addStretch(1);
   body()->addLayout(ust);

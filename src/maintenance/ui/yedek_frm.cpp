@@ -16,6 +16,7 @@
 #include "maintenance/ui/klasor_secici.h"
 #include "maintenance/yedek.h"
 #include "maintenance/yedek_denetim.h"
+#include "ui/form.h"
 #include "ui/theme.h"
 
 namespace maintenance_ui {
@@ -26,8 +27,7 @@ constexpr const char* durusUyarisi =
     "yeniden başlar. Yedek, seçili klasörün altında yeni bir klasöre alınır.";
 constexpr const char* uzakUyarisi =
     "Sunucu başka bir makinede: dosyalarına buradan ulaşılamaz. Yedek, sunucunun kendi yedekleme komutuyla, "
-    "yolu "
-    "sorulan ve o makinede bulunan bir dosyaya alınır.";
+    "yolu sorulan ve o makinede bulunan bir dosyaya alınır.";
 
 // The server's own disk: only its administrator knows a path there.
 std::string uzakYol(QWidget* ekran, const QString& baslik) {
@@ -48,12 +48,9 @@ YedekFrm::YedekFrm(session::Oturum& oturum, ui::ConsolePort&)
   subheading()->setObjectName("AltBaslik");
   firma_->setObjectName("Firma_Combo");
   firma_->setMinimumContentsLength(24);
-  auto* etiket = new QLabel("İşlem Yapılacak Firma :");
-  etiket->setProperty("rol", "alan");
-  etiket->setBuddy(firma_);
   auto* ust = new QHBoxLayout;
   ust->setSpacing(ui::gap);
-  ust->addWidget(etiket);
+  ust->addWidget(ui::caption("İşlem Yapılacak Firma :", firma_));
   ust->addWidget(firma_);
   ust->addStretch(1);
   auto* baslat = new QPushButton("STRT");

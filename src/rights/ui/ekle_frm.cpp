@@ -11,6 +11,7 @@
 #include "rights/islem.h"
 #include "ui/console_port.h"
 #include "ui/fields.h"
+#include "ui/form.h"
 #include "ui/theme.h"
 
 namespace rights_ui {
@@ -88,17 +89,16 @@ QGroupBox* EkleFrm::alanCercevesi(const char* ad, const QString& baslik, int gru
     edit->setObjectName(alan.ad);
     edit->setMaxLength(rights::kolonGenisligi("sysuslng", alan.sutun));
     if (alan.gizli) edit->setEchoMode(QLineEdit::Password);
-    row(grid, grid->rowCount(), alan.yazi, edit);
+    ui::row(grid, grid->rowCount(), alan.yazi, edit);
     alanlar_.push_back(edit);
   }
   if (grup == Kullanici) {
     yonetici_ = new QCheckBox("Yönetici");
     yonetici_->setObjectName("Yonetici");
     grid->addWidget(yonetici_, grid->rowCount(), 1);
-    auto* kural = new QLabel("Ad ve şifre en çok 15 karakter olabilir; şifrede Türkçe harf kullanılamaz.");
-    kural->setProperty("rol", "ipucu");
-    kural->setWordWrap(true);
-    grid->addWidget(kural, grid->rowCount(), 1);
+    grid->addWidget(
+        ui::wrapped("Ad ve şifre en çok 15 karakter olabilir; şifrede Türkçe harf kullanılamaz.", "ipucu"),
+        grid->rowCount(), 1);
   }
   return box;
 }

@@ -9,6 +9,7 @@
 
 class QCheckBox;
 class QGroupBox;
+class QLineEdit;
 class QListWidget;
 
 namespace ui {

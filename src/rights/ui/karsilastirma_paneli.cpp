@@ -10,6 +10,7 @@
 #include "rights/haklar.h"
 #include "session/konsol.h"
 #include "ui/boxes.h"
+#include "ui/form.h"
 #include "ui/theme.h"
 
 namespace rights_ui {
@@ -17,13 +18,6 @@ namespace rights_ui {
 namespace {
 
 constexpr int degerGenisligi = 90;
-
-QLabel* yazi(const char* metin, QWidget* alan) {
-  auto* label = new QLabel(metin);
-  label->setProperty("rol", "alan");
-  label->setBuddy(alan);
-  return label;
-}
 
 }  // namespace
 
@@ -57,9 +51,9 @@ KarsilastirmaPaneli::KarsilastirmaPaneli(session::Oturum& oturum, Gosterilen gos
   grid->setHorizontalSpacing(ui::gap);
   grid->setVerticalSpacing(ui::gapSmall);
   grid->setColumnStretch(1, 1);
-  grid->addWidget(yazi("Kullanıcı :", kullanici_), 0, 0);
+  grid->addWidget(ui::caption("Kullanıcı :", kullanici_), 0, 0);
   grid->addWidget(kullanici_, 0, 1);
-  grid->addWidget(yazi("Firma :", firma_), 1, 0);
+  grid->addWidget(ui::caption("Firma :", firma_), 1, 0);
   grid->addWidget(firma_, 1, 1);
   grid->addWidget(run, 0, 2, 2, 1, Qt::AlignVCenter);
   grid->addWidget(ozet_, 2, 0, 1, 3);

@@ -7,12 +7,13 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QShortcut>
 #include <QTabWidget>
+#include <tuple>
 
 #include "rights/islem.h"
 #include "rights/ui/kasiyer_yetki_frm.h"
+#include "ui/form.h"
 #include "ui/izgara.h"
 #include "ui/theme.h"
 
@@ -29,20 +30,12 @@ constexpr int tikGenisligi = 52, yaziGenisligi = 190, kodGenisligi = 150, adGeni
 constexpr int yetkiKolonu = 1, sozKolonu = 3;
 constexpr int yanYana = 700;  // width from which frames and grids stand side by side
 
-QLabel* yazi(std::string_view metin, QWidget* alan) {
-  auto* label = new QLabel(ui::text(metin));
-  label->setProperty("rol", "alan");
-  label->setBuddy(alan);
-  return label;
-}
-
-QWidget* kayan(QWidget* icerik) {
-  auto* scroll = new QScrollArea;
-  scroll->setWidgetResizable(true);
-  scroll->setFocusPolicy(Qt::NoFocus);
-  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  scroll->setWidget(icerik);
-  return scroll;
+// A key of this widget alone.
+template <typename Action>
+void tus(QWidget* widget, int key, Action action) {
+  auto* shortcut = new QShortcut(QKeySequence(key), widget);
+  shortcut->setContext(Qt::WidgetShortcut);
+  QObject::connect(shortcut, &QShortcut::activated, widget, action);
 }
 
 // A check box over both columns, or a field behind its caption.
@@ -57,7 +50,7 @@ QWidget* alanEkle(QGridLayout* grid, bool kutu, const char* ad, std::string_view
   auto* field = new QLineEdit;
   field->setObjectName(ad);
   if (genislik > 0) field->setMaxLength(genislik);
-  grid->addWidget(yazi(caption, field), line, 0);
+  grid->addWidget(ui::caption(ui::text(caption), field), line, 0);
   grid->addWidget(field, line, 1);
   return field;
 }
@@ -85,10 +78,7 @@ KasiyerYetkiFrm::KasiyerYetkiFrm(session::Oturum& oturum, ui::ConsolePort&)
   body()->addWidget(firmaSatiri());
   body()->addWidget(sekmeler_, 1);
   hint()->setText("  F2 (Kaydet)  Escape (Çıkış)");
-  tamam_ = button("TamamBtn", "Kaydet", "kaydet", true);
-  cikis_ = button("CikisBtn", "Çıkış", "cikis");
-  shortcut(Qt::Key_F2, tamam_);
-  shortcut(Qt::Key_Escape, cikis_);
+  std::tie(tamam_, cikis_) = saveAndLeave("TamamBtn", "CikisBtn", {Qt::Key_Escape});
   connect(tamam_, &QPushButton::clicked, this, &KasiyerYetkiFrm::kaydet);
   connect(cikis_, &QPushButton::clicked, this, &KasiyerYetkiFrm::kapan);
 }
@@ -101,7 +91,7 @@ QWidget* KasiyerYetkiFrm::firmaSatiri() {
   firma_ = new QComboBox;
   firma_->setObjectName("Firma_Combo");
   firma_->setMinimumWidth(160);
-  layout->addWidget(yazi("Yetki Belirlenecek Firma :", firma_));
+  layout->addWidget(ui::caption("Yetki Belirlenecek Firma :", firma_));
   layout->addWidget(firma_);
   layout->addStretch(1);
   connect(firma_, &QComboBox::currentIndexChanged, this, &KasiyerYetkiFrm::firmaSecildi);
@@ -135,15 +125,9 @@ QWidget* KasiyerYetkiFrm::fisSekmesi() {
   };
   connect(fis_, &QAbstractItemView::clicked, this,
           [calis](const QModelIndex& index) { calis(index.row(), index.column()); });
-  for (const int key : {Qt::Key_Space, Qt::Key_F4}) {
-    auto* act = new QShortcut(QKeySequence(key), fis_);
-    act->setContext(Qt::WidgetShortcut);
-    connect(act, &QShortcut::activated, this,
-            [this, calis] { calis(fis_->satir(), fis_->currentIndex().column()); });
-  }
-  auto* erase = new QShortcut(QKeySequence(Qt::Key_Delete), fis_);
-  erase->setContext(Qt::WidgetShortcut);
-  connect(erase, &QShortcut::activated, this, [this] {
+  for (const int key : {Qt::Key_Space, Qt::Key_F4})
+    tus(fis_, key, [this, calis] { calis(fis_->satir(), fis_->currentIndex().column()); });
+  tus(fis_, Qt::Key_Delete, [this] {
     if (fis_->satir() >= 0) degerSil(fis_->satir());
   });
   fis_->setToolTip(
@@ -182,7 +166,7 @@ QWidget* KasiyerYetkiFrm::ayarSekmesi() {
   columns->addWidget(genel, 1);
   columns->addWidget(aygit, 1);
   altAlta(columns);
-  return kayan(page);
+  return ui::scrolling(page);
 }
 
 ui::Izgara* KasiyerYetkiFrm::tikIzgarasi(const char* ad, const char* kod, const char* aciklama) {
@@ -210,7 +194,7 @@ QWidget* KasiyerYetkiFrm::nesneSekmesi() {
                                                        {"Kullanılacak teraziler", teraziler_}};
   for (const auto& [caption, grid] : sides) {
     auto* side = new QVBoxLayout;
-    side->addWidget(yazi(caption, grid));
+    side->addWidget(ui::caption(caption, grid));
     side->addWidget(grid, 1);
     grids->addLayout(side, 1);
   }
@@ -245,14 +229,9 @@ QWidget* KasiyerYetkiFrm::kisayolSekmesi() {
   connect(erase, &QPushButton::clicked, this, bosalt);
   connect(stoklar_, &QAbstractItemView::doubleClicked, this,
           [this](const QModelIndex& index) { stokSec(index.row()); });
-  for (const int key : {Qt::Key_Space, Qt::Key_F4}) {
-    auto* act = new QShortcut(QKeySequence(key), stoklar_);
-    act->setContext(Qt::WidgetShortcut);
-    connect(act, &QShortcut::activated, this, [this] { stokSec(stoklar_->satir()); });
-  }
-  auto* del = new QShortcut(QKeySequence(Qt::Key_Delete), stoklar_);
-  del->setContext(Qt::WidgetShortcut);
-  connect(del, &QShortcut::activated, this, bosalt);
+  for (const int key : {Qt::Key_Space, Qt::Key_F4})
+    tus(stoklar_, key, [this] { stokSec(stoklar_->satir()); });
+  tus(stoklar_, Qt::Key_Delete, bosalt);
   return page;
 }
 

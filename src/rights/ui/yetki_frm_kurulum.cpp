@@ -8,14 +8,15 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QSplitter>
 #include <QTabWidget>
+#include <tuple>
 
 #include "rights/ui/karsilastirma_paneli.h"
 #include "rights/ui/yetki_frm.h"
 #include "ui/boxes.h"
 #include "ui/fields.h"
+#include "ui/form.h"
 #include "ui/izgara.h"
 #include "ui/theme.h"
 #include "ui/tik_agaci.h"
@@ -51,23 +52,6 @@ QComboBox* liste(const char* ad) {
   return box;
 }
 
-QLabel* yazi(const char* metin, QWidget* alan) {
-  auto* label = new QLabel(metin);
-  label->setProperty("rol", "alan");
-  label->setBuddy(alan);
-  return label;
-}
-
-// A tab scrolls where the screen is low.
-QWidget* kayan(QWidget* icerik) {
-  auto* scroll = new QScrollArea;
-  scroll->setWidgetResizable(true);
-  scroll->setFocusPolicy(Qt::NoFocus);
-  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  scroll->setWidget(icerik);
-  return scroll;
-}
-
 }  // namespace
 
 YetkiFrm::YetkiFrm(session::Oturum& oturum, ui::ConsolePort& konsol)
@@ -83,10 +67,7 @@ YetkiFrm::YetkiFrm(session::Oturum& oturum, ui::ConsolePort& konsol)
   body()->addWidget(firmaSatiri());
   body()->addWidget(splitter, 1);
   hint()->setText("  F2 (Kaydet)  Escape (Çıkış)  Ctrl+F (Yetki ara)");
-  tamam_ = button("TamamBtn", "Kaydet", "kaydet", true);
-  cikis_ = button("CikisBtn", "Çıkış", "cikis");
-  shortcut(Qt::Key_F2, tamam_);
-  shortcut(Qt::Key_Escape, cikis_);
+  std::tie(tamam_, cikis_) = saveAndLeave("TamamBtn", "CikisBtn", {Qt::Key_Escape});
   connect(tamam_, &QPushButton::clicked, this, &YetkiFrm::kaydet);
   connect(cikis_, &QPushButton::clicked, this, &YetkiFrm::kapan);
 }
@@ -103,7 +84,7 @@ QWidget* YetkiFrm::firmaSatiri() {
   kopyala_->setObjectName("Kopyala");
   kopyala_->setToolTip(
       "İşaretliyken başka bir firma seçilirse ekrandaki ayarlar kalır; Kaydet onları o firmaya yazar.");
-  company->addWidget(yazi("Yetki Belirlenecek Firma :", firma_));
+  company->addWidget(ui::caption("Yetki Belirlenecek Firma :", firma_));
   company->addWidget(firma_, 1);
   layout->addLayout(company);
   layout->addWidget(kopyala_);
@@ -226,7 +207,7 @@ QWidget* YetkiFrm::genelSekmesi() {
       {"Cari Hesap Yetkisi :", hesapTuru_}, {"Kul. Kasa Kodu", kasa_}, {"Kul. Peşin Cari Kodu", cari_}};
   int line = 0;
   for (const auto& [caption, box] : rows) {
-    grid->addWidget(yazi(caption, box), line, 0);
+    grid->addWidget(ui::caption(caption, box), line, 0);
     grid->addWidget(box, line++, 1);
   }
   QCheckBox* tahsilat = nullptr;
@@ -236,14 +217,14 @@ QWidget* YetkiFrm::genelSekmesi() {
     grid->addWidget(box, line++, 0, 1, 2);
     if (kolon.ad == "BGTahAl") tahsilat = box;
   }
-  grid->addWidget(yazi("Gün Geçmiş Ödemeleri Kontrol Et", gun_), line, 0);
+  grid->addWidget(ui::caption("Gün Geçmiş Ödemeleri Kontrol Et", gun_), line, 0);
   grid->addWidget(gun_, line, 1);
   grid->setColumnStretch(1, 1);
   gun_->setEnabled(false);
   connect(tahsilat, &QCheckBox::toggled, gun_, &QLineEdit::setEnabled);
   layout->addLayout(grid);
   layout->addStretch(1);
-  return kayan(page);
+  return ui::scrolling(page);
 }
 
 QWidget* YetkiFrm::kasiyerSekmesi() {
@@ -263,9 +244,9 @@ QWidget* YetkiFrm::yerSekmesi() {
                        &rights::YetkiDuzeni::YetkiAmbarGrd);
   isyeri_ = yerIzgarasi("Yetki_Frm.YetkiIsyeriGrd", "İşyeri Kodu", "Def_Isyeri", "Varsayılan",
                         &rights::YetkiDuzeni::YetkiIsyeriGrd);
-  layout->addWidget(yazi("Kullanabileceği ambarlar", ambar_));
+  layout->addWidget(ui::caption("Kullanabileceği ambarlar", ambar_));
   layout->addWidget(ambar_, 1);
-  layout->addWidget(yazi("Kullanabileceği işyerleri", isyeri_));
+  layout->addWidget(ui::caption("Kullanabileceği işyerleri", isyeri_));
   layout->addWidget(isyeri_, 1);
   return page;
 }

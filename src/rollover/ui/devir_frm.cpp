@@ -17,6 +17,7 @@
 #include "session/statements.h"
 #include "ui/console_port.h"
 #include "ui/fields.h"
+#include "ui/form.h"
 #include "ui/theme.h"
 #include "ui/tik_agaci.h"
 
@@ -130,7 +131,7 @@ QWidget* DevirFrm::tarafCercevesi(int i) {
       tarihler->addWidget(edit, 1);
       grid->addLayout(tarihler, grid->rowCount() - 1, 1);
     } else {
-      row(grid, grid->rowCount(), alanlar[a].yazi[static_cast<std::size_t>(i)], edit);
+      ui::row(grid, grid->rowCount(), alanlar[a].yazi[static_cast<std::size_t>(i)], edit);
     }
     t.alan[a] = edit;
     const std::string onceki = a == 0 ? "" : alanlar[a - 1].ad + std::to_string(i);

@@ -8,6 +8,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QLineEdit;
 namespace ui {
 class ConsolePort;
 class TikAgaciGorunumu;

@@ -20,6 +20,7 @@
 #include "session/ui/ilk_kurulum_penceresi.h"
 #include "session/ui/sunucu_hazirlama.h"
 #include "ui/fields.h"
+#include "ui/form.h"
 #include "ui/tekrar.h"
 #include "ui/theme.h"
 #include "ui/uzun_is.h"
@@ -67,12 +68,7 @@ QLineEdit* field(const char* name, bool password, const QString& text = {}) {
 }
 
 void row(QGridLayout* grid, int line, const char* labelName, const QString& caption, QLineEdit* edit) {
-  auto* label = new QLabel(caption);
-  label->setObjectName(labelName);
-  label->setProperty("rol", "alan");
-  label->setBuddy(edit);
-  grid->addWidget(label, line, 0, Qt::AlignRight | Qt::AlignVCenter);
-  grid->addWidget(edit, line, 1);
+  ui::row(grid, line, caption, edit)->setObjectName(labelName);
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "company/ilk_kurulum.h"
 #include "session/ui/sunucu_hazirlama.h"
 #include "ui/fields.h"
+#include "ui/form.h"
 #include "ui/resim.h"
 #include "ui/theme.h"
 #include "ui/uzun_is.h"
@@ -33,26 +34,6 @@ constexpr YolYazisi yolYazilari[] = {
     {"OrnekYolu", "Örnek verilerle dene",
      "Bu bilgisayarı hazırlar ve bir yıllık örnek verisi olan ORNEK firmasını oluşturur."}};
 
-QLineEdit* field(QGridLayout* grid, int line, const char* name, const QString& caption, bool password) {
-  auto* edit = new QLineEdit;
-  edit->setObjectName(name);
-  if (password) edit->setEchoMode(QLineEdit::Password);
-  auto* label = new QLabel(caption);
-  label->setProperty("rol", "alan");
-  label->setBuddy(edit);
-  grid->addWidget(label, line, 0, Qt::AlignRight | Qt::AlignVCenter);
-  grid->addWidget(edit, line, 1);
-  return edit;
-}
-
-QLabel* wrapped(const QString& text, const char* role) {
-  auto* label = new QLabel(text);
-  label->setProperty("rol", role);
-  label->setTextFormat(Qt::PlainText);
-  label->setWordWrap(true);
-  return label;
-}
-
 QGridLayout* fieldGrid(QWidget* page) {
   auto* grid = new QGridLayout(page);
   grid->setContentsMargins(0, 0, 0, 0);
@@ -64,7 +45,7 @@ QGridLayout* fieldGrid(QWidget* page) {
 }  // namespace
 
 IlkKurulumPenceresi::IlkKurulumPenceresi(session::Oturum& oturum, const QString& eksik, QWidget* parent)
-    : QDialog(parent), oturum_(oturum), hata_(wrapped({}, "hata")), iyi_(wrapped({}, "tamam")) {
+    : QDialog(parent), oturum_(oturum), hata_(ui::wrapped({}, "hata")), iyi_(ui::wrapped({}, "tamam")) {
   setObjectName("IlkKurulum");
   setWindowTitle("Zembera – Kurulum");
   setMinimumWidth(windowWidth);
@@ -73,11 +54,12 @@ IlkKurulumPenceresi::IlkKurulumPenceresi(session::Oturum& oturum, const QString&
   head->setSpacing(ui::gap);
   head->addWidget(picture, 0, Qt::AlignTop);
   auto* titles = new QVBoxLayout;
-  titles->addWidget(wrapped(eksik.isEmpty() ? "Sunucu Ayarları" : "Nasıl başlamak istersiniz?", "baslik"));
+  titles->addWidget(
+      ui::wrapped(eksik.isEmpty() ? "Sunucu Ayarları" : "Nasıl başlamak istersiniz?", "baslik"));
   const QString dosya = ui::text(session::sysInfYolu(oturum.platform->programFolder()).string());
-  auto* neden = wrapped(eksik.isEmpty() ? "Ayarlar şu dosyaya yazılır: " + dosya
-                                        : eksik + "\nAyarlar şu dosyaya yazılacak: " + dosya,
-                        "altbaslik");
+  auto* neden = ui::wrapped(eksik.isEmpty() ? "Ayarlar şu dosyaya yazılır: " + dosya
+                                            : eksik + "\nAyarlar şu dosyaya yazılacak: " + dosya,
+                            "altbaslik");
   neden->setObjectName("NedenLbl");
   titles->addWidget(neden);
   head->addLayout(titles, 1);
@@ -90,15 +72,6 @@ IlkKurulumPenceresi::IlkKurulumPenceresi(session::Oturum& oturum, const QString&
 
   tamamBtn_ = new QPushButton;
   tamamBtn_->setObjectName("KurTamamBtn");
-  tamamBtn_->setProperty("rol", "ana");
-  tamamBtn_->setDefault(true);
-  auto* vazgec = new QPushButton("Vazgeç");
-  vazgec->setObjectName("VazgecBtn");
-  vazgec->setAutoDefault(false);
-  auto* buttons = new QHBoxLayout;
-  buttons->addStretch(1);
-  buttons->addWidget(tamamBtn_);
-  buttons->addWidget(vazgec);
 
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(ui::gapLarge, ui::gapLarge, ui::gapLarge, ui::gapLarge);
@@ -109,7 +82,7 @@ IlkKurulumPenceresi::IlkKurulumPenceresi(session::Oturum& oturum, const QString&
   layout->addWidget(hata_);
   layout->addWidget(iyi_);
   layout->addStretch(1);
-  layout->addLayout(buttons);
+  layout->addLayout(ui::dialogButtons(this, tamamBtn_));
 
   auto* keys = new ui::FieldKeys(this, ui::loginColours, false);
   keys->watch(yonetici_, ";;;YoneticiSifre");
@@ -119,7 +92,6 @@ IlkKurulumPenceresi::IlkKurulumPenceresi(session::Oturum& oturum, const QString&
   keys->watch(giris_, ";SunucuAdi;;SqlSifre");
   keys->watch(sqlSifre_, ";SqlGiris;;SinaBtn");
   connect(tamamBtn_, &QPushButton::clicked, this, &IlkKurulumPenceresi::tamam);
-  connect(vazgec, &QPushButton::clicked, this, &QDialog::reject);
   for (QLineEdit* alan : {yonetici_, sifre_, tekrar_})
     connect(alan, &QLineEdit::textChanged, this, &IlkKurulumPenceresi::denetle);
   yollar_[eksik.isEmpty() ? Baglan : Hazirla]->setChecked(true);
@@ -136,7 +108,7 @@ QWidget* IlkKurulumPenceresi::yollar() {
     yollar_[i] = new QRadioButton(yazi.baslik);
     yollar_[i]->setObjectName(yazi.ad);
     yollar_[i]->setAccessibleDescription(yazi.aciklama);
-    auto* aciklama = wrapped(yazi.aciklama, "ipucu");
+    auto* aciklama = ui::wrapped(yazi.aciklama, "ipucu");
     aciklama->setContentsMargins(indent, 0, 0, ui::gapSmall);
     layout->addWidget(yollar_[i]);
     layout->addWidget(aciklama);
@@ -147,21 +119,19 @@ QWidget* IlkKurulumPenceresi::yollar() {
 
 QWidget* IlkKurulumPenceresi::yoneticiSayfasi() {
   auto* page = new QWidget;
-  auto* grid = fieldGrid(page);
-  yonetici_ = field(grid, 0, "YoneticiAdi", "Yönetici Adı :", false);
-  sifre_ = field(grid, 1, "YoneticiSifre", "Şifre :", true);
-  tekrar_ = field(grid, 2, "YoneticiSifre2", "Şifre (Tekrar) :", true);
-  yonetici_->setText("KORVENA");
-  grid->addWidget(wrapped(yoneticiKurali, "ipucu"), 3, 1);
+  const YoneticiAlanlari alanlar = yoneticiAlanlari(fieldGrid(page));
+  yonetici_ = alanlar.ad;
+  sifre_ = alanlar.sifre;
+  tekrar_ = alanlar.tekrar;
   return page;
 }
 
 QWidget* IlkKurulumPenceresi::sunucuSayfasi() {
   auto* page = new QWidget;
   auto* grid = fieldGrid(page);
-  sunucu_ = field(grid, 0, "SunucuAdi", "Sunucu :", false);
-  giris_ = field(grid, 1, "SqlGiris", "SQL Kullanıcı Adı :", false);
-  sqlSifre_ = field(grid, 2, "SqlSifre", "SQL Şifresi :", true);
+  sunucu_ = alanEkle(grid, 0, "SunucuAdi", "Sunucu :", false);
+  giris_ = alanEkle(grid, 1, "SqlGiris", "SQL Kullanıcı Adı :", false);
+  sqlSifre_ = alanEkle(grid, 2, "SqlSifre", "SQL Şifresi :", true);
   sunucu_->setText(ui::text(oturum_.Server_Adi));
   giris_->setText(oturum_.SQL_Login.empty() ? QString("sa") : ui::text(oturum_.SQL_Login));
   sunucu_->setPlaceholderText("BİLGİSAYAR  ya da  BİLGİSAYAR\\ÖRNEK  ya da  BİLGİSAYAR,KAPI");
@@ -195,7 +165,7 @@ void IlkKurulumPenceresi::denetle() {
   if (yol() != Baglan && !sifre_->text().isEmpty()) {
     hata = ui::text(catalog::yoneticiHatasi(ui::utf8(yonetici_->text()), ui::utf8(sifre_->text())));
     if (hata.isEmpty() && !tekrar_->text().isEmpty() && !sifre_->text().startsWith(tekrar_->text()))
-      hata = "İki şifre birbirinden farklı.";
+      hata = sifrelerFarkli;
   }
   hata_->setText(hata);
   hata_->setVisible(!hata.isEmpty());
@@ -225,7 +195,7 @@ void IlkKurulumPenceresi::tamam() {
         this, oturum_, "Sunucunun yanıtı bekleniyor",
         [degerler, hata](session::Oturum& o) { *hata = company::Sunucuya_Bagla(o, degerler); });
   } else if (sifre_->text() != tekrar_->text()) {
-    *hata = "İki şifre birbirinden farklı.";
+    *hata = sifrelerFarkli;
     tekrar_->setFocus(Qt::OtherFocusReason);
     sonuc = ui::IsSonucu::Bitti;
   } else {

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "ui/fields.h"
+#include "ui/form.h"
 #include "ui/resim.h"
 #include "ui/theme.h"
 #include "ui/uzun_is.h"
@@ -18,26 +19,29 @@ namespace {
 constexpr int nameWidth = 15;  // width of sysuslng.sysus_nm
 constexpr int textWidth = 400, headingIcon = 40;
 
-QLineEdit* entry(QGridLayout* grid, int line, const char* name, const QString& caption, bool password) {
+}  // namespace
+
+QLineEdit* alanEkle(QGridLayout* grid, int line, const char* name, const QString& caption, bool password) {
   auto* edit = new QLineEdit;
   edit->setObjectName(name);
-  // A password cut short in silence would never be typed again as it is kept: its length is checked.
-  if (password)
-    edit->setEchoMode(QLineEdit::Password);
-  else
-    edit->setMaxLength(nameWidth);
-  auto* label = new QLabel(caption);
-  label->setProperty("rol", "alan");
-  label->setBuddy(edit);
-  grid->addWidget(label, line, 0, Qt::AlignRight | Qt::AlignVCenter);
-  grid->addWidget(edit, line, 1);
+  if (password) edit->setEchoMode(QLineEdit::Password);
+  ui::row(grid, line, caption, edit);
   return edit;
 }
 
-}  // namespace
+YoneticiAlanlari yoneticiAlanlari(QGridLayout* grid) {
+  grid->setHorizontalSpacing(ui::gap);
+  grid->setVerticalSpacing(ui::gapSmall);
+  const YoneticiAlanlari alanlar{alanEkle(grid, 0, "YoneticiAdi", "Yönetici Adı :", false),
+                                 alanEkle(grid, 1, "YoneticiSifre", "Şifre :", true),
+                                 alanEkle(grid, 2, "YoneticiSifre2", "Şifre (Tekrar) :", true)};
+  alanlar.ad->setText("KORVENA");
+  grid->addWidget(ui::wrapped(yoneticiKurali, "ipucu"), 3, 1);
+  return alanlar;
+}
 
 SunucuHazirlama::SunucuHazirlama(session::Oturum& oturum, const SunucuHazirlayici& hazirla, QWidget* parent)
-    : QDialog(parent), oturum_(oturum), hazirlayici_(hazirla), hata_(new QLabel) {
+    : QDialog(parent), oturum_(oturum), hazirlayici_(hazirla), hata_(ui::wrapped({}, "hata")) {
   setWindowTitle("Sunucu Hazırlama");
   auto* picture = new ui::Resim(headingIcon, "sunucu");
   auto* text = new QLabel(
@@ -51,32 +55,17 @@ SunucuHazirlama::SunucuHazirlama(session::Oturum& oturum, const SunucuHazirlayic
   head->addWidget(text, 1);
 
   auto* grid = new QGridLayout;
-  grid->setHorizontalSpacing(ui::gap);
-  grid->setVerticalSpacing(ui::gapSmall);
-  yonetici_ = entry(grid, 0, "YoneticiAdi", "Yönetici Adı :", false);
-  sifre_ = entry(grid, 1, "YoneticiSifre", "Şifre :", true);
-  tekrar_ = entry(grid, 2, "YoneticiSifre2", "Şifre (Tekrar) :", true);
-  yonetici_->setText("KORVENA");
-  auto* kural = new QLabel(yoneticiKurali);
-  kural->setProperty("rol", "ipucu");
-  kural->setWordWrap(true);
-  grid->addWidget(kural, 3, 1);
+  const YoneticiAlanlari alanlar = yoneticiAlanlari(grid);
+  yonetici_ = alanlar.ad;
+  sifre_ = alanlar.sifre;
+  tekrar_ = alanlar.tekrar;
+  // A password cut short in silence would never be typed again as it is kept: its length is checked.
+  yonetici_->setMaxLength(nameWidth);
   hata_->setObjectName("HataLbl");
-  hata_->setWordWrap(true);
-  hata_->setProperty("rol", "hata");
   hata_->setMinimumHeight(hata_->fontMetrics().height() * 2);
 
   hazirlaBtn_ = new QPushButton("Hazırla");
   hazirlaBtn_->setObjectName("HazirlaBtn");
-  hazirlaBtn_->setProperty("rol", "ana");
-  hazirlaBtn_->setDefault(true);
-  auto* vazgec = new QPushButton("Vazgeç");
-  vazgec->setObjectName("VazgecBtn");
-  vazgec->setAutoDefault(false);
-  auto* buttons = new QHBoxLayout;
-  buttons->addStretch(1);
-  buttons->addWidget(hazirlaBtn_);
-  buttons->addWidget(vazgec);
 
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(ui::gapLarge, ui::gapLarge, ui::gapLarge, ui::gapLarge);
@@ -84,7 +73,7 @@ SunucuHazirlama::SunucuHazirlama(session::Oturum& oturum, const SunucuHazirlayic
   layout->addLayout(head);
   layout->addLayout(grid);
   layout->addWidget(hata_);
-  layout->addLayout(buttons);
+  layout->addLayout(ui::dialogButtons(this, hazirlaBtn_));
 
   auto* keys = new ui::FieldKeys(this, ui::loginColours, false);
   keys->watch(yonetici_, ";YoneticiSifre2;;YoneticiSifre");
@@ -92,7 +81,6 @@ SunucuHazirlama::SunucuHazirlama(session::Oturum& oturum, const SunucuHazirlayic
   keys->watch(tekrar_, ";YoneticiSifre;;HazirlaBtn");
   sifre_->setFocus();
   connect(hazirlaBtn_, &QPushButton::clicked, this, &SunucuHazirlama::hazirla);
-  connect(vazgec, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 QString SunucuHazirlama::yonetici() const {
@@ -105,7 +93,7 @@ QString SunucuHazirlama::sifre() const {
 void SunucuHazirlama::hazirla() {
   QString hata;
   if (sifre_->text() != tekrar_->text()) {
-    hata = "İki şifre birbirinden farklı.";
+    hata = sifrelerFarkli;
     tekrar_->setFocus(Qt::OtherFocusReason);
     tekrar_->selectAll();
   } else {

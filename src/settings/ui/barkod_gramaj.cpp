@@ -10,7 +10,9 @@
 #include "settings/firma_baglanti.h"
 #include "settings/tarti.h"
 #include "settings/ui/firma_secimi.h"
+#include "settings/ui/kayit_tuslari.h"
 #include "settings/ui/uzerine_sor.h"
+#include "ui/form.h"
 #include "ui/izgara.h"
 #include "ui/theme.h"
 
@@ -20,7 +22,7 @@ BarkodGramaj::BarkodGramaj(session::Oturum& oturum, ui::ConsolePort&)
     : Kart("terazi", "Firma Parametreleri"),
       oturum_(oturum),
       firma_(new FirmaSecimi("Ayarların Uygulananacağı Firma :")),
-      hata_(new QLabel) {
+      hata_(ui::wrapped({}, "uyari")) {
   setObjectName("BarkodGramajFrm");
   const auto kolonlar = settings::tartiKolonlari();
   izgara_ = new ui::Izgara(oturum, "BarkodGramajFrm.FisGrd", {kolonlar.begin(), kolonlar.end()});
@@ -34,20 +36,15 @@ BarkodGramaj::BarkodGramaj(session::Oturum& oturum, ui::ConsolePort&)
     if (veri.hucre(satir, settings::Adetli).empty()) veri.koy(satir, settings::Adetli, "0");
     if (veri.hucre(satir, settings::CD).empty()) veri.koy(satir, settings::CD, "1");
   };
-  hata_->setProperty("rol", "uyari");
-  hata_->setWordWrap(true);
   hata_->hide();
   body()->addWidget(firma_);
   body()->addWidget(hata_);
   body()->addWidget(izgara_, 1);
   body()->addWidget(deneme());
   auto* silBtn = button("SilBtn", "Sil", "sil");
-  tamam_ = button("TamamBtn", "Kaydet", "kaydet", true);
-  auto* iptal = button("IptalBtn", "Çıkış", "cikis");
-  hint()->setText("[F2 -> Kayıt]     [F3 -> Çıkış]");
-  shortcut(Qt::Key_F2, tamam_);
-  shortcut(Qt::Key_F3, iptal);
-  shortcut(Qt::Key_Escape, iptal);
+  const auto [tamam, iptal] = saveAndLeave("TamamBtn", "IptalBtn");
+  tamam_ = tamam;
+  hint()->setText(kayitTuslari);
   connect(firma_, &FirmaSecimi::degisti, this, [this] {
     if (izgara_->birakilir()) return firmaDegisti();
     firma_->sec(secili_);

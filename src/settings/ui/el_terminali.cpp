@@ -76,11 +76,7 @@ ElTerminali::ElTerminali(session::Oturum& oturum, ui::ConsolePort&)
   body()->addLayout(altta, 1);
   auto* ekle = button("EkleBtn", "Yeni", "ekle");
   auto* silBtn = button("SilBtn", "Sil", "sil");
-  auto* tamam = button("TamamBtn", "Kaydet", "kaydet", true);
-  auto* iptal = button("IptalBtn", "Çıkış", "cikis");
-  shortcut(Qt::Key_F2, tamam);
-  shortcut(Qt::Key_F3, iptal);
-  shortcut(Qt::Key_Escape, iptal);
+  const auto [tamam, iptal] = saveAndLeave("TamamBtn", "IptalBtn");
   connect(ekle, &QPushButton::clicked, this, &ElTerminali::yeni);
   connect(silBtn, &QPushButton::clicked, this, &ElTerminali::sil);
   connect(tamam, &QPushButton::clicked, this, &ElTerminali::kaydet);

@@ -3,20 +3,18 @@
 #include <QHBoxLayout>
 #include <QLabel>
 
+#include "ui/form.h"
 #include "ui/theme.h"
 
 namespace settings_ui {
 
 FirmaSecimi::FirmaSecimi(const QString& yazi, QWidget* parent) : QWidget(parent), combo_(new QComboBox) {
-  auto* etiket = new QLabel(yazi);
-  etiket->setProperty("rol", "alan");
-  etiket->setBuddy(combo_);
   combo_->setObjectName("Firma_Combo");
   combo_->setMinimumContentsLength(24);
   auto* duzen = new QHBoxLayout(this);
   duzen->setContentsMargins(0, 0, 0, 0);
   duzen->setSpacing(ui::gap);
-  duzen->addWidget(etiket);
+  duzen->addWidget(ui::caption(yazi, combo_));
   duzen->addWidget(combo_);
   duzen->addStretch(1);
   connect(combo_, &QComboBox::currentIndexChanged, this, &FirmaSecimi::degisti);

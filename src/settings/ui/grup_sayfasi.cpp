@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "session/sayi.h"
+#include "ui/form.h"
 #include "ui/izgara.h"
 #include "ui/theme.h"
 
@@ -17,10 +18,8 @@ namespace {
 constexpr int izgaraBoyu = 150;
 }
 
-GrupSayfasi::GrupSayfasi(session::Oturum& oturum) : oturum_(oturum), hata_(new QLabel) {
+GrupSayfasi::GrupSayfasi(session::Oturum& oturum) : oturum_(oturum), hata_(ui::wrapped({}, "uyari")) {
   hata_->setObjectName("GrupHata");
-  hata_->setProperty("rol", "uyari");
-  hata_->setWordWrap(true);
   hata_->hide();
   auto* sutunlar = new QHBoxLayout;
   sutunlar->setSpacing(ui::gap);

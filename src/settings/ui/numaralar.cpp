@@ -9,7 +9,9 @@
 #include "session/metin.h"
 #include "settings/firma_baglanti.h"
 #include "settings/ui/firma_secimi.h"
+#include "settings/ui/kayit_tuslari.h"
 #include "settings/ui/uzerine_sor.h"
+#include "ui/form.h"
 #include "ui/izgara.h"
 #include "ui/theme.h"
 
@@ -35,23 +37,18 @@ Numaralar::Numaralar(session::Oturum& oturum, ui::ConsolePort&)
       oturum_(oturum),
       firma_(new FirmaSecimi("Ayarların Uygulananacağı Firma :")),
       izgara_(new ui::Izgara(oturum, "Numaralar_Frm.FisGrd", kolonlar())),
-      hata_(new QLabel) {
+      hata_(ui::wrapped({}, "uyari")) {
   setObjectName("Numaralar_Frm");
   izgara_->satirEklenir = false;
   izgara_->verticalHeader()->setDefaultSectionSize(satirBoyu);
   izgara_->veri().duzenlenir = [this](int satir, int) { return var_[static_cast<std::size_t>(satir)]; };
-  hata_->setProperty("rol", "uyari");
-  hata_->setWordWrap(true);
   hata_->hide();
   body()->addWidget(firma_);
   body()->addWidget(hata_);
   body()->addWidget(izgara_, 1);
-  tamam_ = button("TamamBtn", "Kaydet", "kaydet", true);
-  auto* iptal = button("IptalBtn", "Çıkış", "cikis");
-  hint()->setText("[F2 -> Kayıt]     [F3 -> Çıkış]");
-  shortcut(Qt::Key_F2, tamam_);
-  shortcut(Qt::Key_F3, iptal);
-  shortcut(Qt::Key_Escape, iptal);
+  const auto [tamam, iptal] = saveAndLeave("TamamBtn", "IptalBtn");
+  tamam_ = tamam;
+  hint()->setText(kayitTuslari);
   connect(firma_, &FirmaSecimi::degisti, this, [this] {
     // The numbers of one company do not go over to the next.
     if (izgara_->birakilir()) return firmaDegisti();

@@ -70,11 +70,7 @@ RaporEvrak::RaporEvrak(session::Oturum& oturum, ui::ConsolePort&)
   duzen->addWidget(PRModulFlx_);
   duzen->addLayout(sag, 1);
   body()->addLayout(duzen, 1);
-  auto* kaydetBtn = button("PrtKaydet", "Kaydet", "kaydet", true);
-  auto* cikis = button("CikisBtn", "Çıkış", "cikis");
-  shortcut(Qt::Key_F2, kaydetBtn);
-  shortcut(Qt::Key_F3, cikis);
-  shortcut(Qt::Key_Escape, cikis);
+  const auto [kaydetBtn, cikis] = saveAndLeave("PrtKaydet", "CikisBtn");
   connect(PRModulFlx_, &QTableWidget::currentCellChanged, this, [this](int satir, int, int once, int) {
     if (satir < 0 || satir == once) return;
     if (!birakilir()) return geri(PRModulFlx_, once, 0);

@@ -9,7 +9,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScopedValueRollback>
-#include <QScrollArea>
 #include <QTabWidget>
 #include <QTableWidget>
 
@@ -19,8 +18,10 @@
 #include "settings/ui/duzen_izgarasi.h"
 #include "settings/ui/firma_secimi.h"
 #include "settings/ui/grup_sayfasi.h"
+#include "settings/ui/kayit_tuslari.h"
 #include "settings/ui/parametre_formu.h"
 #include "settings/ui/parametre_kaydi.h"
+#include "ui/form.h"
 #include "ui/theme.h"
 
 namespace settings_ui {
@@ -52,12 +53,7 @@ QWidget* sayfa(std::initializer_list<QWidget*> cerceveler) {
   duzen->setSpacing(ui::gapSmall);
   for (QWidget* cerceve : cerceveler) duzen->addWidget(cerceve);
   duzen->addStretch(1);
-  auto* kaydirma = new QScrollArea;
-  kaydirma->setWidgetResizable(true);
-  kaydirma->setFocusPolicy(Qt::NoFocus);
-  kaydirma->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  kaydirma->setWidget(ic);
-  return kaydirma;
+  return ui::scrolling(ic);
 }
 
 QTableWidget* tablo(const char* ad, const QStringList& basliklar, int satir) {
@@ -95,12 +91,9 @@ SabitTanimlar::SabitTanimlar(session::Oturum& oturum, ui::ConsolePort&)
   body()->addWidget(sekmeler_, 1);
   body()->addWidget(riskTanimi());
   karsilastir_ = button("KarsilastirBtn", "Karşılaştır…", "incele");
-  tamam_ = button("TamamBtn", "Kaydet", "kaydet", true);
-  auto* iptal = button("IptalBtn", "Çıkış", "cikis");
-  hint()->setText("[F2 -> Kayıt]     [F3 -> Çıkış]");
-  shortcut(Qt::Key_F2, tamam_);
-  shortcut(Qt::Key_F3, iptal);
-  shortcut(Qt::Key_Escape, iptal);
+  const auto [tamam, iptal] = saveAndLeave("TamamBtn", "IptalBtn");
+  tamam_ = tamam;
+  hint()->setText(kayitTuslari);
   connect(firma_, &FirmaSecimi::degisti, this, &SabitTanimlar::firmaDegisti);
   connect(form_, &ParametreFormu::degisti, this, &SabitTanimlar::parametreDegisti);
   connect(tamam_, &QPushButton::clicked, this, &SabitTanimlar::kaydet);

@@ -8,6 +8,7 @@
 
 #include "session/sayi.h"
 #include "settings/ui/firma_secimi.h"
+#include "settings/ui/kayit_tuslari.h"
 #include "settings/ui/parametre_formu.h"
 #include "settings/ui/parametre_kaydi.h"
 #include "ui/theme.h"
@@ -34,12 +35,9 @@ TaksitliSatis::TaksitliSatis(session::Oturum& oturum, ui::ConsolePort&)
   body()->addWidget(form_->cerceve(Cerceve::DipNot, "Dip Notlar", {430, 290}));
   body()->addStretch(1);
   karsilastir_ = button("KarsilastirBtn", "Karşılaştır…", "incele");
-  tamam_ = button("TamamBtn", "Kaydet", "kaydet", true);
-  auto* iptal = button("IptalBtn", "Çıkış", "cikis");
-  hint()->setText("[F2 -> Kayıt]     [F3 -> Çıkış]");
-  shortcut(Qt::Key_F2, tamam_);
-  shortcut(Qt::Key_F3, iptal);
-  shortcut(Qt::Key_Escape, iptal);
+  const auto [tamam, iptal] = saveAndLeave("TamamBtn", "IptalBtn");
+  tamam_ = tamam;
+  hint()->setText(kayitTuslari);
   connect(firma_, &FirmaSecimi::degisti, this, &TaksitliSatis::firmaDegisti);
   connect(tamam_, &QPushButton::clicked, this, &TaksitliSatis::kaydet);
   connect(iptal, &QPushButton::clicked, this, [this] { kapan(); });

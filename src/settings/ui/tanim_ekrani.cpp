@@ -12,8 +12,10 @@
 
 #include "session/metin.h"
 #include "settings/ui/arama_kutusu.h"
+#include "settings/ui/kayit_tuslari.h"
 #include "settings/ui/uzerine_sor.h"
 #include "ui/console_port.h"
+#include "ui/form.h"
 #include "ui/izgara.h"
 #include "ui/theme.h"
 
@@ -23,7 +25,6 @@ using settings::SatirSilme;
 
 namespace {
 
-constexpr const char* tuslar = "[F2 -> Kayıt]     [F3 -> Çıkış]";
 constexpr int izgaraBoyu = 330, isyeriBoyu = 180;
 
 std::string metni(const ui::IzgaraModeli& veri, int satir, std::string_view kolon) {
@@ -33,16 +34,14 @@ std::string metni(const ui::IzgaraModeli& veri, int satir, std::string_view kolo
 }  // namespace
 
 TanimEkrani::TanimEkrani(session::Oturum& oturum, ui::ConsolePort& konsol, const Gorunum& gorunum)
-    : Kart(gorunum.resim, gorunum.baslik), oturum_(oturum), konsol_(konsol), hata_(new QLabel) {
+    : Kart(gorunum.resim, gorunum.baslik), oturum_(oturum), konsol_(konsol), hata_(ui::wrapped({}, "uyari")) {
   for (const std::string_view ad : gorunum.turler) {
     bolumler_.push_back(std::make_unique<Bolum>(Bolum{settings::tanimBul(ad), nullptr, {}, nullptr, -1, {}}));
     izgaraKur(*bolumler_.back());
   }
   const settings::TanimTuru& tur = *bolum().tur;
   setObjectName(ui::text(tur.ekran));
-  hata_->setProperty("rol", "uyari");
   hata_->setObjectName("TanimHata");
-  hata_->setWordWrap(true);
   hata_->hide();
   auto* kapat = new QToolButton;
   kapat->setObjectName("KapatButon");
@@ -67,13 +66,11 @@ TanimEkrani::TanimEkrani(session::Oturum& oturum, ui::ConsolePort& konsol, const
     auto* silBtn = button("SilBtn", "Sil", "sil");
     connect(silBtn, &QPushButton::clicked, this, [this] { sil(bolum()); });
   }
-  kaydet_ = button("KaydetBtn", "Kaydet", "kaydet", true);
-  auto* cikis = button("CikisBtn", "Çıkış", "cikis");
-  shortcut(Qt::Key_F2, kaydet_);
-  shortcut(Qt::Key_F3, cikis);
+  const auto [kaydet, cikis] = saveAndLeave("KaydetBtn", "CikisBtn", {Qt::Key_F3});
+  kaydet_ = kaydet;
   // The others leave by F3 alone.
   if (tur.escapeCikar) shortcut(Qt::Key_Escape, cikis);
-  hint()->setText(tuslar);
+  hint()->setText(kayitTuslari);
   connect(kaydet_, &QPushButton::clicked, this, &TanimEkrani::kaydetBas);
   connect(cikis, &QPushButton::clicked, this, &TanimEkrani::cik);
   connect(kapat, &QToolButton::clicked, this, &TanimEkrani::cik);
@@ -120,7 +117,7 @@ void TanimEkrani::kurallar(Bolum& b) {
 void TanimEkrani::ac() {
   hata_->hide();
   kaydet_->setEnabled(true);
-  konsol_.Durum_Yaz(windowTitle() + "     " + tuslar);
+  konsol_.Durum_Yaz(windowTitle() + "     " + kayitTuslari);
   subheading()->setText(ui::text(oturum_.Secili_Firma));
   const QScopedValueRollback dolduruluyor(dolduruluyor_, true);
   std::string hata = settings::Tanim_Firma_Bagla(oturum_);
@@ -361,16 +358,15 @@ void TanimEkrani::cik() {
 // --- Workplaces
 
 IsyeriEkrani::IsyeriEkrani(session::Oturum& oturum, ui::ConsolePort& konsol)
-    : TanimEkrani(oturum, konsol, {"isyeri", "İşyeri Tanımları", {"isyeri"}}), bagHata_(new QLabel) {
+    : TanimEkrani(oturum, konsol, {"isyeri", "İşyeri Tanımları", {"isyeri"}}),
+      bagHata_(ui::wrapped({}, "uyari")) {
   struct Parca {
     settings::Bag bag;
     const char *ad, *baslik;
   };
   constexpr Parca parcalar[] = {{settings::Bag::Ambar, "AmbarFlx", "Bağlı Ambarlar"},
                                 {settings::Bag::Satici, "SaticiFlx", "Bağlı Satıcılar"}};
-  bagHata_->setProperty("rol", "uyari");
   bagHata_->setObjectName("BagHata");
-  bagHata_->setWordWrap(true);
   auto* duzen = new QHBoxLayout;
   duzen->setSpacing(ui::gap);
   for (const Parca& parca : parcalar) {

@@ -19,8 +19,7 @@ namespace {
 constexpr FailingCall kinds[] = {{ENOSPC, 0, true}, {EIO, 0, false}, {EFBIG, 0, true}, {EMFILE, 0, false}};
 constexpr const char* state =
     "SELECT A,B FROM F..T ORDER BY ID SELECT A FROM G..T ORDER BY A SELECT name FROM F..sysobjects ORDER BY "
-    "name "
-    "SELECT name FROM master..sysdatabases ORDER BY name";
+    "name SELECT name FROM master..sysdatabases ORDER BY name";
 
 class Calls {
  public:

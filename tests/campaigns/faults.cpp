@@ -38,9 +38,8 @@ constexpr Work works[] = {
 
 constexpr const char* state =
     "SELECT ID,A,B FROM T ORDER BY ID SELECT name FROM sysobjects ORDER BY name SELECT name FROM syscolumns "
-    "WHERE "
-    "id=OBJECT_ID('T') ORDER BY colid SELECT name FROM sysindexes WHERE id=OBJECT_ID('T') ORDER BY name "
-    "SELECT name FROM master..sysdatabases ORDER BY name";
+    "WHERE id=OBJECT_ID('T') ORDER BY colid SELECT name FROM sysindexes WHERE id=OBJECT_ID('T') ORDER BY "
+    "name SELECT name FROM master..sysdatabases ORDER BY name";
 
 class Campaign {
  public:

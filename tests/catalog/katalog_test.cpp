@@ -180,8 +180,7 @@ TEST(CreateDatabase, QuotesNamesInTextsOnly) {
       catalog::createDatabaseStatement("A'B", "C:\\O'V"),
       "CREATE DATABASE A'B ON ( NAME = A'B,FILENAME = 'C:\\O''V\\A''B.mdf', SIZE = 10, MAXSIZE = UNLIMITED, "
       "FILEGROWTH = 10 )  LOG ON ( NAME = 'A''B_log',  FILENAME = 'C:\\O''V\\A''B_log.ldf', SIZE = 5MB, "
-      "MAXSIZE "
-      "= UNLIMITED, FILEGROWTH = 10 )");
+      "MAXSIZE = UNLIMITED, FILEGROWTH = 10 )");
 }
 
 TEST(SunucuHazirla, RefusesNamesAndPasswordsBeforeItConnects) {

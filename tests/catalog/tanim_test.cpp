@@ -57,8 +57,7 @@ TEST(TableDefinition, ReadsEverythingOfAFile) {
   ASSERT_EQ(tables.size(), 2u);
   EXPECT_EQ(told(tables[0]),
             "T|B|Turkish_CI_AS|NONCLUSTERED|Kod;ID|CREATE INDEX T1 ON T(Ad)|INSERT INTO T(Ad) VALUES "
-            "('x');UPDATE T "
-            "SET Ad='z'|INSERT INTO T(Ad) VALUES ('y')\n"
+            "('x');UPDATE T SET Ad='z'|INSERT INTO T(Ad) VALUES ('y')\n"
             "ID|INT|INT|i|||B||0|\n"
             "Kod|CHAR(26)|CHAR(15)|n|||B||0|\n"
             "Ad|VARCHAR(5)|VARCHAR(5)|r|' '||B||0|\n"

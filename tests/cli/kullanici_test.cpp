@@ -193,8 +193,7 @@ TEST_F(KullaniciKomutlari, RightsAreCopiedComparedAndLaidOut) {
 
 TEST_F(KullaniciKomutlari, TillSettingsGoOutAndComeBackWhole) {
   sql("INSERT INTO STOKKART(Stok_Kod,Stok_Ad) VALUES('ELMA','Elma') INSERT INTO KASAKART(Kasa_Kod) "
-      "VALUES('K1') INSERT INTO "
-      "TARTIBARKOD(Bayrak_Kodu) VALUES('27')",
+      "VALUES('K1') INSERT INTO TARTIBARKOD(Bayrak_Kodu) VALUES('27')",
       "MERKEZ");
   const auto json = [&] {
     EXPECT_EQ(cli.calistir({"kasiyer-goster", "--kullanici", "ALİ", "--firma", "MERKEZ", "--bicim", "json"}),

@@ -91,8 +91,7 @@ TEST_F(ParametreKomutlari, WritingIsAllOrNothing) {
        1,
        "",
        "Yanlış Tarih Girişinde Bulundunuz. Kilit Bitiş Tarihi, Kilit Başlangıç Tarihinden Küçük "
-       "Olamaz.Lütfen "
-       "Kilit Tarihi Girişlerini Kontrol Ediniz.\nHiçbir şey yazılmadı.\n"}};
+       "Olamaz.Lütfen Kilit Tarihi Girişlerini Kontrol Ediniz.\nHiçbir şey yazılmadı.\n"}};
   for (const auto& d : durumlar) {
     std::vector<std::string> arguman{"parametre", "--ad", "B"};
     for (const auto& yaz : d.yaz) arguman.insert(arguman.end(), {"--yaz", yaz});
@@ -148,8 +147,7 @@ TEST_F(ParametreKomutlari, AnOlderCatalogIsToldWithTheWayOut) {
   EXPECT_EQ(cli.calistir({"parametre", "--ad", "A"}), 1);
   EXPECT_EQ(cli.err,
             "Tanımlama veritabanı eski yapıda: sysfrmlng tablosunda “AnaYaz” kolonu yok. Veritabanlarını "
-            "zembera-cli "
-            "guncelle ile güncelleyiniz.\n");
+            "zembera-cli guncelle ile güncelleyiniz.\n");
 }
 
 }  // namespace

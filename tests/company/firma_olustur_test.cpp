@@ -13,13 +13,12 @@ using company::FirmaKarti;
 // Statements that stand in many stories, and what stands for them there.
 const std::pair<std::string, const char*> kisaltmalar[] = {
     {"master> CREATE DATABASE ORNEK2012 ON ( NAME = ORNEK2012,FILENAME = '/nowhere\\ORNEK2012.mdf', SIZE = "
-     "10, "
-     "MAXSIZE = UNLIMITED, FILEGROWTH = 10 )  LOG ON ( NAME = 'ORNEK2012_log',  FILENAME = "
+     "10, MAXSIZE = UNLIMITED, FILEGROWTH = 10 )  LOG ON ( NAME = 'ORNEK2012_log',  FILENAME = "
      "'/nowhere\\ORNEK2012_log.ldf', SIZE = 5MB, MAXSIZE = UNLIMITED, FILEGROWTH = 10 )",
      "(created)"},
     {"Defination_DB> SELECT sysfrm_ID,sysfrm_dbnm,CASE WHEN DB_ID(RTRIM(sysfrm_dbnm))=DB_ID('ORNEK2012') "
-     "THEN "
-     "'AYNI' WHEN DB_ID(RTRIM(sysfrm_dbnm)) IS NULL THEN 'YOK' ELSE '' END FROM Defination_DB.dbo.sysfrmlng",
+     "THEN 'AYNI' WHEN DB_ID(RTRIM(sysfrm_dbnm)) IS NULL THEN 'YOK' ELSE '' END FROM "
+     "Defination_DB.dbo.sysfrmlng",
      "(found in the list)"},
     {"Defination_DB> Select * from sysfrmlng\nDefination_DB> INSERT INTO [sysfrmlng]", "(row)"},
     {"Defination_DB> SELECT @@IDENTITY,MIN(sysfrm_ID) FROM sysfrmlng WHERE "
@@ -36,8 +35,7 @@ const std::pair<std::string, const char*> kisaltmalar[] = {
      "TRAN",
      "(rows deleted)"},
     {"Defination_DB> SELECT name FROM master.dbo.sysdatabases WHERE dbid=DB_ID('ORNEK2012')\nORNEK2012> "
-     "SELECT "
-     "(SELECT COUNT(*) FROM sysobjects WHERE xtype IN ('U','V'))+(SELECT COUNT(*) FROM "
+     "SELECT (SELECT COUNT(*) FROM sysobjects WHERE xtype IN ('U','V'))+(SELECT COUNT(*) FROM "
      "master.dbo.sysprocesses WHERE dbid=DB_ID() AND spid<>@@SPID)",
      "(empty?)"},
     {"master> SELECT name FROM  sysdatabases where name='ORNEK2012'", "(known?)"},

@@ -107,8 +107,7 @@ const std::vector<Grup>& hareketler() {
       {"SIPARISKART(Tarih,Fis_No,Islem_Tipi,Cari_ID,Cari_Kod,Satici_ID,Doviz_ID,Net_Tutar,Durum)",
        {"'02/05/2012','O1','Alınan Sipariş',1,'C1',2,1,600,'AÇIK'"}},
       {"SIPARISHAREKET(Siparis_ID,Fis_No,Satir_Tipi,Stok_ID,Stok_Kod,Miktar,Sevk_Edilen,Kalan,Tutar,KDV_"
-       "Tutar,"
-       "ISK_Tutar,Carpan,Satici_ID,Doviz_ID)",
+       "Tutar,ISK_Tutar,Carpan,Satici_ID,Doviz_ID)",
        {"1,'O1','Mal',1,'S1',50,20,30,500,90,40,1,2,1", "1,'O1','Mal',1,'S1',5,0,5,50,0,0,1,2,1"}},
       {"SIPARISBAGLANTI(Siparis_ID,Islem_ID)", {"1,1"}},
   };

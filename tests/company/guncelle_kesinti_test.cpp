@@ -31,8 +31,7 @@ const std::vector<std::string>& hazirlik() {
       "INSERT INTO POSHAREKET (Satis_ID,Islem_Tipi,Fis_No,Cari_ID,Tutar,Islem_Tarih) VALUES (0,'Kredi Kartı "
       "Tahsilat','P1',1,70,'20120105')",
       "INSERT INTO MUHASEBEBAGLANTI (MFis_ID,Entegre_ID,Entegre_Islem_Tipi,Modul_No) VALUES (1,1,'Kredi "
-      "Kartı "
-      "Tahsilat',2)"};
+      "Kartı Tahsilat',2)"};
   return statements;
 }
 

@@ -206,8 +206,8 @@ TEST_F(Guncelle, DiscountsThatDoNotFitStayWhereTheyAre) {
   const std::string all = "SELECT Stok_Kod,ISK FROM FATURAHAREKET ORDER BY Stok_Kod";
   const std::string width =
       "SELECT c.name,t.name,c.length FROM syscolumns c,systypes t WHERE t.xtype=c.xtype AND "
-      "t.xusertype=t.xtype "
-      "AND c.id=OBJECT_ID('FATURAHAREKET') AND c.name IN ('ISK','ISKYEDEK') ORDER BY c.name";
+      "t.xusertype=t.xtype AND c.id=OBJECT_ID('FATURAHAREKET') AND c.name IN ('ISK','ISKYEDEK') ORDER BY "
+      "c.name";
   calistir({"ALTER TABLE FATURAHAREKET ALTER COLUMN ISK VARCHAR(60)",
             "INSERT INTO FATURAHAREKET (Stok_Kod,Fis_No,Islem_No,ISK) VALUES ('A','F1',1,'10+5')",
             "INSERT INTO FATURAHAREKET (Stok_Kod,Fis_No,Islem_No,ISK) VALUES "

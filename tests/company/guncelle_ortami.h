@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "catalog/sunucu_hazirla.h"
-#include "company/firma_karti.h"
 #include "company/schema/schema.h"
 #include "company/sema.h"
 #include "company/upgrade/guncelle.h"
@@ -20,7 +19,9 @@
 #include "engine/server.h"
 #include "session/statements.h"
 #include "support/fakes.h"
+#include "support/firma_karti.h"
 #include "support/izleyen_surucu.h"
+#include "support/satirlar.h"
 
 namespace guncelle_testi {
 
@@ -56,12 +57,7 @@ class Baglam {
   }
   void firmaYarat(const std::string& ad, const std::string& kod) {
     s.oturum.Yeni_Kayit = true;
-    company::FirmaKarti kart;
-    kart.Firma_Adi = ad;
-    kart.Firma_Kodu = kod;
-    kart.Firma_Unvani = ad;
-    kart.Bas_Tar = "01/01/2012";
-    kart.Bit_Tar = "31/12/2012";
+    auto kart = support::firmaKarti(ad, kod);
     ASSERT_TRUE(company::Kaydet(s.oturum, kart)) << s.oturum.Son_Hata;
   }
   GuncellemeSonucu guncelle(const std::string& ad = "FIRMA") {
@@ -71,19 +67,7 @@ class Baglam {
     const auto rows = s.oturum.Baglanti->query(sql);
     return rows && rows->count() > 0 ? rows->value(0, 0).trimmed() : "<yok>";
   }
-  // Rows joined by newlines, values by '|'; text is trimmed at its end.
-  std::string satirlar(const std::string& sql) {
-    const auto rows = baglan("FIRMA").query(sql);
-    std::string out;
-    for (std::int64_t r = 0; rows && r < rows->count(); ++r) {
-      if (r > 0) out += '\n';
-      for (std::size_t c = 0; c < rows->fields().size(); ++c) {
-        const db::Value value = rows->value(r, static_cast<int>(c));
-        out += (c > 0 ? "|" : "") + (value.isNull() ? "NULL" : value.trimmed());
-      }
-    }
-    return out;
-  }
+  std::string satirlar(const std::string& sql) { return support::satirlar(baglan("FIRMA").query(sql)); }
 
   fs::path klasor;
   support::FakeSurroundings s;

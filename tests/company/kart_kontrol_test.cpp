@@ -1,8 +1,8 @@
 // What the card refuses, in its words.
 #include <gtest/gtest.h>
 
-#include "company/firma_karti.h"
 #include "company/kart_alanlari.h"
+#include "support/firma_karti.h"
 
 namespace {
 
@@ -10,8 +10,7 @@ using company::FirmaKarti;
 
 const std::string hint =
     "\nDatabase Adı Harf ile Başlar ve Harf ve Numara Dışında Noktalama İşaretleri ve Boşluk Gibi "
-    "Karakterler "
-    "Kulanılamaz.\nTürkçe Karakterler Kullanılamaz (Ş,Ç,Ö,Ü,İ,ı) ";
+    "Karakterler Kulanılamaz.\nTürkçe Karakterler Kullanılamaz (Ş,Ç,Ö,Ü,İ,ı) ";
 const std::string start = "Firmamnın Mali Başlangıç Tarihi Girilmemiş Yada Yanlış Girilmiş",
                   end = "Firmamnın Mali Bitiş Tarihi Girilmemiş Yada Yanlış Girilmiş",
                   order = "Baslangıç ve Bitiş Tarihini Düzeltiniz.",
@@ -24,12 +23,7 @@ constexpr auto bit = &FirmaKarti::Bit_Tar;
 
 // The fault of a card that is good but for one text, and the column of the field at fault.
 std::string kusur(std::string FirmaKarti::*alan, const std::string& text) {
-  FirmaKarti kart;
-  kart.Firma_Adi = "ORNEK2012";
-  kart.Firma_Kodu = "00001";
-  kart.Firma_Unvani = "Örnek Ticaret";
-  kart.Bas_Tar = "01/01/2012";
-  kart.Bit_Tar = "31/12/2012";
+  FirmaKarti kart = support::firmaKarti("ORNEK2012");
   kart.Hata_Metni = "old";
   kart.*alan = text;
   company::Kayit_Kontrol(kart);

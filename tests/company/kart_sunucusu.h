@@ -5,20 +5,16 @@
 #include <string>
 #include <vector>
 
-#include "company/firma_karti.h"
 #include "company/kart_alanlari.h"
 #include "company/plan_dosyasi.h"
 #include "support/fakes.h"
+#include "support/firma_karti.h"
 
 namespace kart_testi {
 
 inline company::FirmaKarti gecerliKart() {
-  company::FirmaKarti kart;
-  kart.Firma_Adi = "ORNEK2012";
-  kart.Firma_Kodu = "00001";
+  auto kart = support::firmaKarti("ORNEK2012");
   kart.Firma_Unvani = "Örnek Ticaret";
-  kart.Bas_Tar = "01/01/2012";
-  kart.Bit_Tar = "31/12/2012";
   return kart;
 }
 

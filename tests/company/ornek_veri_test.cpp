@@ -145,17 +145,15 @@ TEST_F(OrnekVeri, LedgerFitsItsSubLedgers) {
   const std::pair<std::string, int> belgeler[] = {
       {"SELECT Fatura_ID,Islem_Tipi,Tarih FROM FATURAKART", 3},
       {"SELECT Bordro_ID,Islem_Tipi,Tarih FROM BORDRO WHERE Islem_Tipi NOT LIKE '%Çıkış(Banka%' AND "
-       "Islem_Tipi NOT "
-       "IN ('Çek Tahsilatı','Senet Tahsilatı','Parçalı Çek Tahsilatı','Parçalı Senet Tahsilatı','Senet "
-       "Ödemesi')",
+       "Islem_Tipi NOT IN ('Çek Tahsilatı','Senet Tahsilatı','Parçalı Çek Tahsilatı','Parçalı Senet "
+       "Tahsilatı','Senet Ödemesi')",
        7},
       {"SELECT Kasa_Hareket_ID,Islem_Tipi,Tarih FROM KASAHAREKET WHERE Islem_Tipi NOT IN ('Kasa Virman "
        "Fişi','Peşin Satış Faturası','Peşin İade Faturası')",
        1},
       {"SELECT Hareket_ID,Islem_Tipi,Tarih FROM BANKAHAREKET WHERE Islem_Tipi<>'Banka Virman Fişi'", 6},
       {"SELECT Stok_HareketKart_ID,Islem_Tipi,Tarih FROM STOKHAREKETKART WHERE Fatura_ID=0 AND Islem_Tipi "
-       "NOT LIKE "
-       "'Ambar%' AND Islem_Tipi NOT LIKE 'Konsinye%'",
+       "NOT LIKE 'Ambar%' AND Islem_Tipi NOT LIKE 'Konsinye%'",
        4}};
   for (const auto& [sql, modul] : belgeler)
     EXPECT_EQ(sirket().rows(
@@ -192,8 +190,7 @@ TEST_F(OrnekVeri, AnAccountantBelievesIt) {
        "Edildi','Ödendi','Karşılıksız','Parçalı Tahsil') AND d.Durum_Tarih<k.Vade",
        0, 0},
       {"SELECT COUNT(*) FROM CEKKART WHERE Durum IN ('Portföyde','Bankada Tahsilde','Bankada "
-       "Teminatta','Kendi "
-       "Çekimiz') AND Vade<='20121231'",
+       "Teminatta','Kendi Çekimiz') AND Vade<='20121231'",
        0, 0},
       // The shelves hold some months' sales, and some are empty.
       {"SELECT 100*(SELECT SUM(Kalan) FROM SB)/(SELECT SUM(Cikis) FROM STOKHAREKET)", 15, 60},
@@ -201,19 +198,16 @@ TEST_F(OrnekVeri, AnAccountantBelievesIt) {
       {"SELECT COUNT(*) FROM SB WHERE Kalan<0", 1, 50},
       // Who owes whom.
       {"SELECT 100*SUM(CASE WHEN CB.Bakiye>0 THEN 1 ELSE 0 END)/SUM(CASE WHEN CB.Bakiye<>0 THEN 1 ELSE 0 "
-       "END) FROM "
-       "CB,CARIKART c WHERE c.Cari_ID=CB.Cari_ID AND c.MHesap_Kod='120'",
+       "END) FROM CB,CARIKART c WHERE c.Cari_ID=CB.Cari_ID AND c.MHesap_Kod='120'",
        85, 100},
       {"SELECT 100*SUM(CASE WHEN CB.Bakiye<0 THEN 1 ELSE 0 END)/SUM(CASE WHEN CB.Bakiye<>0 THEN 1 ELSE 0 "
-       "END) FROM "
-       "CB,CARIKART c WHERE c.Cari_ID=CB.Cari_ID AND c.MHesap_Kod='320'",
+       "END) FROM CB,CARIKART c WHERE c.Cari_ID=CB.Cari_ID AND c.MHesap_Kod='320'",
        85, 100},
       {"SELECT COUNT(*) FROM KB WHERE Bakiye<0", 0, 0},
       {"SELECT COUNT(*) FROM BB WHERE Bakiye<0", 0, 0},
       // Openings come first on their day.
       {"SELECT COUNT(*) FROM STOKHAREKET a,STOKHAREKET h WHERE a.Islem_Tipi='Açılış Fişi' AND a.Islem_No=1 "
-       "AND "
-       "a.Ambar_No=1 AND h.Tarih=a.Tarih AND h.Islem_Tipi<>a.Islem_Tipi AND h.Saat<=a.Saat",
+       "AND a.Ambar_No=1 AND h.Tarih=a.Tarih AND h.Islem_Tipi<>a.Islem_Tipi AND h.Saat<=a.Saat",
        0, 0},
       // Packs, and lines in them.
       {"SELECT COUNT(*) FROM STOKKART WHERE Birim2_Katsayi>1 AND Birim2<>Ana_Birim AND Birim2_Barkod<>''",
@@ -353,8 +347,7 @@ TEST_F(OrnekVeri, HoldsWhatItPromisesWithinThePeriodAndNumbersIt) {
        "h.Fis_ID=k.Fis_ID))>0.001",
        "0"},
       {"SELECT COUNT(*) FROM FATURAKART k WHERE ABS(k.Burut_Tutar-(SELECT SUM(h.Tutar) FROM FATURAHAREKET h "
-       "WHERE "
-       "h.Fatura_ID=k.Fatura_ID))>0.001",
+       "WHERE h.Fatura_ID=k.Fatura_ID))>0.001",
        "0"},
       // An invoice of goods has its slip, and copies of names follow the cards.
       {"SELECT COUNT(*) FROM FATURAHAREKET h LEFT JOIN STOKHAREKETKART s ON "

@@ -88,8 +88,7 @@ TEST_P(SchemaSession, Works) {
       {"MUHKART", "MHesap_Kod,MHesap_Ad", "'120.01','B'", "MHesap_Kod='121.01' WHERE MHesap_Kod='120.01'"},
       {"MUHFISHAR",
        "FisSat_No,Fis_ID,Tarih,Ana_Hesap_ID,MHesap_ID,MHesap_Kod,BTutar,ATutar,Dv_BTutar,Dv_Atutar,Doviz_ID,"
-       "Kur,"
-       "Masraf_Merkezi_ID,Entegre_ID,Modul_No,BorcMiktar,AlacakMiktar,Birim",
+       "Kur,Masraf_Merkezi_ID,Entegre_ID,Modul_No,BorcMiktar,AlacakMiktar,Birim",
        "1,1,'01/31/2012',1,2,'121.01',5,0,0,0,1,1,0,0,0,0,0,'AD'", "Aktif=0"},
   };
   for (const auto& row : rows) {

@@ -10,13 +10,14 @@
 #include <string>
 
 #include "catalog/sunucu_hazirla.h"
-#include "company/firma_karti.h"
 #include "company/schema/schema.h"
 #include "company/upgrade/guncelle.h"
 #include "db/drivers.h"
 #include "engine/server.h"
 #include "session/statements.h"
 #include "support/fakes.h"
+#include "support/firma_karti.h"
+#include "support/satirlar.h"
 
 namespace company::test {
 
@@ -53,32 +54,12 @@ class Sirket {
 
   void yarat(const std::string& ad, const std::string& kod) {
     s.oturum.Yeni_Kayit = true;
-    FirmaKarti kart;
-    kart.Firma_Adi = ad;
-    kart.Firma_Kodu = kod;
-    kart.Firma_Unvani = ad;
-    kart.Bas_Tar = "01/01/2012";
-    kart.Bit_Tar = "31/12/2012";
+    auto kart = support::firmaKarti(ad, kod);
     Kaydet(s.oturum, kart);
   }
   void bagla(const std::string& database) { session::Katalog_Bagla(s.oturum, database); }
   void run(const std::string& sql) { s.oturum.Baglanti->execute(sql); }
-  // Rows joined by newlines, values by '|'; text is trimmed at its end.
-  std::string rows(const std::string& sql) {
-    const auto found = s.oturum.Baglanti->query(sql);
-    std::string out;
-    if (!found) return out;
-    const int columns = static_cast<int>(found->fields().size());
-    for (std::int64_t row = 0; row < found->count(); ++row) {
-      if (row) out += '\n';
-      for (int column = 0; column < columns; ++column) {
-        const db::Value value = found->value(row, column);
-        if (column) out += '|';
-        out += value.isNull() ? "NULL" : value.trimmed();
-      }
-    }
-    return out;
-  }
+  std::string rows(const std::string& sql) { return support::satirlar(s.oturum.Baglanti->query(sql)); }
 
   std::filesystem::path folder;
   support::FakeSurroundings s;

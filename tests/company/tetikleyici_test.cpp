@@ -410,8 +410,7 @@ std::string satir(int ana, int id, const std::string& kod, int borc, int alacak,
   const auto n = [](int value) { return std::to_string(value); };
   return "INSERT INTO MUHFISHAR(FisSat_No,Fis_ID,Tarih,Ana_Hesap_ID,MHesap_ID,MHesap_Kod,BTutar,ATutar,"
          "Dv_BTutar,Dv_ATutar,Doviz_ID,Kur,Masraf_Merkezi_ID,Entegre_ID,Modul_No,BorcMiktar,AlacakMiktar,"
-         "Birim,"
-         "Aktif) VALUES(1,1,'03/14/2012'," +
+         "Birim,Aktif) VALUES(1,1,'03/14/2012'," +
          n(ana) + "," + n(id) + ",'" + kod + "'," + n(borc) + "," + n(alacak) + ",0,0,1,0,0,0,0,0,0,''," +
          n(aktif) + ");;";
 }

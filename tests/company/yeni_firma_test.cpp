@@ -7,12 +7,12 @@
 #include <set>
 
 #include "catalog/sunucu_hazirla.h"
-#include "company/firma_karti.h"
 #include "company/schema/schema.h"
 #include "db/drivers.h"
 #include "engine/server.h"
 #include "session/statements.h"
 #include "support/fakes.h"
+#include "support/firma_karti.h"
 
 namespace {
 
@@ -46,12 +46,8 @@ class YeniFirma : public testing::Test {
   }
   bool firmaYarat(const std::string& ad, bool plan = false) {
     s.oturum.Yeni_Kayit = true;
-    company::FirmaKarti kart;
-    kart.Firma_Adi = ad;
-    kart.Firma_Kodu = "00001";
+    auto kart = support::firmaKarti(ad);
     kart.Firma_Unvani = "Ali'nin Dükkanı";
-    kart.Bas_Tar = "01/01/2012";
-    kart.Bit_Tar = "31/12/2012";
     kart.StandartHesapPlani = plan;
     return company::Kaydet(s.oturum, kart);
   }

@@ -36,6 +36,11 @@ class PrintingSink : public ResultSink {
   std::vector<std::int64_t> rowCounts;
 };
 
+// Batches in a row on one fresh server, each with what it prints.
+struct Step {
+  std::string batch, printed;
+};
+
 class SessionTest : public testing::Test {
  protected:
   SessionTest() {
@@ -69,16 +74,20 @@ class SessionTest : public testing::Test {
     return last.text;
   }
 
+  void follow(const std::vector<Step>& steps) {
+    for (const Step& step : steps) EXPECT_EQ(run(step.batch), step.printed) << step.batch << "\n" << message;
+  }
+  // Single expressions with the text of their value.
+  void values(const std::vector<Step>& expressions) {
+    for (const Step& step : expressions)
+      EXPECT_EQ(run("SELECT " + step.batch), step.printed + "\n") << step.batch << "\n" << message;
+  }
+
   std::filesystem::path folder_;
   std::shared_ptr<Server> server;
   std::unique_ptr<Session> session;
   PrintingSink last;
   std::string message;  // of the last error
-};
-
-// Batches in a row on one fresh server, each with what it prints.
-struct Step {
-  std::string batch, printed;
 };
 
 }  // namespace engine::test

@@ -4,11 +4,11 @@
 #include <fstream>
 #include <sstream>
 
-#include "company/firma_karti.h"
 #include "maintenance/offline.h"
 #include "maintenance/server_para.h"
 #include "maintenance/servis.h"
 #include "ortam.h"
+#include "support/firma_karti.h"
 
 namespace maintenance::test {
 namespace {
@@ -200,11 +200,7 @@ TEST(Kilitler, AreClearedTableByTableInTheirOrder) {
 // A company with one fault of each kind; each check names its rows and no others.
 TEST(Denetimler, NameEachFaultAndNothingElse) {
   Ortam o;
-  company::FirmaKarti kart;
-  kart.Firma_Adi = kart.Firma_Unvani = "KITAP";
-  kart.Firma_Kodu = "00001";
-  kart.Bas_Tar = "01/01/2012";
-  kart.Bit_Tar = "31/12/2012";
+  auto kart = support::firmaKarti("KITAP");
   o.s.oturum.Yeni_Kayit = true;
   ASSERT_TRUE(company::Kaydet(o.s.oturum, kart)) << o.s.oturum.Son_Hata;
   ASSERT_TRUE(servisFirmasi(o.s.oturum, "KITAP"));

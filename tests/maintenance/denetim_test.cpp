@@ -1,9 +1,9 @@
-#include "company/firma_karti.h"
 #include "maintenance/yedek.h"
 #include "maintenance/yedek_denetim.h"
 #include "maintenance/yedek_saklama.h"
 #include "ortam.h"
 #include "platform/files.h"
+#include "support/firma_karti.h"
 
 namespace maintenance::test {
 namespace {
@@ -169,11 +169,7 @@ TEST_F(Denetim, DamageIsNamed) {
 
 TEST_F(Denetim, TheSchemaMustBeACompanys) {
   o.s.oturum.Yeni_Kayit = true;
-  company::FirmaKarti kart;
-  kart.Firma_Adi = kart.Firma_Unvani = "GERCEK";
-  kart.Firma_Kodu = "1";
-  kart.Bas_Tar = "01/01/2012";
-  kart.Bit_Tar = "31/12/2012";
+  auto kart = support::firmaKarti("GERCEK");
   ASSERT_TRUE(company::Kaydet(o.s.oturum, kart)) << o.s.boxes.last();
   const auto semasi = [&](const std::string& firma) {
     const auto yedek = Yedekle(o.s.oturum, firma, hedef);

@@ -66,26 +66,35 @@ class IkiVeritabani : public DataFolder {
     });
     return waitChild(child);
   }
+  static std::function<void(FaultyDisk&)> killAfter(int writes) {
+    return [writes](FaultyDisk& disk) {
+      Fault fault;
+      fault.after = writes;
+      fault.kill = true;
+      disk.arm(fault);
+    };
+  }
+  // After the n-th transaction, wherever it broke off: it stands, or the one before it. Gives the next
+  // number.
+  int expectEither(int n, int code) {
+    open();
+    const int reached = done();
+    EXPECT_TRUE(reached == n || (reached == n - 1 && code != 0)) << reached;
+    expectAfter(reached);
+    return reached + 1;
+  }
 };
 
 TEST_F(IkiVeritabani, EveryStepOfACommit) {
-  int n = 0;
-  for (int at = 0;; ++at) {
+  for (int at = 0, n = 0;; ++at) {
+    SCOPED_TRACE(at);
     const int code = commitIn(n, [&](FaultyDisk&) {
       killAt = at;
       stepsSeen = 0;
       engine::intentStep = killAtStep;
     });
-    SCOPED_TRACE(at);
-    open();
-    const int reached = done();
-    ASSERT_TRUE(reached == n || reached == n - 1);
-    if (code == 0) {
-      EXPECT_EQ(reached, n);
-    }
-    expectAfter(reached);
+    n = expectEither(n, code);
     expectWhole();
-    n = reached + 1;
     close();
     if (code == 0) {
       EXPECT_GE(at, 5);
@@ -95,52 +104,28 @@ TEST_F(IkiVeritabani, EveryStepOfACommit) {
 }
 
 TEST_F(IkiVeritabani, WritesAndFlushesOfACommit) {
-  int n = 0;
   // Every third point here; the campaign of kills meets the others at random moments.
-  for (int at = 0; at < 200; at += 3) {
-    const int code = commitIn(n, [&](FaultyDisk& disk) {
-      Fault fault;
-      fault.after = at;
-      fault.kill = true;
-      disk.arm(fault);
-    });
+  for (int at = 0, n = 0, code = 1; code != 0; at += 3) {
     SCOPED_TRACE(at);
-    open();
-    const int reached = done();
-    ASSERT_TRUE(reached == n || reached == n - 1);
-    if (code == 0) {
-      EXPECT_EQ(reached, n);
-    }
-    expectAfter(reached);
-    n = reached + 1;
+    code = commitIn(n, killAfter(at));
+    n = expectEither(n, code);
     close();
-    if (code == 0) break;
     ASSERT_LT(at, 195);
   }
 }
 
 // Somebody lives on, judges what the killed one has left, and is killed before anything else is written.
 TEST_F(IkiVeritabani, WritesAndFlushesBesideALivingProcess) {
-  int n = 0;
-  for (int at = 0; at < 200; ++at) {
+  for (int at = 0, n = 0, code = 1; code != 0; ++at) {
     SCOPED_TRACE(at);
     OtherProcess other(folder, password, "FIRMA");
     other.run("SELECT COUNT(*) FROM T,KOMSU..K,UCUNCU..U");
-    const int code = commitIn(n, [&](FaultyDisk& disk) {
-      Fault fault;
-      fault.after = at;
-      fault.kill = true;
-      disk.arm(fault);
-    });
+    code = commitIn(n, killAfter(at));
     const std::string seen = other.run("SELECT COUNT(*) FROM T");
     other.kill();
-    open();
-    const int reached = done();
-    EXPECT_EQ(seen, std::to_string(reached + 3) + "\n");
-    expectAfter(reached);
-    n = reached + 1;
+    n = expectEither(n, code);
+    EXPECT_EQ(seen, std::to_string(n + 2) + "\n");
     close();
-    if (code == 0) break;
     ASSERT_LT(at, 199);
   }
 }
@@ -155,15 +140,11 @@ TEST_F(IkiVeritabani, EveryFailingWriteOfACommit) {
     Fault fault;
     fault.after = at;
     disk.arm(fault);
-    const std::string printed = run("COMMIT TRAN");
+    run("COMMIT TRAN");
     const bool struck = disk.disarm();
     run("IF @@TRANCOUNT>0 ROLLBACK TRAN");
     session.reset();
-    open();
-    const int reached = done();
-    ASSERT_TRUE(reached == n || reached == n - 1) << printed << message;
-    expectAfter(reached);
-    n = reached + 1;
+    n = expectEither(n, struck ? 1 : 0);
     if (!struck) break;
     ASSERT_LT(at, 199);
   }

@@ -15,8 +15,7 @@ class KasiyerTest : public rights::test::OrtamTest {
     run("INSERT INTO MERKEZ.dbo.KASAKART(Kasa_Kod,Kasa_Ad) VALUES('K1','Ana') INSERT INTO "
         "MERKEZ.dbo.KASAKART(Kasa_Kod,Kasa_Ad) "
         "VALUES('K''2','Yan') INSERT INTO MERKEZ.dbo.CARIKART(Cari_Kod,Unvan) VALUES('P','Peşin') INSERT "
-        "INTO "
-        "MERKEZ.dbo.SATICI(Satici_Kodu,Satici_Adi) VALUES('S1','Ayşe') INSERT INTO "
+        "INTO MERKEZ.dbo.SATICI(Satici_Kodu,Satici_Adi) VALUES('S1','Ayşe') INSERT INTO "
         "MERKEZ.dbo.TARTIBARKOD(Bayrak_Kodu,Master_Kod) "
         "VALUES('27',5) INSERT INTO MERKEZ.dbo.TARTIBARKOD(Bayrak_Kodu,Master_Kod,Adetli) VALUES('28',5,1)");
     for (const char* kod : {"ELMA", "ARMUT", "AYVA"})
@@ -81,8 +80,7 @@ TEST_F(KasiyerTest, ThreeStoresAreWrittenAndReadBackAsShown) {
                  "Def_Kasa_ID,Vir_Kasa_ID,Def_Cari_Kod,Def_Ambar_No,Def_Satici,DEF_Isyeri_Kod,Kullanici_"
                  "Fiyat,Dvt_Kullanici,KS_Degistirsin,"
                  "CR_Degistirsin,SAK_Degistirsin,FiyatDegistirsin,Nakit,Veresiye,Iskonto,ISK,MiktarDegistir,"
-                 "TerPort,GosMesaj,KHE "
-                 "FROM Kullanici WHERE Kullanici_ID=2 AND Firma_ID=1"),
+                 "TerPort,GosMesaj,KHE FROM Kullanici WHERE Kullanici_ID=2 AND Firma_ID=1"),
             "2|1|P|1|2|1|3|3|1|0|1|0|1|0|1|1|0|COM'3|COM'8|11111111111111");
   EXPECT_EQ(rows("SELECT "
                  "Kullanici_ID,Firma_ID,DokunmatikEkran,YakaKarti,SesliUyari,Kisayol,FaturaDizayn,"

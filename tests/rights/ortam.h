@@ -6,13 +6,14 @@
 #include <string>
 
 #include "catalog/sunucu_hazirla.h"
-#include "company/firma_karti.h"
 #include "db/drivers.h"
 #include "engine/server.h"
 #include "rights/kullanici_karti.h"
 #include "session/statements.h"
 #include "support/fakes.h"
+#include "support/firma_karti.h"
 #include "support/izleyen_surucu.h"
+#include "support/satirlar.h"
 #include "support/temp_folder.h"
 
 namespace rights::test {
@@ -38,11 +39,7 @@ inline const std::filesystem::path& hazirKlasor() {
     s.oturum.Veri_Klasoru = (made.path / "veri").string();
     for (const char* ad : {"MERKEZ", "SUBE"}) {
       s.oturum.Yeni_Kayit = true;
-      company::FirmaKarti kart;
-      kart.Firma_Adi = kart.Firma_Unvani = ad;
-      kart.Firma_Kodu = "00001";
-      kart.Bas_Tar = "01/01/2012";
-      kart.Bit_Tar = "31/12/2012";
+      auto kart = support::firmaKarti(ad);
       company::Kaydet(s.oturum, kart);
     }
     s.oturum.Kayitlar.close();
@@ -79,16 +76,7 @@ class Ortam {
       bakis_ = bakan->make("(yerel)");
       bakis_->open({"(yerel)", "sa", "gizli", "Defination_DB", false});
     }
-    const auto found = bakis_->query(sql);
-    std::string out;
-    for (std::int64_t row = 0; found && row < found->count(); ++row) {
-      if (row) out += '\n';
-      for (int column = 0; column < static_cast<int>(found->fields().size()); ++column) {
-        const db::Value value = found->value(row, column);
-        out += (column ? "|" : "") + (value.isNull() ? "NULL" : value.trimmed());
-      }
-    }
-    return out;
+    return support::satirlar(bakis_->query(sql));
   }
   // All rows that the procedures of this room write.
   std::string hersey() {

@@ -4,12 +4,12 @@
 
 #include <fstream>
 
-#include "company/firma_karti.h"
 #include "db/drivers.h"
 #include "session/firma_bul.h"
 #include "session/konsol.h"
 #include "session/statements.h"
 #include "support/fakes.h"
+#include "support/firma_karti.h"
 #include "support/komut_satiri.h"
 
 namespace {
@@ -40,11 +40,7 @@ class AdKurali : public testing::Test {
     return cli.calistir({"firma-olustur", "--ad", ad, "--kod", "00001", "--unvan", ad, "--evet"});
   }
   std::string kartla(const std::string& ad) {
-    company::FirmaKarti kart;
-    kart.Firma_Adi = kart.Firma_Unvani = ad;
-    kart.Firma_Kodu = "00002";
-    kart.Bas_Tar = "01/01/2012";
-    kart.Bit_Tar = "31/12/2012";
+    auto kart = support::firmaKarti(ad, "00002");
     s.oturum.Yeni_Kayit = true;
     s.boxes.answers = {true};
     company::Kaydet(s.oturum, kart);

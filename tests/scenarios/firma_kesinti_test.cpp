@@ -11,7 +11,6 @@
 #include <thread>
 
 #include "catalog/sunucu_hazirla.h"
-#include "company/firma_karti.h"
 #include "company/sema.h"
 #include "db/drivers.h"
 #include "engine/server.h"
@@ -20,6 +19,7 @@
 #include "session/konsol.h"
 #include "session/statements.h"
 #include "support/fakes.h"
+#include "support/firma_karti.h"
 #include "support/izleyen_surucu.h"
 
 namespace scenarios {
@@ -51,11 +51,7 @@ class Program {
   Program& operator=(const Program&) = delete;
 
   void olustur(const std::string& ad) {
-    company::FirmaKarti kart;
-    kart.Firma_Adi = kart.Firma_Unvani = ad;
-    kart.Firma_Kodu = "00001";
-    kart.Bas_Tar = "01/01/2012";
-    kart.Bit_Tar = "31/12/2012";
+    auto kart = support::firmaKarti(ad);
     kart.StandartHesapPlani = true;
     s.oturum.Yeni_Kayit = true;
     s.boxes.shown.clear();

@@ -201,8 +201,7 @@ TEST(KilitTarihi, IsCheckedInOrder) {
                    KilitAlani::KilitBitTarih},
                   {"02/01/2012", "01/01/2012",
                    "Yanlış Tarih Girişinde Bulundunuz. Kilit Bitiş Tarihi, Kilit Başlangıç Tarihinden Küçük "
-                   "Olamaz.Lütfen "
-                   "Kilit Tarihi Girişlerini Kontrol Ediniz.",
+                   "Olamaz.Lütfen Kilit Tarihi Girişlerini Kontrol Ediniz.",
                    KilitAlani::KilitBasTarih}};
   for (const auto& d : durumlar) {
     const auto sonuc = settings::Kilit_Tarih_Kontrol(d.bas, d.bit);

@@ -41,8 +41,7 @@ class SayacTest : public company::test::SirketTest {
 TEST_F(SayacTest, TwentyEightCountersAndTwoForEachCashAccount) {
   oturum().Baglanti2->execute(
       "DELETE FROM KASAKART INSERT INTO KASAKART(Kasa_Kod,Kasa_Ad) VALUES('MRK','Merkez Kasa') UPDATE "
-      "IP_BODEK SET "
-      "IP='0000000042'");
+      "IP_BODEK SET IP='0000000042'");
   const std::string id = firmada("SELECT Kasa_ID FROM KASAKART");
   oturum().Baglanti2->execute("CREATE TABLE IP_KNTF" + id + "(IP CHAR(10)) INSERT INTO IP_KNTF" + id +
                               "(IP) VALUES('7')");
@@ -106,10 +105,11 @@ TEST(TartiKontrol, FollowsItsOrder) {
 
 TEST_F(SayacTest, LayoutsAreInsertedUpdatedAndDeleted) {
   oturum().Baglanti2->execute("DELETE FROM TARTIBARKOD");
-  EXPECT_EQ(settings::Tarti_Kaydet(oturum(), {{{"", "1", "27", "5", "2", "3", "1"}},
-                                              {{"", "", "28", "5", "2", "3", "1"}},
-                                              {{"", "0", "29", "5", "2", "3", "1"}, true},
-                                              {{"", "0", "30", "6", "1", "3", "1"}}},
+  EXPECT_EQ(settings::Tarti_Kaydet(oturum(),
+                                   {{{"", "1", "27", "5", "2", "3", "1"}},
+                                    {{"", "", "28", "5", "2", "3", "1"}},
+                                    {{"", "0", "29", "5", "2", "3", "1"}, true},
+                                    {{"", "0", "30", "6", "1", "3", "1"}}},
                                    {})
                 .hata,
             "");
@@ -180,7 +180,8 @@ TEST_F(SayacTest, TerminalDefinitionsAreWrittenByCode) {
 TEST(TerminalOnizleme, CutsLinesAsDefined) {
   const support::TempFolder klasor;
   const auto dosya = klasor.path / "terminal.txt";
-  std::ofstream(dosya, std::ios::binary) << "8690000000017Kola  0012\r\n869\xDEi\xFE" "e 1;2;3\r\n";
+  std::ofstream(dosya, std::ios::binary) << "8690000000017Kola  0012\r\n869\xDEi\xFE"
+                                            "e 1;2;3\r\n";
   TerminalTanimi t;
   t.ogeler[0] = {true, "1", "13"};
   t.ogeler[2] = {true, "14", "6"};

@@ -12,8 +12,7 @@ class TanimDosyasi : public company::test::SirketTest {
     ac("ambar");
     sirket().run(
         "DELETE FROM AMBAR INSERT INTO AMBAR(Ambar_No,Ambar_Ad,Merkez_Ambar) VALUES(1,'MERKEZ',1) DELETE "
-        "FROM "
-        "ISYERITANIM WHERE Isyeri_ID<>1 DELETE FROM TARTIBARKOD");
+        "FROM ISYERITANIM WHERE Isyeri_ID<>1 DELETE FROM TARTIBARKOD");
   }
   session::Oturum& oturum() { return sirket().s.oturum; }
   const settings::ListeTuru& ac(const char* ad) {

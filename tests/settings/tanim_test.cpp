@@ -87,8 +87,7 @@ TEST(TanimKontrol, EachMemberSaysItInItsWords) {
        {{{"", "1x", "Depo", ""}}},
        -1,
        "1 Nolu Satırdaki Ambar Numarası İçinde Harflere yada Noktalama İşaretlerine Rastlandı. \nLütfen "
-       "Girişleri "
-       "Düzeltiniz"},
+       "Girişleri Düzeltiniz"},
       {"ambar",
        {{{"", "0", "Depo", "1"}}},
        0,

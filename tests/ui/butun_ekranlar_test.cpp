@@ -15,12 +15,12 @@
 #include <utility>
 
 #include "catalog/sunucu_hazirla.h"
-#include "company/firma_karti.h"
 #include "db/drivers.h"
 #include "engine/server.h"
 #include "rights/kullanici_karti.h"
 #include "screen.h"
 #include "session/ui/zembera_menu.h"
+#include "support/firma_karti.h"
 #include "support/temp_folder.h"
 #include "ui/kart.h"
 #include "ui/theme.h"
@@ -43,12 +43,7 @@ struct Sunucu {
     catalog::Sunucu_Hazirla(s.oturum, {"Korvena", "abc", ""});
     s.oturum.Veri_Klasoru = (klasor.path / "veri").string();
     s.oturum.Yeni_Kayit = true;
-    company::FirmaKarti kart;
-    kart.Firma_Adi = "MAGAZA";
-    kart.Firma_Kodu = "1";
-    kart.Firma_Unvani = "Mağaza";
-    kart.Bas_Tar = "01/01/2012";
-    kart.Bit_Tar = "31/12/2012";
+    auto kart = support::firmaKarti("MAGAZA");
     EXPECT_TRUE(company::Kaydet(s.oturum, kart)) << s.oturum.Son_Hata;
     s.oturum.Yeni_Kayit = true;
     s.oturum.Inceleme = false;

@@ -4,12 +4,12 @@
 #include <QTreeWidget>
 
 #include "catalog/sunucu_hazirla.h"
-#include "company/firma_karti.h"
 #include "company/upgrade/eksik.h"
 #include "db/drivers.h"
 #include "engine/server.h"
 #include "screen.h"
 #include "session/ui/zembera_menu.h"
+#include "support/firma_karti.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -28,12 +28,7 @@ class GuncelleDugmesi : public testing::Test, protected support::FakeSurrounding
     catalog::Sunucu_Hazirla(oturum, {"Korvena", "abc", ""});
     oturum.Veri_Klasoru = (klasor_.path / "veri").string();
     oturum.Supervisor = oturum.Yeni_Kayit = true;
-    company::FirmaKarti kart;
-    kart.Firma_Adi = "MAGAZA";
-    kart.Firma_Kodu = "1";
-    kart.Firma_Unvani = "Mağaza";
-    kart.Bas_Tar = "01/01/2012";
-    kart.Bit_Tar = "31/12/2012";
+    auto kart = support::firmaKarti("MAGAZA");
     ASSERT_TRUE(company::Kaydet(oturum, kart)) << oturum.Son_Hata;
     oturum.Yeni_Kayit = false;
     boxes.shown.clear();

@@ -157,14 +157,10 @@ TEST(ParserError, WideIsNotDeep) {
 TEST(ParserError, SurvivesEveryTruncation) {
   const std::string whole =
       "CREATE TRIGGER t ON k FOR INSERT, UPDATE AS DECLARE @a CHAR(30)DECLARE @b INT SELECT "
-      "@a=LEFT(x,@b),@b=0x1F "
-      "FROM inserted i LEFT JOIN (SELECT TOP 1 * FROM [a b] UNION SELECT 1) d ON (i.x=d.y) WHERE a LIKE "
-      "N'ş%' IF "
-      "@a<>0 BEGIN UPDATE t SET a=CASE WHEN b IS NULL THEN -1 ELSE .5 END FROM u WHERE c=ANY (SELECT 1) END "
-      "ELSE "
-      "DELETE FROM t WHERE a NOT BETWEEN 1 AND 2 EXEC p @x='y', z RAISERROR('m',16,1) ALTER TABLE t ADD c "
-      "INT "
-      "IDENTITY(1,1) NOT NULL CONSTRAINT d DEFAULT (0)";
+      "@a=LEFT(x,@b),@b=0x1F FROM inserted i LEFT JOIN (SELECT TOP 1 * FROM [a b] UNION SELECT 1) d ON "
+      "(i.x=d.y) WHERE a LIKE N'ş%' IF @a<>0 BEGIN UPDATE t SET a=CASE WHEN b IS NULL THEN -1 ELSE .5 END "
+      "FROM u WHERE c=ANY (SELECT 1) END ELSE DELETE FROM t WHERE a NOT BETWEEN 1 AND 2 EXEC p @x='y', z "
+      "RAISERROR('m',16,1) ALTER TABLE t ADD c INT IDENTITY(1,1) NOT NULL CONSTRAINT d DEFAULT (0)";
   ASSERT_EQ(failureOf(whole).text, "");
   for (std::size_t i = 0; i < whole.size(); ++i) {
     failureOf(whole.substr(0, i));

@@ -75,11 +75,10 @@ TEST(ParserStatement, UpdateAndDelete) {
 TEST(ParserStatement, CreateTableTakesAttributesInAnyOrder) {
   auto create = first<CreateTableStatement>(
       "CREATE TABLE dbo.[T 1] (ID INT IDENTITY NOT NULL, Ad CHAR (10) COLLATE Turkish_CI_AS DEFAULT 'x' NOT "
-      "NULL, "
-      "N int NOT NULL identity(-5,2) CONSTRAINT PK PRIMARY KEY NONCLUSTERED WITH FILLFACTOR=90 ON [PRIMARY], "
-      "Tarih DATETIME NULL CONSTRAINT DF DEFAULT (getdate()), Menu TEXT, Yuzde DECIMAL(10,2) CHECK "
-      "(Yuzde>0), "
-      "CONSTRAINT U UNIQUE CLUSTERED (Ad DESC, N), FOREIGN KEY (N) REFERENCES k(ID)) ON [PRIMARY]");
+      "NULL, N int NOT NULL identity(-5,2) CONSTRAINT PK PRIMARY KEY NONCLUSTERED WITH FILLFACTOR=90 ON "
+      "[PRIMARY], Tarih DATETIME NULL CONSTRAINT DF DEFAULT (getdate()), Menu TEXT, Yuzde DECIMAL(10,2) "
+      "CHECK (Yuzde>0), CONSTRAINT U UNIQUE CLUSTERED (Ad DESC, N), FOREIGN KEY (N) REFERENCES k(ID)) ON "
+      "[PRIMARY]");
   EXPECT_EQ(show(create.name), "dbo.T 1");
   ASSERT_EQ(create.columns.size(), 6u);
   EXPECT_TRUE(create.columns[0].identity && create.columns[0].nullable == false);
@@ -146,10 +145,8 @@ TEST(ParserStatement, DropAndIndex) {
 TEST(ParserStatement, CreateDatabase) {
   auto create = first<CreateDatabaseStatement>(
       "CREATE DATABASE D2012 ON ( NAME = D2012,FILENAME = 'C:\\V\\D2012.mdf', SIZE = 10, MAXSIZE = "
-      "UNLIMITED, "
-      "FILEGROWTH = 10 )  LOG ON ( NAME = 'D2012_log', FILENAME = 'C:\\V\\D2012_log.ldf', SIZE = 5MB, "
-      "FILEGROWTH = "
-      "10% )");
+      "UNLIMITED, FILEGROWTH = 10 )  LOG ON ( NAME = 'D2012_log', FILENAME = 'C:\\V\\D2012_log.ldf', SIZE = "
+      "5MB, FILEGROWTH = 10% )");
   EXPECT_EQ(create.data.at(0).logicalName, "D2012");
   EXPECT_EQ(create.data.at(0).path, "C:\\V\\D2012.mdf");
   EXPECT_EQ(create.data.at(0).maxSize, "UNLIMITED");
@@ -166,8 +163,8 @@ TEST(ParserStatement, ViewsAndTriggersKeepTheirText) {
   EXPECT_EQ(first<CreateViewStatement>("  " + view).text, view);
   std::string trigger =
       "ALTER TRIGGER T ON K AFTER UPDATE,DELETE AS DECLARE @a CHAR(30)DECLARE @b INT SELECT @a=a FROM "
-      "INSERTED IF "
-      "@b<>0 BEGIN UPDATE h SET x='AÇIK' WHERE i=@b END ELSE DELETE FROM h WHERE t='Mal'UPDATE h SET c=0";
+      "INSERTED IF @b<>0 BEGIN UPDATE h SET x='AÇIK' WHERE i=@b END ELSE DELETE FROM h WHERE t='Mal'UPDATE h "
+      "SET c=0";
   Batch batch = one(trigger);
   const auto& create = std::get<CreateTriggerStatement>(batch.statements[0]->node);
   EXPECT_EQ(create.body.size(), 5u);

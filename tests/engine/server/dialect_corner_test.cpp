@@ -58,8 +58,7 @@ TEST_F(DialectTest, ColumnsOfSelectIntoThatMayBeNull) {
   follow({
       {"CREATE TABLE T (A INT NOT NULL, V VARCHAR(5) NOT NULL)", ""},
       {"SELECT STUFF(V,9,1,'x') a, ASCII(V) b, SPACE(A) c, REPLICATE(V,A) d, CHAR(A) e, UNICODE(V) f, "
-       "NCHAR(A) g,"
-       "STR(A,A) h, QUOTENAME(V) i, NULLIF(A,1) j, UPPER(V) k, LEN(V) l, A m, V+'x' n, "
+       "NCHAR(A) g,STR(A,A) h, QUOTENAME(V) i, NULLIF(A,1) j, UPPER(V) k, LEN(V) l, A m, V+'x' n, "
        "ISNULL(STUFF(V,9,1,'x'),'') o "
        "INTO U FROM T",
        ""},
@@ -119,13 +118,11 @@ TEST_F(DialectTest, BlanksAtTheEndBesideLike) {
        "INSERT INTO T VALUES ('abc','abc  ','abc','abc  ')",
        ""},
       {"SELECT 'C' FROM T WHERE C LIKE 'abc' SELECT 'V' FROM T WHERE V LIKE 'abc' SELECT 'N' FROM T WHERE N "
-       "LIKE 'abc' "
-       "SELECT 'W' FROM T WHERE W LIKE 'abc'",
+       "LIKE 'abc' SELECT 'W' FROM T WHERE W LIKE 'abc'",
        "C\nV\n"},
       {"SELECT 'C' FROM T WHERE C LIKE N'abc' SELECT 'V' FROM T WHERE V LIKE N'%c' SELECT 'N' FROM T WHERE N "
-       "LIKE 'abc  '"
-       "SELECT 'W' FROM T WHERE W LIKE N'abc  ' SELECT 'X' FROM T WHERE W LIKE '%c%' SELECT 'Y' FROM T WHERE "
-       "W NOT LIKE 'abc'",
+       "LIKE 'abc  'SELECT 'W' FROM T WHERE W LIKE N'abc  ' SELECT 'X' FROM T WHERE W LIKE '%c%' SELECT 'Y' "
+       "FROM T WHERE W NOT LIKE 'abc'",
        "N\nW\nX\nY\n"},
       {"SELECT PATINDEX('%c',V), PATINDEX('%c',W), PATINDEX('%c%',W), PATINDEX('%c  ',W) FROM T",
        "3\t0\t3\t3\n"},

@@ -36,8 +36,7 @@ TEST_F(DialectTest, TextBesideNumbersOutsideOfPlainOperators) {
        "FROM P",
        "14.5000\t7.25\t14.5000\tNULL\n"},
       {"DECLARE @v VARCHAR(9), @d DECIMAL(5,2), @e DECIMAL(9,4) SELECT @v='7.25', @d=2 SET @e=@v*@d SET "
-       "@d*=@v "
-       "SELECT @e, @d, @v*@d, -(@v*1.0)",
+       "@d*=@v SELECT @e, @d, @v*@d, -(@v*1.0)",
        "14.5000\t14.50\t105.1250\t-7.30\n"},
       {"UPDATE P SET D*=V, M=M*V SELECT D, M FROM P", "14.50\t21.75\n"},
       {"UPDATE P SET D=D/V+V%D-V SELECT D FROM P", "2.00\n"},
@@ -98,8 +97,7 @@ TEST_F(DialectTest, ComparisonsBeyondThirtyEightDigits) {
        "W<>ALL(SELECT 0) AND NOT W=ANY(SELECT 0) AND W>ANY(SELECT 0) AND W NOT IN (SELECT K-1 FROM T)",
        "1\n"},
       {"SELECT CASE W WHEN 0 THEN 'a' WHEN -W THEN 'b' ELSE 'c' END, CASE WHEN NULLIF(W,0) IS NULL THEN 'n' "
-       "ELSE 'w' END, CASE "
-       "SUM(D) WHEN 0.005 THEN 'x' WHEN 0.0100 THEN 'y' END FROM T GROUP BY W",
+       "ELSE 'w' END, CASE SUM(D) WHEN 0.005 THEN 'x' WHEN 0.0100 THEN 'y' END FROM T GROUP BY W",
        "c\tw\ty\n"},
       {"SELECT t.K FROM T t JOIN (SELECT SUM(D) AS S FROM T) s ON s.S=t.D AND s.S<t.M AND s.S>t.W", "1\n"},
   });
@@ -108,8 +106,7 @@ TEST_F(DialectTest, ComparisonsBeyondThirtyEightDigits) {
        "'-0.99999999999999999999999999999999999999') THEN 1 ELSE 0 END",
        "1"},
       {"CASE WHEN CONVERT(DECIMAL(38,0),5)=CONVERT(DECIMAL(38,37),5) AND CONVERT(DECIMAL(38,37),-5)=-5 THEN "
-       "1 "
-       "ELSE 0 END",
+       "1 ELSE 0 END",
        "1"},
       {"CASE WHEN CONVERT(DECIMAL(38,37),-5.1)<-5 AND CONVERT(DECIMAL(38,37),-5.1)>-6 AND "
        "CONVERT(DECIMAL(38,37),-5.1)<CONVERT(BIGINT,0) THEN 1 ELSE 0 END",

@@ -10,12 +10,10 @@ TEST_F(DialectTest, ConstantTermsInFrontOfOuterJoins) {
        "INSERT INTO y VALUES (1) INSERT INTO z VALUES (1) INSERT INTO z VALUES (2)",
        ""},
       {"DECLARE @tip INT SET @tip=2 SELECT x.A, y.A, z.A FROM x JOIN y ON x.A=y.A AND @tip=1 RIGHT JOIN z ON "
-       "z.A=x.A "
-       "ORDER BY z.A",
+       "z.A=x.A ORDER BY z.A",
        "NULL\tNULL\t1\nNULL\tNULL\t2\n"},
       {"DECLARE @tip INT SET @tip=1 SELECT x.A, y.A, z.A FROM x JOIN y ON x.A=y.A AND @tip=1 RIGHT JOIN z ON "
-       "z.A=x.A "
-       "ORDER BY z.A",
+       "z.A=x.A ORDER BY z.A",
        "1\t1\t1\nNULL\tNULL\t2\n"},
       {"SELECT x.A, y.A, z.A FROM x JOIN y ON 1=0 FULL JOIN z ON z.A=x.A ORDER BY z.A",
        "NULL\tNULL\t1\nNULL\tNULL\t2\n"},
@@ -65,24 +63,20 @@ TEST_F(DialectTest, UnionsOfOuterJoinsInFrom) {
   follow({
       {"CREATE TABLE x (A INT, B INT) CREATE TABLE y (A INT, B INT) CREATE TABLE z (A INT, B INT) "
        "INSERT INTO x VALUES (1,7) INSERT INTO x VALUES (2,1) INSERT INTO y VALUES (1,8) INSERT INTO y "
-       "VALUES "
-       "(3,9)",
+       "VALUES (3,9)",
        ""},
       {"SELECT d.K, d.A FROM (SELECT 2 AS K, A FROM y WHERE A<0 UNION ALL SELECT 1, y.A FROM y FULL JOIN x "
-       "ON "
-       "x.A=y.A AND x.B<y.B) d WHERE d.K NOT IN (d.A,d.A) ORDER BY 1, 2",
+       "ON x.A=y.A AND x.B<y.B) d WHERE d.K NOT IN (d.A,d.A) ORDER BY 1, 2",
        "1\t3\n"},
       {"SELECT d.A, x.B FROM (SELECT x.A FROM x RIGHT JOIN y ON x.A=y.A UNION ALL SELECT y.A FROM x FULL "
-       "JOIN "
-       "y ON x.A=y.A) d JOIN x ON x.A=d.A OR d.A IS NULL ORDER BY 1, 2",
+       "JOIN y ON x.A=y.A) d JOIN x ON x.A=d.A OR d.A IS NULL ORDER BY 1, 2",
        "NULL\t1\nNULL\t1\nNULL\t7\nNULL\t7\n1\t7\n1\t7\n"},
       {"SELECT COUNT(*), COUNT(d.A) FROM x JOIN (SELECT x.A FROM x WHERE B>5 UNION ALL SELECT d.A FROM "
-       "(SELECT "
-       "x.A FROM x RIGHT JOIN y ON x.A=y.A) d LEFT JOIN z ON z.A=d.A) d ON 1=1 WHERE d.A IS NULL OR x.B=7",
+       "(SELECT x.A FROM x RIGHT JOIN y ON x.A=y.A) d LEFT JOIN z ON z.A=d.A) d ON 1=1 WHERE d.A IS NULL OR "
+       "x.B=7",
        "4\t2\n"},
       {"CREATE VIEW v AS SELECT x.A FROM x RIGHT JOIN y ON x.A=y.A UNION ALL SELECT y.A FROM x FULL JOIN y "
-       "ON "
-       "x.A=y.A",
+       "ON x.A=y.A",
        ""},
       {"SELECT v.A, x.B FROM x LEFT JOIN v ON v.A=x.A ORDER BY 2, 1", "NULL\t1\n1\t7\n1\t7\n"},
       {"INSERT INTO z SELECT A, A FROM y WHERE A<0 UNION ALL SELECT y.A, x.B FROM y FULL JOIN x ON x.A=y.A "
@@ -95,8 +89,7 @@ TEST_F(DialectTest, UnionsOfOuterJoinsInFrom) {
        "FROM x ORDER BY A",
        "1\t3\n2\t3\n"},
       {"DELETE FROM z INSERT INTO z SELECT TOP 1 A, B FROM y WHERE A=3 UNION ALL SELECT A, B FROM x ORDER BY "
-       "B "
-       "SELECT A, B FROM z ORDER BY B",
+       "B SELECT A, B FROM z ORDER BY B",
        "2\t1\n1\t7\n3\t9\n"},
   });
 }
@@ -111,12 +104,11 @@ TEST_F(DialectTest, UnionsBesideOuterJoins) {
        "(SELECT x.A FROM x JOIN y i ON i.A=x.A RIGHT JOIN y j ON j.A=x.A WHERE i.A=d.A)",
        "1\t8\n1\t8\n"},
       {"SELECT d.A, (SELECT COUNT(*) FROM x JOIN y i ON i.A=x.A RIGHT JOIN y j ON j.A=d.A) FROM (SELECT A "
-       "FROM "
-       "x UNION ALL SELECT A FROM y) d ORDER BY 1",
+       "FROM x UNION ALL SELECT A FROM y) d ORDER BY 1",
        "1\t2\n1\t2\n2\t2\n3\t2\n"},
       {"SELECT f.A, d.A FROM (SELECT y.A, x.B FROM x CROSS JOIN x i JOIN y ON y.A=x.A FULL JOIN y j ON "
-       "j.A=i.A) f "
-       "JOIN y ON 1=1, (SELECT A FROM x UNION ALL SELECT A FROM y WHERE A>1) d WHERE f.B<d.A+5 ORDER BY 1, 2",
+       "j.A=i.A) f JOIN y ON 1=1, (SELECT A FROM x UNION ALL SELECT A FROM y WHERE A>1) d WHERE f.B<d.A+5 "
+       "ORDER BY 1, 2",
        "1\t3\n1\t3\n1\t3\n1\t3\n"},
   });
 }
@@ -131,8 +123,7 @@ TEST_F(DialectTest, ColumnsOfTheQueryAroundInMissingRows) {
        "ORDER BY A",
        "1\tNULL\n2\tNULL\n"},
       {"SELECT A FROM x WHERE EXISTS(SELECT 1 FROM y LEFT JOIN (SELECT e.K FROM (SELECT x.B AS K FROM y i "
-       "WHERE "
-       "i.A>x.A) e) d ON d.K=1 WHERE d.K IS NOT NULL)",
+       "WHERE i.A>x.A) e) d ON d.K=1 WHERE d.K IS NOT NULL)",
        "2\n"},
       {"SELECT A, (SELECT COUNT(d.K) FROM y LEFT JOIN (SELECT x.A AS K, i.A FROM x i) d ON d.A=y.A) FROM x "
        "ORDER BY A",

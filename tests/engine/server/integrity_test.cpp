@@ -153,8 +153,7 @@ TEST_F(FullDiskTest, ATransactionIsWholeOrGone) {
     // More than SQLite keeps in memory.
     const std::string large =
         run("DECLARE @i INT SET @i=0 WHILE @i<60 BEGIN INSERT INTO T SELECT 2,REPLICATE('x',200) FROM T "
-            "WHERE A=0 "
-            "SET @i=@i+1 END INSERT INTO T SELECT TOP 50000 3,x.B FROM T x,T y,T z");
+            "WHERE A=0 SET @i=@i+1 END INSERT INTO T SELECT TOP 50000 3,x.B FROM T x,T y,T z");
     struck = disk.disarm();
     const std::string open = run("SELECT @@TRANCOUNT");
     if (large == "!1105\n" && open == "0\n") {

@@ -10,18 +10,12 @@
 namespace engine::test {
 namespace {
 
-class ChangeTest : public SessionTest {
- protected:
-  void follow(const std::vector<Step>& steps) {
-    for (const Step& step : steps) EXPECT_EQ(run(step.batch), step.printed) << step.batch << "\n" << message;
-  }
-};
+class ChangeTest : public SessionTest {};
 
 TEST_F(ChangeTest, InsertChecksAndConverts) {
   follow({
       {"CREATE TABLE T (ID INT IDENTITY(10,5), Kod CHAR(4) NOT NULL, N INT NULL DEFAULT 7, D DATETIME NULL, "
-       "B BIT,"
-       " P MONEY DEFAULT (1.5), Y SMALLINT, CONSTRAINT PK_T PRIMARY KEY (Kod))",
+       "B BIT, P MONEY DEFAULT (1.5), Y SMALLINT, CONSTRAINT PK_T PRIMARY KEY (Kod))",
        ""},
       {"INSERT INTO T (Kod) VALUES ('a') INSERT T (Kod,N,B) VALUES (12,'5',3)", ""},
       {"SELECT ID,Kod,N,P,B FROM T ORDER BY ID", "10\ta\t7\t1.50\tNULL\n15\t12\t5\t1.50\t1\n"},
@@ -198,8 +192,7 @@ TEST_F(ChangeTest, SystemTablesAnswer) {
       {"CREATE TABLE KASA (Kasa_ID INT IDENTITY, Ad CHAR(50) NULL)", ""},
       {"SELECT name FROM sysobjects WHERE name='kasa' AND type='U'", "KASA\n"},
       {"SELECT syscolumns.Name, systypes.name as type, syscolumns.length, syscolumns.isnullable, "
-       "syscolumns.colstat "
-       "From syscolumns, systypes, sysobjects where syscolumns.xtype=systypes.xtype and "
+       "syscolumns.colstat From syscolumns, systypes, sysobjects where syscolumns.xtype=systypes.xtype and "
        "syscolumns.id=sysobjects.id AND sysobjects.name='KASA' AND syscolumns.Name ='Ad'",
        "Ad\tchar\t50\t1\t0\n"},
       {"SELECT name FROM master.dbo.sysdatabases WHERE name='firma'", "FIRMA\n"},

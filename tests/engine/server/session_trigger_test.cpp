@@ -12,9 +12,6 @@ class TriggerTest : public SessionTest {
                   " CREATE TABLE G (Sira INT IDENTITY, Olay VARCHAR(60))"),
               "");
   }
-  void follow(const std::vector<Step>& steps) {
-    for (const Step& step : steps) EXPECT_EQ(run(step.batch), step.printed) << step.batch << "\n" << message;
-  }
 };
 
 TEST_F(TriggerTest, RunsOncePerStatementWithAllItsRows) {
@@ -23,15 +20,13 @@ TEST_F(TriggerTest, RunsOncePerStatementWithAllItsRows) {
        "inserted",
        ""},
       {"CREATE TRIGGER T_DEG ON T FOR UPDATE AS INSERT INTO G SELECT 'u'+RTRIM(D.Ad)+'>'+RTRIM(I.Ad) FROM "
-       "DELETED D,"
-       "INSERTED I WHERE D.ID=I.ID ORDER BY D.ID",
+       "DELETED D,INSERTED I WHERE D.ID=I.ID ORDER BY D.ID",
        ""},
       {"CREATE TRIGGER T_SIL ON T FOR DELETE AS DECLARE @n INT SELECT @n=COUNT(*) FROM deleted "
        "INSERT INTO G VALUES ('d'+CONVERT(VARCHAR(5),@n))",
        ""},
       {"INSERT INTO T (Ad) VALUES ('a') INSERT INTO T (Ad) VALUES ('b'),('c') INSERT INTO T (Ad) SELECT Ad "
-       "FROM T "
-       "WHERE ID=99",
+       "FROM T WHERE ID=99",
        ""},
       {"SELECT Olay FROM G ORDER BY Sira DELETE FROM G", "i1\ni2\ni0\n"},
       {"UPDATE T SET Ad='x' WHERE ID>1 UPDATE T SET Ad='y' WHERE ID=99 SELECT Olay FROM G ORDER BY Sira "

@@ -71,7 +71,7 @@ entry=$prefix/share/applications/tr.korvena.zembera.desktop
 grep -qx 'Exec=zembera' "$entry" || tell "menü girdisi"
 for size in 16x16 48x48 256x256; do
   file=$prefix/share/icons/hicolor/$size/apps/tr.korvena.zembera.png
-  same "simge $size" "$size" "$(python3 -c 'import struct,sys;d=open(sys.argv[1],"rb").read(24);print("%dx%d"%struct.unpack(">II",d[16:]))' "$file")"
+  same "simge $size" "$size" "$(od -An -tu4 -j16 -N8 --endian=big "$file" | awk "{print \$1 \"x\" \$2}")"
 done
 if command -v desktop-file-validate >/dev/null; then desktop-file-validate "$entry" || tell "menü girdisi geçersiz"; fi
 if command -v appstreamcli >/dev/null; then

@@ -129,10 +129,7 @@ void Store::Impl::checkAttached(Attached& one, const std::string& family) {
     failDamaged(one.entry, error);
   }
   one.cacheKey = one.family + file;
-  if (format > fileFormat)
-    throw Error(948, "The database '" + one.entry.name + "' cannot be opened because it is version " +
-                         std::to_string(format) + ". This server supports version " +
-                         std::to_string(fileFormat) + " and earlier. A downgrade path is not supported.");
+  if (format > fileFormat) failNewerFormat(one.entry.name, format, fileFormat);
   if (family != one.family)
     throw Error(5173, "One or more files do not match the primary file of the database: '" +
                           one.entry.log.string() + "' does not belong to database '" + one.entry.name + "'.");

@@ -134,12 +134,22 @@ void writeCompanion(const fs::path& file, const std::string& database, const std
   writePage(file, store::makeLogPage({2, database, family}, store::Mark()));
 }
 
+void failNewerFormat(const std::string& database, std::int64_t format, int supported) {
+  throw Error(948, "The database '" + database + "' cannot be opened because it is version " +
+                       std::to_string(format) + ". This server supports version " +
+                       std::to_string(supported) + " and earlier. A downgrade path is not supported.");
+}
+
 std::string readCompanion(const fs::path& file, const std::string& database) {
   std::error_code error;
   if (!fs::is_regular_file(file, error))
     throw Error(5120, "Unable to open the physical file \"" + file.string() + "\". " + reasonNotOpened(file));
   const auto head = headOf(file);
-  if (!head) failDamaged(file, database);
+  if (!head) {
+    if (const auto format = store::newerLogFormat(startOf(file)))
+      failNewerFormat(database, *format, store::logFormat);
+    failDamaged(file, database);
+  }
   return head->family;
 }
 
@@ -174,6 +184,8 @@ fs::path readyCompanion(const fs::path& data, const fs::path& log, const std::st
       chosen = fitting == candidates.end() ? candidates.front() : *fitting;
     }
   }
+  if (const auto format = store::newerLogFormat(startOf(chosen)))
+    failNewerFormat(database, *format, store::logFormat);
   if (const auto head = headOf(chosen); head && head->version == 1) convertCompanion(data, chosen, database);
   return chosen;
 }

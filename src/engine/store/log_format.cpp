@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <charconv>
 #include <cstring>
 
 namespace engine::store {
@@ -150,6 +151,16 @@ std::optional<LogHead> readLogHead(std::string_view start) {
     return start.size() < longestHead && rest.empty() ? std::optional(head) : std::nullopt;
   if (!padded || rest.find_first_not_of('\0') != std::string_view::npos) return std::nullopt;
   return head;
+}
+
+std::optional<int> newerLogFormat(std::string_view start) {
+  start = start.substr(0, longestHead);
+  const auto version = takeField(start, magic);
+  int number = 0;
+  if (!version) return std::nullopt;
+  const auto [end, error] = std::from_chars(version->data(), version->data() + version->size(), number);
+  const bool whole = error == std::errc() && end == version->data() + version->size();
+  return whole && number > logFormat ? std::optional(number) : std::nullopt;
 }
 
 // ---- SQLite's log ----

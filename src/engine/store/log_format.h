@@ -35,6 +35,7 @@ constexpr std::size_t logOrigin = 4064;  // where SQLite's own log begins
 constexpr std::size_t logHeaderSize = 32;
 constexpr std::size_t framesBegin = logOrigin + logHeaderSize;
 constexpr std::size_t frameHeaderSize = 24;
+constexpr int logFormat = 2;
 constexpr std::size_t sealSize = 32;  // `durable` and `base`
 constexpr std::size_t baseOffset = logOrigin - sealSize;
 constexpr std::size_t durableOffset = baseOffset - sealSize;
@@ -84,6 +85,8 @@ struct LogHead {
 LogPage makeLogPage(const LogHead& head, const Mark& base);
 // Also of the first format, which held nothing but the head.
 std::optional<LogHead> readLogHead(std::string_view start);
+// The number of a format that came after ours.
+std::optional<int> newerLogFormat(std::string_view start);
 
 // SQLite's log header and frames.
 using FrameSum = std::array<std::uint32_t, 2>;

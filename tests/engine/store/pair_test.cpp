@@ -190,6 +190,36 @@ TEST_F(PairTest, AFlippedByteInTheLogIsNeverServed) {
   EXPECT_EQ(rows(), "1|2|3|4|5");
 }
 
+// A later program has written one of the files: its number is told, not damage, and not a byte changes.
+TEST_F(PairTest, AFileOfALaterFormatIsToldAsSuchAndLeftAsItIs) {
+  insertAndDie(1, 2);
+  server.reset();
+  const Pair ours = pair();
+  Pair laterLog = ours, laterData;
+  laterLog.log.replace(laterLog.log.find("ZEMBERA-LOG 2"), 13, "ZEMBERA-LOG 3");
+  {
+    server = Server::open(folder.path / "veri");
+    Storing session(*server, "A");
+    session.run("UPDATE @.zb_meta SET value=7 WHERE key='format'");
+  }
+  server.reset();
+  laterData = pair();
+  const struct {
+    Pair files;
+    const char* version;
+  } cases[] = {{laterLog, "3"}, {laterData, "7"}};
+  for (const auto& c : cases) {
+    put(c.files);
+    EXPECT_EQ(rows(), "!948");
+    EXPECT_EQ(text, "The database 'A' cannot be opened because it is version " + std::string(c.version) +
+                        ". This server supports version 2 and earlier. A downgrade path is not supported.");
+    server.reset();
+    EXPECT_EQ(pair(), c.files) << c.version;
+  }
+  put(ours);
+  EXPECT_EQ(rows(), "1|2");
+}
+
 TEST_F(PairTest, AFileOfTheFirstFormatIsConverted) {
   // As it was: a data file without checksums, SQLite's own log beside it, a companion of one page of text.
   server.reset();

@@ -96,7 +96,8 @@ class Lexer {
              "The query processor ran out of internal resources and could not produce a query plan. Simplify "
              "the query.",
              line_);
-    } else if (token.kind != TokenKind::Symbol || (token.source[0] != ',' && token.source[0] != '-')) {
+    } else if (listed_ > 0 &&
+               (token.kind != TokenKind::Symbol || (token.source[0] != ',' && token.source[0] != '-'))) {
       listed_ = 0;
     }
   }

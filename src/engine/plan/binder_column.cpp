@@ -10,9 +10,9 @@ std::string written(const Expr& expr) {
   return text + expr.name;
 }
 
-// Whether the qualifier of a column means this entry of FROM.
-bool isMeant(const Source& source, const Expr& expr) {
-  if (source.alias != foldName(expr.table)) return false;
+// Whether the qualifier of a column means this entry of FROM; `table` is its folded name.
+bool isMeant(const Source& source, const Expr& expr, const std::string& table) {
+  if (source.alias != table) return false;
   if (expr.database.empty()) return true;
   return !source.aliased && source.database == foldName(expr.database);
 }
@@ -25,24 +25,19 @@ const BoundExpr* groupOf(const Scope& scope, const SourceColumn& column) {
   return nullptr;
 }
 
-// Columns outside of aggregates must be built of what the query groups by.
-void checkGrouping(const Scope& scope, const Source& source, const SourceColumn& column) {
-  if (!scope.grouped || scope.inAggregate > 0 || groupOf(scope, column)) return;
-  throw ungroupedColumn(scope, source, column);
-}
-
 struct Found {
   const Source* source = nullptr;
   const SourceColumn* column = nullptr;
   bool sourceSeen = false;
 };
 
-Found findColumn(const Scope& scope, const Expr& expr, const std::string& key) {
+// `key` and `table`: the folded names of the column and of its qualifier.
+Found findColumn(const Scope& scope, const Expr& expr, const std::string& key, const std::string& table) {
   Found found;
   for (std::size_t i = scope.visibleFrom; i < scope.sources.size(); ++i) {
     const Source& source = scope.sources[i];
     if (!expr.table.empty()) {
-      if (!isMeant(source, expr)) continue;
+      if (!isMeant(source, expr, table)) continue;
       found.sourceSeen = true;
     }
     for (const SourceColumn& column : source.columns) {
@@ -82,24 +77,26 @@ int VariableTable::find(std::string_view name) const {
 
 // The scope that a column is found in, from `scope` outwards.
 Scope* Binder::scopeOf(const Expr& column, Scope* scope) {
-  const std::string key = foldName(column.name);
+  const std::string key = foldName(column.name), table = foldName(column.table);
   for (Scope* at = scope; at; at = at->parent)
-    if (const Found found = findColumn(*at, column, key); found.column || found.sourceSeen) return at;
+    if (const Found found = findColumn(*at, column, key, table); found.column || found.sourceSeen) return at;
   return nullptr;
 }
 
 BoundExpr Binder::bindColumn(const Expr& expr, Scope* scope) {
-  const std::string key = foldName(expr.name);
+  const std::string key = foldName(expr.name), table = foldName(expr.table);
   for (Scope* at = scope; at; at = at->parent) {
-    const Found found = findColumn(*at, expr, key);
+    const Found found = findColumn(*at, expr, key, table);
     if (!found.column) {
       if (found.sourceSeen) break;
       continue;
     }
-    checkGrouping(*at, *found.source, *found.column);
+    // Columns outside of aggregates must be built of what the query groups by.
+    const BoundExpr* group = groupOf(*at, *found.column);
+    if (at->grouped && at->inAggregate == 0 && !group)
+      throw ungroupedColumn(*at, *found.source, *found.column);
     if (found.source->target) need(found.source->tableDatabase, found.source->table->name, Action::Select);
     BoundExpr bound;
-    const BoundExpr* group = groupOf(*at, *found.column);
     bound.sql = group ? group->sql : found.column->sql;
     bound.type = found.column->info.type;
     bound.nullable = found.column->info.nullable;
@@ -111,7 +108,7 @@ BoundExpr Binder::bindColumn(const Expr& expr, Scope* scope) {
   bool qualified = !expr.table.empty();
   for (Scope* at = scope; at && qualified; at = at->parent)
     for (const Source& source : at->sources)
-      if (isMeant(source, expr)) qualified = false;
+      if (isMeant(source, expr, table)) qualified = false;
   if (qualified) throw Error(4104, "The multi-part identifier \"" + written(expr) + "\" could not be bound.");
   throw Error(207, "Invalid column name '" + expr.name + "'.");
 }

@@ -91,23 +91,6 @@ void yoneticiyeVer(Oturum& oturum, const std::string& ad) {
   baglanti.execute(rights::varsayilanSatir(rights::VarsayilanTur::YeniFirma, id, "1", kullanici, sifre));
 }
 
-// What Firma_Hazirla made, taken back after a failure.
-void hazirligiGeriAl(Oturum& oturum, const std::string& ad) {
-  try {
-    session::Katalog_Bagla(oturum, katalog);
-    const std::string firma = "(SELECT sysfrm_ID FROM sysfrmlng WHERE sysfrm_dbnm='" + db::escape(ad) + "')";
-    for (const std::string& deyim : {"DELETE FROM Kullanici WHERE Firma_ID IN " + firma,
-                                     "DELETE FROM sysusfrmlng WHERE sysfrm_ID IN " + firma,
-                                     "DELETE FROM sysfrmlng WHERE sysfrm_dbnm='" + db::escape(ad) + "'"})
-      oturum.Baglanti->execute(deyim);
-    session::Katalog_Bagla(oturum, "master");
-    oturum.Baglanti->execute("DROP DATABASE " + ad);
-  } catch (const db::SqlError& hata) {
-    oturum.kutular->message("\"" + ad + "\" için yapılan hazırlık geri alınamadı: " + hata.what(),
-                            Icon::Warning, aktarBaslik);
-  }
-}
-
 struct Is {
   Oturum& oturum;
   fs::path kaynak;
@@ -115,7 +98,6 @@ struct Is {
   fs::path klasor;    // the same as this machine reaches it
   std::vector<std::string> adlar;
   bool genel = false;
-  std::vector<std::string> yapilan;  // databases made by this run
 };
 
 // The files of the pairs, copied beside their places while everything still runs.
@@ -166,42 +148,33 @@ std::string kopyalariDenetle(Is& is, const std::vector<Degisim>& degisimler) {
   return {};
 }
 
-std::string hazirla(Is& is) {
+std::string hazirla(Is& is, Bakim& bakim) {
   std::int64_t sira = 0;
   for (const std::string& ad : is.adlar) {
     is.oturum.ilerleme->step(++sira, static_cast<std::int64_t>(is.adlar.size()));
     is.oturum.ilerleme->pump();
-    const Hazirlik sonuc = Firma_Hazirla(is.oturum, ad, is.hedef);
-    if (sonuc == Hazirlik::Engel) return "\"" + ad + "\" hazırlanamadı; hiçbir veritabanı aktarılmadı.";
-    if (sonuc == Hazirlik::Yapildi) is.yapilan.push_back(ad);
+    if (Firma_Hazirla(is.oturum, bakim, ad, is.hedef) == Hazirlik::Engel)
+      return "\"" + ad + "\" hazırlanamadı; hiçbir veritabanı aktarılmadı.";
   }
   return {};
 }
 
-// The catalog tells where the files lie; one that moved here tells its old place.
-void klasoruYaz(Is& is) {
-  session::Katalog_Bagla(is.oturum, katalog);
-  is.oturum.Baglanti->execute("UPDATE sysDTYL SET sysdtyl='" + db::escape(is.hedef) + "'");
-}
-
-std::string ekle(Is& is) {
-  for (const std::string& ad : is.adlar)
-    if (!Veritabani_Ekle(is.oturum, is.hedef, ad + ".mdf", ad + "_log.ldf", ad))
-      return "\"" + ad + "\" sunucuya eklenemedi.";
-  klasoruYaz(is);
-  return {};
-}
-
 std::string yerlestir(Is& is, Bakim& bakim, std::vector<Degisim> degisimler) {
+  Yerlestirme yer{std::move(degisimler), is.adlar, {}, {}};
+  if (is.genel) {
+    yer.klasor = is.hedef;
+    for (const std::string& ad : is.adlar)
+      if (!biliniyor(is.oturum, ad)) yer.ekle.push_back(ad);
+  }
   ServisMolasi mola(is.oturum);
   if (std::string hata = mola.durdur(); !hata.empty()) return hata;
-  std::string hata = bakim.degis(std::move(degisimler), is.genel ? std::vector<std::string>() : is.adlar);
+  std::string hata = bakim.degis(std::move(yer));
   if (hata.empty()) hata = bakim.yerineKoy();
   if (hata.empty()) hata = mola.baslat();
-  if (hata.empty() && is.genel) hata = ekle(is);
-  for (const std::string& ad : is.adlar)
-    if (hata.empty() && !veritabaniAcilir(is.oturum, ad, hata)) hata = "\"" + ad + "\" açılamadı: " + hata;
+  if (hata.empty()) hata = bakim.ekleVeDene();
   if (hata.empty()) return {};
+  mola.baslat();
+  bakim.ekleneniBirak();
   mola.durdur();
   if (const std::string donmedi = bakim.geriKoy(); !donmedi.empty()) hata += "\n" + donmedi;
   mola.baslat();
@@ -212,12 +185,10 @@ std::string aktar(Is& is, Bakim& bakim) {
   std::vector<Degisim> degisimler;
   std::string hata = kopyala(is, bakim, degisimler);
   if (hata.empty()) hata = kopyalariDenetle(is, degisimler);
-  if (hata.empty() && !is.genel) hata = hazirla(is);
+  if (hata.empty() && !is.genel) hata = hazirla(is, bakim);
   // A database made just now has files of its own, whose names may differ in letter case.
   for (Degisim& degisim : degisimler) degisim.canli = gercekDosya(degisim.canli);
   if (hata.empty()) hata = yerlestir(is, bakim, std::move(degisimler));
-  if (!hata.empty())
-    for (const std::string& ad : is.yapilan) hazirligiGeriAl(is.oturum, ad);
   return hata;
 }
 
@@ -264,7 +235,12 @@ bool Veritabani_Ekle(Oturum& oturum, const std::string& klasor, const std::strin
   return biliniyor(oturum, ad);
 }
 
-Hazirlik Firma_Hazirla(Oturum& oturum, const std::string& ad, const std::string& klasor) {
+void Veri_Klasorunu_Yaz(Oturum& oturum, const std::string& klasor) {
+  session::Katalog_Bagla(oturum, katalog);
+  oturum.Baglanti->execute("UPDATE sysDTYL SET sysdtyl='" + db::escape(klasor) + "'");
+}
+
+Hazirlik Firma_Hazirla(Oturum& oturum, Bakim& bakim, const std::string& ad, const std::string& klasor) {
   if (biliniyor(oturum, ad)) return Hazirlik::Biliniyor;
   const std::string dosya = klasor + "\\" + ad + ".mdf";
   std::error_code yok;
@@ -272,22 +248,41 @@ Hazirlik Firma_Hazirla(Oturum& oturum, const std::string& ad, const std::string&
     oturum.kutular->message(engelMetni(dosya), Icon::None, aktarBaslik);
     return Hazirlik::Engel;
   }
+  session::Katalog_Bagla(oturum, katalog);
+  const auto son = oturum.Baglanti->query("SELECT ISNULL(MAX(sysfrm_ID),0) FROM sysfrmlng");
+  if (const std::string hata = bakim.hazirlanacak(ad, son->value(0, 0).integer()); !hata.empty()) {
+    red(oturum, hata);
+    return Hazirlik::Engel;
+  }
+  session::Katalog_Bagla(oturum, "master");
   oturum.Baglanti->execute(olusturma(ad, klasor));
+  session::Katalog_Bagla(oturum, katalog);
+  firmaSatiri(oturum, ad);
+  yoneticiyeVer(oturum, ad);
+  return Hazirlik::Yapildi;
+}
+
+void Firma_Hazirligini_Geri_Al(Oturum& oturum, const std::string& ad, std::int64_t sonKart) {
+  oturum.Kayitlar.close();
   try {
     session::Katalog_Bagla(oturum, katalog);
-    firmaSatiri(oturum, ad);
-    yoneticiyeVer(oturum, ad);
-  } catch (const db::SqlError&) {
-    oturum.Kayitlar.close();
-    hazirligiGeriAl(oturum, ad);
-    throw;
+    const std::string kart = "(SELECT sysfrm_ID FROM sysfrmlng WHERE sysfrm_dbnm='" + db::escape(ad) +
+                             "' AND sysfrm_ID>" + std::to_string(sonKart) + ")";
+    for (const char* const tablo :
+         {"Kullanici WHERE Firma_ID", "sysusfrmlng WHERE sysfrm_ID", "sysfrmlng WHERE sysfrm_ID"})
+      oturum.Baglanti->execute(std::string("DELETE FROM ") + tablo + " IN " + kart);
+    if (!biliniyor(oturum, ad)) return;
+    session::Katalog_Bagla(oturum, "master");
+    oturum.Baglanti->execute("DROP DATABASE " + ad);
+  } catch (const db::SqlError& hata) {
+    oturum.kutular->message("\"" + ad + "\" için yapılan hazırlık geri alınamadı: " + hata.what(),
+                            Icon::Warning, aktarBaslik);
   }
-  return Hazirlik::Yapildi;
 }
 
 bool Aktar(Oturum& oturum, const fs::path& kaynak, const std::string& hedef,
            const std::vector<AktarSatiri>& satirlar, bool genel) {
-  Is is{oturum, kaynak, hedef, platform::hostPath(hedef), {}, genel, {}};
+  Is is{oturum, kaynak, hedef, platform::hostPath(hedef), {}, genel};
   if (ayniDizin(kaynak, is.klasor))
     return oturum.kutular->message(
                "Programın Kurulu Olduğu Dizin İle Seçmiş Olduğunuz Dizin Aynı Lütfen Kontrol Ediniz.",
@@ -312,9 +307,11 @@ bool Aktar(Oturum& oturum, const fs::path& kaynak, const std::string& hedef,
     hata = aktar(is, *bakim);
   } catch (const db::SqlError& neden) {
     hata = neden.what();
-    for (const std::string& ad : is.yapilan) hazirligiGeriAl(oturum, ad);
   }
-  if (!hata.empty()) return red(oturum, hata);
+  if (!hata.empty()) {
+    bakim->hazirligiGeriAl();
+    return red(oturum, hata);
+  }
   bakim->bitir();
   oturum.kutular->message("Aktarım İşlemi Başarı İle Gerçekleştirildi.", Icon::None, aktarBaslik);
   return true;

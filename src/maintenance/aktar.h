@@ -2,6 +2,7 @@
 // and makes the server and the catalog know them.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -34,8 +35,15 @@ bool Aktar(session::Oturum& oturum, const std::filesystem::path& kaynak, const s
 bool Veritabani_Ekle(session::Oturum& oturum, const std::string& klasor, const std::string& mdf,
                      const std::string& log, const std::string& ad);
 
+// The catalog tells where the files lie; one that was moved here tells its old place.
+void Veri_Klasorunu_Yaz(session::Oturum& oturum, const std::string& klasor);
+
+class Bakim;
 enum class Hazirlik : std::uint8_t { Biliniyor, Yapildi, Engel };
-// Makes the database and its company row; Engel has been shown.
-Hazirlik Firma_Hazirla(session::Oturum& oturum, const std::string& ad, const std::string& klasor);
+// Makes the database and its company row, which `bakim` is told before; Engel has been shown.
+Hazirlik Firma_Hazirla(session::Oturum& oturum, Bakim& bakim, const std::string& ad,
+                       const std::string& klasor);
+// Takes both away again, whatever of them there is by now; `sonKart` as it was told. A failure is shown.
+void Firma_Hazirligini_Geri_Al(session::Oturum& oturum, const std::string& ad, std::int64_t sonKart);
 
 }  // namespace maintenance

@@ -3,14 +3,23 @@
 // place, and the service comes up again.
 //
 //   bakim.kayit = "bakim 1" LF "is" TAB name LF { line LF }
-//   line        = "sil" TAB path                         a copy under way, file or folder
-//               | "koy" TAB new TAB live TAB old          `new` takes the place of `live`, which is kept as
-//               `old` | "ileri"                                 every `new` is whole: go on instead of back
-//               | "dene" TAB database                     must open before `old` goes
+//   line        = "sil" TAB path                  a copy under way, or an old file that has had its day
+//               | "koy" TAB new TAB live TAB old  `new` takes the place of `live`, which is kept as `old`;
+//               `old`
+//                                                 is empty where there was no `live`
+//               | "ileri"                         every `new` is whole: go on instead of back
+//               | "ekle" TAB database TAB folder  not known to the server before: is attached from the
+//               folder,
+//                                                 which the catalog tells from then on
+//               | "dene" TAB database             must open before `old` goes
+//               | "hazir" TAB database TAB id     made by this run together with its card, whose row is
+//               younger
+//                                                 than `id`; going back takes both away
 //
 // The file lies beside sys.inf together with the lock bakim.kilit.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -24,6 +33,12 @@ namespace maintenance {
 struct Degisim {
   std::filesystem::path yeni, canli, eski;
 };
+struct Yerlestirme {
+  std::vector<Degisim> degisimler;
+  std::vector<std::string> dene;  // databases that must open afterwards
+  std::string klasor;             // as the server is told; empty: as before
+  std::vector<std::string> ekle;
+};
 
 class Bakim {
  public:
@@ -35,11 +50,15 @@ class Bakim {
   Bakim& operator=(const Bakim&) = delete;
 
   // Each empty on success, else a Turkish text.
-  std::string gecici(const std::filesystem::path& yol);  // before it is made
-  std::string degis(std::vector<Degisim> degisimler, const std::vector<std::string>& veritabanlari);
-  std::string yerineKoy();  // both files of each pair, the old ones kept
-  std::string geriKoy();    // the old ones back
-  void bitir();             // all is well: the old ones go
+  std::string gecici(const std::filesystem::path& yol);                           // before it is made
+  std::string hazirlanacak(const std::string& veritabani, std::int64_t sonKart);  // before it is made
+  std::string degis(Yerlestirme is);                                              // before the next two
+  std::string yerineKoy();   // with the service down: both files of each pair, the old ones kept
+  std::string ekleVeDene();  // with the service up: what the server must know, and open
+  std::string geriKoy();     // the old ones back; called with the service down
+  void ekleneniBirak();      // what ekleVeDene() attached; with the service up, before geriKoy()
+  void hazirligiGeriAl();    // what was made; with the service up
+  void bitir();              // all is well: the old ones go
 
  private:
   friend std::string Bakimi_Tamamla(session::Oturum& oturum);
@@ -47,14 +66,19 @@ class Bakim {
   bool oku();
   std::string yaz() const;
   void temizle();
+  bool tamamla();
 
+  struct Hazirlanan {
+    std::string ad;
+    std::int64_t sonKart;
+  };
   session::Oturum& oturum_;
   std::unique_ptr<platform::FileLock> kilit_;
   std::filesystem::path kayit_;
   std::string is_;
   std::vector<std::filesystem::path> gecici_;
-  std::vector<Degisim> degisimler_;
-  std::vector<std::string> denenecek_;
+  std::vector<Hazirlanan> hazirlanan_;
+  Yerlestirme yer_;
   bool ileri_ = false, acik_ = true;
 };
 

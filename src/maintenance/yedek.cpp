@@ -227,13 +227,16 @@ std::string geriAl(Oturum& oturum, Bakim& bakim, const VeriDosyalari& canli, con
 
   ServisMolasi mola(oturum);
   if (std::string hata = mola.durdur(); !hata.empty()) return hata;
-  std::string hata = bakim.degis(
-      {{yeniData, canli.data, ekli(canli.data, ".onceki")}, {yeniLog, canli.log, ekli(canli.log, ".onceki")}},
-      {ad});
+  Yerlestirme is;
+  is.degisimler = {{yeniData, canli.data, ekli(canli.data, ".onceki")},
+                   {yeniLog, canli.log, ekli(canli.log, ".onceki")}};
+  is.dene = {ad};
+  std::string hata = bakim.degis(std::move(is));
   if (hata.empty()) hata = bakim.yerineKoy();
   cubuk.adim();
   if (hata.empty()) hata = mola.baslat();
-  if (hata.empty() && veritabaniAcilir(oturum, ad, hata)) return {};
+  if (hata.empty()) hata = bakim.ekleVeDene();
+  if (hata.empty()) return {};
   const std::string neden = hata;
   if (std::string durmadi = mola.durdur(); !durmadi.empty()) return neden + "\n" + durmadi;
   if (std::string donmedi = bakim.geriKoy(); !donmedi.empty())

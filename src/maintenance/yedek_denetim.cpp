@@ -6,6 +6,7 @@
 #include "catalog/katalog.h"
 #include "company/schema/schema.h"
 #include "db/table_name.h"
+#include "maintenance/denetim_klasoru.h"
 #include "maintenance/yedek.h"
 #include "platform/file_copy.h"
 #include "platform/folders.h"
@@ -49,8 +50,8 @@ class Denetci {
   void calistir(db::LocalServer& sunucu) {
     dosyalar();
     o_.ilerleme->text("Yedek açılıyor");
-    const auto kopya =
-        sunucu.openCopy(klasor_ / data_, klasor_ / log_, sonuc_.firma, fs::temp_directory_path());
+    const DenetimKlasoru yer(o_.platform->programFolder());
+    const auto kopya = sunucu.openCopy(klasor_ / data_, klasor_ / log_, sonuc_.firma, yer.yol());
     sayfalar(kopya->connection());
     sema(kopya->connection());
     tablolar(*kopya);

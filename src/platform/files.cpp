@@ -8,6 +8,8 @@
 #include <io.h>
 #else
 #include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -36,6 +38,8 @@ std::error_code writeFileSafely(const fs::path& path, std::string_view text) {
   return error;
 }
 
+void removeUnfinishedWrites(const fs::path&) {}  // the next writer takes the same name
+
 bool canWriteFolder(const fs::path& folder) {
   return _waccess(folder.c_str(), 2) == 0;
 }
@@ -43,6 +47,8 @@ bool canWriteFolder(const fs::path& folder) {
 #else
 
 namespace {
+
+constexpr std::string_view unfinished = ".yaziliyor-";
 
 std::error_code lastError() {
   return {errno, std::generic_category()};
@@ -61,14 +67,36 @@ std::error_code writeAll(int file, std::string_view text) {
 }  // namespace
 
 std::error_code writeFileSafely(const fs::path& path, std::string_view text) {
-  std::string temporary = path.string() + ".XXXXXX";
-  const int file = ::mkostemp(temporary.data(), O_CLOEXEC);  // made with rights 0600
-  if (file < 0) return lastError();
+  std::string temporary;
+  int file = -1;
+  // One that was taken for a dead writer's before it was locked is made again.
+  for (struct stat made{}; made.st_nlink == 0;) {
+    if (file >= 0) ::close(file);
+    temporary = path.string() + std::string(unfinished) + "XXXXXX";
+    file = ::mkostemp(temporary.data(), O_CLOEXEC);  // made with rights 0600
+    if (file < 0) return lastError();
+    ::flock(file, LOCK_EX);
+    if (::fstat(file, &made) != 0) break;
+  }
   std::error_code error = writeAll(file, text);
   if (::close(file) != 0 && !error) error = lastError();
   if (!error && ::rename(temporary.c_str(), path.c_str()) != 0) error = lastError();
   if (error) ::unlink(temporary.c_str());
   return error;
+}
+
+void removeUnfinishedWrites(const fs::path& folder) {
+  constexpr std::size_t letters = 6;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+    const std::string name = entry->path().filename().string();
+    const auto at = name.rfind(unfinished);
+    if (at == std::string::npos || at + unfinished.size() + letters != name.size()) continue;
+    const int file = ::open(entry->path().c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
+    if (file < 0) continue;
+    if (::flock(file, LOCK_EX | LOCK_NB) == 0) ::unlink(entry->path().c_str());
+    ::close(file);
+  }
 }
 
 bool canWriteFolder(const fs::path& folder) {

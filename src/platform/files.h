@@ -12,6 +12,9 @@ namespace platform {
 // Replaces `path` by `text`: written beside it with rights 0600, flushed, then renamed over it, so that a
 // reader sees the old or the new file, never half of one. On failure nothing is changed.
 std::error_code writeFileSafely(const std::filesystem::path& path, std::string_view text);
+// Removes what writers that were killed left beside their files in the folder; one that still writes is let
+// be.
+void removeUnfinishedWrites(const std::filesystem::path& folder);
 
 // The whole file; empty when it is missing or cannot be read.
 std::optional<std::string> readFile(const std::filesystem::path& path);

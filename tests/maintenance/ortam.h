@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,11 +25,14 @@ namespace fs = std::filesystem;
 
 class Ortam {
  public:
-  Ortam() : klasor(gecici.path), veri(klasor / "veri") {
-    engine::Server::create(veri, "sa", "gizli");
+  Ortam() : klasor(gecici.emplace().path), veri(klasor / "veri") { hazirla(); }
+  // In a folder that stays; a server that is there already is used as it is.
+  explicit Ortam(const fs::path& yer) : klasor(yer), veri(klasor / "veri") {
+    if (!engine::Server::exists(veri)) {
+      hazirla();
+      return;
+    }
     bagla();
-    catalog::Sunucu_Hazirla(s.oturum, {"Korvena", "abc", ""});
-    s.boxes.shown.clear();
     s.oturum.Veri_Klasoru = veri.string();
   }
   ~Ortam() { birak(); }
@@ -81,10 +85,19 @@ class Ortam {
   }
   bool calisiyor() { return surucu->local("(yerel)")->running(); }
 
-  support::TempFolder gecici;
+  std::optional<support::TempFolder> gecici;
   const fs::path klasor, veri;
   support::FakeSurroundings s;
   std::unique_ptr<db::ConnectionFactory> surucu;
+
+ private:
+  void hazirla() {
+    engine::Server::create(veri, "sa", "gizli");
+    bagla();
+    catalog::Sunucu_Hazirla(s.oturum, {"Korvena", "abc", ""});
+    s.boxes.shown.clear();
+    s.oturum.Veri_Klasoru = veri.string();
+  }
 };
 
 // Names in a folder, without what the storage library keeps beside an open data file.

@@ -57,7 +57,12 @@ void KomutIlerlemesi::step(std::int64_t value, std::int64_t maximum) {
   draw();
 }
 
-void KomutIlerlemesi::whole(std::int64_t, std::int64_t) {}
+// By bytes, where they are known.
+void KomutIlerlemesi::whole(std::int64_t value, std::int64_t maximum) {
+  if (maximum <= 0 || value * 100 / maximum == percent_) return;
+  percent_ = value * 100 / maximum;
+  draw();
+}
 
 void KomutIlerlemesi::draw() {
   if (!ortam_.hataTerminal || ortam_.sessiz) return;

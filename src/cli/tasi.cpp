@@ -39,7 +39,7 @@ int run(Ortam& ortam, const Degerler& values) {
   const auto kaynak = tamYol(values.metin("kaynak"));
   auto satirlar = maintenance::aktarListesi(kaynak);
   if (!values.var("ad"))
-    for (auto& satir : satirlar) satir.Sec = true;
+    for (auto& satir : satirlar) satir.Sec = !maintenance::sunucununKendisi(satir.Database);
   if (const std::string yok = sec(satirlar, values.metin("ad")); !yok.empty()) {
     ortam.err << "Klasörde böyle bir veritabanı yok: " << yok << "\n";
     return reddedildi;

@@ -10,10 +10,14 @@ namespace {
 
 using Tur = Secenek::Tur;
 
-constexpr std::array<Secenek, 2> options = {
-    {{"KLASOR", "Yedeğin klasörü", true, Tur::Konum, ""}, bicimTablo}};
+constexpr std::array<Secenek, 3> options = {
+    {{"KLASOR", "Yedeğin klasörü", true, Tur::Konum, ""},
+     {"--tablolar", "Denetimin satırları yerine her tablonun satır sayısını ve toplamını yazar", false,
+      Tur::Bayrak, ""},
+     bicimTablo}};
 
 constexpr std::array<std::string_view, 3> basliklar = {"Konu", "Durum", "Açıklama"};
+constexpr std::array<std::string_view, 3> tabloBasliklari = {"Tablo", "Satır", "Toplam"};
 
 constexpr CikisKodlari kodlar = {"yedek sağlam", "yedek kusurlu ya da denetlenemedi", "yanlış kullanım"};
 
@@ -24,10 +28,15 @@ int run(Ortam& ortam, const Degerler& values) {
   const auto denetim = maintenance::Yedek_Denetle(komut.oturum, tamYol(values.metin("KLASOR")));
   komut.ilerleme.bitir();
   if (!denetim.calisti) return reddedildi;
+  const bool tablolar = values.var("tablolar");
   std::vector<std::vector<std::string>> satirlar;
-  for (const auto& satir : denetim.satirlar)
-    satirlar.push_back({satir.konu, std::string(maintenance::durumYazisi(satir.durum)), satir.aciklama});
-  sonucYaz(ortam, MetinSatirlari(basliklar, satirlar), bicim);
+  if (tablolar)
+    for (const auto& t : denetim.tablolar)
+      satirlar.push_back({t.name, std::to_string(t.rows), maintenance::toplamYaz(t.sum)});
+  else
+    for (const auto& satir : denetim.satirlar)
+      satirlar.push_back({satir.konu, std::string(maintenance::durumYazisi(satir.durum)), satir.aciklama});
+  sonucYaz(ortam, MetinSatirlari(tablolar ? tabloBasliklari : basliklar, satirlar), bicim);
   (denetim.saglam ? ortam.bilgi() : ortam.err)
       << denetim.firma << ": " << (denetim.saglam ? "yedek sağlam." : "YEDEK KUSURLU.")
       << (denetim.onceki

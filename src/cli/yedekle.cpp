@@ -48,6 +48,8 @@ struct Is {
 };
 
 maintenance::YedekSonucu al(KomutOturumu& komut, const Is& is, const std::string& ad) {
+  if (const auto sure = is.canli ? std::nullopt : maintenance::Beklenen_Kesinti(komut.oturum, ad))
+    komut.ortam.bilgi() << "Sunucu yaklaşık " << saniye(*sure) << " saniye kapalı kalacak.\n";
   auto sonuc = is.canli ? maintenance::Canli_Yedekle(komut.oturum, ad, is.hedef)
                         : maintenance::Yedekle(komut.oturum, ad, is.hedef);
   komut.ilerleme.bitir();

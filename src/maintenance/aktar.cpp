@@ -6,7 +6,7 @@
 #include "company/kart_alanlari.h"
 #include "maintenance/bakim.h"
 #include "maintenance/servis_kontrol.h"
-#include "maintenance/yedek.h"
+#include "maintenance/yedek_ortak.h"
 #include "platform/folders.h"
 #include "rights/varsayilan.h"
 #include "session/metin.h"
@@ -22,7 +22,7 @@ using session::Oturum;
 
 const std::string katalog(catalog::catalogDatabase);
 
-bool red(Oturum& oturum, const std::string& metin) {
+bool reddet(Oturum& oturum, const std::string& metin) {
   oturum.kutular->message(metin, Icon::Stop, aktarBaslik);
   return false;
 }
@@ -111,11 +111,10 @@ std::string kopyala(Is& is, Bakim& bakim, std::vector<Degisim>& degisimler) {
       const std::uintmax_t boy = fs::file_size(kaynak, hata);
       if (hata) return "Kaynak dosya okunamadı (" + kaynak.string() + "): " + hata.message();
       toplam += boy;
-      dosyalar.emplace_back(kaynak, gercekDosya(is.klasor / dosya));
+      dosyalar.emplace_back(kaynak, asilDosya(gercekDosya(is.klasor / dosya)));
     }
+  if (std::string metin = yerVarMi(is.klasor, toplam); !metin.empty()) return metin;
   std::error_code hata;
-  if (const fs::space_info yer = fs::space(is.klasor, hata); !hata && yer.available < toplam)
-    return "Diskte yeterli yer yok: " + is.klasor.string();
   for (const auto& [kaynak, hedef] : dosyalar) {
     Degisim degisim{hedef, hedef, hedef};
     degisim.yeni += ".gelen";
@@ -187,7 +186,7 @@ std::string aktar(Is& is, Bakim& bakim) {
   if (hata.empty()) hata = kopyalariDenetle(is, degisimler);
   if (hata.empty() && !is.genel) hata = hazirla(is, bakim);
   // A database made just now has files of its own, whose names may differ in letter case.
-  for (Degisim& degisim : degisimler) degisim.canli = gercekDosya(degisim.canli);
+  for (Degisim& degisim : degisimler) degisim.canli = asilDosya(gercekDosya(degisim.canli));
   if (hata.empty()) hata = yerlestir(is, bakim, std::move(degisimler));
   return hata;
 }
@@ -214,6 +213,11 @@ std::vector<AktarSatiri> aktarListesi(const fs::path& kaynak) {
     satirlar.push_back({dosya.substr(0, uzanti), false});
   }
   return satirlar;
+}
+
+bool sunucununKendisi(const std::string& ad) {
+  constexpr std::string_view adlar[] = {"MASTER", "MODEL", "MSDB", "MSDBDATA", "TEMPDB"};
+  return std::ranges::find(adlar, session::Buyuk_Harf(ad)) != std::end(adlar);
 }
 
 bool ayniDizin(const fs::path& a, const fs::path& b) {
@@ -251,7 +255,7 @@ Hazirlik Firma_Hazirla(Oturum& oturum, Bakim& bakim, const std::string& ad, cons
   session::Katalog_Bagla(oturum, katalog);
   const auto son = oturum.Baglanti->query("SELECT ISNULL(MAX(sysfrm_ID),0) FROM sysfrmlng");
   if (const std::string hata = bakim.hazirlanacak(ad, son->value(0, 0).integer()); !hata.empty()) {
-    red(oturum, hata);
+    reddet(oturum, hata);
     return Hazirlik::Engel;
   }
   session::Katalog_Bagla(oturum, "master");
@@ -290,6 +294,9 @@ bool Aktar(Oturum& oturum, const fs::path& kaynak, const std::string& hedef,
            false;
   for (const AktarSatiri& satir : satirlar)
     if (satir.Sec && !satir.Database.empty()) is.adlar.push_back(satir.Database);
+  for (const std::string& ad : is.adlar)
+    if (sunucununKendisi(ad))
+      return reddet(oturum, "\"" + ad + "\" sunucunun kendi veritabanıdır, taşınmaz. İşaretini kaldırınız.");
   if (genel &&
       !oturum.kutular->ask("Aynı Olan Dosyalar Değiştirilecek Devam Etmek İstediğinize Eminmisiniz ?",
                            Icon::Stop, aktarBaslik))
@@ -297,12 +304,12 @@ bool Aktar(Oturum& oturum, const fs::path& kaynak, const std::string& hedef,
   std::error_code yok;
   if (genel && fs::exists(gercekDosya(kaynak / (katalog + ".mdf")), yok))
     is.adlar.insert(is.adlar.begin(), katalog);
-  if (is.adlar.empty()) return red(oturum, "Aktarılacak bir veritabanı seçiniz.");
+  if (is.adlar.empty()) return reddet(oturum, "Aktarılacak bir veritabanı seçiniz.");
   if (sunucuYeri(oturum) == SunucuYeri::Uzak)
-    return red(oturum, "Sunucu başka bir makinede: dosyalarına buradan ulaşılamaz.");
+    return reddet(oturum, "Sunucu başka bir makinede: dosyalarına buradan ulaşılamaz.");
   std::string hata;
   const auto bakim = Bakim::basla(oturum, "aktarma", hata);
-  if (!bakim) return red(oturum, hata);
+  if (!bakim) return reddet(oturum, hata);
   try {
     hata = aktar(is, *bakim);
   } catch (const db::SqlError& neden) {
@@ -310,7 +317,7 @@ bool Aktar(Oturum& oturum, const fs::path& kaynak, const std::string& hedef,
   }
   if (!hata.empty()) {
     bakim->hazirligiGeriAl();
-    return red(oturum, hata);
+    return reddet(oturum, hata);
   }
   bakim->bitir();
   oturum.kutular->message("Aktarım İşlemi Başarı İle Gerçekleştirildi.", Icon::None, aktarBaslik);

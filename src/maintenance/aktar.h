@@ -22,6 +22,8 @@ struct AktarSatiri {
 std::string aktarHedefi(session::Oturum& oturum);
 // The databases whose data file lies in the folder, without the catalog, by name.
 std::vector<AktarSatiri> aktarListesi(const std::filesystem::path& kaynak);
+// A database that a server keeps for itself; it is listed like the others and never moved.
+bool sunucununKendisi(const std::string& ad);
 bool ayniDizin(const std::filesystem::path& a, const std::filesystem::path& b);
 
 // Moves what is chosen. Without `genel` each database that the server does not know is made first, with a

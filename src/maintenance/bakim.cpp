@@ -35,17 +35,27 @@ void sil(const fs::path& yol) {
 
 }  // namespace
 
-Bakim::Bakim(Oturum& oturum, std::unique_ptr<platform::FileLock> kilit)
+Bakim::Kilit Bakim::kilitle(Oturum& oturum) {
+  Kilit kilit{platform::FileLock::tryLock(oturum.platform->programFolder() / "bakim.kilit"), nullptr};
+  kilit.tutuldu = kilit.program != nullptr;
+  const auto yerel = oturum.surucu->local(oturum.Server_Adi);
+  if (!kilit.tutuldu || !yerel || !yerel->exists()) return kilit;
+  kilit.sunucu = platform::FileLock::tryFolder(yerel->folder());
+  kilit.tutuldu = kilit.sunucu != nullptr;
+  return kilit;
+}
+
+Bakim::Bakim(Oturum& oturum, Kilit kilit)
     : oturum_(oturum), kilit_(std::move(kilit)), kayit_(oturum.platform->programFolder() / "bakim.kayit") {}
 
 std::unique_ptr<Bakim> Bakim::basla(Oturum& oturum, const std::string& is, std::string& hata) {
-  auto kilit = platform::FileLock::tryLock(oturum.platform->programFolder() / "bakim.kilit");
-  if (!kilit) {
+  Kilit kilit = kilitle(oturum);
+  if (!kilit.tutuldu) {
     hata = "Başka bir yedekleme, geri alma ya da aktarma sürüyor. Bitmesini bekleyiniz.";
     return nullptr;
   }
   {
-    const std::unique_ptr<Bakim> yarim(new Bakim(oturum, nullptr));
+    const std::unique_ptr<Bakim> yarim(new Bakim(oturum, {}));
     if (yarim->oku()) yarim->temizle();
     yarim->acik_ = false;
   }
@@ -220,9 +230,9 @@ std::string Bakimi_Tamamla(Oturum& oturum) {
   denetimArtiklariniSil(klasor);
   for (const fs::path& yer : {klasor, klasor / "yedek_kanit"}) platform::removeUnfinishedWrites(yer);
   if (!var(klasor / "bakim.kayit")) return {};
-  const auto kilit = platform::FileLock::tryLock(klasor / "bakim.kilit");
-  if (!kilit) return {};  // it goes on in another process
-  Bakim yarim(oturum, nullptr);
+  const Bakim::Kilit kilit = Bakim::kilitle(oturum);
+  if (!kilit.tutuldu) return {};  // it goes on in another process
+  Bakim yarim(oturum, {});
   const bool okundu = yarim.oku();
   if (okundu) yarim.temizle();
   yarim.acik_ = false;

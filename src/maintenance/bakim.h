@@ -1,6 +1,7 @@
-// One maintenance run at a time, and what it is about to do written down before it does it, so that a run
-// that was killed is ended at the next start: what it had not made whole goes, what was whole is put in
-// place, and the service comes up again.
+// One maintenance run at a time on a program's folder and on a local server's, which several programs may
+// share, and what it is about to do written down before it does it, so that a run that was killed is ended at
+// the next start: what it had not made whole goes, what was whole is put in place, and the service comes up
+// again.
 //
 //   bakim.kayit = "bakim 1" LF "is" TAB name LF { line LF }
 //   line        = "sil" TAB path                  a copy under way, or an old file that has had its day
@@ -62,7 +63,12 @@ class Bakim {
 
  private:
   friend std::string Bakimi_Tamamla(session::Oturum& oturum);
-  Bakim(session::Oturum& oturum, std::unique_ptr<platform::FileLock> kilit);
+  struct Kilit {
+    std::unique_ptr<platform::FileLock> program, sunucu;
+    bool tutuldu = false;
+  };
+  static Kilit kilitle(session::Oturum& oturum);
+  Bakim(session::Oturum& oturum, Kilit kilit);
   bool oku();
   std::string yaz() const;
   void temizle();
@@ -73,7 +79,7 @@ class Bakim {
     std::int64_t sonKart;
   };
   session::Oturum& oturum_;
-  std::unique_ptr<platform::FileLock> kilit_;
+  Kilit kilit_;
   std::filesystem::path kayit_;
   std::string is_;
   std::vector<std::filesystem::path> gecici_;

@@ -150,6 +150,7 @@ std::vector<Bulgu> topla(Oturum& oturum, const Donem& sinirlar, Alinir&& alinir)
   for (const Denetim& denetim : sorgular) {
     oturum.ilerleme->step(++sira, static_cast<std::int64_t>(sorgular.size()));
     if (!alinir(denetim)) continue;
+    if (oturum.ilerleme->cancelled()) break;
     oturum.ilerleme->text(std::string(denetim.ad));
     oturum.ilerleme->pump();
     bulgular.push_back(calistir(*oturum.Baglanti, denetim, sinirlar));

@@ -61,9 +61,7 @@ std::string yedekAl(Oturum& oturum, Bakim& bakim, const VeriDosyalari& dosyalar,
   ServisMolasi mola(oturum);
   if (std::string hata = mola.durdur(); !hata.empty()) return hata;
   cubuk.adim();
-  const fs::path klasor = bosKlasor(dizin, firma, oturum.saat->now());
-  fs::path yarim = klasor;
-  yarim += ".yarim";
+  const fs::path yarim = yarimKlasor(dizin, firma, oturum.saat->now());
   if (std::string hata = bakim.gecici(yarim); !hata.empty()) return hata;
   if (std::string hata = klasorYap(yarim); !hata.empty()) return hata;
   const std::uintmax_t data = boyut(dosyalar.data), toplam = data + boyut(dosyalar.log);
@@ -80,9 +78,7 @@ std::string yedekAl(Oturum& oturum, Bakim& bakim, const VeriDosyalari& dosyalar,
                                  "Log dosyası", data, toplam);
       !hata.empty())
     return hata;
-  if (const auto hata = platform::renameDurably(yarim, klasor))
-    return "Klasör adlandırılamadı (" + klasor.string() + "): " + hata.message();
-  sonuc.klasor = klasor;
+  if (std::string hata = adlandir(yarim, firma, oturum.saat->now(), sonuc.klasor); !hata.empty()) return hata;
   const std::string hata = mola.baslat();
   sonuc.kesinti = mola.saniye();
   cubuk.adim();
@@ -114,6 +110,22 @@ fs::path gercekDosya(const fs::path& yol) {
   for (fs::directory_iterator it(yol.parent_path(), hata), son; !hata && it != son; it.increment(hata))
     if (session::Buyuk_Harf(it->path().filename().string()) == aranan) return it->path();
   return yol;
+}
+
+std::optional<double> Beklenen_Kesinti(Oturum& oturum, const std::string& firma) {
+  constexpr double bilinmeyenHiz = 100e6;  // bytes a second, as long as nothing has been measured here
+  if (sunucuYeri(oturum) == SunucuYeri::Uzak) return std::nullopt;
+  VeriDosyalari dosyalar;
+  try {
+    if (!veriDosyalari(oturum, firma, dosyalar)) return std::nullopt;
+  } catch (const db::SqlError&) {
+    return std::nullopt;
+  }
+  double hiz = bilinmeyenHiz;
+  for (const YedekKaniti& kanit : kanitlar(oturum))  // the newest comes last
+    if (kanit.kesinti > 0) hiz = static_cast<double>(kanit.data.boyut + kanit.log.boyut) / kanit.kesinti;
+  constexpr double enAz = 0.1;
+  return std::max(enAz, static_cast<double>(boyut(dosyalar.data) + boyut(dosyalar.log)) / hiz);
 }
 
 YedekSonucu Yedekle(Oturum& oturum, const std::string& firma, const fs::path& dizin) {
@@ -216,8 +228,12 @@ std::string geriAl(Oturum& oturum, Bakim& bakim, const VeriDosyalari& canli, con
   }
   cubuk.yaz("DATA Dosyası Geri Alınıyor");
   cubuk.adim();
-  if (std::string hata = kopyala(oturum, {klasor / data, yeniData}, "Data dosyası", 0, toplam); !hata.empty())
+  std::string ozet;
+  if (std::string hata = kopyala(oturum, {klasor / data, yeniData, &ozet}, "Data dosyası", 0, toplam);
+      !hata.empty())
     return hata;
+  if (const std::string baskasi = baskasininYedegi(oturum, ad, ozet); !baskasi.empty())
+    return "Bu yedek kullanılamaz: " + baskasi;
   cubuk.yaz("LOG Dosyası Geri Alınıyor");
   cubuk.adim();
   if (std::string hata = kopyala(oturum, {klasor / log, yeniLog}, "Log dosyası", dataBoyu, toplam);

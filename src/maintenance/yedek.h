@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,6 +42,9 @@ struct YedekSonucu {
   double kesinti = 0;               // seconds that the service was down
   std::string dataOzeti, logOzeti;  // BLAKE2b of both files as they were copied
 };
+// How many seconds the service will be down for it, by the last backup's speed; empty when that cannot be
+// told.
+std::optional<double> Beklenen_Kesinti(session::Oturum& oturum, const std::string& firma);
 // Progress: 48 steps. What went wrong has been shown; then nothing is left behind and the service runs.
 YedekSonucu Yedekle(session::Oturum& oturum, const std::string& firma, const std::filesystem::path& dizin);
 

@@ -19,9 +19,7 @@ constexpr std::string_view vazgecildi = "Vazgeçildi; hiçbir şey değişmedi."
 std::string canliAl(Oturum& oturum, Bakim& bakim, const VeriDosyalari& dosyalar, const fs::path& dizin,
                     const std::string& firma, Cubuk& cubuk, YedekSonucu& sonuc,
                     std::vector<db::TableDigest>& tablolar) {
-  const fs::path klasor = bosKlasor(dizin, firma, oturum.saat->now());
-  fs::path yarim = klasor;
-  yarim += ".yarim";
+  const fs::path yarim = yarimKlasor(dizin, firma, oturum.saat->now());
   if (std::string hata = bakim.gecici(yarim); !hata.empty()) return hata;
   if (std::string hata = klasorYap(yarim); !hata.empty()) return hata;
   cubuk.yaz("Canlı Yedek Alınıyor");
@@ -48,10 +46,7 @@ std::string canliAl(Oturum& oturum, Bakim& bakim, const VeriDosyalari& dosyalar,
       return hata == std::errc::operation_canceled ? std::string(vazgecildi)
                                                    : dosya.string() + " okunamadı: " + hata.message();
   cubuk.adim();
-  if (const auto hata = platform::renameDurably(yarim, klasor))
-    return "Klasör adlandırılamadı (" + klasor.string() + "): " + hata.message();
-  sonuc.klasor = klasor;
-  return {};
+  return adlandir(yarim, firma, oturum.saat->now(), sonuc.klasor);
 }
 
 }  // namespace

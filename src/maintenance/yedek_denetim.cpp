@@ -1,6 +1,8 @@
 #include "maintenance/yedek_denetim.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <map>
 
 #include "catalog/katalog.h"
@@ -62,6 +64,7 @@ class Denetci {
   void sakla() {
     const bool yeni = kanit_.firma.empty();
     if (yeni) {
+      kanit_.sonradan = true;
       kanit_.firma = sonuc_.firma;
       kanit_.zaman = o_.saat->now();
       kanit_.data = data();
@@ -105,6 +108,8 @@ class Denetci {
     karsilastir();
   }
   void karsilastir() {
+    if (const std::string baskasi = baskasininYedegi(o_, sonuc_.firma, data().ozet); !baskasi.empty())
+      ekle("Dosyalar", baskasi, Durum::Kusur);
     auto bulunan = kanitBul(o_, sonuc_.firma, data().ozet);
     const bool butun = bulunan.has_value();
     if (!bulunan) bulunan = klasorunKaniti(o_, klasor_);
@@ -118,8 +123,14 @@ class Denetci {
       ekle("Dosyalar", data_ + " yedek alındığı andaki dosya değil.", Durum::Kusur);
     else if (kanit_.log != log())
       ekle("Dosyalar", log_ + " yedek alındığı andaki dosya değil.", Durum::Kusur);
+    else if (kanit_.sonradan)
+      ekle("Dosyalar",
+           "Alındığı andaki özeti burada kayıtlı değil; iki dosya da ilk denetlendiği " +
+               anYaz(kanit_.zaman) + " tarihindeki gibi.",
+           Durum::Bilgi);
     else
       ekle("Dosyalar", "İki dosya da " + anYaz(kanit_.zaman) + " tarihinde alındığı gibi.");
+    ayniBayt_ = butun && kanit_.data == data() && kanit_.log == log();
   }
 
   void sayfalar(db::Connection& baglanti) {
@@ -148,8 +159,10 @@ class Denetci {
           session::Buyuk_Harf(rows->value(i, 1).trimmed()));
     std::vector<std::string> eksik;
     std::int64_t eskiTablo = 0, eskiKolon = 0;
+    std::map<std::string, std::vector<std::string>> bilinmeyen = kolonlar;
     for (const auto& tablo : company::schema::tables()) {
       const auto at = kolonlar.find(session::Buyuk_Harf(tablo.name));
+      bilinmeyen.erase(session::Buyuk_Harf(tablo.name));
       const bool ilk = tablo.stage == catalog::Stage::Base;
       if (at == kolonlar.end()) {
         if (ilk) eksik.push_back(tablo.name);
@@ -164,6 +177,11 @@ class Denetci {
         eskiKolon += hep ? 0 : 1;
       }
     }
+    std::vector<std::string> yeniler;
+    for (const auto& [ad, kolon] : bilinmeyen) yeniler.push_back(ad);
+    if (!yeniler.empty())
+      ekle("Şema", "Bu programın bilmediği tablolar var, daha yeni bir sürümden olabilir: " + sirala(yeniler),
+           Durum::Bilgi);
     if (!eksik.empty())
       ekle("Şema", "Bir firmada bulunması gerekenler eksik: " + sirala(eksik), Durum::Kusur);
     else if (eskiTablo + eskiKolon != 0)
@@ -181,9 +199,15 @@ class Denetci {
     sayilan_ = kopya.tables();
     sonuc_.tablo = static_cast<std::int64_t>(sayilan_.size());
     for (const auto& t : sayilan_) sonuc_.satir += t.rows;
-    const std::string sayi =
-        std::to_string(sonuc_.tablo) + " tablo, " + std::to_string(sonuc_.satir) + " satır";
-    if (kanit_.tablolar.empty()) return ekle("Tablolar", sayi + " sayıldı.");
+    sonuc_.tablolar = sayilan_;
+    std::uint64_t toplam = 0;
+    for (const auto& t : sayilan_) toplam += t.sum;
+    const std::string sayi = std::to_string(sonuc_.tablo) + " tablo, " + std::to_string(sonuc_.satir) +
+                             " satır, toplamı " + toplamYaz(toplam);
+    if (kanit_.tablolar.empty())
+      return ekle("Tablolar", ayniBayt_ && !kanit_.sonradan
+                                  ? sayi + ": duran sunucunun dosyalarıyla aynı baytlarda sayıldı."
+                                  : sayi + ": yalnız yedekte sayıldı.");
     std::map<std::string, db::TableDigest> simdi;
     for (const auto& t : sayilan_) simdi[t.name] = t;
     bool ayni = true;
@@ -198,7 +222,9 @@ class Denetci {
                                                : "aynı sayıda satır var, değerleri başka."),
            Durum::Kusur);
     }
-    if (ayni) ekle("Tablolar", sayi + ", yedek alındığı andaki gibi.");
+    if (ayni)
+      ekle("Tablolar",
+           sayi + (kanit_.sonradan ? ": ilk denetlendiği andaki gibi." : ": yedek alındığı andaki gibi."));
   }
 
   Oturum& o_;
@@ -208,6 +234,7 @@ class Denetci {
   DosyaOzeti ozetler_[2];
   YedekKaniti kanit_;
   std::vector<db::TableDigest> sayilan_;
+  bool ayniBayt_ = false;
 };
 
 }  // namespace
@@ -237,6 +264,12 @@ YedekDenetimi Yedek_Denetle(Oturum& oturum, const fs::path& klasor) {
   denetci.sakla();
   oturum.ilerleme->text("");
   return sonuc;
+}
+
+std::string toplamYaz(std::uint64_t toplam) {
+  std::array<char, 24> metin{};
+  std::snprintf(metin.data(), metin.size(), "%016llx", static_cast<unsigned long long>(toplam));
+  return metin.data();
 }
 
 std::string_view durumYazisi(Durum durum) {

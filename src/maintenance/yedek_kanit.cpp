@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cstdio>
+#include <cstdlib>
 #include <tuple>
 
 #include "maintenance/kayit_metni.h"
@@ -49,6 +50,8 @@ std::optional<YedekKaniti> oku(const fs::path& dosya) {
     if (a[0] == "zaman" && a.size() == 2) kanit.zaman = zamanOku(a[1]).value_or(db::DateTime{});
     if (a[0] == "dosya" && a.size() == 4)
       (a[1] == "data" ? kanit.data : kanit.log) = {a[2], sayi<std::uintmax_t>(a[3])};
+    if (a[0] == "kesinti" && a.size() == 2) kanit.kesinti = std::strtod(a[1].c_str(), nullptr);
+    if (a[0] == "sonradan") kanit.sonradan = true;
     if (a[0] == "tablo" && a.size() == 4)
       kanit.tablolar.push_back({a[1], sayi<std::int64_t>(a[2]), sayi<std::uint64_t>(a[3], 16)});
     if (a[0] == "denetim" && a.size() == 3) {
@@ -64,7 +67,9 @@ std::string dosyaSatiri(const char* tur, const DosyaOzeti& dosya) {
   return std::string("dosya\t") + tur + "\t" + dosya.ozet + "\t" + std::to_string(dosya.boyut) + "\n";
 }
 
-std::vector<YedekKaniti> hepsi(const Oturum& oturum) {
+}  // namespace
+
+std::vector<YedekKaniti> kanitlar(const Oturum& oturum) {
   std::vector<YedekKaniti> out;
   std::error_code hata;
   for (fs::directory_iterator it(kanitKlasoru(oturum), hata), son; !hata && it != son; it.increment(hata))
@@ -72,8 +77,6 @@ std::vector<YedekKaniti> hepsi(const Oturum& oturum) {
   std::ranges::sort(out, {}, [](const YedekKaniti& k) { return sirasi(k.zaman); });
   return out;
 }
-
-}  // namespace
 
 std::optional<YedekKaniti> kanitBul(const Oturum& oturum, const std::string& firma,
                                     const std::string& dataOzeti) {
@@ -83,22 +86,31 @@ std::optional<YedekKaniti> kanitBul(const Oturum& oturum, const std::string& fir
 
 std::optional<YedekKaniti> klasorunKaniti(const Oturum& oturum, const fs::path& klasor) {
   std::optional<YedekKaniti> bulunan;
-  for (YedekKaniti& kanit : hepsi(oturum))
+  for (YedekKaniti& kanit : kanitlar(oturum))
     if (kanit.klasor == klasor) bulunan = std::move(kanit);
   return bulunan;
 }
 
 std::vector<YedekKaniti> kanitlar(const Oturum& oturum, const std::string& firma) {
-  auto out = hepsi(oturum);
+  auto out = kanitlar(oturum);
   std::erase_if(
       out, [&](const YedekKaniti& k) { return session::Buyuk_Harf(k.firma) != session::Buyuk_Harf(firma); });
   return out;
+}
+
+std::string baskasininYedegi(const Oturum& oturum, const std::string& firma, const std::string& dataOzeti) {
+  for (const YedekKaniti& kanit : kanitlar(oturum))
+    if (kanit.data.ozet == dataOzeti && session::Buyuk_Harf(kanit.firma) != session::Buyuk_Harf(firma))
+      return "Bu dosyalar \"" + kanit.firma + "\" firmasının " + anYaz(kanit.zaman) + " tarihli yedeği.";
+  return {};
 }
 
 std::string kanitYaz(const Oturum& oturum, const YedekKaniti& kanit) {
   std::string metin = std::string(bas) + "\nfirma\t" + kanit.firma + "\nklasor\t" + kanit.klasor.string() +
                       "\nzaman\t" + zamanYaz(kanit.zaman) + "\n" + dosyaSatiri("data", kanit.data) +
                       dosyaSatiri("log", kanit.log);
+  if (kanit.kesinti > 0) metin += "kesinti\t" + std::to_string(kanit.kesinti) + "\n";
+  if (kanit.sonradan) metin += "sonradan\n";
   for (const db::TableDigest& t : kanit.tablolar) {
     std::array<char, 24> toplam{};
     std::snprintf(toplam.data(), toplam.size(), "%016llx", static_cast<unsigned long long>(t.sum));

@@ -4,6 +4,8 @@
 //   yedek_kanit/FIRMA_HASH.kanit = "kanit 1" LF { line LF }
 //   line = "firma" TAB name | "klasor" TAB path | "zaman" TAB "YYYY-MM-DD HH:MM:SS"     when it was made
 //        | "dosya" TAB ( "data" | "log" ) TAB BLAKE2b in hexadecimal TAB bytes
+//        | "kesinti" TAB seconds                                 that the service was down for it
+//        | "sonradan"                                            first seen by a proof: "zaman" is that one's
 //        | "tablo" TAB name TAB rows TAB sum in hexadecimal      as the live tables were then
 //        | "denetim" TAB "YYYY-MM-DD HH:MM:SS" TAB ( "saglam" | "kusurlu" )             the last proof
 #pragma once
@@ -30,6 +32,8 @@ struct YedekKaniti {
   std::filesystem::path klasor;
   db::DateTime zaman;
   DosyaOzeti data, log;
+  double kesinti = 0;
+  bool sonradan = false;
   std::vector<db::TableDigest> tablolar;  // empty until they were counted
   std::optional<db::DateTime> denetim;    // of the last proof
   bool saglam = false;                    // its result
@@ -39,8 +43,12 @@ struct YedekKaniti {
 std::optional<YedekKaniti> kanitBul(const session::Oturum& oturum, const std::string& firma,
                                     const std::string& dataOzeti);
 std::optional<YedekKaniti> klasorunKaniti(const session::Oturum& oturum, const std::filesystem::path& klasor);
-// All of one company, oldest first.
+// All of them, or those of one company, oldest first.
+std::vector<YedekKaniti> kanitlar(const session::Oturum& oturum);
 std::vector<YedekKaniti> kanitlar(const session::Oturum& oturum, const std::string& firma);
+// Whose backup the data file is when it was made here for another company than `firma`, as a sentence.
+std::string baskasininYedegi(const session::Oturum& oturum, const std::string& firma,
+                             const std::string& dataOzeti);
 // Empty, or a Turkish text.
 std::string kanitYaz(const session::Oturum& oturum, const YedekKaniti& kanit);
 

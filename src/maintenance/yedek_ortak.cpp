@@ -1,6 +1,9 @@
 #include "maintenance/yedek_ortak.h"
 
+#include <random>
+
 #include "maintenance/yedek_kanit.h"
+#include "platform/file_copy.h"
 #include "platform/folders.h"
 #include "session/statements.h"
 
@@ -33,8 +36,9 @@ bool veriDosyalari(Oturum& oturum, const std::string& firma, VeriDosyalari& dosy
   const auto bolum = yol.find_last_of("\\/");
   dosyalar.dataAdi = yol.substr(bolum == std::string::npos ? 0 : bolum + 1);
   dosyalar.logAdi = logAdi(dosyalar.dataAdi);
-  dosyalar.data = gercekDosya(platform::hostPath(yol));
-  dosyalar.log = gercekDosya(dosyalar.data.parent_path() / logAdi(dosyalar.data.filename().string()));
+  const fs::path data = gercekDosya(platform::hostPath(yol));
+  dosyalar.data = asilDosya(data);
+  dosyalar.log = asilDosya(gercekDosya(data.parent_path() / logAdi(data.filename().string())));
   return true;
 }
 
@@ -60,12 +64,43 @@ std::string klasorYap(const fs::path& klasor) {
   return {};
 }
 
+namespace {
+
 fs::path bosKlasor(const fs::path& dizin, const std::string& firma, const db::DateTime& gun) {
   std::string ad = yedekKlasorAdi(firma, gun);
   int sayac = 0;
   std::error_code hata;
   while (fs::exists(fs::symlink_status(dizin / ad, hata))) ad = sonrakiKlasorAdi(ad, sayac);
   return dizin / ad;
+}
+
+}  // namespace
+
+// Two machines may back up into one folder at once, and neither may take the other's away when it ends.
+fs::path yarimKlasor(const fs::path& dizin, const std::string& firma, const db::DateTime& gun) {
+  constexpr std::string_view harfler = "abcdefghijkmnpqrstuvwxyz23456789";
+  std::random_device rastgele;
+  std::string ek = ".";
+  for (int i = 0; i < 8; ++i) ek += harfler[rastgele() % harfler.size()];
+  fs::path klasor = bosKlasor(dizin, firma, gun);
+  klasor += ek + ".yarim";
+  return klasor;
+}
+
+std::string adlandir(const fs::path& yarim, const std::string& firma, const db::DateTime& gun,
+                     fs::path& klasor) {
+  std::error_code hata, yok;
+  do {
+    klasor = bosKlasor(yarim.parent_path(), firma, gun);
+    hata = platform::renameDurably(yarim, klasor);
+  } while (hata && fs::exists(fs::symlink_status(klasor, yok)) && fs::exists(yarim, yok));
+  return hata ? "Klasör adlandırılamadı (" + klasor.string() + "): " + hata.message() : std::string();
+}
+
+fs::path asilDosya(const fs::path& yol) {
+  std::error_code hata;
+  const fs::path asil = fs::is_symlink(yol, hata) ? fs::canonical(yol, hata) : yol;
+  return hata ? yol : asil;
 }
 
 void kanitla(Oturum& oturum, const std::string& firma, const YedekSonucu& sonuc,
@@ -79,6 +114,7 @@ void kanitla(Oturum& oturum, const std::string& firma, const YedekSonucu& sonuc,
   kanit.data = {sonuc.dataOzeti, boyut(sonuc.klasor / data)};
   kanit.log = {sonuc.logOzeti, boyut(sonuc.klasor / log)};
   kanit.tablolar = std::move(tablolar);
+  kanit.kesinti = sonuc.kesinti;
   if (const std::string hata = kanitYaz(oturum, kanit); !hata.empty())
     oturum.kutular->message("Yedek alındı. " + hata, Icon::Warning);
 }

@@ -37,9 +37,15 @@ std::uintmax_t boyut(const std::filesystem::path& dosya);  // 0 where there is n
 // Each empty on success, else a Turkish text.
 std::string yerVarMi(const std::filesystem::path& klasor, std::uintmax_t gereken);
 std::string klasorYap(const std::filesystem::path& klasor);
-// The folder of the backup that is about to be made.
-std::filesystem::path bosKlasor(const std::filesystem::path& dizin, const std::string& firma,
-                                const db::DateTime& gun);
+// A name of nobody else's for the folder of the backup while it is being made.
+std::filesystem::path yarimKlasor(const std::filesystem::path& dizin, const std::string& firma,
+                                  const db::DateTime& gun);
+// Gives a whole one its own name, the first that is free; a Turkish text when it cannot be.
+std::string adlandir(const std::filesystem::path& yarim, const std::string& firma, const db::DateTime& gun,
+                     std::filesystem::path& klasor);
+// Behind a symbolic link the file that it names, so that a new one takes that file's place and the link
+// stays.
+std::filesystem::path asilDosya(const std::filesystem::path& yol);
 // Keeps what was copied for the proof; `tablolar` as the live ones were, where they were counted.
 void kanitla(session::Oturum& oturum, const std::string& firma, const YedekSonucu& sonuc,
              std::vector<db::TableDigest> tablolar);

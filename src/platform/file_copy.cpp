@@ -4,6 +4,9 @@
 
 #include <array>
 #include <cerrno>
+#include <semaphore>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #ifdef _WIN32
@@ -23,7 +26,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t chunk = std::size_t{1} << 20;
+constexpr std::size_t chunk = std::size_t{1} << 18;
+constexpr std::int64_t writeBehind = std::int64_t{8} << 20;
 
 class Digest {
  public:
@@ -43,6 +47,64 @@ class Digest {
  private:
   static constexpr std::size_t size = crypto_generichash_BYTES;
   crypto_generichash_state state_{};
+};
+
+// Takes the hash on a thread of its own, while the same bytes are being written and the next ones read.
+class HashingBuffers {
+ public:
+  explicit HashingBuffers(bool hashing) {
+    for (Slot& slot : slots_) slot.bytes.resize(chunk);
+    if (hashing) worker_ = std::thread([this] { work(); });
+  }
+  ~HashingBuffers() { end(); }
+  HashingBuffers(const HashingBuffers&) = delete;
+  HashingBuffers& operator=(const HashingBuffers&) = delete;
+
+  // The next to read into; waits until its last content is in the hash.
+  char* next() {
+    if (worker_.joinable() && !std::exchange(held_, true)) free_.acquire();
+    return slots_[at_].bytes.data();
+  }
+  // That many bytes of it count; they stay until it is given out again.
+  void filled(std::size_t count) {
+    slots_[at_].count = count;
+    at_ = (at_ + 1) % slots;
+    held_ = false;
+    if (worker_.joinable()) filled_.release();
+  }
+  std::string hex() {
+    end();
+    return hash_.hex();
+  }
+
+ private:
+  static constexpr std::size_t slots = 4;
+  struct Slot {
+    std::vector<char> bytes;
+    std::size_t count = 0;
+  };
+  void work() {
+    for (std::size_t i = 0;; i = (i + 1) % slots) {
+      filled_.acquire();
+      if (slots_[i].count == 0) return;
+      hash_.add(slots_[i].bytes.data(), slots_[i].count);
+      free_.release();
+    }
+  }
+  void end() {
+    if (!worker_.joinable()) return;
+    next();
+    filled(0);
+    worker_.join();
+  }
+
+  std::array<Slot, slots> slots_;
+  std::size_t at_ = 0;
+  bool held_ = false;
+  Digest hash_;
+  std::counting_semaphore<slots> free_{slots};
+  std::counting_semaphore<slots + 1> filled_{0};
+  std::thread worker_;
 };
 
 }  // namespace
@@ -84,18 +146,22 @@ std::error_code writeAll(int fd, const char* bytes, std::size_t count) {
 
 // Reads to the end; `take` gets each piece.
 template <typename Take>
-std::error_code readAll(int fd, const CopyProgress& progress, Take&& take) {
-  std::vector<char> buffer(chunk);
+std::error_code readAll(int fd, const CopyProgress& progress, std::string* digest, Take&& take) {
+  HashingBuffers buffers(digest != nullptr);
   std::uintmax_t done = 0;
   while (true) {
-    const ssize_t got = ::read(fd, buffer.data(), buffer.size());
+    char* const buffer = buffers.next();
+    const ssize_t got = ::read(fd, buffer, chunk);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return last();
-    if (got == 0) return {};
-    if (const std::error_code error = take(buffer.data(), static_cast<std::size_t>(got))) return error;
+    if (got == 0) break;
+    buffers.filled(static_cast<std::size_t>(got));
+    if (const std::error_code error = take(buffer, static_cast<std::size_t>(got))) return error;
     done += static_cast<std::uintmax_t>(got);
     if (progress && !progress(done)) return std::make_error_code(std::errc::operation_canceled);
   }
+  if (digest) *digest = buffers.hex();
+  return {};
 }
 
 std::error_code openRegular(const fs::path& file, int& fd) {
@@ -108,16 +174,22 @@ std::error_code openRegular(const fs::path& file, int& fd) {
 
 std::error_code copyInto(int from, int to, const CopyProgress& progress, std::string* digest) {
   ::posix_fadvise(from, 0, 0, POSIX_FADV_SEQUENTIAL);
-  Digest hash;
+  off_t written = 0, asked = 0;
   const std::error_code error =
-      readAll(from, progress, [&](const char* bytes, std::size_t count) -> std::error_code {
-        if (digest) hash.add(bytes, count);
-        return writeAll(to, bytes, count);
+      readAll(from, progress, digest, [&](const char* bytes, std::size_t count) -> std::error_code {
+        const std::error_code failed = writeAll(to, bytes, count);
+        written += static_cast<off_t>(count);
+#ifdef __linux__
+        // The disk begins while the rest is being read, rather than at the end.
+        if (!failed && written - asked >= writeBehind) {
+          ::sync_file_range(to, asked, written - asked, SYNC_FILE_RANGE_WRITE);
+          asked = written;
+        }
+#endif
+        return failed;
       });
   if (error) return error;
-  if (::fsync(to) != 0) return last();
-  if (digest) *digest = hash.hex();
-  return {};
+  return ::fsync(to) == 0 ? std::error_code() : last();
 }
 
 }  // namespace
@@ -149,14 +221,7 @@ std::error_code digestFile(const fs::path& file, const CopyProgress& progress, s
   const Descriptor source(raw);
   ::posix_fadvise(raw, 0, 0, POSIX_FADV_DONTNEED);
   ::posix_fadvise(raw, 0, 0, POSIX_FADV_SEQUENTIAL);
-  Digest hash;
-  const std::error_code error =
-      readAll(raw, progress, [&](const char* bytes, std::size_t count) -> std::error_code {
-        hash.add(bytes, count);
-        return {};
-      });
-  if (!error) digest = hash.hex();
-  return error;
+  return readAll(raw, progress, &digest, [](const char*, std::size_t) { return std::error_code(); });
 }
 
 void flushFolder(const fs::path& folder) {
@@ -171,14 +236,25 @@ std::error_code renameDurably(const fs::path& from, const fs::path& to) {
   return {};
 }
 
+namespace {
+
+// The descriptor with its lock, or -1.
+int locked(int fd) {
+  if (fd < 0 || ::flock(fd, LOCK_EX | LOCK_NB) == 0) return fd;
+  ::close(fd);
+  return -1;
+}
+
+}  // namespace
+
 std::unique_ptr<FileLock> FileLock::tryLock(const fs::path& file) {
-  const int fd = ::open(file.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
-  if (fd < 0) return nullptr;
-  if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
-    ::close(fd);
-    return nullptr;
-  }
-  return std::unique_ptr<FileLock>(new FileLock(fd));
+  const int fd = locked(::open(file.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+  return fd < 0 ? nullptr : std::unique_ptr<FileLock>(new FileLock(fd));
+}
+
+std::unique_ptr<FileLock> FileLock::tryFolder(const fs::path& folder) {
+  const int fd = locked(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  return fd < 0 ? nullptr : std::unique_ptr<FileLock>(new FileLock(fd));
 }
 
 FileLock::~FileLock() {
@@ -252,6 +328,10 @@ std::unique_ptr<FileLock> FileLock::tryLock(const fs::path& file) {
       CreateFileW(file.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, 0, nullptr);
   if (handle == INVALID_HANDLE_VALUE) return nullptr;
   return std::unique_ptr<FileLock>(new FileLock(reinterpret_cast<std::intptr_t>(handle)));
+}
+
+std::unique_ptr<FileLock> FileLock::tryFolder(const fs::path& folder) {
+  return tryLock(folder / "bakim.kilit");
 }
 
 FileLock::~FileLock() {

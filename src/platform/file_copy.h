@@ -30,6 +30,8 @@ class FileLock {
  public:
   // Null when another holds it or the file cannot be made.
   static std::unique_ptr<FileLock> tryLock(const std::filesystem::path& file);
+  // On a folder that is there; leaves no file in it.
+  static std::unique_ptr<FileLock> tryFolder(const std::filesystem::path& folder);
   ~FileLock();
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;

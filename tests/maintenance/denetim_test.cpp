@@ -37,6 +37,13 @@ class Denetim : public testing::Test {
       satirlar.push_back(s.konu + "|" + std::string(durumYazisi(s.durum)) + "|" + s.aciklama);
     return satirlar;
   }
+  // How the row of the tables begins.
+  std::string tablolar() const {
+    std::uint64_t toplam = 0;
+    for (const auto& t : sonuc.tablolar) toplam += t.sum;
+    return "Tablolar|Sağlam|" + std::to_string(sonuc.tablo) + " tablo, " + std::to_string(sonuc.satir) +
+           " satır, toplamı " + toplamYaz(toplam);
+  }
   static void degistir(const fs::path& dosya, const std::function<void(std::string&)>& is) {
     std::string bayt = *platform::readFile(dosya);
     is(bayt);
@@ -56,11 +63,8 @@ TEST_F(Denetim, AWholeBackupIsProvedAndItsProofKept) {
   const fs::path klasor = yedekle();
   const std::string ilk = denetle(klasor).back();
   EXPECT_EQ(denetle(klasor),
-            (Adlar{dosyalarSaglam, sayfalarSaglam,
-                   "Tablolar|Sağlam|" + std::to_string(sonuc.tablo) + " tablo, " +
-                       std::to_string(sonuc.satir) + " satır, yedek alındığı andaki gibi."}));
-  EXPECT_EQ(ilk, "Tablolar|Sağlam|" + std::to_string(sonuc.tablo) + " tablo, " + std::to_string(sonuc.satir) +
-                     " satır sayıldı.");
+            (Adlar{dosyalarSaglam, sayfalarSaglam, tablolar() + ": yedek alındığı andaki gibi."}));
+  EXPECT_EQ(ilk, tablolar() + ": duran sunucunun dosyalarıyla aynı baytlarda sayıldı.");
   EXPECT_TRUE(sonuc.saglam);
   EXPECT_EQ(anYaz(*sonuc.onceki), zaman);
   EXPECT_EQ(icerik(klasor), (Adlar{"Defination_DB.mdf", "Defination_DB_LOG.ldf"}));
@@ -74,6 +78,14 @@ TEST_F(Denetim, AWholeBackupIsProvedAndItsProofKept) {
             "denetlendi.");
   EXPECT_TRUE(sonuc.saglam);
   EXPECT_FALSE(sonuc.onceki);
+  EXPECT_EQ(sonuc.satirlar.back().aciklama + "|",
+            tablolar().substr(std::string("Tablolar|Sağlam|").size()) + ": yalnız yedekte sayıldı.|");
+  // What a proof has seen first is no witness of the moment of the backup.
+  EXPECT_EQ(
+      denetle(hedef / "taşındı"),
+      (Adlar{"Dosyalar|Bilgi|Alındığı andaki özeti burada kayıtlı değil; iki dosya da ilk denetlendiği " +
+                 zaman + " tarihindeki gibi.",
+             sayfalarSaglam, tablolar() + ": ilk denetlendiği andaki gibi."}));
 }
 
 TEST_F(Denetim, ALiveBackupStopsNobodyAndIsHeldAgainstTheLiveTables) {
@@ -84,9 +96,8 @@ TEST_F(Denetim, ALiveBackupStopsNobodyAndIsHeldAgainstTheLiveTables) {
   baska->execute("COMMIT");
   EXPECT_EQ(o.s.boxes.texts(), Adlar{"Yedekleme İşlemi Başarı İle Tamamlanmıştır"});
   EXPECT_EQ(icerik(klasor), (Adlar{"Defination_DB.mdf", "Defination_DB_LOG.ldf"}));
-  const std::string tablolar = denetle(klasor).back();
-  EXPECT_EQ(tablolar, "Tablolar|Sağlam|" + std::to_string(sonuc.tablo) + " tablo, " +
-                          std::to_string(sonuc.satir) + " satır, yedek alındığı andaki gibi.");
+  const std::string satir = denetle(klasor).back();
+  EXPECT_EQ(satir, tablolar() + ": yedek alındığı andaki gibi.");
   EXPECT_EQ(o.oku("Defination_DB", "SELECT COUNT(*) FROM NOTLAR"), Adlar{"3"});
   // What the tables held then is held against what they hold now: a row more is seen.
   const auto kanit = kanitlar(o.s.oturum, "defination_db").back();
@@ -179,6 +190,11 @@ TEST_F(Denetim, TheSchemaMustBeACompanys) {
   };
   EXPECT_EQ(semasi("GERCEK").substr(0, 37), "Şema|Bilgi|Önceki sürümden: yeni ");
   EXPECT_TRUE(sonuc.saglam);
+  o.calistir("GERCEK", "CREATE TABLE YARINKI (A INT NULL)");
+  EXPECT_EQ(semasi("GERCEK"),
+            "Şema|Bilgi|Bu programın bilmediği tablolar var, daha yeni bir sürümden olabilir: YARINKI");
+  EXPECT_TRUE(sonuc.saglam);
+  o.calistir("GERCEK", "DROP TABLE YARINKI");
   o.calistir("GERCEK", "ALTER TABLE CARIKART DROP COLUMN Unvan");
   o.calistir("GERCEK", "DROP TABLE AMBARKILIT");
   EXPECT_EQ(semasi("GERCEK"),

@@ -1,6 +1,15 @@
 // The folder: made, opened, stopped and started.
 #include "engine/server/server.h"
 
+#include <sys/stat.h>
+
+#include <array>
+#include <chrono>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <thread>
+
 #include "engine/catalog.h"
 #include "engine/execute.h"
 #include "engine/function.h"
@@ -145,6 +154,41 @@ std::vector<DatabaseEntry> registered(const std::shared_ptr<Instance>& instance)
   return store.databases();
 }
 
+// Which files this process left when it stopped the service. One that nobody has touched since needs no
+// second look at its pages: a backup of a big database would otherwise keep its users waiting for it.
+class Untouched {
+ public:
+  void left(const fs::path& file) {
+    const std::lock_guard guard(busy_);
+    stamps_[file] = stampOf(file);
+  }
+  // Once: what happens to it while the service runs is not watched.
+  bool still(const fs::path& file) {
+    const std::lock_guard guard(busy_);
+    const auto stamp = stampOf(file);
+    const auto at = stamps_.find(file);
+    const bool same = at != stamps_.end() && stamp && at->second == stamp;
+    stamps_.erase(file);
+    return same;
+  }
+
+ private:
+  using Stamp = std::array<std::int64_t, 5>;
+  static std::optional<Stamp> stampOf(const fs::path& file) {
+    struct stat info {};
+    if (::stat(file.c_str(), &info) != 0) return std::nullopt;
+    return Stamp{static_cast<std::int64_t>(info.st_dev), static_cast<std::int64_t>(info.st_ino), info.st_size,
+                 info.st_ctim.tv_sec, info.st_ctim.tv_nsec};
+  }
+
+  std::mutex busy_;
+  std::map<fs::path, std::optional<Stamp>> stamps_;
+};
+Untouched untouched;
+
+// Longer than the file system's clock stands still: whoever writes after it leaves another time.
+constexpr std::chrono::milliseconds clockTick{20};
+
 }  // namespace
 
 void Server::stop() {
@@ -163,6 +207,9 @@ void Server::stop() {
       // A damaged or missing file is reported at the next start; the others are written back.
     }
   }
+  std::this_thread::sleep_for(clockTick);
+  for (const auto& database : databases)
+    for (const fs::path& file : {database.data, database.log}) untouched.left(file);
 }
 
 std::vector<DamagedDatabase> Server::start() {
@@ -179,7 +226,8 @@ std::vector<DamagedDatabase> Server::start() {
   for (const auto& left : ddl::cleanUnfinished(store)) damaged.push_back({left.name, left.error});
   for (const auto& database : store.databases()) {
     try {
-      checkPages({database.data, database.log, database.name});
+      const bool data = untouched.still(database.data), log = untouched.still(database.log);
+      if (!data || !log) checkPages({database.data, database.log, database.name});
       store.attach(database.name);
     } catch (const Error& error) {
       damaged.push_back({database.name, error});

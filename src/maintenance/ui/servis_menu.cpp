@@ -182,10 +182,10 @@ void ServisMenu::basla() {
 void ServisMenu::denetle() {
   const std::string firma = ui::utf8(firma_->currentText());
   std::vector<Bulgu> bulgular;
-  isYap(oturum_, {"Defter denetleniyor"}, [&] {
-    if (maintenance::servisFirmasi(oturum_, firma)) bulgular = maintenance::Denetle(oturum_, firma);
-  });
-  goster(std::move(bulgular));
+  if (isYap(oturum_, {"Defter denetleniyor", ui::Vazgec::Var}, [&] {
+        if (maintenance::servisFirmasi(oturum_, firma)) bulgular = maintenance::Denetle(oturum_, firma);
+      }))
+    goster(std::move(bulgular));
 }
 
 void ServisMenu::goster(std::vector<Bulgu> bulgular) {

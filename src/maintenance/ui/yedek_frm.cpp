@@ -10,6 +10,8 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QTableWidget>
+#include <QTimer>
+#include <QTreeView>
 
 #include "maintenance/servis.h"
 #include "maintenance/servis_kontrol.h"
@@ -81,6 +83,7 @@ YedekFrm::YedekFrm(session::Oturum& oturum, ui::ConsolePort&)
   shortcut(Qt::Key_Escape, cikis);
   hint()->setText("Sağ tuş: klasör işlemleri");
   menuKur();
+  connect(firma_, &QComboBox::activated, this, &YedekFrm::uyar);
   connect(yedekle_, &QPushButton::clicked, this, [this] { yedekle(false); });
   connect(canli_, &QPushButton::clicked, this, [this] { yedekle(true); });
   connect(denetle_, &QPushButton::clicked, this, [this] { denetle(klasorler_->klasor()); });
@@ -127,7 +130,7 @@ void YedekFrm::ac() {
   firma_->setCurrentIndex(std::max(0, firma_->findText(once)));
   yedekle_->setEnabled(firma_->count() > 0);
   const bool uzak = maintenance::sunucuYeri(oturum_) == maintenance::SunucuYeri::Uzak;
-  findChild<QLabel*>("DurusUyarisi")->setText(uzak ? uzakUyarisi : durusUyarisi);
+  uyar();
   klasorler_->setEnabled(!uzak);
   const bool yerel = maintenance::sunucuYeri(oturum_) == maintenance::SunucuYeri::Yerel;
   canli_->setEnabled(yerel && firma_->count() > 0);
@@ -136,6 +139,15 @@ void YedekFrm::ac() {
   if (klasorler_->klasor().empty()) klasorler_->git(ui::utf8(QDir::homePath()));
   klasorler_->yenile();
   firma_->setFocus();
+}
+
+void YedekFrm::uyar() {
+  auto* etiket = findChild<QLabel*>("DurusUyarisi");
+  if (maintenance::sunucuYeri(oturum_) == maintenance::SunucuYeri::Uzak) return etiket->setText(uzakUyarisi);
+  const auto sure = maintenance::Beklenen_Kesinti(oturum_, ui::utf8(firma_->currentText()));
+  etiket->setText(durusUyarisi + (sure
+                                      ? " Beklenen kesinti: " + QLocale().toString(*sure, 'f', 1) + " saniye."
+                                      : QString()));
 }
 
 void YedekFrm::yedekle(bool canli) {
@@ -154,6 +166,7 @@ void YedekFrm::yedekle(bool canli) {
   });
   klasorler_->yenile();
   if (!sonuc.tamam) return;
+  uyar();
   klasorler_->git(sonuc.klasor);
   subheading()->setText(
       ui::text(sonuc.klasor.string()) +
@@ -168,6 +181,8 @@ void YedekFrm::denetle(const std::filesystem::path& klasor) {
         [&] { sonuc = maintenance::Yedek_Denetle(oturum_, klasor); });
   denetim_->setVisible(sonuc.calisti);
   if (!sonuc.calisti) return;
+  // The result takes room from the tree: the folder stays in sight.
+  QTimer::singleShot(0, this, [this] { klasorler_->agac()->scrollTo(klasorler_->agac()->currentIndex()); });
   denetim_->setRowCount(static_cast<int>(sonuc.satirlar.size()));
   constexpr const char* resimler[] = {"saglam", "bilgi", "uyari"};
   for (int i = 0; i < denetim_->rowCount(); ++i) {

@@ -26,6 +26,7 @@ class YedekFrm : public ui::Kart {
  private:
   void menuKur();
   void denetimKur();
+  void uyar();  // what the stop means, and for how long
   void yedekle(bool canli);
   // Proves the backup in the folder and shows the result.
   void denetle(const std::filesystem::path& klasor);

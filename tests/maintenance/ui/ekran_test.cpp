@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTableWidget>
 
@@ -64,6 +65,8 @@ TEST(YedekFrm, BacksUpAndRestoresTheChosenCompany) {
   type(find<QLineEdit>(e.frm, "Dir1_Yol"), hedef.c_str());
   key(Qt::Key_Return);
   EXPECT_EQ(e.frm.klasorler()->klasor(), hedef);
+  EXPECT_TRUE(
+      find<QLabel>(e.frm, "DurusUyarisi")->text().contains(QRegularExpression("kesinti: 0[,.]1 saniye")));
   e.tikla("YedekleBtn");
   EXPECT_EQ(o.s.boxes.last(), "Yedekleme İşlemi Başarı İle Tamamlanmıştır");
   EXPECT_EQ(icerik(hedef), Adlar{"MAGAZA_2012_03_14"});
@@ -103,7 +106,7 @@ TEST(YedekFrm, ProvesABackupMadeWithoutAStop) {
     return out;
   };
   ASSERT_TRUE(sonuc->isVisible());
-  EXPECT_EQ(satirlar(), (std::vector<QString>{"Dosyalar|Sağlam", "Sayfalar ve dizinler|Sağlam",
+  EXPECT_EQ(satirlar(), (std::vector<QString>{"Dosyalar|Sağlam", "Sayfalar ve dizinler|Sağlam", "Şema|Bilgi",
                                               "Şema|Kusurlu", "Tablolar|Sağlam"}));
   EXPECT_EQ(find<QLabel>(e.frm, "AltBaslik")->text(),
             QString(klasor.c_str()) + " — sunucu hiç durmadı; MAGAZA: YEDEK KUSURLU");

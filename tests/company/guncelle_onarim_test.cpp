@@ -407,6 +407,12 @@ TEST_F(Guncelle, ColumnWithoutADefaultNeedsTwoRuns) {
   guncelOlmali();
 }
 
+TEST_F(Guncelle, ALostTableOfTheFirstSchemaComesBackWithTheColumnsOfTheUpgrade) {
+  calistir({"DROP TABLE POSHAREKET"});
+  ASSERT_TRUE(b->guncelle().tamamlandi);
+  guncelOlmali();
+}
+
 TEST_F(Guncelle, MissingColumnsWithOddRequests) {
   calistir({varsayilanSil("MUHFISHAR", "Aktif"), yok("MUHFISHAR", "Aktif"),
             varsayilanSil("MUHFISKART", "FisKartKontrol_No"), yok("MUHFISKART", "FisKartKontrol_No")});

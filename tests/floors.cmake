@@ -24,6 +24,7 @@ endforeach()
 # Rooms and what they never include.
 set(rules
   "db|^(session|catalog|rights|company|rollover|settings|maintenance|cli|ui|app)/|^engine/[^.]*/"
+  "tds|^(db|platform|session|catalog|rights|company|rollover|settings|maintenance|cli|ui|app)/|^engine/[^.]*/"
   "platform|^(engine|db|session|catalog|rights|company|rollover|settings|maintenance|cli|ui|app)/"
   "session|^(engine|db/odbc|db/embedded|catalog|rights|company|rollover|settings|maintenance|cli|app)/"
   "catalog|^(engine|db/odbc|db/embedded|rights|company|rollover|settings|maintenance|cli|ui|app)/"

@@ -105,6 +105,7 @@ void Executor::rollbackAll() noexcept {
     levels_ = 0;
   }
   userTransactions_ = 0;
+  committed_ = false;
   savepoints_.clear();
   if (open) temporaryTables_.clear();
 }
@@ -176,7 +177,80 @@ std::shared_ptr<Plan> Executor::planFor(std::string_view text, std::vector<Liter
   return plan;
 }
 
+namespace {
+
+// What declares the parameters, on the batch's own first line, so that the lines of errors stay.
+std::string declaration(const std::vector<Parameter>& parameters) {
+  std::string text;
+  for (const Parameter& parameter : parameters) {
+    text += text.empty() ? "DECLARE " : ",";
+    text += parameter.name + ' ';
+    if (isLongText(parameter.type.id))
+      text += parameter.type.id == TypeId::Text ? "VARCHAR(MAX)" : "NVARCHAR(MAX)";
+    else
+      text += describe(parameter.type.id == TypeId::Null ? Type{TypeId::Int} : parameter.type);
+  }
+  return text.empty() ? text : text + ' ';
+}
+
+}  // namespace
+
 void Executor::run(std::string_view text, ResultSink& sink) {
+  runBatch(text, nullptr, sink);
+}
+
+void Executor::run(std::string_view text, std::vector<Parameter>& parameters, ResultSink& sink) {
+  runBatch(declaration(parameters) + std::string(text), &parameters, sink);
+}
+
+std::vector<ResultColumn> Executor::describe(std::string_view text,
+                                             const std::vector<Parameter>& parameters) {
+  std::vector<Literal> literals;
+  Frame frame;
+  frame.plan = planFor(declaration(parameters) + std::string(text), literals);
+  frame.literals = &literals;
+  frame.values.resize(frame.plan->variables.variables.size());
+  struct Restore {
+    Frame*& place;
+    Frame* frame;
+    ~Restore() { place = frame; }
+  } restore{frame_, frame_};
+  frame_ = &frame;
+  for (const StatementPtr& statement : frame.plan->batch.statements) {
+    if (std::holds_alternative<DeclareStatement>(statement->node)) continue;
+    const auto* select = std::get_if<SelectPtr>(&statement->node);
+    if (!select || (*select)->cores.front().into) break;
+    StatementScope scope(*this);
+    const CompiledQuery& query =
+        compiled<CompiledQuery>(select->get(), [&] { return compileQuery(**select); });
+    if (!query.slots.empty()) break;
+    return query.columns;
+  }
+  return {};
+}
+
+void Executor::reset(const std::string& database, bool keepTransaction) {
+  if (!keepTransaction) rollbackAll();
+  afterLoss_ = noCount_ = abortOnError_ = false;
+  identityInsert_.clear();
+  rowCount_ = lastError_ = 0;
+  identity_ = topIdentity_ = {};
+  const FunctionContext fresh;
+  FunctionContext& now = store_.functions();
+  if (now.dateFormat != fresh.dateFormat) {
+    plans_.clear();
+    triggers_.clear();
+  }
+  now.dateFormat = fresh.dateFormat;
+  now.dateFirst = fresh.dateFirst;
+  store_.setLockTimeout(-1);
+  if (context_.database == database) return;
+  StatementScope scope(*this);
+  store_.useDatabase(database);
+  context_.database = database;
+}
+
+void Executor::runBatch(std::string_view text, std::vector<Parameter>* parameters, ResultSink& sink) {
   if (++execDepth_ > nestingLimit) {
     --execDepth_;
     throw Error(217,
@@ -200,6 +274,11 @@ void Executor::run(std::string_view text, ResultSink& sink) {
   frame.plan = planFor(text, literals);
   frame.literals = &literals;
   frame.values.resize(frame.plan->variables.variables.size());
+  const auto place = [&](const Parameter& parameter) -> Datum& {
+    return frame.values.at(static_cast<std::size_t>(frame.plan->variables.find(parameter.name)));
+  };
+  if (parameters)
+    for (const Parameter& parameter : *parameters) place(parameter) = parameter.value;
   if (restore.frame) {
     frame.triggerId = restore.frame->triggerId;
     frame.triggerDatabase = restore.frame->triggerDatabase;
@@ -221,6 +300,8 @@ void Executor::run(std::string_view text, ResultSink& sink) {
     firstError_.reset();
     throw error;
   }
+  if (parameters)
+    for (Parameter& parameter : *parameters) parameter.value = place(parameter);
 }
 
 // A full disk or a write error may have taken the whole transaction with it.
@@ -229,6 +310,7 @@ bool Executor::noteLoss() {
   afterLoss_ = afterLoss_ || userTransactions_ > 0;
   forgetLostTransaction();
   levels_ = userTransactions_ = 0;
+  committed_ = false;
   return true;
 }
 
@@ -266,11 +348,12 @@ void Executor::failed(const Error& error, const Statement& statement) {
   rowCount_ = 0;
   Error located(error);
   if (located.line() == 0) located.setLine(statement.line);
+  if (frame_->triggerName && located.procedure().empty()) located.setProcedure(*frame_->triggerName);
   if (noteLoss() || nesting_ > 0 || dynamic_cast<const BatchError*>(&error)) throw BatchError(located);
   if (endsTransaction(error.number())) rollbackAll();
   if (dynamic_cast<const ThrownError*>(&error)) throw ThrownError(located);
   if (abortOnError_ || endsBatch(error.number())) throw located;
-  if (!firstError_) firstError_ = std::make_unique<Error>(located);
+  keepError(located);
 }
 
 Executor::Flow Executor::runStatement(const Statement& statement) {
@@ -344,9 +427,9 @@ Executor::Flow Executor::dispatch(const Statement& statement) {
   else if (const auto* option = std::get_if<SetOptionStatement>(&node))
     runSetOption(*option), rowCount_ = 0;
   else if (const auto* print = std::get_if<PrintStatement>(&node))
-    runPrint(*print), rowCount_ = 0;
+    runPrint(*print, statement.line), rowCount_ = 0;
   else if (const auto* raise = std::get_if<RaiserrorStatement>(&node))
-    return runRaiserror(*raise), Flow::Next;
+    return runRaiserror(*raise, statement.line), Flow::Next;
   else if (const auto* thrown = std::get_if<ThrowStatement>(&node))
     runThrow(*thrown);
   else if (const auto* transaction = std::get_if<TransactionStatement>(&node))

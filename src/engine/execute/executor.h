@@ -34,6 +34,7 @@ struct Frame {
   const std::vector<Literal>* literals = nullptr;
   std::vector<Datum> values;  // by variable slot
   const TriggerTables* trigger = nullptr;
+  const std::string* triggerName = nullptr;
   std::int64_t triggerId = 0;
   std::string triggerDatabase;
   TriggerEvent event = TriggerEvent::Insert;
@@ -47,6 +48,15 @@ class Executor {
   ~Executor();
 
   void run(std::string_view text, ResultSink& sink);
+  // The parameters hold afterwards what the batch has left in them; an error leaves them as they were.
+  void run(std::string_view text, std::vector<Parameter>& parameters, ResultSink& sink);
+  // Columns of the query that the text begins with; nothing runs. Empty when it begins with something else.
+  std::vector<ResultColumn> describe(std::string_view text, const std::vector<Parameter>& parameters);
+  // @@TRANCOUNT
+  int openTransactions() const { return userTransactions_; }
+  bool committed() const { return committed_; }  // how the last transaction of the user's own has ended
+  // Settings as after a login; an open transaction is rolled back unless it is to be kept.
+  void reset(const std::string& database, bool keepTransaction);
   const PlanStatistics& statistics() const { return plans_.statistics(); }
   void rollbackAll() noexcept;
   const std::string& database() const { return context_.database; }
@@ -57,6 +67,7 @@ class Executor {
   class Transaction;
 
   // executor.cpp
+  void runBatch(std::string_view text, std::vector<Parameter>* parameters, ResultSink& sink);
   std::shared_ptr<Plan> planFor(std::string_view text, std::vector<Literal>& literals);
   std::shared_ptr<Plan> makePlan(Batch batch) const;
   Flow runStatement(const Statement& statement);
@@ -76,8 +87,8 @@ class Executor {
   void runDeclare(const DeclareStatement& statement);
   void setVariable(const std::string& name, const Expr& value);
   void runSetOption(const SetOptionStatement& statement);
-  void runPrint(const PrintStatement& statement);
-  void runRaiserror(const RaiserrorStatement& statement);
+  void runPrint(const PrintStatement& statement, int line);
+  void runRaiserror(const RaiserrorStatement& statement, int line);
   [[noreturn]] void runThrow(const ThrowStatement& statement);
   void beginTransaction();
   void commitTransaction();
@@ -182,7 +193,8 @@ class Executor {
   std::string identityInsert_;  // folded "db.table" under SET IDENTITY_INSERT, or empty
 
   int userTransactions_ = 0;  // @@TRANCOUNT as BEGIN TRAN counts it
-  int levels_ = 0;            // open Store::begin()
+  bool committed_ = false;
+  int levels_ = 0;  // open Store::begin()
   struct Savepoint {
     std::string name;  // folded
     int level;         // levels_ before it

@@ -166,19 +166,21 @@ void Executor::runSetOption(const SetOptionStatement& statement) {
   }
 }
 
-void Executor::runPrint(const PrintStatement& statement) {
+void Executor::runPrint(const PrintStatement& statement, int line) {
   Type type;
   const Datum value = evaluate(*statement.value, type);
-  if (resultsWanted()) sink_->onMessage(0, value.isNull() ? " " : displayText(value, type));
+  Error message(0, value.isNull() ? " " : displayText(value, type), 0);
+  message.setLine(line);
+  if (resultsWanted()) sink_->onInfo(message);
 }
 
 void Executor::keepError(const Error& error) {
   lastError_ = error.number();
-  if (!firstError_) firstError_ = std::make_unique<Error>(error);
+  if (!firstError_ && !sink_->onError(error)) firstError_ = std::make_unique<Error>(error);
 }
 
 // Does not end anything by itself, also not inside a trigger.
-void Executor::runRaiserror(const RaiserrorStatement& statement) {
+void Executor::runRaiserror(const RaiserrorStatement& statement, int line) {
   std::vector<std::pair<Datum, Type>> values;
   for (const ExprPtr& arg : statement.args) {
     Type type;
@@ -201,13 +203,15 @@ void Executor::runRaiserror(const RaiserrorStatement& statement) {
   const std::string pattern = displayText(values[0].first, values[0].second);
   const std::vector<std::pair<Datum, Type>> arguments(
       values.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(3, values.size())), values.end());
-  const std::string text = formatMessage(pattern, arguments);
+  Error raised(id, formatMessage(pattern, arguments), severity, state);
+  raised.setLine(line);
+  if (frame_->triggerName) raised.setProcedure(*frame_->triggerName);
   if (severity <= 10) {
     lastError_ = statement.setError ? id : 0;
-    if (resultsWanted()) sink_->onMessage(id, text);
+    if (resultsWanted()) sink_->onInfo(raised);
     return;
   }
-  keepError(Error(id, text, severity, state));
+  keepError(raised);
 }
 
 void Executor::runThrow(const ThrowStatement& statement) {
@@ -250,6 +254,7 @@ void Executor::beginTransaction() {
 void Executor::commitTransaction() {
   try {
     for (; levels_ > 0; --levels_) store_.commit();
+    committed_ = true;
   } catch (const Error&) {
     rollbackAll();
     throw;

@@ -76,13 +76,25 @@ void Executor::deliver(CompiledQuery& query) {
   ResultSet set(query.columns);
   PreparedUse use(query.query);
   const int columns = static_cast<int>(query.columns.size());
+  const std::int64_t portion = resultsWanted() ? sink_->rowsAtATime() : 0;
+  std::int64_t before = 0;  // rows in the portions that are gone
   while (query.query.step()) {
+    if (portion > 0 && set.rowCount() == portion) {
+      sink_->onRows(set, before == 0);
+      before += portion;
+      set.clearRows();
+    }
     set.beginRow();
     for (int i = 0; i < columns; ++i)
       addCell(set, query.query.get(), i, query.columns[static_cast<std::size_t>(i)].type);
   }
-  rowCount_ = set.rowCount();
-  if (resultsWanted()) sink_->onResultSet(std::move(set));
+  rowCount_ = before + set.rowCount();
+  if (portion > 0) {
+    sink_->onRows(set, before == 0);
+    sink_->onRowsEnd(rowCount_, !noCount_);
+  } else if (resultsWanted()) {
+    sink_->onResultSet(std::move(set));
+  }
 }
 
 // The last row wins; without a row the variables keep their values.

@@ -136,6 +136,7 @@ void Executor::runTrigger(const TriggerInfo& trigger, const TriggerTables& table
   frame.literals = &none;
   frame.values.resize(frame.plan->variables.variables.size());
   frame.trigger = &tables;
+  frame.triggerName = &trigger.name;
   frame.triggerId = trigger.id;
   frame.triggerDatabase = tables.database;
   frame.event = event;

@@ -210,7 +210,7 @@ void ProcedureCall::tellChecked(const std::string& database, const std::string& 
   const IntegrityReport report = checkIntegrity(store(), database, table);
   const bool quiet = values_[2].has_value();
   const auto tell = [&](int number, const std::string& text) {
-    if (executor_.resultsWanted()) executor_.sink_->onMessage(number, text);
+    if (executor_.resultsWanted()) executor_.sink_->onInfo(Error(number, text, 10));
   };
   if (!quiet) {
     tell(2536, "DBCC results for '" + (table.empty() ? database : table) + "'.");

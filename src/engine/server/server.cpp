@@ -12,6 +12,7 @@
 
 #include "engine/catalog.h"
 #include "engine/execute.h"
+#include "engine/execute/server_identity.h"
 #include "engine/function.h"
 #include "engine/store.h"
 
@@ -73,6 +74,10 @@ Server::Server(std::shared_ptr<Instance> instance) : instance_(std::move(instanc
 
 const fs::path& Server::folder() const {
   return instance_->folder();
+}
+
+std::string Server::machineName() {
+  return serverName();
 }
 
 bool Server::exists(const fs::path& folder) {

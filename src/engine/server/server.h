@@ -86,6 +86,7 @@ class Server {
                                     const std::filesystem::path& log, const CopyStep& step);
 
   const std::filesystem::path& folder() const;
+  static std::string machineName();  // @@SERVERNAME
   Instance& instance() { return *instance_; }
   const std::shared_ptr<Instance>& sharedInstance() const { return instance_; }
 
@@ -111,7 +112,17 @@ class Session {
   // statement is gone; the session stays usable.
   void execute(std::string_view batch, ResultSink& sink);
 
+  // The same with variables that the batch finds declared; they hold afterwards what it has left in them.
+  // After an error they are as they were.
+  void execute(std::string_view batch, std::vector<Parameter>& parameters, ResultSink& sink);
+  // Columns of the query that the batch begins with; nothing runs. Empty when it begins with something else.
+  std::vector<ResultColumn> describe(std::string_view batch, const std::vector<Parameter>& parameters);
+
   const std::string& database() const;
+  int openTransactions() const;  // @@TRANCOUNT
+  bool committed() const;        // how the last of them has ended
+  // Settings and database as after the login. An open transaction is rolled back unless it is to be kept.
+  void reset(bool keepTransaction);
   // Interrupts a running execute() from another thread; it ends with Error 3617.
   void cancel();
   PlanStatistics planStatistics() const;

@@ -21,10 +21,10 @@ class SessionImpl {
     open(database);
   }
 
-  void execute(std::string_view batch, ResultSink& sink) {
+  void execute(std::string_view batch, std::vector<Parameter>& parameters, ResultSink& sink) {
     cancelled_ = false;
     try {
-      executor_.run(batch, sink);
+      parameters.empty() ? executor_.run(batch, sink) : executor_.run(batch, parameters, sink);
     } catch (const std::bad_alloc&) {
       executor_.rollbackAll();
       throw Error(701, "There is insufficient system memory to run this query.", 17);
@@ -36,6 +36,8 @@ class SessionImpl {
   }
   const std::string& database() const { return context_.database; }
   PlanStatistics statistics() const { return executor_.statistics(); }
+  Executor& executor() { return executor_; }
+  void reset(bool keepTransaction) { executor_.reset(firstDatabase_, keepTransaction); }
 
  private:
   void open(const std::string& wanted) {
@@ -47,11 +49,13 @@ class SessionImpl {
     if (!store_.databaseExists(database) || !hasAccess(store_, database, context_.login)) throw refuse();
     context_.database = store_.database(database).name;
     store_.useDatabase(context_.database);
+    firstDatabase_ = context_.database;
   }
 
   std::shared_ptr<Server> server_;
   std::atomic<bool> cancelled_ = false;
   SessionContext context_;
+  std::string firstDatabase_;
   Store store_;
   Executor executor_;
 };
@@ -63,7 +67,24 @@ Session::Session(std::shared_ptr<Server> server, const std::string& login, const
 Session::~Session() = default;
 
 void Session::execute(std::string_view batch, ResultSink& sink) {
-  impl_->execute(batch, sink);
+  std::vector<Parameter> none;
+  impl_->execute(batch, none, sink);
+}
+void Session::execute(std::string_view batch, std::vector<Parameter>& parameters, ResultSink& sink) {
+  impl_->execute(batch, parameters, sink);
+}
+std::vector<ResultColumn> Session::describe(std::string_view batch,
+                                            const std::vector<Parameter>& parameters) {
+  return impl_->executor().describe(batch, parameters);
+}
+int Session::openTransactions() const {
+  return impl_->executor().openTransactions();
+}
+bool Session::committed() const {
+  return impl_->executor().committed();
+}
+void Session::reset(bool keepTransaction) {
+  impl_->reset(keepTransaction);
 }
 const std::string& Session::database() const {
   return impl_->database();

@@ -16,12 +16,15 @@ class Error : public std::runtime_error {
   int state() const { return state_; }
   int line() const { return line_; }
   void setLine(int line) { line_ = line; }
+  const std::string& procedure() const { return procedure_; }  // the trigger that it came up in
+  void setProcedure(const std::string& name) { procedure_ = name; }
 
  private:
   int number_;
   int severity_;
   int state_;
   int line_ = 0;
+  std::string procedure_;
 };
 
 // True for errors that end the whole batch (conversion, missing names, errors inside triggers ...);

@@ -25,6 +25,16 @@ const char* ResultSet::keep(std::string_view value) {
   return place;
 }
 
+void ResultSet::clearRows() {
+  cells_.clear();
+  if (chunks_.size() > 1) {
+    std::swap(chunks_.front(), chunks_.back());
+    chunks_.resize(1);
+  }
+  chunkUsed_ = 0;
+  rows_ = 0;
+}
+
 void ResultSet::addNull() {
   Cell cell{Kind::Null, 0, {}};
   cells_.push_back(cell);

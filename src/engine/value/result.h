@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "engine/value/datum.h"
+#include "engine/value/error.h"
 #include "engine/value/type.h"
 
 namespace engine {
@@ -24,6 +25,13 @@ struct ResultColumn {
   bool naming = false;  // of a system table: compares by the rule of names
 };
 
+// A variable that a batch finds declared.
+struct Parameter {
+  std::string name;  // with @
+  Type type;
+  Datum value;  // in the form of the type
+};
+
 // One materialised result set: all rows in one buffer, so that reading many rows costs no allocation
 // per value. Cells hold physical forms (type.h).
 class ResultSet {
@@ -34,6 +42,8 @@ class ResultSet {
   std::int64_t rowCount() const { return rows_; }
 
   void beginRow() { ++rows_; }
+  // Drops the rows and keeps the columns and a part of the memory.
+  void clearRows();
   void addNull();
   void addInteger(std::int64_t value);
   void addReal(double value);
@@ -74,6 +84,20 @@ class ResultSink {
   virtual void onResultSet(ResultSet&& set) = 0;
   virtual void onRowCount(std::int64_t rows) = 0;  // INSERT, UPDATE, DELETE; not under NOCOUNT
   virtual void onMessage(int number, const std::string& text) = 0;  // PRINT, informational
+
+  // ---- for those who pass on what comes while the batch still runs ----
+
+  // The same with severity, state and line.
+  virtual void onInfo(const Error& message) { onMessage(message.number(), message.what()); }
+  // An error that ends no more than its statement. True: it has been told, and what follows is wanted, too;
+  // otherwise it is thrown at the end of the batch.
+  virtual bool onError(const Error&) { return false; }
+  // Rows at a time that a query is delivered in; 0: all at once, by onResultSet().
+  virtual std::int64_t rowsAtATime() const { return 0; }
+  // The first or next rows of a query; there may be none. A statement that fails between them ends its rows.
+  virtual void onRows(const ResultSet& /*rows*/, bool /*first*/) {}
+  // Behind the last rows: how many they were; `counted`: not under NOCOUNT.
+  virtual void onRowsEnd(std::int64_t /*rows*/, bool /*counted*/) {}
 };
 
 }  // namespace engine

@@ -1,0 +1,227 @@
+#include "tds/connection.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+
+#include "tds/bytes.h"
+#include "tds/prelogin.h"
+#include "tds/transaction_request.h"
+
+namespace tds {
+
+namespace {
+
+// PRELOGIN and LOGIN7, which anybody may send.
+constexpr std::size_t largestGreeting = std::size_t{16} * 1024;
+constexpr int loginFailed = 18456, cannotOpenDatabase = 4060, cancelled = 3617;
+
+engine::Error loginError(const std::string& user) {
+  return {loginFailed, "Login failed for user '" + user + "'.", 14};
+}
+
+// For the log: texts of the client may hold anything.
+std::string printable(const std::string& text) {
+  std::string out;
+  for (const char c : text) out += static_cast<unsigned char>(c) < ' ' ? '?' : c;
+  return out;
+}
+
+}  // namespace
+
+Connection::Connection(std::shared_ptr<engine::Server> server, const Options& options, int descriptor,
+                       std::string peer)
+    : server_(std::move(server)),
+      options_(options),
+      socket_(descriptor),
+      transport_(&socket_),
+      reader_(socket_),
+      writer_(socket_),
+      peer_(std::move(peer)),
+      serverName_(engine::Server::machineName()) {}
+
+Connection::~Connection() = default;
+
+void Connection::log(const std::string& line) const {
+  if (options_.log) options_.log(peer_ + ": " + line);
+}
+
+void Connection::serve() noexcept {
+  try {
+    socket_.setPatience(static_cast<int>(options_.loginPatience.count()));
+    preLogin();
+    if (login()) {
+      socket_.setPatience(0);
+      serveRequests();
+    }
+  } catch (const LinkLost&) {
+    // The usual end.
+  } catch (const std::exception& error) {
+    try {
+      log(std::string("bağlantı kesildi: ") + error.what());
+    } catch (const std::exception&) {
+      // Without memory for a line there is none.
+    }
+  }
+  setRunning(false);
+  socket_.shut();
+  session_.reset();  // an open transaction is rolled back
+}
+
+void Connection::preLogin() {
+  const Message first = reader_.next(largestGreeting);
+  if (first.type != MessageType::PreLogin) throw ProtocolError("the first message is no PRELOGIN");
+  readPreLogin(first.data);
+  writer_.tokens() += writePreLogin(Encryption::NotSupported);
+  writer_.end();
+}
+
+bool Connection::login() {
+  const Message message = reader_.next(largestGreeting);
+  if (message.type != MessageType::Login) throw ProtocolError("no LOGIN7 behind the PRELOGIN");
+  const Login login = readLogin(message.data);
+  version_ = login.version;
+  try {
+    if (login.integrated)
+      throw engine::Error(18452,
+                          "Login failed for user '" + login.user +
+                              "'. Reason: Not associated with a trusted SQL Server connection.",
+                          14);
+    session_ = std::make_unique<engine::Session>(server_, login.user, login.password, login.database);
+  } catch (const engine::Error& error) {
+    log("oturum reddedildi: kullanıcı '" + printable(login.user) + "', " + std::to_string(error.number()));
+    std::string& to = writer_.tokens();
+    putMessage(to, error, true, serverName_, version_);
+    if (error.number() == cannotOpenDatabase)
+      putMessage(to, loginError(login.user), true, serverName_, version_);
+    putDone(to, token::done, doneError, commandNone, 0, version_);
+    writer_.end();
+    return false;
+  }
+  procedures_.emplace(*session_);
+  welcome(login);
+  return true;
+}
+
+void Connection::welcome(const Login& login) {
+  const std::size_t wanted = login.packetSize == 0 ? firstPacket : login.packetSize;
+  const std::size_t size = std::clamp(wanted, smallestPacket, largestPacket);
+  const engine::Error database(5701, "Changed database context to '" + session_->database() + "'.", 0, 2);
+  const engine::Error language(5703, "Changed language setting to us_english.", 0, 1);
+  std::string& to = writer_.tokens();
+  putEnvironment(to, Environment::Database, session_->database(), "master");
+  putMessage(to, database, false, serverName_, version_);
+  putEnvironmentBytes(to, Environment::Collation, turkishCollation, {});
+  putEnvironment(to, Environment::Language, "us_english", "");
+  putMessage(to, language, false, serverName_, version_);
+  putLoginAck(to, version_);
+  putEnvironment(to, Environment::PacketSize, std::to_string(size), std::to_string(firstPacket));
+  putDone(to, token::done, 0, commandNone, 0, version_);
+  writer_.end();
+  writer_.setPacketSize(size);
+}
+
+bool Connection::setRunning(bool running) {
+  const std::lock_guard lock(mutex_);
+  running_ = running && !stopping_;
+  return !stopping_;
+}
+
+void Connection::look() {
+  const std::lock_guard lock(mutex_);
+  if (!running_) return;
+  pollfd state{socket_.descriptor(), POLLIN | POLLRDHUP, 0};
+  if (poll(&state, 1, 0) <= 0) return;
+  if ((state.revents & POLLIN) != 0 && (state.revents & (POLLRDHUP | POLLHUP | POLLERR)) == 0) {
+    char type = 0;
+    const bool plain = transport_ == &socket_;
+    // Inside TLS the type cannot be seen; while a request runs there is nothing else to send.
+    if (plain && (recv(socket_.descriptor(), &type, 1, MSG_PEEK | MSG_DONTWAIT) != 1 ||
+                  static_cast<MessageType>(type) != MessageType::Attention))
+      return;
+  }
+  session_->cancel();
+}
+
+void Connection::stop(bool atOnce) {
+  const std::lock_guard lock(mutex_);
+  stopping_ = true;
+  if (running_ && atOnce) session_->cancel();
+  if (!running_ || atOnce) socket_.shut();
+}
+
+void Connection::serveRequests() {
+  for (;;) {
+    const Message message = reader_.next(options_.largestRequest);
+    if ((message.status & ignoreMessage) != 0) continue;
+    if (!setRunning(true)) return;
+    serveRequest(message);
+    if (!setRunning(false)) return;
+  }
+}
+
+void Connection::serveRequest(const Message& message) {
+  if (message.type == MessageType::Attention) return acknowledgeAttention();
+  Answer answer(writer_, *session_, version_, serverName_);
+  try {
+    if ((message.status & (resetConnection | resetKeepingTransaction)) != 0) {
+      session_->reset((message.status & resetKeepingTransaction) != 0);
+      procedures_->reset();
+      answer.tellState();
+      putEnvironmentBytes(answer.tokens(), Environment::Reset, {}, {});
+    }
+    runMessage(message, answer);
+  } catch (const engine::Error& error) {
+    tellFailure(error, answer);
+  }
+  answer.end();
+}
+
+void Connection::runMessage(const Message& message, Answer& answer) {
+  const std::string_view data = withoutHeaders(message.data);
+  switch (message.type) {
+    case MessageType::SqlBatch:
+      return session_->execute(fromUtf16(data), answer);
+    case MessageType::Rpc:
+      return runCalls(data, answer);
+    case MessageType::Transaction:
+      return runTransactionRequest(data, *session_, answer);
+    default:
+      throw ProtocolError("a message of an unknown type");
+  }
+}
+
+// What the client has cancelled itself it is told by the answer to its ATTENTION; false then.
+bool Connection::tellFailure(const engine::Error& error, Answer& answer) const {
+  if (error.number() == cancelled) return false;
+  answer.fail(error);
+  return true;
+}
+
+void Connection::runCalls(std::string_view data, Answer& answer) {
+  for (const Call& call : readCalls(data, version_)) {
+    try {
+      procedures_->run(call, answer);
+    } catch (const engine::Error& error) {
+      if (!tellFailure(error, answer)) return;
+      answer.endProcedure();
+    }
+  }
+}
+
+void Connection::acknowledgeAttention() {
+  putDone(writer_.tokens(), token::done, doneAttention, commandNone, 0, version_);
+  writer_.end();
+}
+
+std::string_view Connection::withoutHeaders(std::string_view data) const {
+  if (version_ < Version::V72) return data;
+  ByteReader reader(data);
+  const std::uint32_t size = reader.u32();
+  if (size < 4) throw ProtocolError("headers that are shorter than their own length");
+  reader.seek(size);
+  return data.substr(size);
+}
+
+}  // namespace tds

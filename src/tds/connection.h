@@ -1,0 +1,65 @@
+// One client, from its first packet to its last.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "tds/answer.h"
+#include "tds/login.h"
+#include "tds/packet.h"
+#include "tds/procedures.h"
+#include "tds/server.h"
+#include "tds/transport.h"
+
+namespace tds {
+
+class Connection {
+ public:
+  // `descriptor`: a connected socket, which the connection owns from now on.
+  Connection(std::shared_ptr<engine::Server> server, const Options& options, int descriptor,
+             std::string peer);
+  ~Connection();
+
+  // Serves the client until it goes or stop() comes. Throws nothing.
+  void serve() noexcept;
+
+  // ---- from other threads ----
+
+  // Ends the running statement if the client has gone or asks for it.
+  void look();
+  // No further request; `atOnce`: the running one ends, too.
+  void stop(bool atOnce);
+
+ private:
+  void preLogin();
+  bool login();
+  void welcome(const Login& login);
+  void serveRequests();
+  void serveRequest(const Message& message);
+  void acknowledgeAttention();
+  // The transaction that a request names is not looked at: there is but one.
+  std::string_view withoutHeaders(std::string_view data) const;
+  void runMessage(const Message& message, Answer& answer);
+  void runCalls(std::string_view data, Answer& answer);
+  bool tellFailure(const engine::Error& error, Answer& answer) const;
+  bool setRunning(bool running);
+  void log(const std::string& line) const;
+
+  std::shared_ptr<engine::Server> server_;
+  const Options& options_;
+  SocketTransport socket_;
+  Transport* transport_;
+  PacketReader reader_;
+  PacketWriter writer_;
+  std::string peer_, serverName_;
+  Version version_ = Version::V74;
+
+  std::mutex mutex_;  // guards running_, stopping_, and the session's end
+  bool running_ = false, stopping_ = false;
+  std::unique_ptr<engine::Session> session_;
+  std::optional<Procedures> procedures_;
+};
+
+}  // namespace tds

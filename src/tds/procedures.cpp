@@ -1,0 +1,168 @@
+#include "tds/procedures.h"
+
+#include <algorithm>
+
+#include "tds/bytes.h"
+
+namespace tds {
+
+namespace {
+
+constexpr std::size_t mostPrepared = 10000;
+const engine::Type handleType{engine::TypeId::Int};
+
+// Each part of a name in brackets; a number behind a semicolon, which clients add, is left out.
+std::string quotedName(std::string name) {
+  if (const auto number = name.rfind(';'); number != std::string::npos) name.resize(number);
+  std::string out = "[";
+  bool bracket = false;
+  for (const char c : name) {
+    if (c == '[' && !bracket) {
+      bracket = true;
+    } else if (c == ']') {
+      bracket = false;
+    } else if (c == '.' && !bracket) {
+      out += "].[";
+    } else {
+      out += c;
+    }
+  }
+  // An absent part between two points stays absent.
+  for (auto at = out.find("[]"); at != std::string::npos; at = out.find("[]")) out.erase(at, 2);
+  return out + (out.ends_with('.') || out.empty() ? "" : "]");
+}
+
+[[noreturn]] void failHandle(const Call& call) {
+  throw engine::Error(8179, "Could not find prepared statement with handle " +
+                                std::to_string(call.number(0).value_or(0)) + ".");
+}
+
+}  // namespace
+
+void Procedures::run(const Call& call, Answer& answer) {
+  answer.setInProcedure(true);
+  switch (call.procedure) {
+    case Procedure::ExecuteSql:
+      executeSql(call, answer);
+      break;
+    case Procedure::Prepare:
+      prepareOnly(call, answer);
+      break;
+    case Procedure::PrepExec:
+      prepareAndExecute(call, answer);
+      break;
+    case Procedure::Execute:
+      execute(call, answer);
+      break;
+    case Procedure::Unprepare:
+      unprepare(call);
+      putReturnStatus(answer.tokens(), 0);
+      break;
+    case Procedure::Named:
+      runNamed(call, answer);
+      break;
+    default:
+      throw engine::Error(2812, "Could not find stored procedure '" + call.name + "'.");
+  }
+  answer.endProcedure();
+}
+
+void Procedures::runNamed(const Call& call, Answer& answer) {
+  std::vector<engine::Parameter> values;
+  std::string text = "EXEC " + quotedName(call.name);
+  for (const CallParameter& parameter : call.parameters) {
+    if (parameter.byDefault) continue;
+    const std::string variable = "@tds" + std::to_string(values.size());
+    text += values.empty() ? " " : ",";
+    if (!parameter.name.empty()) text += parameter.name + "=";
+    text += variable;
+    values.push_back({variable, parameter.type, parameter.value});
+  }
+  session_.execute(text, values, answer);
+  putReturnStatus(answer.tokens(), answer.failed() ? 1 : 0);
+}
+
+void Procedures::runPrepared(const Prepared& prepared, const Call& call, std::size_t from, Answer& answer,
+                             std::optional<std::int32_t> handle) {
+  std::vector<engine::Parameter> values = bindValues(prepared.parameters, call.parameters, from);
+  session_.execute(prepared.text, values, answer);
+  std::string& to = answer.tokens();
+  putReturnStatus(to, answer.failed() ? 1 : 0);
+  if (handle) putReturnValue(to, 0, call.parameters[0].name, handleType, *handle, answer.version());
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const auto sent =
+        std::find_if(call.parameters.begin() + static_cast<std::ptrdiff_t>(from), call.parameters.end(),
+                     [&](const CallParameter& parameter) { return parameter.name == values[i].name; });
+    const bool byPlace = sent == call.parameters.end() && from + i < call.parameters.size();
+    const CallParameter* parameter = sent != call.parameters.end() ? &*sent
+                                     : byPlace                     ? &call.parameters[from + i]
+                                                                   : nullptr;
+    if (!parameter || !parameter->output) continue;
+    putReturnValue(to, static_cast<std::uint16_t>(from + i), parameter->name, values[i].type, values[i].value,
+                   answer.version());
+  }
+}
+
+// sp_executesql statement [, declarations, values ...]
+void Procedures::executeSql(const Call& call, Answer& answer) {
+  runPrepared({call.text(0), parseDeclarations(call.text(1))}, call,
+              std::min<std::size_t>(call.parameters.size(), 2), answer, std::nullopt);
+}
+
+// sp_prepare handle OUTPUT, declarations, statement; sp_prepexec with the values behind them.
+std::int32_t Procedures::prepare(const Call& call) {
+  if (call.parameters.size() < 3)
+    throw engine::Error(
+        201, "Procedure or function '" + call.name + "' expects parameter '@stmt', which was not supplied.");
+  if (prepared_.size() >= mostPrepared)
+    throw engine::Error(701, "There is insufficient system memory to run this query.", 17);
+  // A client that prepares anew under its old handle gives that up.
+  if (const auto old = call.number(0)) prepared_.erase(static_cast<std::int32_t>(*old));
+  prepared_[++lastHandle_] = {call.text(2), parseDeclarations(call.text(1))};
+  return lastHandle_;
+}
+
+void Procedures::prepareOnly(const Call& call, Answer& answer) {
+  const std::int32_t handle = prepare(call);
+  const Prepared& made = prepared_[handle];
+  std::vector<engine::Parameter> parameters;
+  for (const Declared& each : made.parameters) parameters.push_back(each.parameter);
+  // A mistake in the statement is told when it runs.
+  std::vector<engine::ResultColumn> columns;
+  try {
+    columns = session_.describe(made.text, parameters);
+  } catch (const engine::Error&) {
+    columns.clear();
+  }
+  if (!columns.empty() && call.number(3).value_or(0) != 0) {
+    RowWriter(std::move(columns), answer.version()).describe(answer.tokens());
+    answer.statementEnd(0, commandSelect, 0);
+  }
+  std::string& to = answer.tokens();
+  putReturnStatus(to, 0);
+  putReturnValue(to, 0, call.parameters[0].name, handleType, handle, answer.version());
+}
+
+void Procedures::prepareAndExecute(const Call& call, Answer& answer) {
+  const std::int32_t handle = prepare(call);
+  const Prepared made = prepared_[handle];
+  runPrepared(made, call, 3, answer, handle);
+}
+
+const Procedures::Prepared& Procedures::preparedAt(const Call& call) const {
+  const auto handle = call.number(0);
+  const auto found = handle ? prepared_.find(static_cast<std::int32_t>(*handle)) : prepared_.end();
+  if (found == prepared_.end()) failHandle(call);
+  return found->second;
+}
+
+void Procedures::execute(const Call& call, Answer& answer) {
+  runPrepared(preparedAt(call), call, 1, answer, std::nullopt);
+}
+
+void Procedures::unprepare(const Call& call) {
+  preparedAt(call);
+  prepared_.erase(static_cast<std::int32_t>(*call.number(0)));
+}
+
+}  // namespace tds

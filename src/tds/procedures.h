@@ -1,0 +1,45 @@
+// What the procedures of the protocol do: statements with parameters, prepared statements.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "tds/answer.h"
+#include "tds/rpc.h"
+
+namespace tds {
+
+// The calls of one connection.
+class Procedures {
+ public:
+  explicit Procedures(engine::Session& session) : session_(session) {}
+
+  // One call, to the end of its DONEPROC. Throws what ends the batch; the caller tells that.
+  void run(const Call& call, Answer& answer);
+  // What was prepared is gone.
+  void reset() { prepared_.clear(); }
+
+ private:
+  struct Prepared {
+    std::string text;
+    std::vector<Declared> parameters;
+  };
+
+  void runNamed(const Call& call, Answer& answer);
+  void executeSql(const Call& call, Answer& answer);
+  std::int32_t prepare(const Call& call);
+  void prepareOnly(const Call& call, Answer& answer);
+  void prepareAndExecute(const Call& call, Answer& answer);
+  void execute(const Call& call, Answer& answer);
+  void unprepare(const Call& call);
+  void runPrepared(const Prepared& prepared, const Call& call, std::size_t from, Answer& answer,
+                   std::optional<std::int32_t> handle);
+  const Prepared& preparedAt(const Call& call) const;
+
+  engine::Session& session_;
+  std::map<std::int32_t, Prepared> prepared_;
+  std::int32_t lastHandle_ = 0;
+};
+
+}  // namespace tds

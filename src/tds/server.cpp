@@ -1,0 +1,200 @@
+#include "tds/server.h"
+
+#include <arpa/inet.h>
+#include <netdb.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <condition_variable>
+#include <list>
+#include <mutex>
+#include <system_error>
+#include <thread>
+
+#include "tds/connection.h"
+
+namespace tds {
+
+namespace {
+
+constexpr std::chrono::milliseconds lookInterval{50};
+constexpr int waitingClients = 512;  // that the system keeps until they are accepted
+
+[[noreturn]] void fail(const std::string& what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
+
+void setOption(int descriptor, int level, int name, int value) {
+  setsockopt(descriptor, level, name, &value, sizeof value);
+}
+
+int listenOn(const std::string& address, std::uint16_t port) {
+  const std::string place = address + "," + std::to_string(port);
+  addrinfo hints{}, *found = nullptr;
+  hints.ai_socktype = SOCK_STREAM;
+  hints.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV | AI_PASSIVE;
+  if (getaddrinfo(address.c_str(), std::to_string(port).c_str(), &hints, &found) != 0) {
+    errno = EINVAL;
+    fail(place);
+  }
+  const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> release(found, freeaddrinfo);
+  const int listener = socket(found->ai_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (listener < 0) fail(place);
+  setOption(listener, SOL_SOCKET, SO_REUSEADDR, 1);
+  if (bind(listener, found->ai_addr, found->ai_addrlen) != 0 || listen(listener, waitingClients) != 0) {
+    const int reason = errno;
+    close(listener);
+    errno = reason;
+    fail(place);
+  }
+  return listener;
+}
+
+std::string describe(const sockaddr_storage& address, socklen_t size) {
+  char host[NI_MAXHOST], port[NI_MAXSERV];
+  if (getnameinfo(reinterpret_cast<const sockaddr*>(&address), size, host, sizeof host, port, sizeof port,
+                  NI_NUMERICHOST | NI_NUMERICSERV) != 0)
+    return "?";
+  return std::string(host) + "," + port;
+}
+
+// A client whose machine has gone without a word is noticed after about two minutes.
+void tune(int descriptor) {
+  setOption(descriptor, IPPROTO_TCP, TCP_NODELAY, 1);
+  setOption(descriptor, SOL_SOCKET, SO_KEEPALIVE, 1);
+  setOption(descriptor, IPPROTO_TCP, TCP_KEEPIDLE, 60);
+  setOption(descriptor, IPPROTO_TCP, TCP_KEEPINTVL, 15);
+  setOption(descriptor, IPPROTO_TCP, TCP_KEEPCNT, 4);
+}
+
+}  // namespace
+
+class Server::Impl {
+ public:
+  Impl(std::shared_ptr<engine::Server> server, Options options)
+      : server_(std::move(server)),
+        options_(std::move(options)),
+        listener_(listenOn(options_.address, options_.port)),
+        wake_(eventfd(0, EFD_CLOEXEC)) {
+    listening_ = std::thread([this] { acceptClients(); });
+    watching_ = std::thread([this] { watch(); });
+  }
+
+  ~Impl() {
+    stop();
+    close(listener_);
+    close(wake_);
+  }
+
+  std::uint16_t port() const {
+    sockaddr_storage address{};
+    socklen_t size = sizeof address;
+    getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &size);
+    return ntohs(address.ss_family == AF_INET6 ? reinterpret_cast<sockaddr_in6*>(&address)->sin6_port
+                                               : reinterpret_cast<sockaddr_in*>(&address)->sin_port);
+  }
+
+  std::size_t connections() const {
+    const std::lock_guard lock(mutex_);
+    return clients_.size();
+  }
+
+  void stop() {
+    {
+      const std::lock_guard lock(mutex_);
+      if (std::exchange(stopping_, true)) return;
+    }
+    const std::uint64_t one = 1;
+    static_cast<void>(!write(wake_, &one, sizeof one));
+    listening_.join();
+    std::unique_lock lock(mutex_);
+    for (auto& client : clients_) client->stop(false);
+    const auto empty = [this] { return clients_.empty(); };
+    if (!left_.wait_for(lock, options_.stopPatience, empty)) {
+      for (auto& client : clients_) client->stop(true);
+      left_.wait(lock, empty);
+    }
+    ended_ = true;
+    lock.unlock();
+    watchEnd_.notify_all();
+    watching_.join();
+  }
+
+ private:
+  void acceptClients() {
+    for (;;) {
+      pollfd waiting[2] = {{listener_, POLLIN, 0}, {wake_, POLLIN, 0}};
+      if (poll(waiting, 2, -1) < 0 && errno != EINTR) return;
+      if (waiting[1].revents != 0) return;
+      sockaddr_storage address{};
+      socklen_t size = sizeof address;
+      const int descriptor = accept4(listener_, reinterpret_cast<sockaddr*>(&address), &size, SOCK_CLOEXEC);
+      if (descriptor >= 0) {
+        admit(descriptor, describe(address, size));
+      } else if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) {
+        // Nothing can be taken in just now; the client waits in the system's queue.
+        std::this_thread::sleep_for(lookInterval);
+      }
+    }
+  }
+
+  void admit(int descriptor, const std::string& peer) {
+    const std::lock_guard lock(mutex_);
+    if (stopping_ || clients_.size() >= options_.mostConnections) {
+      if (options_.log && !stopping_) options_.log(peer + ": bağlantı sınırı dolu, kabul edilmedi");
+      close(descriptor);
+      return;
+    }
+    tune(descriptor);
+    const auto client =
+        clients_.insert(clients_.end(), std::make_unique<Connection>(server_, options_, descriptor, peer));
+    try {
+      std::thread([this, client] {
+        (*client)->serve();
+        leave(client);
+      }).detach();
+    } catch (const std::system_error&) {
+      clients_.erase(client);
+    }
+  }
+
+  void leave(std::list<std::unique_ptr<Connection>>::iterator client) {
+    const std::lock_guard lock(mutex_);
+    clients_.erase(client);
+    left_.notify_all();
+  }
+
+  void watch() {
+    std::unique_lock lock(mutex_);
+    while (!watchEnd_.wait_for(lock, lookInterval, [this] { return ended_; }))
+      for (auto& client : clients_) client->look();
+  }
+
+  std::shared_ptr<engine::Server> server_;
+  Options options_;
+  int listener_, wake_;
+  mutable std::mutex mutex_;  // guards what follows
+  std::list<std::unique_ptr<Connection>> clients_;
+  bool stopping_ = false, ended_ = false;
+  std::condition_variable left_, watchEnd_;
+  std::thread listening_, watching_;
+};
+
+Server::Server(std::shared_ptr<engine::Server> server, Options options)
+    : impl_(std::make_unique<Impl>(std::move(server), std::move(options))) {}
+Server::~Server() = default;
+std::uint16_t Server::port() const {
+  return impl_->port();
+}
+std::size_t Server::connections() const {
+  return impl_->connections();
+}
+void Server::stop() {
+  impl_->stop();
+}
+
+}  // namespace tds

@@ -1,0 +1,204 @@
+// Clients that break off, go away, send rubbish or stop reading.
+#include <chrono>
+#include <thread>
+
+#include "tds/served.h"
+
+namespace {
+
+using namespace tds::test;
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+const char* const endless = "WHILE 1=1 SET NOCOUNT ON";
+constexpr std::uint8_t batchType = 1, attentionType = 6;
+
+class Breaking : public Served {
+ protected:
+  // As a second client sees it; waits for at most `limit`.
+  bool becomes(const std::string& query, const std::string& printed, milliseconds limit) {
+    Client other(server->port());
+    other.open(0x74000004, "FIRMA");
+    const auto end = steady_clock::now() + limit;
+    while (steady_clock::now() < end) {
+      if (other.batch(query) == printed) return true;
+      std::this_thread::sleep_for(milliseconds(20));
+    }
+    return false;
+  }
+  bool onlyConnection(milliseconds limit) {
+    const auto end = steady_clock::now() + limit;
+    while (server->connections() > 0 && steady_clock::now() < end)
+      std::this_thread::sleep_for(milliseconds(10));
+    return server->connections() == 0;
+  }
+};
+
+TEST_F(Breaking, AnAttentionEndsTheStatementAndIsAcknowledged) {
+  Client client(server->port());
+  client.open(0x74000004, "FIRMA");
+  client.batch("CREATE TABLE T(A INT) BEGIN TRAN INSERT INTO T VALUES(1)");
+  client.send(batchType, headers() + utf16(endless));
+  std::this_thread::sleep_for(milliseconds(150));
+  client.send(attentionType, "");
+  EXPECT_EQ(client.printed(), "environment 10: 0x <- 0x0100000000000000\ndone\n");
+  EXPECT_EQ(client.printed(), "done attention\n");
+  EXPECT_EQ(client.batch("SELECT A FROM T"), "columns A:int4\ndone select\n");
+}
+
+// It came too late: the answer is whole and the acknowledgement follows it.
+TEST_F(Breaking, AnAttentionBehindTheAnswerIsAcknowledgedOnly) {
+  Client client(server->port());
+  client.open();
+  EXPECT_EQ(client.batch("SELECT 1 AS a"), "columns a:int4\nrow 1\ndone select 1\n");
+  client.send(attentionType, "");
+  EXPECT_EQ(client.printed(), "done attention\n");
+  EXPECT_EQ(client.batch("SELECT 2 AS a"), "columns a:int4\nrow 2\ndone select 1\n");
+}
+
+TEST_F(Breaking, AClientThatGoesAwayLeavesNothing) {
+  for (const bool running : {false, true}) {
+    Client client(server->port());
+    client.open(0x74000004, "FIRMA");
+    client.batch("CREATE TABLE T(A INT)");
+    client.batch("BEGIN TRAN INSERT INTO T VALUES(1)");
+    if (running) client.send(batchType, headers() + utf16(endless));
+    std::this_thread::sleep_for(milliseconds(50));
+    client.hangUp();
+    // Taken at once, for the lock is free again.
+    EXPECT_TRUE(becomes("SET LOCK_TIMEOUT 900 DELETE FROM T SELECT COUNT(*) AS c FROM T",
+                        "done 0 more\ncolumns c:int4\nrow 0\ndone select 1\n", milliseconds(1000)));
+    Client(server->port()).open();
+    Client cleaner(server->port());
+    cleaner.open(0x74000004, "FIRMA");
+    cleaner.batch("DROP TABLE T");
+  }
+}
+
+TEST_F(Breaking, RubbishEndsItsConnectionAlone) {
+  const std::string good = preLogin(2), goodLogin = login(0x74000004, "sa", "gizli", "");
+  const auto packet = [](std::uint8_t type, std::size_t length, const std::string& data) {
+    return std::string{static_cast<char>(type),
+                       '\1',
+                       static_cast<char>(length >> 8),
+                       static_cast<char>(length),
+                       '\0',
+                       '\0',
+                       '\1',
+                       '\0'} +
+           data;
+  };
+  const auto whole = [&](std::uint8_t type, const std::string& data) {
+    return packet(type, data.size() + 8, data);
+  };
+  std::string farLogin = goodLogin, longLogin = goodLogin;
+  farLogin.replace(40, 2, "\xFF\xFF");
+  longLogin.replace(42, 2, "\xFF\x7F");
+  const std::string greeted = whole(0x12, good);
+  const struct {
+    const char* what;
+    std::string bytes;
+  } cases[] = {
+      {"a length below the header's", packet(0x12, 7, "")},
+      {"a length beyond the largest", packet(0x12, 0xFFFF, std::string(100, 'x'))},
+      {"a statement before the login", whole(batchType, headers() + utf16("SELECT 1"))},
+      {"a statement instead of the login", greeted + whole(batchType, headers() + utf16("SELECT 1"))},
+      {"an option that lies behind the end", whole(0x12, std::string("\x01\x00\xFF\x00\x01\xFF", 6))},
+      {"options without an end", whole(0x12, std::string("\x00\x00\x0B\x00\x06", 5))},
+      {"an empty PRELOGIN", whole(0x12, "")},
+      {"an endless PRELOGIN",
+       [&] {
+         std::string all;
+         for (int i = 0; i < 20; ++i) {
+           std::string part = packet(0x12, 4008, std::string(4000, 'x'));
+           part[1] = 0;
+           all += part;
+         }
+         return all;
+       }()},
+      {"a login cut short", greeted + whole(0x10, goodLogin.substr(0, 50))},
+      {"a name that lies behind the end", greeted + whole(0x10, farLogin)},
+      {"a name that is too long", greeted + whole(0x10, longLogin)},
+      {"an old version", greeted + whole(0x10, login(0x70000000, "sa", "gizli", ""))},
+      {"a web browser", "GET / HTTP/1.1\r\nHost: x\r\n\r\n"},
+      {"headers longer than the message",
+       greeted + whole(0x10, goodLogin) + whole(batchType, number(500, 4))},
+      {"headers shorter than their length",
+       greeted + whole(0x10, goodLogin) + whole(batchType, number(1, 4))},
+      {"a call cut short", greeted + whole(0x10, goodLogin) + whole(3, headers() + number(0xFFFF, 2))},
+      {"a call of an unknown number", greeted + whole(0x10, goodLogin) + whole(3, headers() + call(99, {}))},
+      {"a message of an unknown type", greeted + whole(0x10, goodLogin) + whole(0x33, headers())},
+  };
+  for (const auto& each : cases) {
+    Client client(server->port());
+    client.sendRaw(each.bytes);
+    while (!client.receive().empty()) {
+    }
+    EXPECT_TRUE(onlyConnection(milliseconds(2000))) << each.what;
+  }
+  Client after(server->port());
+  after.open();
+  EXPECT_EQ(after.batch("SELECT 1 AS a"), "columns a:int4\nrow 1\ndone select 1\n");
+}
+
+TEST_F(Breaking, ALoginThatNeverComesIsNotWaitedFor) {
+  options.loginPatience = std::chrono::seconds(1);
+  start();
+  Client silent(server->port()), half(server->port());
+  half.send(0x12, preLogin(2));
+  half.receive();
+  EXPECT_TRUE(silent.closed());
+  EXPECT_TRUE(half.closed());
+  EXPECT_TRUE(onlyConnection(milliseconds(1000)));
+}
+
+TEST_F(Breaking, ConnectionsHaveALimit) {
+  options.mostConnections = 3;
+  start();
+  std::vector<std::unique_ptr<Client>> clients;
+  for (int i = 0; i < 3; ++i) {
+    clients.push_back(std::make_unique<Client>(server->port()));
+    EXPECT_NE(clients.back()->open().find("login"), std::string::npos);
+  }
+  Client fourth(server->port());
+  EXPECT_TRUE(fourth.closed());
+  clients.pop_back();
+  for (int i = 0; i < 100 && server->connections() > 2; ++i) std::this_thread::sleep_for(milliseconds(10));
+  Client again(server->port());
+  EXPECT_NE(again.open().find("login"), std::string::npos);
+}
+
+TEST_F(Breaking, AStopLetsStatementsFinishAndIdleClientsGo) {
+  Client idle(server->port()), busy(server->port());
+  idle.open();
+  busy.open(0x74000004, "FIRMA");
+  busy.send(
+      batchType,
+      headers() + utf16("DECLARE @i INT SET @i=0 SET NOCOUNT ON WHILE @i<200000 SET @i=@i+1 SELECT @i AS i"));
+  std::this_thread::sleep_for(milliseconds(100));
+  server->stop();
+  EXPECT_TRUE(idle.closed());
+  EXPECT_EQ(busy.printed(), "columns i:int4\nrow 200000\ndone select\n");
+  EXPECT_TRUE(busy.closed());
+}
+
+TEST_F(Breaking, AStopDoesNotWaitForEver) {
+  options.stopPatience = std::chrono::seconds(1);
+  start();
+  Client busy(server->port());
+  busy.open();
+  busy.send(batchType, headers() + utf16(endless));
+  std::this_thread::sleep_for(milliseconds(100));
+  server->stop();
+  EXPECT_EQ(server->connections(), 0u);
+}
+
+TEST_F(Breaking, AnAddressInUseIsTold) {
+  tds::Options second = options;
+  second.port = server->port();
+  EXPECT_THROW(tds::Server(engine, second), std::system_error);
+  second.address = "yok";
+  EXPECT_THROW(tds::Server(engine, second), std::system_error);
+}
+
+}  // namespace

@@ -1,9 +1,10 @@
 # Sourced by run and test: installs the Debian packages that are missing.
 packages=(
   build-essential cmake ninja-build ccache lld pkg-config
-  libsqlite3-dev libicu-dev libsodium-dev unixodbc-dev tdsodbc libsqliteodbc libcli11-dev
+  libsqlite3-dev libicu-dev libsodium-dev libssl-dev unixodbc-dev tdsodbc libsqliteodbc libcli11-dev
   qt6-base-dev qt6-svg-dev libqt6opengl6-dev libgl-dev libegl-dev fonts-dejavu-core
   libgtest-dev libbenchmark-dev
+  freetds-bin unixodbc python3-pyodbc libjtds-java default-jdk-headless
 )
 
 install_missing_packages() {

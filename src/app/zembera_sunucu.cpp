@@ -50,7 +50,7 @@ int serve(const std::string& folder, tds::Options options) {
   } catch (const std::system_error& error) {
     tell(std::string("Bu adres dinlenemiyor: ") + error.what());
     return refused;
-  } catch (const engine::Error& error) {
+  } catch (const std::runtime_error& error) {
     tell(std::string("Sunucu açılamadı: ") + error.what());
     return refused;
   }
@@ -67,6 +67,11 @@ int main(int argc, char** argv) {
   app.add_option("--adres", options.address, "Dinlenecek adres (varsayılan 127.0.0.1)");
   app.add_option("--kapi", options.port, "Dinlenecek kapı (varsayılan 1433; 0: boş bir kapı)");
   app.add_option("--baglanti", options.mostConnections, "En çok bağlantı (varsayılan 1000)");
+  app.add_option("--sertifika", options.certificate,
+                 "TLS sertifikası, PEM (yoksa veri klasöründe kendisi bir tane yapar)");
+  app.add_option("--anahtar", options.key, "Sertifikanın anahtarı, PEM (yoksa sertifika dosyasında)");
+  app.add_flag("--yerel-sifresiz", options.plainOnThisMachine,
+               "Bu makinedeki programlar TLS olmadan da bağlanabilir");
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

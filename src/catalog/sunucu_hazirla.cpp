@@ -73,21 +73,17 @@ std::string sunucuKlasoru(Oturum& oturum) {
   return separator == std::string::npos ? "" : file.substr(0, separator);
 }
 
-// Columns and tables that the first text does not have.
+// Columns and tables that the first text does not have; a column at a time, for not every server knows a list.
 void eklemeleriYap(Oturum& oturum) {
   for (const TableDef& table : catalogTables()) {
     if (table.stage == Stage::Upgrade) {
       oturum.Baglanti->execute(createStatement(table, Stage::Upgrade));
       continue;
     }
-    std::string columns;
     for (const ColumnDef& column : table.columns) {
-      if (column.stage == Stage::Upgrade) {
-        columns += (columns.empty() ? "" : ", ") + columnText(table, column, Stage::Upgrade);
-      }
-    }
-    if (!columns.empty()) {
-      oturum.Baglanti->execute("ALTER TABLE " + table.name + " ADD " + columns);
+      if (column.stage == Stage::Upgrade)
+        oturum.Baglanti->execute("ALTER TABLE " + table.name + " ADD " +
+                                 columnText(table, column, Stage::Upgrade));
     }
   }
 }

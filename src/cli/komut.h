@@ -116,6 +116,8 @@ const Komut& tasiKomutu();
 const Komut& servisKomutu();
 const Komut& sunucuKomutu();
 const Komut& sunucuBaslatKomutu();
+const Komut& sunucuDurdurKomutu();
+const Komut& sunucuDurumKomutu();
 const Komut& offlineKomutu();
 const Komut& tamamlaKomutu();
 

@@ -11,7 +11,7 @@ namespace cli {
 
 namespace {
 
-constexpr std::array<const Komut& (*)(), 39> commands = {kurKomutu,
+constexpr std::array<const Komut& (*)(), 41> commands = {kurKomutu,
                                                          sqlKomutu,
                                                          firmaListeleKomutu,
                                                          firmaOlusturKomutu,
@@ -48,6 +48,8 @@ constexpr std::array<const Komut& (*)(), 39> commands = {kurKomutu,
                                                          servisKomutu,
                                                          sunucuKomutu,
                                                          sunucuBaslatKomutu,
+                                                         sunucuDurdurKomutu,
+                                                         sunucuDurumKomutu,
                                                          offlineKomutu,
                                                          tamamlaKomutu};
 

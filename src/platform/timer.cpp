@@ -23,6 +23,12 @@ std::string word(const std::string& text) {
   return out + "\"";
 }
 
+std::string commandLine(const std::vector<std::string>& arguments) {
+  std::string text;
+  for (const std::string& argument : arguments) text += (text.empty() ? "" : " ") + word(argument);
+  return text;
+}
+
 }  // namespace
 
 fs::path userUnitFolder() {
@@ -30,9 +36,43 @@ fs::path userUnitFolder() {
 }
 
 std::string serviceUnit(const DailyTimer& timer) {
-  std::string text = "[Unit]\nDescription=" + timer.description + "\n\n[Service]\nType=oneshot\nExecStart=";
-  for (std::size_t i = 0; i < timer.arguments.size(); ++i) text += (i ? " " : "") + word(timer.arguments[i]);
-  return text + "\n";
+  return "[Unit]\nDescription=" + timer.description +
+         "\n\n[Service]\nType=oneshot\nExecStart=" + commandLine(timer.arguments) + "\n";
+}
+
+std::string serviceUnit(const RunningService& service) {
+  return "[Unit]\nDescription=" + service.description +
+         "\n\n[Service]\nExecStart=" + commandLine(service.arguments) +
+         "\nRestart=on-failure\nTimeoutStopSec=60\n\n[Install]\nWantedBy=default.target\n";
+}
+
+std::string installService(const RunningService& service) {
+  const fs::path folder = userUnitFolder(), unit = folder / (service.name + ".service");
+  std::error_code error;
+  fs::create_directories(folder, error);
+  if (!error) error = writeFileSafely(unit, serviceUnit(service));
+  if (error) return folder.string() + ": " + error.message();
+  if (std::string said = userManager({"daemon-reload"}); !said.empty()) return said;
+  if (std::string said = userManager({"enable", unit.filename().string()}); !said.empty()) return said;
+  return userManager({"restart", unit.filename().string()});
+}
+
+bool removeService(const std::string& name) {
+  const fs::path unit = userUnitFolder() / (name + ".service");
+  std::error_code error;
+  if (!fs::exists(unit, error)) return false;
+  userManager({"disable", "--now", unit.filename().string()});
+  fs::remove(unit, error);
+  userManager({"daemon-reload"});
+  return true;
+}
+
+std::string serviceStatus(const std::string& name) {
+  const fs::path unit = userUnitFolder() / (name + ".service");
+  std::error_code error;
+  if (!fs::exists(unit, error)) return {};
+  const std::string said = userManager({"is-active", unit.filename().string()});
+  return said.empty() ? "active" : said;
 }
 
 std::string timerUnit(const DailyTimer& timer) {

@@ -35,6 +35,7 @@ class Answer : public engine::ResultSink {
   // The name that the changed transaction has in the protocol.
   static std::string transactionName(std::uint64_t number);
 
+  void sendWhenFull() { writer_.sendWhenFull(); }
   std::string& tokens();  // for what the caller adds itself; a waiting DONE goes before it
   Version version() const { return version_; }
   bool failed() const { return failed_; }

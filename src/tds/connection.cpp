@@ -6,7 +6,6 @@
 #include <algorithm>
 
 #include "tds/bytes.h"
-#include "tds/prelogin.h"
 #include "tds/transaction_request.h"
 
 namespace tds {
@@ -30,16 +29,18 @@ std::string printable(const std::string& text) {
 
 }  // namespace
 
-Connection::Connection(std::shared_ptr<engine::Server> server, const Options& options, int descriptor,
-                       std::string peer)
+Connection::Connection(std::shared_ptr<engine::Server> server, const Options& options, const TlsContext& tls,
+                       int descriptor, std::string peer, bool local)
     : server_(std::move(server)),
       options_(options),
       socket_(descriptor),
+      tlsContext_(tls),
       transport_(&socket_),
       reader_(socket_),
       writer_(socket_),
       peer_(std::move(peer)),
-      serverName_(engine::Server::machineName()) {}
+      serverName_(engine::Server::machineName()),
+      local_(local) {}
 
 Connection::~Connection() = default;
 
@@ -50,8 +51,7 @@ void Connection::log(const std::string& line) const {
 void Connection::serve() noexcept {
   try {
     socket_.setPatience(static_cast<int>(options_.loginPatience.count()));
-    preLogin();
-    if (login()) {
+    if (login(greet())) {
       socket_.setPatience(0);
       serveRequests();
     }
@@ -64,21 +64,52 @@ void Connection::serve() noexcept {
       // Without memory for a line there is none.
     }
   }
-  setRunning(false);
+  {
+    const std::lock_guard lock(mutex_);
+    running_ = serving_ = false;
+  }
   socket_.shut();
   session_.reset();  // an open transaction is rolled back
 }
 
-void Connection::preLogin() {
-  const Message first = reader_.next(largestGreeting);
-  if (first.type != MessageType::PreLogin) throw ProtocolError("the first message is no PRELOGIN");
-  readPreLogin(first.data);
-  writer_.tokens() += writePreLogin(Encryption::NotSupported);
-  writer_.end();
+void Connection::use(Transport& transport) {
+  transport_ = &transport;
+  reader_.setTransport(transport);
+  writer_.setTransport(transport);
 }
 
-bool Connection::login() {
-  const Message message = reader_.next(largestGreeting);
+// What both sides will do. Off: TLS for the login alone, so that at least the password is safe.
+Encryption Connection::agree(Encryption wanted) {
+  const bool plain = options_.plainOnThisMachine && local_;
+  const bool able = wanted != Encryption::NotSupported;
+  Encryption agreed = plain ? wanted : Encryption::Required;
+  if (able && wanted != Encryption::Off) agreed = Encryption::On;
+  writer_.tokens() += writePreLogin(agreed);
+  writer_.end();
+  if (!able && !plain) throw ProtocolError("a client without TLS");
+  return agreed;
+}
+
+// Up to the login itself, which is returned.
+Message Connection::greet() {
+  Message first = reader_.next(largestGreeting);
+  // Old clients that want no TLS begin with their login.
+  if (first.type == MessageType::Login && options_.plainOnThisMachine && local_) return first;
+  if (first.type != MessageType::PreLogin) throw ProtocolError("the first message is no PRELOGIN");
+  const Encryption agreed = agree(readPreLogin(first.data).encryption);
+  if (agreed == Encryption::NotSupported) return reader_.next(largestGreeting);
+  tls_.emplace(tlsContext_, socket_);
+  tls_->handshake(reader_, writer_);
+  use(*tls_);
+  Message login = reader_.next(largestGreeting);
+  if (agreed != Encryption::Off) return login;
+  if (!tls_->isDrained()) throw ProtocolError("bytes behind the login");
+  use(socket_);
+  tls_.reset();
+  return login;
+}
+
+bool Connection::login(const Message& message) {
   if (message.type != MessageType::Login) throw ProtocolError("no LOGIN7 behind the PRELOGIN");
   const Login login = readLogin(message.data);
   version_ = login.version;
@@ -88,7 +119,9 @@ bool Connection::login() {
                           "Login failed for user '" + login.user +
                               "'. Reason: Not associated with a trusted SQL Server connection.",
                           14);
-    session_ = std::make_unique<engine::Session>(server_, login.user, login.password, login.database);
+    session_ =
+        std::make_unique<engine::Session>(server_, login.user, login.password, login.database,
+                                          engine::SessionClient{login.host, login.program, login.process});
   } catch (const engine::Error& error) {
     log("oturum reddedildi: kullanıcı '" + printable(login.user) + "', " + std::to_string(error.number()));
     std::string& to = writer_.tokens();
@@ -120,6 +153,7 @@ void Connection::welcome(const Login& login) {
   putDone(to, token::done, 0, commandNone, 0, version_);
   writer_.end();
   writer_.setPacketSize(size);
+  writer_.setSpid(session_->spid());
 }
 
 bool Connection::setRunning(bool running) {
@@ -130,6 +164,7 @@ bool Connection::setRunning(bool running) {
 
 void Connection::look() {
   const std::lock_guard lock(mutex_);
+  if (serving_ && session_->killed()) socket_.shut();
   if (!running_) return;
   pollfd state{socket_.descriptor(), POLLIN | POLLRDHUP, 0};
   if (poll(&state, 1, 0) <= 0) return;
@@ -152,6 +187,10 @@ void Connection::stop(bool atOnce) {
 }
 
 void Connection::serveRequests() {
+  {
+    const std::lock_guard lock(mutex_);
+    serving_ = true;
+  }
   for (;;) {
     const Message message = reader_.next(options_.largestRequest);
     if ((message.status & ignoreMessage) != 0) continue;

@@ -9,17 +9,20 @@
 #include "tds/answer.h"
 #include "tds/login.h"
 #include "tds/packet.h"
+#include "tds/prelogin.h"
 #include "tds/procedures.h"
 #include "tds/server.h"
+#include "tds/tls.h"
 #include "tds/transport.h"
 
 namespace tds {
 
 class Connection {
  public:
-  // `descriptor`: a connected socket, which the connection owns from now on.
-  Connection(std::shared_ptr<engine::Server> server, const Options& options, int descriptor,
-             std::string peer);
+  // `descriptor`: a connected socket, which the connection owns from now on. `local`: the client is on this
+  // machine.
+  Connection(std::shared_ptr<engine::Server> server, const Options& options, const TlsContext& tls,
+             int descriptor, std::string peer, bool local);
   ~Connection();
 
   // Serves the client until it goes or stop() comes. Throws nothing.
@@ -33,8 +36,10 @@ class Connection {
   void stop(bool atOnce);
 
  private:
-  void preLogin();
-  bool login();
+  Message greet();
+  Encryption agree(Encryption wanted);
+  void use(Transport& transport);
+  bool login(const Message& message);
   void welcome(const Login& login);
   void serveRequests();
   void serveRequest(const Message& message);
@@ -50,14 +55,17 @@ class Connection {
   std::shared_ptr<engine::Server> server_;
   const Options& options_;
   SocketTransport socket_;
+  const TlsContext& tlsContext_;
+  std::optional<TlsTransport> tls_;
   Transport* transport_;
   PacketReader reader_;
   PacketWriter writer_;
   std::string peer_, serverName_;
+  bool local_;
   Version version_ = Version::V74;
 
-  std::mutex mutex_;  // guards running_, stopping_, and the session's end
-  bool running_ = false, stopping_ = false;
+  std::mutex mutex_;  // guards the following
+  bool running_ = false, serving_ = false, stopping_ = false;
   std::unique_ptr<engine::Session> session_;
   std::optional<Procedures> procedures_;
 };

@@ -58,6 +58,21 @@ void Procedures::run(const Call& call, Answer& answer) {
       unprepare(call);
       putReturnStatus(answer.tokens(), 0);
       break;
+    case Procedure::CursorOpen:
+      cursors_.open(call, answer);
+      break;
+    case Procedure::CursorFetch:
+      cursors_.fetch(call, answer);
+      break;
+    case Procedure::Cursor:
+      cursors_.change(call, answer);
+      break;
+    case Procedure::CursorOption:
+      cursors_.option(call, answer);
+      break;
+    case Procedure::CursorClose:
+      cursors_.close(call, answer);
+      break;
     case Procedure::Named:
       runNamed(call, answer);
       break;

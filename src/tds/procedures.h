@@ -1,4 +1,4 @@
-// What the procedures of the protocol do: statements with parameters, prepared statements.
+// What the procedures of the protocol do: statements with parameters, prepared statements, cursors.
 #pragma once
 
 #include <map>
@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tds/answer.h"
+#include "tds/cursors.h"
 #include "tds/rpc.h"
 
 namespace tds {
@@ -13,12 +14,15 @@ namespace tds {
 // The calls of one connection.
 class Procedures {
  public:
-  explicit Procedures(engine::Session& session) : session_(session) {}
+  explicit Procedures(engine::Session& session) : session_(session), cursors_(session) {}
 
   // One call, to the end of its DONEPROC. Throws what ends the batch; the caller tells that.
   void run(const Call& call, Answer& answer);
   // What was prepared is gone.
-  void reset() { prepared_.clear(); }
+  void reset() {
+    prepared_.clear();
+    cursors_.reset();
+  }
 
  private:
   struct Prepared {
@@ -38,6 +42,7 @@ class Procedures {
   const Prepared& preparedAt(const Call& call) const;
 
   engine::Session& session_;
+  Cursors cursors_;
   std::map<std::int32_t, Prepared> prepared_;
   std::int32_t lastHandle_ = 0;
 };

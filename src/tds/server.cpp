@@ -62,6 +62,19 @@ std::string describe(const sockaddr_storage& address, socklen_t size) {
   return std::string(host) + "," + port;
 }
 
+bool isThisMachine(const sockaddr_storage& address) {
+  if (address.ss_family == AF_INET)
+    return ntohl(reinterpret_cast<const sockaddr_in*>(&address)->sin_addr.s_addr) >> 24 == IN_LOOPBACKNET;
+  const auto& ip = reinterpret_cast<const sockaddr_in6*>(&address)->sin6_addr;
+  return IN6_IS_ADDR_LOOPBACK(&ip) || (IN6_IS_ADDR_V4MAPPED(&ip) && ip.s6_addr[12] == IN_LOOPBACKNET);
+}
+
+TlsContext makeTls(const Options& options, const std::filesystem::path& folder) {
+  const auto certificate =
+      options.certificate.empty() ? TlsContext::ownCertificate(folder) : options.certificate;
+  return {certificate, options.key.empty() ? certificate : options.key};
+}
+
 // A client whose machine has gone without a word is noticed after about two minutes.
 void tune(int descriptor) {
   setOption(descriptor, IPPROTO_TCP, TCP_NODELAY, 1);
@@ -78,6 +91,7 @@ class Server::Impl {
   Impl(std::shared_ptr<engine::Server> server, Options options)
       : server_(std::move(server)),
         options_(std::move(options)),
+        tls_(makeTls(options_, server_->folder())),
         listener_(listenOn(options_.address, options_.port)),
         wake_(eventfd(0, EFD_CLOEXEC)) {
     listening_ = std::thread([this] { acceptClients(); });
@@ -134,7 +148,7 @@ class Server::Impl {
       socklen_t size = sizeof address;
       const int descriptor = accept4(listener_, reinterpret_cast<sockaddr*>(&address), &size, SOCK_CLOEXEC);
       if (descriptor >= 0) {
-        admit(descriptor, describe(address, size));
+        admit(descriptor, describe(address, size), isThisMachine(address));
       } else if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) {
         // Nothing can be taken in just now; the client waits in the system's queue.
         std::this_thread::sleep_for(lookInterval);
@@ -142,7 +156,7 @@ class Server::Impl {
     }
   }
 
-  void admit(int descriptor, const std::string& peer) {
+  void admit(int descriptor, const std::string& peer, bool local) {
     const std::lock_guard lock(mutex_);
     if (stopping_ || clients_.size() >= options_.mostConnections) {
       if (options_.log && !stopping_) options_.log(peer + ": bağlantı sınırı dolu, kabul edilmedi");
@@ -150,8 +164,8 @@ class Server::Impl {
       return;
     }
     tune(descriptor);
-    const auto client =
-        clients_.insert(clients_.end(), std::make_unique<Connection>(server_, options_, descriptor, peer));
+    const auto client = clients_.insert(
+        clients_.end(), std::make_unique<Connection>(server_, options_, tls_, descriptor, peer, local));
     try {
       std::thread([this, client] {
         (*client)->serve();
@@ -176,6 +190,7 @@ class Server::Impl {
 
   std::shared_ptr<engine::Server> server_;
   Options options_;
+  TlsContext tls_;
   int listener_, wake_;
   mutable std::mutex mutex_;  // guards what follows
   std::list<std::unique_ptr<Connection>> clients_;

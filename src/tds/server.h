@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -25,13 +26,18 @@ struct Options {
   std::size_t largestRequest = std::size_t{64} * 1024 * 1024;  // bytes of one message
   std::chrono::seconds loginPatience{15};                      // from the connection to the end of the login
   std::chrono::seconds stopPatience{30};                       // for statements that run when stop() comes
+  // TLS: a chain and its key in PEM. Empty: a pair of the server's own, made in the data folder when missing.
+  std::filesystem::path certificate, key;
+  // Clients on this machine may do without TLS; those on others never.
+  bool plainOnThisMachine = false;
   // One line for each event worth telling, without its end; called from any thread. Never holds a password.
   std::function<void(const std::string& line)> log;
 };
 
 class Server {
  public:
-  // Throws std::system_error when the address cannot be listened on.
+  // Throws std::system_error when the address cannot be listened on, std::runtime_error for a certificate
+  // that cannot be used.
   Server(std::shared_ptr<engine::Server> server, Options options);
   ~Server();  // stops
   Server(const Server&) = delete;

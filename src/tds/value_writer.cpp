@@ -212,9 +212,22 @@ RowWriter::RowWriter(std::vector<engine::ResultColumn> columns, Version version)
     : columns_(std::move(columns)), version_(version) {}
 
 void RowWriter::describe(std::string& to) const {
+  describe(to, 0);
+}
+
+void RowWriter::describeForCursor(std::string& to) const {
+  constexpr std::uint16_t hidden = 0x2000;
+  describe(to, 1);
+  putNumber(to, 0, version_ >= Version::V72 ? 4 : 2);
+  putNumber(to, hidden, 2);
+  writeType(to, {TypeId::Int});
+  tds::putText(to, "ROWSTAT", 1);
+}
+
+void RowWriter::describe(std::string& to, std::size_t more) const {
   constexpr std::uint16_t nullable = 0x01, unknownWhetherWritable = 0x08, identity = 0x10;
   putNumber(to, token::columns, 1);
-  putNumber(to, columns_.size(), 2);
+  putNumber(to, columns_.size() + more, 2);
   for (const auto& column : columns_) {
     putNumber(to, 0, version_ >= Version::V72 ? 4 : 2);
     const bool fromTable = !column.baseTable.empty();

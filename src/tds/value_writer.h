@@ -22,10 +22,14 @@ class RowWriter {
   RowWriter(std::vector<engine::ResultColumn> columns, Version version);
   const std::vector<engine::ResultColumn>& columns() const { return columns_; }
   void describe(std::string& to) const;
+  // The same with one more column that clients hide: the state of a row in a cursor.
+  void describeForCursor(std::string& to) const;
   // ROW, or NBCROW where that is shorter and the client knows it.
   void row(std::string& to, const engine::ResultSet& set, std::int64_t row) const;
 
  private:
+  void describe(std::string& to, std::size_t more) const;
+
   std::vector<engine::ResultColumn> columns_;
   Version version_;
 };

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# usage: run.sh [seconds per target] [build folder] [targets: parser batch files]
+# usage: run.sh [seconds per target] [build folder] [targets: parser batch files messages connection]
 # Builds the fuzz targets with clang and runs each for a while on its seed corpus, from a fixed seed, so that a
 # short run walks the same way each time. Longer runs are for a person: pass another -seed by hand.
 set -euo pipefail
@@ -19,7 +19,7 @@ for target in $targets; do
   work=$(mktemp -d)
   trap 'rm -rf "$work"' EXIT
   corpus=("$root/tests/fuzz/corpus/$target")
-  [ $target = files ] || corpus+=("$root/tests/fuzz/corpus/parser" -dict="$root/tests/fuzz/tsql.dict")
+  [ $target = files ] || [ $target = messages ] || [ $target = connection ] || corpus+=("$root/tests/fuzz/corpus/parser" -dict="$root/tests/fuzz/tsql.dict")
   TMPDIR=$work "$build/bin/fuzz_$target" -seed=2012 -max_total_time="$seconds" -timeout=25 -rss_limit_mb=2048 -max_len=4096 \
     -artifact_prefix="$build/" -print_final_stats=0 -verbosity=0 "$work" "${corpus[@]}"
   rm -rf "$work"

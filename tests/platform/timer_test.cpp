@@ -20,6 +20,28 @@ TEST(Timer, WordsReachTheProgramAsTheyAre) {
             "[Install]\nWantedBy=timers.target\n");
 }
 
+TEST(Timer, AServiceIsWrittenAndTakenAway) {
+  const support::TempFolder temporary;
+  const char* before = std::getenv("XDG_CONFIG_HOME");
+  const std::string kept = before ? before : "";
+  ::setenv("XDG_CONFIG_HOME", temporary.path.c_str(), 1);
+  const platform::RunningService service{
+      "zembera-deneme-yok", "Deneme", {"/opt/z sunucu", "--klasor", "/a b"}};
+  EXPECT_EQ(platform::serviceStatus(service.name), "");
+  platform::installService(service);  // the manager of a test machine may not be there
+  const auto unit = temporary.path / "systemd" / "user" / "zembera-deneme-yok.service";
+  EXPECT_EQ(platform::readFile(unit),
+            "[Unit]\nDescription=Deneme\n\n[Service]\nExecStart=\"/opt/z sunucu\" \"--klasor\" \"/a b\"\n"
+            "Restart=on-failure\nTimeoutStopSec=60\n\n[Install]\nWantedBy=default.target\n");
+  EXPECT_NE(platform::serviceStatus(service.name), "");
+  EXPECT_TRUE(platform::removeService(service.name));
+  EXPECT_FALSE(platform::removeService(service.name));
+  if (before)
+    ::setenv("XDG_CONFIG_HOME", kept.c_str(), 1);
+  else
+    ::unsetenv("XDG_CONFIG_HOME");
+}
+
 TEST(Timer, IsWrittenAndTakenAway) {
   const support::TempFolder temporary;
   const char* before = std::getenv("XDG_CONFIG_HOME");

@@ -4,13 +4,13 @@
 
 #include <fstream>
 
-#include "db/drivers.h"
 #include "session/firma_bul.h"
 #include "session/konsol.h"
 #include "session/statements.h"
 #include "support/fakes.h"
 #include "support/firma_karti.h"
 #include "support/komut_satiri.h"
+#include "support/surucu.h"
 
 namespace {
 
@@ -18,13 +18,13 @@ namespace fs = std::filesystem;
 
 class AdKurali : public testing::Test {
  protected:
-  support::KomutSatiri cli{db::makeConnectionFactory};
+  support::KomutSatiri cli{support::surucuYap};
   std::unique_ptr<db::ConnectionFactory> surucu;
   support::FakeSurroundings s;
 
   void SetUp() override {
     ASSERT_EQ(cli.calistir({"kur", "--sunucu", "(yerel)"}, "gizli\nFabrika1\n"), 0) << cli.err;
-    surucu = db::makeConnectionFactory(cli.dizin);
+    surucu = support::surucuYap(cli.dizin);
     s.oturum.surucu = surucu.get();
     s.oturum.Server_Adi = "(yerel)";
     s.oturum.Tanim_DB_Versiyon = "2012.002";

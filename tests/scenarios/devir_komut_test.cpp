@@ -6,8 +6,8 @@
 #include <map>
 #include <memory>
 
-#include "db/drivers.h"
 #include "support/komut_satiri.h"
+#include "support/surucu.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ class DevirKomutTest : public testing::Test {
   support::KomutSatiri& cli = *program;
 
   static void SetUpTestSuite() {
-    program = std::make_unique<support::KomutSatiri>(db::makeConnectionFactory);
+    program = std::make_unique<support::KomutSatiri>(support::surucuYap);
     kur(*program);
   }
   static void TearDownTestSuite() { program.reset(); }

@@ -3,14 +3,14 @@
 
 #include <fstream>
 
-#include "db/drivers.h"
 #include "support/komut_satiri.h"
+#include "support/surucu.h"
 
 namespace {
 
 class GuncelleBetigi : public testing::Test {
  protected:
-  support::KomutSatiri cli{db::makeConnectionFactory};
+  support::KomutSatiri cli{support::surucuYap};
 
   void calistir(const std::vector<std::string>& arguments, const std::string& input = "") {
     ASSERT_EQ(cli.calistir(arguments, input), 0) << cli.out << cli.err;

@@ -3,11 +3,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "db/drivers.h"
 #include "session/giris.h"
 #include "session/sys_inf.h"
 #include "support/fakes.h"
 #include "support/komut_satiri.h"
+#include "support/surucu.h"
 
 namespace {
 
@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 class IlkFirma : public testing::Test {
  protected:
-  support::KomutSatiri cli{db::makeConnectionFactory};
+  support::KomutSatiri cli{support::surucuYap};
 
   void kur(const std::string& password = "Fabrika1") {
     ASSERT_EQ(cli.calistir({"kur", "--sunucu", "(yerel)"}, "sql-gizli\n" + password + "\n"), 0) << cli.err;
@@ -117,14 +117,14 @@ TEST_F(IlkFirma, SecondKurChangesNothing) {
 // Letters that scramble onto bytes without a character of their own in the code page.
 TEST_F(IlkFirma, LoginAfterKurWithEveryKindOfPassword) {
   for (const char* password : {"Fabrika1", "@GHIJKLMNOP", "aAzZ09.-_!"}) {
-    support::KomutSatiri one{db::makeConnectionFactory};
+    support::KomutSatiri one{support::surucuYap};
     ASSERT_EQ(one.calistir({"kur", "--sunucu", "(yerel)", "--yonetici", "inci"},
                            std::string("p\n") + password + "\n"),
               0)
         << one.err;
     support::FakeSurroundings around;
     around.platform.folder = one.dizin;
-    const auto factory = db::makeConnectionFactory(one.dizin);
+    const auto factory = support::surucuYap(one.dizin);
     around.oturum.surucu = factory.get();
     ASSERT_EQ(session::Giris_Yukle(around.oturum), session::BolgeselSonuc::Tamam);
     EXPECT_EQ(session::Giris_Tamam(around.oturum, "inci", password).adim,

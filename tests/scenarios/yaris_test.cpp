@@ -5,9 +5,9 @@
 
 #include <fstream>
 
-#include "db/drivers.h"
 #include "platform/files.h"
 #include "support/komut_satiri.h"
+#include "support/surucu.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ class Yaris : public testing::Test {
   };
 
   static std::unique_ptr<db::ConnectionFactory> surucu(const fs::path& dizin) {
-    return db::makeConnectionFactory(dizin);
+    return support::surucuYap(dizin);
   }
   void SetUp() override { ASSERT_EQ(calistir({"kur", "--sunucu", "(yerel)"}, "gizli\nabc\n").kod, 0); }
   // In a process of its own, once `bekle` is closed.

@@ -23,6 +23,7 @@ class Served : public testing::Test {
              ("zembera-tds-" + std::to_string(getpid()) + "-" + std::to_string(++count));
     engine = engine::Server::create(folder, "sa", "gizli");
     options.port = 0;
+    options.plainOnThisMachine = true;
     options.log = [this](const std::string& line) {
       const std::lock_guard lock(logMutex_);
       lines_.push_back(line);

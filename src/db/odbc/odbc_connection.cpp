@@ -1,6 +1,7 @@
 #include "db/odbc/odbc_connection.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 
 #include "db/odbc/odbc_rows.h"
@@ -99,6 +100,15 @@ class BatchRun {
   bool started_ = false;
 };
 
+// Words behind which columns may be others, or those of another database.
+bool mayChangeColumns(std::string_view batch) {
+  static constexpr std::array<std::string_view, 5> words = {"ALTER", "CREATE", "DROP", "RENAME", "USE"};
+  const auto same = [](char a, char b) { return (a >= 'a' && a <= 'z' ? a - 'a' + 'A' : a) == b; };
+  return std::any_of(words.begin(), words.end(), [&](std::string_view word) {
+    return std::search(batch.begin(), batch.end(), word.begin(), word.end(), same) != batch.end();
+  });
+}
+
 class NoResults : public BatchSink {
  public:
   void onRows(std::unique_ptr<Rows>) override {}
@@ -180,6 +190,7 @@ void OdbcConnection::open(const ConnectionParts& parts) {
 
 void OdbcConnection::close() {
   disconnect();
+  columns_.clear();
   open_ = false;
 }
 
@@ -239,6 +250,7 @@ std::string OdbcConnection::connectionText() const {
 
 void OdbcConnection::run(std::string_view batch, BatchSink& sink) {
   requireLink();
+  if (!columns_.empty() && mayChangeColumns(batch)) columns_.clear();
   try {
     runOnLink(batch, sink);
   } catch (const SqlError& error) {
@@ -248,6 +260,27 @@ void OdbcConnection::run(std::string_view batch, BatchSink& sink) {
 }
 
 std::vector<TableColumn> OdbcConnection::tableColumns(const std::string& database, const std::string& table) {
+  const std::string query = dialect_->columnsQuery({database, table});
+  if (query.empty()) return askDriver(database, table);
+  if (const auto known = columns_.find(query); known != columns_.end()) return known->second;
+  return columns_[query] = askServer(query);
+}
+
+std::vector<TableColumn> OdbcConnection::askServer(const std::string& query) {
+  std::vector<TableColumn> out;
+  std::unique_ptr<Rows> rows;
+  try {
+    rows = this->query(query);
+  } catch (const SqlError& error) {
+    if (error.kind() != ErrorKind::StatementRefused) throw;
+  }
+  for (std::int64_t i = 0; rows && i < rows->count(); ++i)
+    out.push_back({rows->value(i, 0).trimmed(), dialect_->fieldType(rows->value(i, 1).trimmed(), SQL_VARCHAR),
+                   rows->value(i, 2).integer() != 0, rows->value(i, 3).integer() != 0});
+  return out;
+}
+
+std::vector<TableColumn> OdbcConnection::askDriver(const std::string& database, const std::string& table) {
   requireLink();
   WideText catalogText(database), tableText(table);
   SQLWCHAR* catalog = database.empty() ? nullptr : catalogText.data();

@@ -2,12 +2,14 @@
 // its dialect.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "db/connection.h"
 #include "db/odbc/odbc_handle.h"
+#include "db/table_name.h"
 
 namespace db {
 
@@ -27,6 +29,9 @@ class OdbcDialect {
   }
   // True for a message meant for whoever ran the batch (PRINT).
   virtual bool isMessage(const Diagnostic&) const { return false; }
+  // A query for the columns of a table: name, name of the type, 1 for identity, 1 for a part of the primary
+  // key. Empty where the driver's own catalog functions are asked.
+  virtual std::string columnsQuery(const TableName&) const { return {}; }
   // The type of a column by the server's name for it and the ODBC type. Here by the latter alone.
   virtual FieldType fieldType(const std::string& typeName, int odbcType) const;
 };
@@ -55,9 +60,12 @@ class OdbcConnection : public Connection {
   void requireLink();
   OdbcHandle statement();
   void runOnLink(std::string_view batch, BatchSink& sink);
+  std::vector<TableColumn> askServer(const std::string& query);
+  std::vector<TableColumn> askDriver(const std::string& database, const std::string& table);
 
   std::unique_ptr<OdbcDialect> dialect_;
   ConnectionParts parts_;
+  std::map<std::string, std::vector<TableColumn>> columns_;  // by query; until a batch may have changed them
   OdbcHandle environment_, link_;
   bool open_ = false;       // from open() to close()
   bool connected_ = false;  // false while open after the link broke

@@ -167,6 +167,18 @@ SqlError SqlServerDialect::openingError(const std::vector<Diagnostic>& diagnosti
           "Sunucuya ulaşılamıyor (" + parts.server + "): " + failure.what()};
 }
 
+std::string SqlServerDialect::columnsQuery(const TableName& table) const {
+  const std::string place = table.database.empty() ? "" : bracketed(table.database) + "..";
+  return "SELECT c.name, t.name, CASE WHEN (c.status & 128)<>0 THEN 1 ELSE 0 END, CASE WHEN EXISTS(SELECT 1 "
+         "FROM " +
+         place + "sysindexes i JOIN " + place +
+         "sysindexkeys k ON k.id=i.id AND k.indid=i.indid WHERE i.id=c.id AND (i.status & 2048)<>0 AND "
+         "k.colid=c.colid) THEN 1 ELSE 0 END FROM " +
+         place + "syscolumns c JOIN " + place + "sysobjects o ON o.id=c.id JOIN " + place +
+         "systypes t ON t.xusertype=c.xusertype WHERE o.xtype IN ('U','V') AND o.name=" +
+         literal(Value(table.table)) + " ORDER BY c.colid";
+}
+
 bool SqlServerDialect::isMessage(const Diagnostic& diagnostic) const {
   // 5701 and 5703 tell of a changed database and language at every login and USE; 3621 only repeats that
   // a statement failed. PRINT and low severities come as class 01 with the server's own text.
@@ -186,6 +198,15 @@ FieldType SqlServerDialect::fieldType(const std::string& typeName, int odbcType)
       {"smalldatetime", FieldType::SmallDateTime},
       {"datetime", FieldType::DateTime},
       {"datetime2", FieldType::DateTime},
+      {"bit", FieldType::Bit},
+      {"tinyint", FieldType::TinyInt},
+      {"smallint", FieldType::SmallInt},
+      {"int", FieldType::Int},
+      {"bigint", FieldType::BigInt},
+      {"decimal", FieldType::Decimal},
+      {"numeric", FieldType::Decimal},
+      {"binary", FieldType::Binary},
+      {"varbinary", FieldType::VarBinary},
       {"text", FieldType::Text},
       {"ntext", FieldType::NText},
       {"char", FieldType::Char},

@@ -21,6 +21,9 @@ class SqlServerDialect : public OdbcDialect {
   // Names the server that was not reached.
   SqlError openingError(const std::vector<Diagnostic>& diagnostics,
                         const ConnectionParts& parts) const override;
+  // From the system tables, which every release of the server has: its catalog procedures may be missing, and
+  // one that is aborts the transaction that the call stands in.
+  std::string columnsQuery(const TableName& table) const override;
   bool isMessage(const Diagnostic& diagnostic) const override;
   FieldType fieldType(const std::string& typeName, int odbcType) const override;
 

@@ -290,20 +290,37 @@ SystemTable databases() {
               "@.zb_databases b WHERE b.state=0");
 }
 
-// One row for the session itself (51, as @@SPID says) and one for each database that other sessions stand
-// on: how many those are is not known across processes.
+// The sessions of this process, and one row for each database that those of other processes stand on: how
+// many they are is not known.
 SystemTable processes() {
   return make(
       "sysprocesses", true,
-      {{"spid", small, "CASE u.own WHEN 1 THEN 51 ELSE 1000+u.id END"},
-       {"dbid", small, "u.id"},
+      {{"spid", small, "u.spid"},
+       {"kpid", small, "0"},
        {"blocked", small, "0"},
-       {"status", sized(TypeId::NChar, 30), "CASE u.own WHEN 1 THEN 'runnable' ELSE 'sleeping' END"},
-       {"cmd", sized(TypeId::NChar, 16), "CASE u.own WHEN 1 THEN 'SELECT' ELSE 'AWAITING COMMAND' END"},
-       {"hostname", sized(TypeId::NChar, 128), "''"},
-       {"program_name", sized(TypeId::NChar, 128), "''"}},
-      "(SELECT id,1 AS own FROM @.zb_databases WHERE state=0 AND z_db_users(id)&1 UNION ALL "
-      "SELECT id,0 FROM @.zb_databases WHERE state=0 AND z_db_users(id)&2) u");
+       {"waittime", integer, "0"},
+       {"dbid", small, "u.dbid"},
+       {"uid", small, "1"},
+       {"cpu", integer, "0"},
+       {"login_time", datetime, "u.login_time", true},
+       {"last_batch", datetime, "u.last_batch", true},
+       {"ecid", small, "0"},
+       {"open_tran", small, "u.transactions"},
+       {"status", sized(TypeId::NChar, 30), "CASE u.running WHEN 1 THEN 'runnable' ELSE 'sleeping' END"},
+       {"hostname", sized(TypeId::NChar, 128), "u.host"},
+       {"program_name", sized(TypeId::NChar, 128), "u.program"},
+       {"hostprocess", sized(TypeId::NChar, 10), "u.process"},
+       {"cmd", sized(TypeId::NChar, 16), "CASE u.running WHEN 1 THEN 'SELECT' ELSE 'AWAITING COMMAND' END"},
+       {"loginame", sized(TypeId::NChar, 128), "u.login"}},
+      "(SELECT s.value->>'spid' AS spid, s.value->>'dbid' AS dbid, s.value->>'running' AS running, "
+      "s.value->>'transactions' AS transactions, s.value->>'login_time' AS login_time, "
+      "s.value->>'last_batch' AS "
+      "last_batch, s.value->>'login' AS login, s.value->>'host' AS host, s.value->>'program' AS program, "
+      "s.value->>'process' AS process FROM json_each(z_sessions()) s UNION ALL SELECT 1000+d.id, d.id, 0, 0, "
+      "NULL, "
+      "NULL, '', '', '', '' FROM @.zb_databases d WHERE d.state=0 AND z_db_users(d.id)&2 AND NOT "
+      "EXISTS(SELECT 1 "
+      "FROM json_each(z_sessions()) s WHERE s.value->>'dbid'=d.id AND s.value->>'own'=0)) u");
 }
 
 SystemTable logins() {

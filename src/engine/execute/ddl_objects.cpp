@@ -319,7 +319,8 @@ void renameItem(Store& store, const std::string& database, const std::string& it
   const std::string type = foldName(givenType);
   if (!type.empty() && type != "object" && type != "column" && type != "index")
     throw Error(15249, "Error: Explicit @objtype '" + givenType + "' is unrecognized.", 11);
-  const SessionContext context{database, {}, {}};
+  SessionContext context;
+  context.database = database;
   Change change(store, context, database);
   const auto parts = nameParts(item);
   if (type.empty() || type == "object") {

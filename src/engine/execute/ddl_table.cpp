@@ -379,7 +379,8 @@ void run(Store& store, SessionContext& context, const CreateTableStatement& stat
 
 void createTableFrom(Store& store, const std::string& database, const std::string& name,
                      const std::vector<ColumnInfo>& columns) {
-  const SessionContext context{database, {}, {}};
+  SessionContext context;
+  context.database = database;
   ddl::Change change(store, context, database);
   std::vector<ColumnInfo> plain = columns;
   for (auto& column : plain) {

@@ -16,6 +16,7 @@ namespace engine {
 struct SessionContext {
   std::string database;  // current database
   std::string login;     // as logged in
+  int spid = 51;         // @@SPID
   // Value of a column default that is no plain literal, in the physical form of `type`; used by ADD
   // with NOT NULL on a table with rows. Without it such a default is refused.
   std::function<Datum(const Expr& expression, const Type& type)> evaluate;

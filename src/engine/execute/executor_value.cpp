@@ -77,7 +77,9 @@ Datum Executor::systemValue(SystemValue value) {
     case SystemValue::TranCount:
       return userTransactions_ == 0 && nesting_ > 0 ? 1 : userTransactions_;
     case SystemValue::Spid:
-      return 51;
+      return context_.spid;
+    case SystemValue::MaxPrecision:
+      return maxPrecision;
     case SystemValue::Version:
       return serverVersion;
     case SystemValue::ServerName:

@@ -1,8 +1,10 @@
 #include "engine/execute/procedures.h"
 
 #include <array>
+#include <cmath>
 #include <optional>
 
+#include "engine/execute/catalog_procedures.h"
 #include "engine/execute/logins.h"
 #include "engine/store/integrity.h"
 
@@ -18,9 +20,10 @@ class ProcedureCall {
     const char* name;
     bool required;
   };
+  static constexpr std::size_t mostParameters = 7;
   struct Procedure {
     const char* name;
-    std::array<Parameter, 6> parameters;
+    std::array<Parameter, mostParameters> parameters;
     Body body;
   };
 
@@ -75,6 +78,9 @@ class ProcedureCall {
     renameItem(store(), database_, text(0), text(1), text(2));
   }
   void helpDatabases();
+  void databases();
+  void kill();  // KILL spid
+  void catalogQuery(const CatalogProcedure& procedure);
   // DBCC CHECKDB (database | 0, NOINDEX), DBCC CHECKTABLE (table).
   void checkDatabase();
   void checkTable();
@@ -109,7 +115,7 @@ class ProcedureCall {
   Executor& executor_;
   const ExecStatement& statement_;
   std::string database_;
-  std::array<std::optional<std::string>, 6> values_;  // absent: not given or NULL
+  std::array<std::optional<std::string>, mostParameters> values_;  // absent: not given or NULL
 };
 
 namespace {
@@ -135,6 +141,8 @@ const P::Procedure procedures[] = {
     {"sp_addrolemember", {{{"@rolename", true}, {"@membername", true}}}, &P::addRole},
     {"sp_droprolemember", {{{"@rolename", true}, {"@membername", true}}}, &P::dropRole},
     {"sp_helpdb", {{{"@dbname", false}}}, &P::helpDatabases},
+    {"sp_databases", {}, &P::databases},
+    {"kill", {{{"@spid", true}}}, &P::kill},
     {"dbcc checkdb",
      {{{"@database", false}, {"@noindex", false}, {"@no_infomsgs", false}}},
      &P::checkDatabase},
@@ -153,14 +161,14 @@ const ProcedureCall::Procedure* ProcedureCall::find(const std::string& name) {
 }
 
 void ProcedureCall::gather(const Procedure& procedure) {
-  std::array<bool, 6> given{};
+  std::array<bool, mostParameters> given{};
   std::size_t position = 0;
   for (const ExecArgument& argument : statement_.args) {
     std::size_t index = position++;
     if (!argument.name.empty()) {
       index = 0;
       while (index < given.size() && procedure.parameters[index].name &&
-             foldName(argument.name) != procedure.parameters[index].name)
+             foldName(argument.name) != foldName(procedure.parameters[index].name))
         ++index;
     }
     if (index >= given.size() || !procedure.parameters[index].name) {
@@ -278,7 +286,63 @@ void ProcedureCall::delayDurability() {
   store().setDelayedDurability(altered(), text(1) == "1");
 }
 
+void ProcedureCall::kill() {
+  rights().needProcedure(rights().serverRole("processadmin"));
+  const int spid = std::atoi(text(0).c_str());
+  if (spid == executor_.context_.spid) throw Error(6104, "Cannot use KILL to kill your own process.");
+  if (!store().instance().sessions().kill(spid))
+    throw Error(6106, "Process ID " + text(0) + " is not an active process ID.");
+}
+
+void ProcedureCall::databases() {
+  const auto column = [](const char* name, Type type) {
+    ResultColumn made;
+    made.name = name;
+    made.type = type;
+    return made;
+  };
+  ResultSet set({column("DATABASE_NAME", nameType), column("DATABASE_SIZE", {TypeId::Int}),
+                 column("REMARKS", {TypeId::VarChar, 254})});
+  constexpr double kilobytes = 1024;
+  for (const DatabaseSummary& summary : summarizeDatabases(store())) {
+    set.beginRow();
+    set.addText(summary.name);
+    set.addInteger(std::lround(std::stod(summary.size) * kilobytes));
+    set.addNull();
+  }
+  if (executor_.resultsWanted()) executor_.sink_->onResultSet(std::move(set));
+}
+
+// In the procedure's database, as if the caller stood there.
+void ProcedureCall::catalogQuery(const CatalogProcedure& procedure) {
+  here();
+  Procedure shape{procedure.name, {}, nullptr};
+  for (std::size_t i = 0; i < shape.parameters.size(); ++i)
+    shape.parameters[i].name = procedure.parameters[i];
+  shape.parameters[0].required = procedure.firstRequired;
+  gather(shape);
+  constexpr std::uint16_t longest = 390;
+  std::vector<engine::Parameter> variables;
+  for (std::size_t i = 0; i < values_.size() && procedure.parameters[i]; ++i)
+    variables.push_back(
+        {procedure.parameters[i], {TypeId::NVarChar, longest}, values_[i] ? Datum(*values_[i]) : Datum()});
+  struct Restore {
+    std::string& place;
+    std::string before;
+    ~Restore() { place = before; }
+  } restore{executor_.context_.database, executor_.context_.database};
+  executor_.context_.database = store().database(database_).name;
+  executor_.run(procedure.batch, variables, *executor_.sink_);
+}
+
 int runProcedure(Executor& executor, const ExecStatement& statement) {
+  if (const CatalogProcedure* catalog = findCatalogProcedure(statement.procedure.object)) {
+    ProcedureCall call(
+        executor, statement,
+        statement.procedure.database.empty() ? executor.database() : statement.procedure.database);
+    call.catalogQuery(*catalog);
+    return 0;
+  }
   const ProcedureCall::Procedure* procedure = ProcedureCall::find(statement.procedure.object);
   if (!procedure) throw Error(2812, "Could not find stored procedure '" + statement.procedure.object + "'.");
   ProcedureCall call(

@@ -1,5 +1,5 @@
-// DBCC CHECKDB, DBCC CHECKTABLE and ALTER DATABASE .. SET PAGE_VERIFY: calls of procedures of the server's
-// own under other words.
+// DBCC CHECKDB, DBCC CHECKTABLE, KILL and ALTER DATABASE .. SET PAGE_VERIFY: calls of procedures of the
+// server's own under other words.
 #include "engine/language/sql_parser.h"
 
 namespace engine {
@@ -35,6 +35,18 @@ StatementPtr SqlParser::dbccStatement() {
     }
     ++pos_;
   } while (acceptSymbol(','));
+  return wrap(std::move(exec), atLine);
+}
+
+// KILL number
+StatementPtr SqlParser::killStatement() {
+  const int atLine = line();
+  expect("KILL");
+  ExecStatement exec;
+  exec.procedure.object = "kill";
+  if (!isIntegerLiteral()) syntaxError();
+  exec.args.emplace_back().value = literal();
+  if (isWord("WITH")) unsupported("KILL WITH STATUSONLY");
   return wrap(std::move(exec), atLine);
 }
 

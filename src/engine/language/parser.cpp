@@ -282,6 +282,7 @@ StatementPtr SqlParser::statement() {
       {"SAVE", &SqlParser::saveStatement},
       {"USE", &SqlParser::useStatement},
       {"DBCC", &SqlParser::dbccStatement},
+      {"KILL", &SqlParser::killStatement},
       {"EXEC", &SqlParser::execStatement},
       {"EXECUTE", &SqlParser::execStatement},
   };
@@ -294,7 +295,7 @@ StatementPtr SqlParser::statement() {
 StatementPtr SqlParser::unsupportedStatement() {
   static constexpr std::string_view words[] = {
       "BACKUP", "BULK",    "CHECKPOINT", "CLOSE",      "DEALLOCATE", "DENY",        "FETCH",    "GOTO",
-      "GRANT",  "KILL",    "MERGE",      "OPEN",       "READTEXT",   "RECONFIGURE", "RESTORE",  "REVERT",
+      "GRANT",  "MERGE",      "OPEN",       "READTEXT",   "RECONFIGURE", "RESTORE",  "REVERT",
       "REVOKE", "SETUSER", "SHUTDOWN",   "UPDATETEXT", "WAITFOR",    "WITH",        "WRITETEXT"};
   for (std::string_view word : words)
     if (isWord(word)) unsupported(word);

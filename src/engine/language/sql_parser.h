@@ -234,6 +234,7 @@ class SqlParser {
   StatementPtr transaction(TransactionAction action, bool wordNeeded);
   StatementPtr useStatement();
   StatementPtr dbccStatement();
+  StatementPtr killStatement();
   StatementPtr alterDatabase();
   // ---- parse_variable.cpp ----
   StatementPtr declareStatement();

@@ -20,6 +20,7 @@ const GlobalName globalNames[] = {
     {"@@identity", SystemValue::Identity, {TypeId::Decimal, 0, 18, 0}},
     {"@@trancount", SystemValue::TranCount, {TypeId::Int}},
     {"@@spid", SystemValue::Spid, {TypeId::SmallInt}},
+    {"@@max_precision", SystemValue::MaxPrecision, {TypeId::TinyInt}},
     {"@@version", SystemValue::Version, {TypeId::NVarChar, 300}},
     {"@@servername", SystemValue::ServerName, {TypeId::NVarChar, 128}},
     {"@@nestlevel", SystemValue::NestLevel, {TypeId::Int}},

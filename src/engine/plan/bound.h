@@ -24,6 +24,7 @@ enum class SystemValue : std::uint8_t {
   ScopeIdentity,
   TranCount,
   Spid,
+  MaxPrecision,
   Version,
   ServerName,
   DatabaseName,

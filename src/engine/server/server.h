@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "engine/plan/plan_statistics.h"
+#include "engine/store/session_list.h"
 #include "engine/store/table_digest.h"
 #include "engine/value.h"
 
@@ -99,9 +100,9 @@ class Server {
 
 class Session {
  public:
-  // Throws 18456, 4060, 17142. `database` empty: master.
+  // Throws 18456, 4060, 17142. `database` empty: master. The client is for sysprocesses.
   Session(std::shared_ptr<Server> server, const std::string& login, const std::string& password,
-          const std::string& database);
+          const std::string& database, const SessionClient& client = {});
   ~Session();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
@@ -123,6 +124,8 @@ class Session {
   bool committed() const;        // how the last of them has ended
   // Settings and database as after the login. An open transaction is rolled back unless it is to be kept.
   void reset(bool keepTransaction);
+  int spid() const;     // @@SPID
+  bool killed() const;  // by KILL; every batch from then on is refused (596). From any thread.
   // Interrupts a running execute() from another thread; it ends with Error 3617.
   void cancel();
   PlanStatistics planStatistics() const;

@@ -8,7 +8,7 @@ namespace engine {
 class SessionImpl {
  public:
   SessionImpl(std::shared_ptr<Server> server, const std::string& login, const std::string& password,
-              const std::string& database)
+              const std::string& database, const SessionClient& client)
       : server_(std::move(server)),
         store_(server_->sharedInstance()),
         executor_(store_, context_, cancelled_) {
@@ -19,10 +19,23 @@ class SessionImpl {
     } end{store_};
     context_.login = verifyLogin(store_, login, password);
     open(database);
+    entry_.client = client;
+    entry_.login = context_.login;
+    entry_.loginTime = entry_.lastBatch = currentTicks();
+    entry_.cancelled = &cancelled_;
+    entry_.store = &store_;
+    entry_.database = store_.currentDatabase();
+    store_.instance().sessions().enter(entry_);
+    context_.spid = entry_.spid;
+    store_.setSession(&entry_);
   }
+  ~SessionImpl() { store_.instance().sessions().leave(entry_); }
 
   void execute(std::string_view batch, std::vector<Parameter>& parameters, ResultSink& sink) {
     cancelled_ = false;
+    if (entry_.killed)
+      throw Error(596, "Cannot continue the execution because the session is in the kill state.", 21);
+    const Running running(*this);
     try {
       parameters.empty() ? executor_.run(batch, sink) : executor_.run(batch, parameters, sink);
     } catch (const std::bad_alloc&) {
@@ -37,9 +50,23 @@ class SessionImpl {
   const std::string& database() const { return context_.database; }
   PlanStatistics statistics() const { return executor_.statistics(); }
   Executor& executor() { return executor_; }
+  const SessionEntry& entry() const { return entry_; }
   void reset(bool keepTransaction) { executor_.reset(firstDatabase_, keepTransaction); }
 
  private:
+  // What others see of the session while a batch runs and after it.
+  struct Running {
+    explicit Running(SessionImpl& session) : self(session) {
+      self.entry_.running = true;
+      self.entry_.lastBatch = currentTicks();
+    }
+    ~Running() {
+      self.entry_.running = false;
+      self.entry_.transactions = self.executor_.openTransactions();
+      self.entry_.database = self.store_.currentDatabase();
+    }
+    SessionImpl& self;
+  };
   void open(const std::string& wanted) {
     const std::string database = wanted.empty() ? "master" : wanted;
     const auto refuse = [&] {
@@ -58,11 +85,12 @@ class SessionImpl {
   std::string firstDatabase_;
   Store store_;
   Executor executor_;
+  SessionEntry entry_;
 };
 
 Session::Session(std::shared_ptr<Server> server, const std::string& login, const std::string& password,
-                 const std::string& database)
-    : impl_(std::make_unique<SessionImpl>(std::move(server), login, password, database)) {}
+                 const std::string& database, const SessionClient& client)
+    : impl_(std::make_unique<SessionImpl>(std::move(server), login, password, database, client)) {}
 
 Session::~Session() = default;
 
@@ -79,6 +107,12 @@ std::vector<ResultColumn> Session::describe(std::string_view batch,
 }
 int Session::openTransactions() const {
   return impl_->executor().openTransactions();
+}
+int Session::spid() const {
+  return impl_->entry().spid;
+}
+bool Session::killed() const {
+  return impl_->entry().killed;
 }
 bool Session::committed() const {
   return impl_->executor().committed();

@@ -16,6 +16,7 @@
 #include "engine/catalog.h"
 #include "engine/store/identity_marks.h"
 #include "engine/store/login_guard.h"
+#include "engine/store/session_list.h"
 #include "engine/store/shared_state.h"
 
 namespace engine {
@@ -41,6 +42,7 @@ class Instance {
   SharedState& shared() { return shared_; }
   LoginGuard& logins() { return logins_; }
   IdentityMarks& identityMarks() { return identityMarks_; }
+  SessionList& sessions() { return sessions_; }
 
   // A database of this instance whose files are a settled copy: opened for reading only and left as they
   // are. Said before the first session.
@@ -78,6 +80,7 @@ class Instance {
   SharedState shared_;
   LoginGuard logins_;
   IdentityMarks identityMarks_;
+  SessionList sessions_;
   mutable std::mutex catalogMutex_;
   std::map<std::string, std::string> suspects_;
   std::map<std::string, Error> troubles_;

@@ -76,6 +76,13 @@ Store::Impl::Impl(std::shared_ptr<Instance> shared, Store& self)
     const auto* self = static_cast<const Impl*>(sqlite3_user_data(context));
     sqlite3_result_text(context, self->instance->folder().c_str(), -1, SQLITE_TRANSIENT);
   };
+  const auto sessions = [](sqlite3_context* context, int, sqlite3_value**) {
+    const auto* self = static_cast<const Impl*>(sqlite3_user_data(context));
+    const std::string text = self->instance->sessions().json(self->session ? self->session->spid : 0);
+    sqlite3_result_text(context, text.c_str(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+  };
+  sqlite3_create_function_v2(db, "z_sessions", 0, SQLITE_UTF8 | SQLITE_INNOCUOUS, this, sessions, nullptr,
+                             nullptr, nullptr);
   sqlite3_create_function_v2(db, "z_folder", 0, SQLITE_UTF8 | SQLITE_INNOCUOUS, this, folder, nullptr,
                              nullptr, nullptr);
   sqlite3_create_function_v2(db, "z_db_users", 1, SQLITE_UTF8 | SQLITE_INNOCUOUS, this, databaseUsers,
@@ -266,6 +273,14 @@ void Store::endStatement() noexcept {
   if (self.depth == 0) self.openGate();
   self.inStatement = false;
   self.busy.unlock();
+}
+
+std::int64_t Store::currentDatabase() const {
+  return impl_->currentId;
+}
+
+void Store::setSession(const SessionEntry* session) {
+  impl_->session = session;
 }
 
 void Store::closeIfIdle() {

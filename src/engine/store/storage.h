@@ -22,6 +22,7 @@
 namespace engine {
 
 struct FunctionContext;  // functions.h
+struct SessionEntry;     // session_list.h
 
 struct DatabaseEntry {
   std::int64_t id = 0;  // DB_ID(); never reused
@@ -66,6 +67,7 @@ class Store {
   // Makes it the session's current database: as long as it is, nobody drops it (3702). Throws 911, the
   // damage found, or 4060 while somebody drops it.
   void useDatabase(std::string_view name);
+  std::int64_t currentDatabase() const;  // its id
   // The database's objects as of this statement.
   std::shared_ptr<const DatabaseCatalog> catalog(std::string_view database);
   // Sum of what beginStatement() has seen change; a plan made under another value is stale.
@@ -119,6 +121,8 @@ class Store {
   void detach(std::string_view database);
   // The list of databases is read anew (after a change in master by this handle).
   void reloadDatabases();
+  // The session that works through this handle, for the system tables.
+  void setSession(const SessionEntry* session);
   // Called from other threads when the service stops: closes this handle's files if no statement runs.
   void closeIfIdle();
   // The same for files that lie where they were opened no more; an open transaction keeps its own.

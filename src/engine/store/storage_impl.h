@@ -97,6 +97,7 @@ struct Store::Impl {
   Store& store;
   FunctionContext functions;
   sqlite3* db = nullptr;
+  const SessionEntry* session = nullptr;
   std::unordered_map<std::string, sqlite3_stmt*> controls;
   LockFile locks;
   std::mutex busy;  // held while a statement runs

@@ -1,5 +1,8 @@
 // Clients that break off, go away, send rubbish or stop reading.
+#include <unistd.h>
+
 #include <chrono>
+#include <fstream>
 #include <thread>
 
 #include "tds/served.h"
@@ -191,6 +194,45 @@ TEST_F(Breaking, AStopDoesNotWaitForEver) {
   std::this_thread::sleep_for(milliseconds(100));
   server->stop();
   EXPECT_EQ(server->connections(), 0u);
+}
+
+// The rows wait in the statement, not in memory; who writes is not held up.
+TEST_F(Breaking, AClientThatStopsReadingHoldsUpItselfAlone) {
+  Client reader(server->port());
+  reader.open(0x74000004, "FIRMA");
+  reader.batch(
+      "CREATE TABLE T(A CHAR(1000)) INSERT INTO T VALUES('x') SET NOCOUNT ON DECLARE @i INT SET @i=0 "
+      "WHILE @i<10 BEGIN INSERT INTO T SELECT * FROM T SET @i=@i+1 END");
+  const auto resident = [] {
+    std::ifstream statm("/proc/self/statm");
+    long pages = 0;
+    statm >> pages >> pages;
+    return pages * sysconf(_SC_PAGESIZE);
+  };
+  const long before = resident();
+  reader.send(batchType, headers() + utf16("SELECT a.A FROM T a, T b"));
+  std::this_thread::sleep_for(milliseconds(500));
+  constexpr long most = 16L * 1024 * 1024;
+  EXPECT_LT(resident() - before, most);
+  EXPECT_TRUE(becomes("UPDATE TOP (1) T SET A='y' SELECT COUNT(*) AS c FROM T WHERE A='y'",
+                      "done 1 more\ncolumns c:int4\nrow 1\ndone select 1\n", milliseconds(3000)));
+  reader.hangUp();
+  EXPECT_TRUE(onlyConnection(milliseconds(2000)));
+}
+
+TEST_F(Breaking, AKilledClientIsSentAway) {
+  Client victim(server->port()), killer(server->port());
+  victim.open(0x74000004, "FIRMA");
+  killer.open(0x74000004, "FIRMA");
+  victim.batch("CREATE TABLE T(A INT) BEGIN TRAN INSERT INTO T VALUES(1)");
+  const std::string spid = victim.batch("SELECT @@SPID AS s");
+  const std::string number = spid.substr(spid.find("row ") + 4, 2);
+  EXPECT_EQ(killer.batch("KILL " + number), "done\n");
+  EXPECT_EQ(killer.batch("SET LOCK_TIMEOUT 900 DELETE FROM T"), "done 0\n");
+  EXPECT_TRUE(victim.closed());
+  EXPECT_EQ(killer.batch(
+                "SELECT COUNT(*) AS c FROM master..sysprocesses WHERE loginame='sa' AND program_name='prog'"),
+            "columns c:int4\nrow 1\ndone select 1\n");
 }
 
 TEST_F(Breaking, AnAddressInUseIsTold) {

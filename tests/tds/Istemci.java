@@ -7,6 +7,16 @@ import java.sql.SQLException;
 import java.sql.Statement;
 
 public class Istemci {
+  static void begin(Connection connection) throws SQLException {
+    end(connection, "BEGIN TRANSACTION");
+  }
+
+  static void end(Connection connection, String statement) throws SQLException {
+    try (Statement each = connection.createStatement()) {
+      each.execute(statement);
+    }
+  }
+
   public static void main(String[] arguments) throws Exception {
     Class.forName("net.sourceforge.jtds.jdbc.Driver");
     String url = "jdbc:jtds:sqlserver://127.0.0.1:" + arguments[0] + "/DENEME;appName=jdbc";
@@ -14,7 +24,7 @@ public class Istemci {
       try (Statement statement = connection.createStatement()) {
         statement.execute("CREATE TABLE J(ID INT IDENTITY PRIMARY KEY, Ad VARCHAR(20), Tutar DECIMAL(9,2))");
       }
-      connection.setAutoCommit(false);
+      begin(connection);
       try (PreparedStatement insert = connection.prepareStatement("INSERT INTO J(Ad,Tutar) VALUES(?,?)")) {
         for (int i = 1; i <= 3; i++) {
           insert.setString(1, "Şık " + i);
@@ -22,12 +32,12 @@ public class Istemci {
           insert.executeUpdate();
         }
       }
-      connection.commit();
+      end(connection, "COMMIT");
+      begin(connection);
       try (Statement statement = connection.createStatement()) {
         statement.executeUpdate("DELETE FROM J");
       }
-      connection.rollback();
-      connection.setAutoCommit(true);
+      end(connection, "ROLLBACK");
       try (Statement statement =
               connection.createStatement(ResultSet.TYPE_SCROLL_SENSITIVE, ResultSet.CONCUR_UPDATABLE);
           ResultSet rows = statement.executeQuery("SELECT ID, Ad, Tutar FROM J")) {

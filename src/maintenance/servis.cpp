@@ -30,10 +30,13 @@ constexpr std::array<Denetim, 12> sorgular = {{
      "SELECT Fatura_ID,Tarih,Fis_No FROM FATURAKART WHERE  NOT Fatura_ID = ANY (SELECT Fatura_ID FROM "
      "STOKHAREKETKART)",
      DenetimGrubi::FaturaIrsaliye},
-    {"Hesap bakiyesi farkları", "Saklanan hesap bakiyesi, hesabın fiş satırlarının toplamından başka.",
+    {"Hesap bakiyesi farkları",
+     "Saklanan hesap bakiyesi, hesabın fiş satırlarının toplamından başka ya da hiç yok.",
      "SELECT B.MHesap_Kod,B.Bakiye,ISNULL(H.Toplam,0) AS Hareketler FROM MUHBAKIYE B LEFT JOIN (SELECT "
      "MHesap_ID,SUM(BTutar-ATutar) AS Toplam FROM MUHFISHAR GROUP BY MHesap_ID) H ON H.MHesap_ID=B.MHesap_ID "
-     "WHERE ABS(ISNULL(B.Bakiye,0)-ISNULL(H.Toplam,0))>=0.005 ORDER BY B.MHesap_Kod"},
+     "WHERE ABS(ISNULL(B.Bakiye,0)-ISNULL(H.Toplam,0))>=0.005 UNION ALL SELECT MAX(M.MHesap_Kod),NULL,"
+     "SUM(M.BTutar-M.ATutar) FROM MUHFISHAR M LEFT JOIN MUHBAKIYE K ON K.MHesap_ID=M.MHesap_ID WHERE "
+     "K.MHesap_ID IS NULL GROUP BY M.MHesap_ID HAVING ABS(SUM(M.BTutar-M.ATutar))>=0.005 ORDER BY 1"},
     {"Borcu alacağına eşit olmayan muhasebe fişleri",
      "Fişin borç ve alacak satırlarının toplamları tutmuyor.",
      "SELECT K.Fis_ID,K.Tarih,K.Fis_No,SUM(H.BTutar) AS Borc,SUM(H.ATutar) AS Alacak FROM MUHFISKART K JOIN "

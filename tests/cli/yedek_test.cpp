@@ -54,6 +54,8 @@ TEST_F(YedekKomutlari, AllAtOnceOneLineEachAndProvedLater) {
   const std::string klasor = (hedef / ("MAGAZA_" + gun())).string();
   EXPECT_EQ(satir.calistir({"yedek-denetle", klasor, "--bicim", "tsv"}), 0) << satir.err;
   EXPECT_NE(satir.err.find("MAGAZA: yedek sağlam. Bundan önce "), std::string::npos) << satir.err;
+  EXPECT_EQ(satir.calistir({"yedek-denetle", klasor, "--bicim", "tsv", "--tablolar"}), 0);
+  EXPECT_TRUE(satir.out.starts_with("Tablo\tSatır\tToplam\nACILIS\t0\t0000000000000000\n")) << satir.out;
   std::fstream(fs::path(klasor) / "MAGAZA.mdf", std::ios::in | std::ios::out | std::ios::binary).seekp(70000)
       << "!";
   EXPECT_EQ(satir.calistir({"yedek-denetle", klasor, "--bicim", "tsv"}), 1);

@@ -219,6 +219,19 @@ TEST(Denetimler, NameEachFaultAndNothingElse) {
   ekle("INSERT INTO CEKKART(Cek_No,Portfoy_No,Durum) VALUES ('1','P1','Portföyde')");
   ekle("INSERT INTO CEKDURUM(Cek_ID,Durum) VALUES (1,'Portföyde')");
   ekle("INSERT INTO CEKDURUM(Cek_ID,Durum) VALUES (1,'Tahsil')");
+  ekle("INSERT INTO SENETKART(Senet_No,Portfoy_No,Durum) VALUES ('2','P2','Portföyde')");
+  ekle("INSERT INTO SENETDURUM(Senet_ID,Durum) VALUES (1,'Protesto')");
+  for (int i = 0; i < 2; ++i)
+    ekle(
+        "INSERT INTO MUHFISKART(Tarih,Fis_No,Islem_Tipi,Entegre_ID,Modul_No) VALUES "
+        "('20120505','M1','Mahsup',0,0)");
+  ekle(
+      "INSERT INTO "
+      "MUHFISHAR(FisSat_No,Fis_ID,Tarih,Ana_Hesap_ID,MHesap_ID,MHesap_Kod,BTutar,ATutar,Dv_BTutar,"
+      "Dv_Atutar,Doviz_ID,Kur,Masraf_Merkezi_ID,Entegre_ID,Modul_No,BorcMiktar,AlacakMiktar,Birim) VALUES "
+      "(1,1,'20120505',0,7,'120',10,4,0,0,0,0,0,0,0,0,0,'')");
+  ekle("DELETE FROM MUHBAKIYE");
+  ekle("INSERT INTO MUHBAKIYE(MHesap_ID,MHesap_Kod,Bakiye) VALUES (9,'100',5)");
   ASSERT_TRUE(servisFirmasi(o.s.oturum, "KITAP"));
   std::vector<std::string> bulunan;
   for (const Bulgu& bulgu : Denetle(o.s.oturum, "KITAP"))
@@ -227,15 +240,19 @@ TEST(Denetimler, NameEachFaultAndNothingElse) {
       for (const std::string& hucre : satir) metin += "|" + hucre;
       bulunan.push_back(metin);
     }
-  EXPECT_EQ(bulunan, (Adlar{"Faturası olmayan irsaliyeler|01/05/2012|S1|1",
-                            "Stok fişi olmayan faturalar|1|02/05/2012|F1",
-                            "Stok fişi olmayan faturalar|2|01/01/2013|F1",
-                            "Kartı olmayan stok satırları|1|04/05/2012|S2||55|K1",
-                            "Fişi olmayan stok satırları|1|04/05/2012|S2||888",
-                            "Belgesi olmayan ödeme satırları|1|03/05/2012|Satış|999|5,00|0,00",
-                            "Dönem dışındaki hareketler|FATURAKART|2|01/01/2013|F1",
-                            "Yinelenen fatura numaraları|Satış|F1|C1|2",
-                            "Durumu kartından ayrılan çekler|1|1|P1|Portföyde|Tahsil"}));
+  EXPECT_EQ(
+      bulunan,
+      (Adlar{"Faturası olmayan irsaliyeler|01/05/2012|S1|1", "Stok fişi olmayan faturalar|1|02/05/2012|F1",
+             "Stok fişi olmayan faturalar|2|01/01/2013|F1", "Hesap bakiyesi farkları|100|5,00|0,00",
+             "Hesap bakiyesi farkları|120||6,00",
+             "Borcu alacağına eşit olmayan muhasebe fişleri|1|05/05/2012|M1|10,00|4,00",
+             "Kartı olmayan stok satırları|1|04/05/2012|S2||55|K1",
+             "Fişi olmayan stok satırları|1|04/05/2012|S2||888",
+             "Belgesi olmayan ödeme satırları|1|03/05/2012|Satış|999|5,00|0,00",
+             "Dönem dışındaki hareketler|FATURAKART|2|01/01/2013|F1",
+             "Yinelenen fatura numaraları|Satış|F1|C1|2", "Yinelenen muhasebe fiş numaraları|Mahsup|M1|2",
+             "Durumu kartından ayrılan çekler|1|1|P1|Portföyde|Tahsil",
+             "Durumu kartından ayrılan senetler|1|2|P2|Portföyde|Protesto"}));
 }
 
 }  // namespace

@@ -27,7 +27,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t chunk = std::size_t{1} << 18;
-constexpr std::int64_t writeBehind = std::int64_t{8} << 20;
 
 class Digest {
  public:
@@ -48,6 +47,16 @@ class Digest {
   static constexpr std::size_t size = crypto_generichash_BYTES;
   crypto_generichash_state state_{};
 };
+
+}  // namespace
+
+#ifndef _WIN32
+
+namespace {
+
+#ifdef __linux__
+constexpr std::int64_t writeBehind = std::int64_t{8} << 20;
+#endif
 
 // Takes the hash on a thread of its own, while the same bytes are being written and the next ones read.
 class HashingBuffers {
@@ -106,12 +115,6 @@ class HashingBuffers {
   std::counting_semaphore<slots + 1> filled_{0};
   std::thread worker_;
 };
-
-}  // namespace
-
-#ifndef _WIN32
-
-namespace {
 
 std::error_code last() {
   return {errno, std::generic_category()};

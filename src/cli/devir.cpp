@@ -94,7 +94,7 @@ std::string noktali(std::string tarih) {
 
 // Both sides as the screen would have them. False when a company is unknown.
 bool taraflariDoldur(KomutOturumu& komut, const Degerler& v, DevirGirdisi& g) {
-  if (!rollover::Firma_Kayit_Getir(komut.oturum, v.metin("kaynak"), g.taraf[0])) {
+  if (!rollover::Firma_Kayit_Getir(komut.oturum, komut.firma(v.metin("kaynak")), g.taraf[0])) {
     komut.ortam.err << "Kaynak firma bulunamadı: " << v.metin("kaynak") << "\n";
     return false;
   }
@@ -104,7 +104,7 @@ bool taraflariDoldur(KomutOturumu& komut, const Degerler& v, DevirGirdisi& g) {
     hedef.Firma_Adi = v.metin("yeni-ad");
     if (v.var("yeni-kod")) hedef.Firma_Kodu = v.metin("yeni-kod");
     if (v.var("unvan")) hedef.Firma_Unvani = v.metin("unvan");
-  } else if (!rollover::Firma_Kayit_Getir(komut.oturum, v.metin("hedef"), hedef)) {
+  } else if (!rollover::Firma_Kayit_Getir(komut.oturum, komut.firma(v.metin("hedef")), hedef)) {
     komut.ortam.err << "Hedef firma bulunamadı: " << v.metin("hedef") << "\n";
     return false;
   }

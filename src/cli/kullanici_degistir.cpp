@@ -34,7 +34,7 @@ int run(Ortam& ortam, const Degerler& values) {
   if (!rights::Kullanici_Karti_Ac(komut.oturum, kart)) return reddedildi;
   if (values.var("yeni-ad")) kart.Kullanici_Adi = values.metin("yeni-ad");
   if (values.var("yonetici") || values.var("yonetici-degil")) kart.Yonetici = values.var("yonetici");
-  if (values.var("firma") && !firmalariSec(ortam, kart, values.metin("firma"))) return reddedildi;
+  if (values.var("firma") && !firmalariSec(komut, kart, values.metin("firma"))) return reddedildi;
   if (values.var("sifre") && !sifreyiSor(ortam, kart)) return reddedildi;
   if (!postayiKoy(ortam, kart, values)) return reddedildi;
   return rights::Ekle_Tamam(komut.oturum, kart).kaydedildi ? tamam : reddedildi;

@@ -25,7 +25,7 @@ int run(Ortam& ortam, const Degerler& values) {
   if (!rights::Kullanici_Karti_Ac(komut.oturum, kart)) return reddedildi;
   kart.Kullanici_Adi = values.metin("ad");
   kart.Yonetici = values.var("yonetici");
-  if (!firmalariSec(ortam, kart, values.metin("firma")) || !sifreyiSor(ortam, kart) ||
+  if (!firmalariSec(komut, kart, values.metin("firma")) || !sifreyiSor(ortam, kart) ||
       !postayiKoy(ortam, kart, values))
     return reddedildi;
   return rights::Ekle_Tamam(komut.oturum, kart).kaydedildi ? tamam : reddedildi;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "session/firma_bul.h"
 #include "session/konsol.h"
 #include "session/metin.h"
 
@@ -18,14 +19,14 @@ std::vector<std::string> virgulleBol(const std::string& metin) {
   return parts;
 }
 
-bool firmalariSec(Ortam& ortam, rights::KullaniciKarti& kart, const std::string& firmalar) {
+bool firmalariSec(KomutOturumu& komut, rights::KullaniciKarti& kart, const std::string& firmalar) {
   for (rights::FirmaSatiri& firma : kart.Firmatreelist) firma.secili = false;
   for (const std::string& ad : virgulleBol(firmalar)) {
-    const auto at = std::find_if(
-        kart.Firmatreelist.begin(), kart.Firmatreelist.end(),
-        [&](const rights::FirmaSatiri& f) { return session::Buyuk_Harf(f.ad) == session::Buyuk_Harf(ad); });
+    const auto firma = session::Firma_Bul(komut.oturum, ad);
+    const auto at = std::find_if(kart.Firmatreelist.begin(), kart.Firmatreelist.end(),
+                                 [&](const rights::FirmaSatiri& f) { return firma && f.id == firma->id; });
     if (at == kart.Firmatreelist.end()) {
-      ortam.err << "Bu isimle bir firma yok: " << ad << "\n";
+      komut.ortam.err << "Bu isimle bir firma yok: " << ad << "\n";
       return false;
     }
     at->secili = true;

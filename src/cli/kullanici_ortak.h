@@ -23,7 +23,7 @@ inline constexpr std::array<Secenek, 4> postaSecenekleri = {
 std::vector<std::string> virgulleBol(const std::string& metin);
 
 // Ticks exactly the companies named; false, with the reason told, when one is unknown.
-bool firmalariSec(Ortam& ortam, rights::KullaniciKarti& kart, const std::string& firmalar);
+bool firmalariSec(KomutOturumu& komut, rights::KullaniciKarti& kart, const std::string& firmalar);
 // Mail settings into the card; the password is asked. False when none came.
 bool postayiKoy(Ortam& ortam, rights::KullaniciKarti& kart, const Degerler& values);
 // Asks for the user's password.

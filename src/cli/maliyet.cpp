@@ -25,7 +25,7 @@ constexpr std::string_view more =
 int run(Ortam& ortam, const Degerler& v) {
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
-  const auto g = rollover::Maliyet_Gecmisi(komut.oturum, v.metin("ad"), v.metin("stok"));
+  const auto g = rollover::Maliyet_Gecmisi(komut.oturum, komut.firma(v.metin("ad")), v.metin("stok"));
   if (!g.hata.empty()) {
     ortam.err << g.hata << "\n";
     return reddedildi;

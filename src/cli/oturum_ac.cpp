@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "maintenance/bakim.h"
+#include "session/firma_bul.h"
 #include "session/giris.h"
 #include "session/metin.h"
 #include "session/statements.h"
@@ -60,6 +61,11 @@ bool KomutOturumu::katalogaBagla() {
       ortam.err << "Kataloğa bağlanılamadı: " << baglantiHatasi(error) << "\n";
     return false;
   }
+}
+
+std::string KomutOturumu::firma(const std::string& ad) {
+  const auto bulunan = session::Firma_Bul(oturum, ad);
+  return bulunan ? bulunan->ad : ad;
 }
 
 std::string baglantiHatasi(const db::SqlError& hata) {

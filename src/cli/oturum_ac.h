@@ -18,6 +18,8 @@ class KomutOturumu {
   bool sunucuyuOku();
   // The same, then connected to the catalog as its supervisor, with what a login leaves behind.
   bool katalogaBagla();
+  // The company that a name means by the server's rule, as the list spells it; an unknown one as it is.
+  std::string firma(const std::string& ad);
 
   Ortam& ortam;
   KomutKutulari kutular;

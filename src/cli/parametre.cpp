@@ -68,7 +68,7 @@ int run(Ortam& ortam, const Degerler& values) {
   const Bicim bicim = bicimi(values, Bicim::Tablo);
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
-  auto kayit = settings::Firma_Kaydi_Ac(komut.oturum, values.metin("ad"));
+  auto kayit = settings::Firma_Kaydi_Ac(komut.oturum, komut.firma(values.metin("ad")));
   if (!kayit) {
     ortam.err << komut.oturum.Son_Hata << "\n";
     return reddedildi;

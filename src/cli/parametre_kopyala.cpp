@@ -46,6 +46,7 @@ int kopyala(Ortam& ortam, const Degerler& values) {
   if (!komut.katalogaBagla()) return reddedildi;
   std::vector<std::string> adlar{values.metin("kaynak")};
   adlar.insert(adlar.end(), values.liste("hedef").begin(), values.liste("hedef").end());
+  for (std::string& ad : adlar) ad = komut.firma(ad);
   auto kayitlar = settings::Firma_Kayitlari(komut.oturum, adlar);
   if (kayitlar.empty()) {
     ortam.err << komut.oturum.Son_Hata << "\nHiçbir şey yazılmadı.\n";

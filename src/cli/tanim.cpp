@@ -90,7 +90,8 @@ int tanim(Ortam& ortam, const Degerler& values) {
   }
   KomutOturumu komut(ortam);
   if (!komut.katalogaBagla()) return reddedildi;
-  if (const std::string hata = settings::Liste_Bagla(komut.oturum, *tur, values.metin("ad")); !hata.empty()) {
+  if (const std::string hata = settings::Liste_Bagla(komut.oturum, *tur, komut.firma(values.metin("ad")));
+      !hata.empty()) {
     ortam.err << hata << "\n";
     return reddedildi;
   }
@@ -155,9 +156,9 @@ int numara(Ortam& ortam, const Degerler& values) {
   if (!komut.katalogaBagla()) return reddedildi;
   settings::NumaraListesi liste;
   // The catalog knows whether there is such a company.
-  komut.oturum.Secili_Firma = values.metin("ad");
+  komut.oturum.Secili_Firma = komut.firma(values.metin("ad"));
   liste.hata = settings::Tanim_Firma_Bagla(komut.oturum);
-  if (liste.hata.empty()) liste.hata = settings::Firma_Bagla(komut.oturum, values.metin("ad"));
+  if (liste.hata.empty()) liste.hata = settings::Firma_Bagla(komut.oturum, komut.oturum.Secili_Firma);
   if (liste.hata.empty()) liste = settings::Numaralari_Oku(komut.oturum);
   if (!liste.hata.empty()) {
     ortam.err << liste.hata << "\n";

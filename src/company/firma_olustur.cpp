@@ -185,12 +185,7 @@ void yoneticiyeVer(Oturum& oturum) {
   session::Sorgu_Ac_Mesajli(
       oturum, kayitlar,
       "SELECT sysfrm_ID FROM sysfrmlng WHERE sysfrm_dbnm='" + db::escape(oturum.Hedef_Firma_Adi) + "'");
-  std::int64_t numara = kayitlar.field("sysfrm_ID").integer();
-  // The column's collation may hold names for one that are two databases.
-  if (kayitlar.recordCount() > 1) {
-    numara = session::Firma_Bul(oturum, oturum.Hedef_Firma_Adi).value().id;
-  }
-  const std::string id = std::to_string(numara);
+  const std::string id = std::to_string(session::Firma_Kimligi(oturum, kayitlar, oturum.Hedef_Firma_Adi));
   session::Sorgu_Ac_Mesajli(oturum, kayitlar,
                             "INSERT INTO sysusfrmlng(sysfrm_ID,sysus_ID) VALUES (" + id + ",1)");
   session::Sorgu_Ac_Mesajli(oturum, kayitlar, "SELECT * FROM sysuslng WHERE sysus_ID='1'");

@@ -9,6 +9,7 @@
 #include "maintenance/yedek_ortak.h"
 #include "platform/folders.h"
 #include "rights/varsayilan.h"
+#include "session/firma_bul.h"
 #include "session/metin.h"
 #include "session/statements.h"
 
@@ -82,7 +83,7 @@ void yoneticiyeVer(Oturum& oturum, const std::string& ad) {
   db::Connection& baglanti = *oturum.Baglanti;
   db::Recordset& kayitlar = oturum.Kayitlar;
   kayitlar.open(baglanti, "SELECT sysfrm_ID FROM sysfrmlng WHERE sysfrm_dbnm='" + db::escape(ad) + "'");
-  const std::string id = std::to_string(kayitlar.field("sysfrm_ID").integer());
+  const std::string id = std::to_string(session::Firma_Kimligi(oturum, kayitlar, ad));
   baglanti.execute("INSERT INTO sysusfrmlng(sysfrm_ID,sysus_ID) VALUES (" + id + ",1)");
   kayitlar.open(baglanti, "SELECT * FROM sysuslng WHERE sysus_ID='1'");
   const std::string kullanici = kayitlar.field("sysus_nm").trimmed(),

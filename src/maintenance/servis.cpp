@@ -3,6 +3,7 @@
 #include <array>
 
 #include "catalog/katalog.h"
+#include "session/firma_bul.h"
 #include "session/metin.h"
 #include "session/sayi.h"
 #include "session/statements.h"
@@ -137,9 +138,11 @@ Bulgu calistir(db::Connection& baglanti, const Denetim& denetim, const Donem& do
 // The fiscal period of the company from its row in the catalog, whatever database Baglanti stands on.
 Donem donem(Oturum& oturum, const std::string& firma) {
   Donem sonuc{"'17530101'", "'99991231'"};
+  const auto satir = session::Firma_Bul(oturum, firma);
+  if (!satir) return sonuc;
   const auto rows = oturum.Baglanti->query("SELECT Mali_Yil_Baslangic,DATEADD(day,1,Mali_Yil_Bitis) FROM " +
                                            std::string(catalog::catalogDatabase) +
-                                           ".dbo.sysfrmlng WHERE sysfrm_dbnm='" + db::escape(firma) + "'");
+                                           ".dbo.sysfrmlng WHERE sysfrm_ID=" + std::to_string(satir->id));
   if (!rows || rows->count() == 0) return sonuc;
   if (const db::Value bas = rows->value(0, 0); !bas.isNull()) sonuc.bas = db::literal(bas);
   if (const db::Value bit = rows->value(0, 1); !bit.isNull()) sonuc.bit = db::literal(bit);

@@ -2,6 +2,7 @@
 
 #include "rights/haklar.h"
 #include "rights/islem.h"
+#include "session/firma_bul.h"
 #include "session/metin.h"
 #include "session/statements.h"
 
@@ -103,12 +104,13 @@ for(const e of [ara,dal,fark])e.addEventListener('input',suz);
 bool cizelgeOku(session::Oturum& oturum, const std::string& firma, Cizelge& cizelge) {
   cizelge = Cizelge{session::Trim(firma), {}, {}};
   if (!katalogaBaglan(oturum)) return false;
+  const auto satir = session::Firma_Bul(oturum, cizelge.firma);
   db::Recordset& row = oturum.Kayitlar;
   session::Sorgu_Ac_Mesajli(oturum, row,
                             "SELECT F.sysfrm_dbnm,S.sysus_nm,K.* FROM sysfrmlng F INNER JOIN Kullanici K ON "
                             "K.Firma_ID=F.sysfrm_ID INNER JOIN sysuslng S ON S.sysus_ID=K.Kullanici_ID WHERE "
-                            "F.sysfrm_dbnm='" +
-                                db::escape(cizelge.firma) + "' ORDER BY S.sysus_nm");
+                            "F.sysfrm_ID=" +
+                                std::to_string(satir ? satir->id : 0) + " ORDER BY S.sysus_nm");
   if (row.state() != db::State::Open) return false;
   if (row.eof()) {
     oturum.kutular->message("Bu firma yok ya da bu firmada yetkisi olan kullanıcı yok: " + cizelge.firma,

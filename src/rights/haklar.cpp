@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "rights/islem.h"
+#include "session/firma_bul.h"
 #include "session/metin.h"
 #include "session/statements.h"
 
@@ -157,9 +158,9 @@ bool kullaniciyiBul(session::Oturum& oturum, YetkiDuzeni& duzen, const std::stri
     oturum.kutular->message(std::string(yetkiFirmaYok));
     return false;
   }
-  const std::string istenen = session::Buyuk_Harf(session::Trim(firma));
+  const auto istenen = session::Firma_Bul(oturum, firma);
   for (const std::string& each : duzen.Firma_Combo) {
-    if (session::Buyuk_Harf(each) != istenen) continue;
+    if (!istenen || each != istenen->ad) continue;
     duzen.firma = each;
     return true;
   }

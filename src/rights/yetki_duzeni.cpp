@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "rights/islem.h"
+#include "session/firma_bul.h"
 #include "session/metin.h"
 #include "session/statements.h"
 
@@ -127,7 +128,7 @@ bool Firma_ID_Al(Oturum& oturum, YetkiDuzeni& duzen) {
   db::Recordset& row = oturum.Kayitlar;
   if (!ac(oturum, row, "SELECT sysfrm_ID FROM sysfrmlng WHERE sysfrm_dbnm='" + db::escape(duzen.firma) + "'"))
     return false;
-  if (!row.eof()) duzen.Firma_ID = row.field("sysfrm_ID").text();
+  if (!row.eof()) duzen.Firma_ID = std::to_string(session::Firma_Kimligi(oturum, row, duzen.firma));
   return !row.eof();
 }
 

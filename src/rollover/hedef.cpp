@@ -10,6 +10,7 @@
 #include "company/schema/schema.h"
 #include "company/upgrade/guncelle.h"
 #include "platform/folders.h"
+#include "session/firma_bul.h"
 #include "session/metin.h"
 #include "session/statements.h"
 
@@ -40,9 +41,7 @@ std::int64_t sayi(db::Connection& c, const std::string& sql) {
 
 // What a run that broke off has left under that name: gone again. False when the name belongs to someone.
 bool kalintiyiKaldir(Oturum& o, const std::string& ad) {
-  if (sayi(*o.Baglanti4,
-           "SELECT COUNT(*) FROM Defination_DB.dbo.sysfrmlng WHERE sysfrm_dbnm=" + tirnakli(ad)) > 0)
-    return false;
+  if (session::Firma_Bul(*o.Baglanti4, ad)) return false;
   static constexpr std::array<std::string_view, 4> sunucununki = {"MASTER", "TEMPDB", "MODEL", "MSDB"};
   const std::string buyuk = session::Buyuk_Harf(ad);
   if (std::find(sunucununki.begin(), sunucununki.end(), buyuk) != sunucununki.end() ||
@@ -68,9 +67,7 @@ std::string adiSina(Oturum& o, const std::string& ad) {
   if (sayi(*o.Baglanti4, "SELECT COUNT(*) FROM  sysdatabases where name=" + tirnakli(ad)) > 0 &&
       !kalintiyiKaldir(o, ad))
     return adVar;
-  if (sayi(*o.Baglanti4,
-           "SELECT COUNT(*) FROM Defination_DB.dbo.sysfrmlng WHERE sysfrm_dbnm=" + tirnakli(ad)) > 0)
-    return adVar;
+  if (session::Firma_Bul(*o.Baglanti4, ad)) return adVar;
   std::error_code hata;
   if (std::filesystem::exists(platform::hostPath(catalog::dataFile(ad, o.Veri_Klasoru)), hata))
     return dosyaVarMetni(o.Veri_Klasoru + "\\" + ad);
@@ -246,6 +243,8 @@ void katalogaYaz(Baglam& b) {
       b.oku("SELECT sysfrm_ID FROM " + tablo + " WHERE sysfrm_dbnm=" + tirnakli(hedef.Firma_Adi));
   if (rows->count() == 0) throw DevirKesildi("Yeni firma kataloğa yazılamadı.");
   b.hedefID = rows->value(0, 0).text();
+  // The column's collation may hold names for one that are two databases.
+  if (rows->count() > 1) b.hedefID = std::to_string(session::Firma_Bul(*b.o.Baglanti4, hedef.Firma_Adi)->id);
   // The database has been through the upgrade.
   b.yap("UPDATE " + tablo + " SET DBVRSYN=" + tirnakli(b.o.Firma_DB_Versiyon) +
         " WHERE sysfrm_ID=" + b.hedefID);

@@ -87,7 +87,11 @@ bool Firma_Kayit_Getir(Oturum& oturum, const std::string& ad, DevirTarafi& taraf
                     "sysfrmlng WHERE "
                     "sysfrm_dbnm='" +
                         db::escape(ad) + "'");
-  const bool var = oturum.Kayitlar.state() == db::State::Open && !oturum.Kayitlar.eof();
+  // The column's collation may hold other names for the same.
+  const auto kendisi = [&] { return oturum.Kayitlar.field(2).trimmed() == session::Trim(ad); };
+  const bool acik = oturum.Kayitlar.state() == db::State::Open;
+  while (acik && !oturum.Kayitlar.eof() && !kendisi()) oturum.Kayitlar.moveNext();
+  const bool var = acik && !oturum.Kayitlar.eof();
   taraf = {};
   if (var) {
     const auto alan = [&](int n) { return oturum.Kayitlar.field(n); };

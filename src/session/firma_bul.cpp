@@ -13,8 +13,19 @@ constexpr std::string_view ayniVeritabani = "AYNI", veritabaniYok = "YOK";
 }  // namespace
 
 std::optional<FirmaSatiri> Firma_Bul(Oturum& oturum, const std::string& ad) {
+  return Firma_Bul(*oturum.Baglanti, ad);
+}
+
+std::int64_t Firma_Kimligi(Oturum& oturum, db::Recordset& kayitlar, const std::string& ad) {
+  const std::int64_t ilk = kayitlar.field("sysfrm_ID").integer();
+  if (kayitlar.recordCount() <= 1) return ilk;
+  const auto firma = Firma_Bul(oturum, ad);
+  return firma ? firma->id : ilk;
+}
+
+std::optional<FirmaSatiri> Firma_Bul(db::Connection& baglanti, const std::string& ad) {
   const std::string aranan = Trim(ad);
-  const auto rows = oturum.Baglanti->query(
+  const auto rows = baglanti.query(
       "SELECT sysfrm_ID,sysfrm_dbnm,CASE WHEN DB_ID(RTRIM(sysfrm_dbnm))=DB_ID('" + db::escape(aranan) +
       "') THEN 'AYNI' WHEN DB_ID(RTRIM(sysfrm_dbnm)) IS NULL THEN 'YOK' ELSE '' END FROM " +
       std::string(katalogVeritabani) + ".dbo.sysfrmlng");

@@ -19,6 +19,11 @@ struct FirmaSatiri {
 // else one without a database whose name differs in the case of ASCII letters alone. Baglanti may stand on
 // any database of the server. Throws db::SqlError.
 std::optional<FirmaSatiri> Firma_Bul(Oturum& oturum, const std::string& ad);
+std::optional<FirmaSatiri> Firma_Bul(db::Connection& baglanti, const std::string& ad);
+
+// The company of an open recordset over sysfrmlng, asked for by `ad`. The column's collation may hold names
+// for one that are two databases: then it is looked for as above.
+std::int64_t Firma_Kimligi(Oturum& oturum, db::Recordset& kayitlar, const std::string& ad);
 
 // The server's own spelling of a database's name; empty when it knows none. Throws db::SqlError.
 std::string Veritabani_Asil_Adi(Oturum& oturum, const std::string& ad);

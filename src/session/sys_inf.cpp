@@ -91,7 +91,7 @@ bool sysInfAlaniUygun(std::string_view text) {
 
 void sysInfYukle(Oturum& oturum) {
   const auto fields = sysInfBol(Sys_Inf_Oku(oturum.platform->programFolder()));
-  oturum.Server_Adi = fields[1];
+  oturum.Server_Adi = Trim(fields[1]);
   oturum.SQL_Login = fields[2];
   oturum.SQL_Sifre = fields[3];
 }

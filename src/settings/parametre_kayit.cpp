@@ -88,7 +88,9 @@ std::vector<Firma> Firma_Listesi(Oturum& oturum) {
 std::optional<FirmaKaydi> Firma_Kaydi_Ac(Oturum& oturum, const std::string& ad) {
   oturum.Son_Hata.clear();
   auto bulunan = satirlar(oturum, "SELECT * FROM sysfrmlng where sysfrm_dbnm=" + tirnakli(session::Trim(ad)));
-  if (!bulunan.empty()) return std::move(bulunan.front());
+  // The column's collation may hold other names for the same.
+  for (FirmaKaydi& kayit : bulunan)
+    if (kayit.sysfrm_dbnm == session::Trim(ad)) return std::move(kayit);
   if (oturum.Son_Hata.empty()) oturum.Son_Hata = "\"" + ad + "\" adında bir firma tanımlı değil.";
   return std::nullopt;
 }
@@ -101,9 +103,8 @@ std::vector<FirmaKaydi> Firma_Kayitlari(Oturum& oturum, const std::vector<std::s
       satirlar(oturum, "SELECT * FROM sysfrmlng WHERE sysfrm_dbnm IN (" + liste + ")");
   std::vector<FirmaKaydi> sonuc;
   for (const std::string& ad : adlar) {
-    const auto at = std::ranges::find_if(bulunan, [&](const FirmaKaydi& k) {
-      return session::Buyuk_Harf(k.sysfrm_dbnm) == session::Buyuk_Harf(session::Trim(ad));
-    });
+    const auto at = std::ranges::find_if(
+        bulunan, [&](const FirmaKaydi& k) { return k.sysfrm_dbnm == session::Trim(ad); });
     if (at == bulunan.end()) {
       if (oturum.Son_Hata.empty()) oturum.Son_Hata = "\"" + ad + "\" adında bir firma tanımlı değil.";
       return {};

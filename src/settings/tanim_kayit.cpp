@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "catalog/katalog.h"
+#include "session/firma_bul.h"
 #include "session/metin.h"
 #include "session/sayi.h"
 #include "session/statements.h"
@@ -162,7 +163,12 @@ std::string Tanim_Firma_Bagla(Oturum& oturum) {
                                               db::escape(oturum.Secili_Firma) + "'");
     if (!satir || satir->count() == 0)
       return "\"" + oturum.Secili_Firma + "\" adında bir firma tanımlı değil.";
-    if (!Firma_Parametre_Yukle(oturum, satir->value(0, 0).integer())) return oturum.Son_Hata;
+    std::int64_t kimlik = satir->value(0, 0).integer();
+    // The column's collation may hold names for one that are two databases.
+    if (const auto firma =
+            satir->count() > 1 ? session::Firma_Bul(oturum, oturum.Secili_Firma) : std::nullopt)
+      kimlik = firma->id;
+    if (!Firma_Parametre_Yukle(oturum, kimlik)) return oturum.Son_Hata;
     session::Katalog_Bagla(oturum, oturum.Secili_Firma);
     return {};
   } catch (const db::SqlError& hata) {

@@ -3,7 +3,7 @@
 // again the work is done. Work are transactions over two databases, creation, the start on a folder whose
 // process was killed, a checkpoint, and the upgrade of a company.
 //
-//   campaign_calls [step] [first]        every step-th call, from the first on
+//   campaign_calls [step] [first] [work]        every step-th call, from the first on; of one kind of work
 #include <signal.h>
 #include <sys/wait.h>
 
@@ -23,11 +23,11 @@ constexpr const char* state =
 
 class Calls {
  public:
-  Calls(int step, int first) : step_(step), first_(first) {}
+  Calls(int step, int first, std::string only) : step_(step), first_(first), only_(std::move(only)) {}
 
   void all() {
     for (const FailingCall& kind : kinds) {
-      statements(kind, "transaction over two",
+      statements(kind, "transaction",
                  {"BEGIN TRAN UPDATE F..T SET A=A+1 INSERT INTO G..T VALUES (99) COMMIT"});
       statements(kind, "creation", {"CREATE DATABASE YENI CREATE TABLE YENI..T (A INT)"});
       statements(kind, "checkpoint", {"UPDATE F..T SET A=A+1", "stop", "start"});
@@ -76,8 +76,10 @@ class Calls {
   // Each round on a fresh copy.
   template <typename Work>
   void rounds(const FailingCall& kind, const std::string& what, const fs::path& from, Work work) {
+    if (!only_.empty() && only_ != what) return;
     bool struck = true;
-    for (int n = first_; struck && findings_ < 10; n += step_) {
+    int n = first_;
+    for (; struck && findings_ < 10; n += step_) {
       const Folder base;
       const fs::path folder = base.path / "kopya";
       copy(from, folder);
@@ -88,6 +90,7 @@ class Calls {
       struck = work(folder, system, call,
                     what + ", call " + std::to_string(n) + ", error " + std::to_string(call.error) + ": ");
     }
+    std::cout << what << ", error " << kind.error << ": through after " << n - step_ << " calls" << std::endl;
   }
 
   void statements(const FailingCall& kind, const std::string& what, const std::vector<std::string>& batches) {
@@ -201,6 +204,7 @@ class Calls {
   }
 
   int step_, first_, findings_ = 0, calls_ = 0;
+  std::string only_;
 };
 
 }  // namespace
@@ -209,7 +213,7 @@ class Calls {
 int main(int count, char** values) {
   const int step = std::max(1, count > 1 ? std::atoi(values[1]) : 1);
   const int first = count > 2 ? std::atoi(values[2]) : 0;
-  campaign::Calls calls(step, first);
+  campaign::Calls calls(step, first, count > 3 ? values[3] : "");
   calls.all();
   std::cout << calls.calls() << " failing calls, " << calls.findings() << " findings\n";
   return calls.findings() == 0 ? 0 : 1;

@@ -99,6 +99,68 @@ TEST_F(AdKurali, OneRuleForEveryLetterInCardAndShell) {
   EXPECT_EQ(liste(), "sysfrm_dbnm\n");
 }
 
+// Two companies whose names the catalog's collation holds for one: every command reaches the one that is
+// meant, in either case, and nothing of the other.
+TEST_F(AdKurali, CommandsReachTheCompanyThatIsMeant) {
+  const std::string i = "ISIL12", j = "ısıl12", g = "KORVENA";
+  ASSERT_EQ(olustur(i), 0) << cli.err;
+  EXPECT_EQ(cli.calistir({"parametre", "--ad", j, "--yaz", "PosVar=0"}), 1);
+  for (const std::vector<std::string>& komut :
+       {std::vector<std::string>{"yetki-goster", "--kullanici", g, "--firma", j},
+        {"yetki-cizelge", "--firma", j},
+        {"kasiyer-goster", "--kullanici", g, "--firma", j},
+        {"kullanici-ekle", "--ad", "ALI", "--firma", j},
+        {"numara", "--ad", j},
+        {"tanim", "satici", "--ad", j},
+        {"maliyet", "--ad", j, "--stok", "X"},
+        {"devir", "--kaynak", j, "--yeni-ad", "YENI", "--dene", "--evet"},
+        {"ornek-veri", "--ad", j},
+        {"guncelle", "--ad", j}})
+    EXPECT_EQ(cli.calistir(komut, "abcd\n"), 1) << komut[0] << cli.out;
+  EXPECT_EQ(sql("Defination_DB", "SELECT COUNT(*) AS n FROM sysuslng"), "n\n1\n");
+
+  ASSERT_EQ(kartla(j), "");
+  sql("Defination_DB", "UPDATE sysfrmlng SET DBVRSYN='eski',Mali_Yil_Baslangic='20100101'");
+  sql("Defination_DB", "UPDATE sysfrmlng SET Mali_Yil_Baslangic='20110101' WHERE sysfrm_ID=2");
+  ASSERT_EQ(cli.calistir({"parametre", "--ad", j, "--yaz", "PosVar=0"}), 0) << cli.err;
+  ASSERT_EQ(cli.calistir({"parametre-kopyala", "--kaynak", "isil12", "--hedef", j, "--kolon", "PosVar"}), 0)
+      << cli.err;
+  ASSERT_EQ(cli.calistir({"parametre", "--ad", "isil12", "--yaz", "PosVar=0"}), 0) << cli.err;
+  ASSERT_EQ(
+      cli.calistir({"yetki-yaz", "--kullanici", g, "--firma", j, "-i", "-"}, "{\"KHE\": \"10101010101010\"}"),
+      1);  // the supervisor's stay
+  ASSERT_EQ(cli.calistir({"kullanici-ekle", "--ad", "ALI", "--firma", j}, "abcd\n"), 0) << cli.err;
+  ASSERT_EQ(cli.calistir({"kullanici-ekle", "--ad", "VELI", "--firma", "iSIL12," + j}, "abcd\n"), 0)
+      << cli.err;
+  for (const char* kim : {"ALI", "VELI"})
+    ASSERT_EQ(cli.calistir({"yetki-yaz", "--kullanici", kim, "--firma", j, "-i", "-"},
+                           "{\"KHE\": \"10101010101010\"}"),
+              0)
+        << cli.err;
+  ASSERT_EQ(cli.calistir({"kasiyer-yaz", "--kullanici", "VELI", "--firma", j, "-i", "-"},
+                         "{\"TerPort\": \"COM3\"}"),
+            0)
+      << cli.err;
+  ASSERT_EQ(cli.calistir({"numara", "--ad", j, "--yaz", "SATFATFIS=7"}), 0) << cli.err;
+  ASSERT_EQ(cli.calistir({"guncelle", "--ad", j}), 0) << cli.err;
+  EXPECT_EQ(sql("Defination_DB", "SELECT sysfrm_dbnm,PosVar,DBVRSYN FROM sysfrmlng ORDER BY sysfrm_ID"),
+            "sysfrm_dbnm\tPosVar\tDBVRSYN\nISIL12\t0\teski\nısıl12\t1\t2012.002\n");
+  EXPECT_EQ(sql("Defination_DB",
+                "SELECT u.sysus_nm,k.Firma_ID,k.KHE,k.TerPort FROM Kullanici k,sysuslng u WHERE "
+                "u.sysus_ID=k.Kullanici_ID AND u.sysus_ID>1 ORDER BY u.sysus_ID,k.Firma_ID"),
+            "sysus_nm\tFirma_ID\tKHE\tTerPort\nALI\t2\t10101010101010\tNULL\nVELI\t1\t11111111111111\tNULL\n"
+            "VELI\t2\t10101010101010\tCOM3\n");
+  EXPECT_EQ(sql(i, "SELECT IP FROM IP_SATFATFIS"), "IP\n0000000000\n");
+  EXPECT_EQ(sql(j, "SELECT IP FROM IP_SATFATFIS"), "IP\n7\n");
+  ASSERT_EQ(cli.calistir({"yetki-cizelge", "--firma", j}), 0) << cli.err;
+  EXPECT_EQ(cli.out.substr(0, cli.out.find('\n')), "\xEF\xBB\xBFYetki;Kolon;Yer;ALI;KORVENA;VELI\r");
+  // A rollover reads the period and the rows of the one, and takes the other's name for no new company.
+  ASSERT_EQ(cli.calistir({"devir", "--kaynak", j, "--yeni-ad", "SONRA", "--evet"}), 0) << cli.err;
+  EXPECT_EQ(sql("SONRA", "SELECT IP FROM IP_SATFATFIS"), sql(j, "SELECT IP FROM IP_SATFATFIS"));
+  EXPECT_EQ(cli.calistir({"devir", "--kaynak", j, "--yeni-ad", "isil12", "--evet"}), 1);
+  EXPECT_EQ(cli.calistir({"denetle"}), 0) << cli.err;
+}
+
 TEST_F(AdKurali, RowThatIsNotTheDatabasesOwnGoesWithoutIt) {
   ASSERT_EQ(olustur("FIRMA2012"), 0) << cli.err;
   sql("FIRMA2012", "CREATE TABLE ISARET (A INT) INSERT INTO ISARET VALUES (7)");

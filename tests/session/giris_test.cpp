@@ -43,7 +43,7 @@ TEST_F(GirisTest, SysInfFieldsByPosition) {
   const Case cases[] = {{"SRV;sa;x", "SRV", "sa", "x"},
                         {"SRV;sa;x;1;\r\nsecond line;a;b", "SRV", "sa", "x"},
                         {"a;b;c;d;e;f;g;h\n", "a", "b", "c"},
-                        {"\xEF\xBB\xBF SRV ; sa;x ", " SRV ", " sa", "x "},
+                        {"\xEF\xBB\xBF SRV ; sa;x ", "SRV", " sa", "x "},
                         {"SRV", "SRV", "", ""},
                         {"", "", "", ""},
                         {"S;\xFE;\xDD", "S", "ş", "İ"}};  // a file in code page 1254

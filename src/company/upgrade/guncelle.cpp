@@ -254,8 +254,18 @@ void Surum_Yaz(Yurutucu& y, const std::string& firmaAdi) {
                        "\nVERSİYON BILGILARI YAZILAMADI");
     return;
   }
-  y.calistir("UPDATE sysfrmlng SET DBVRSYN='" + db::escape(o.Tanim_DB_Versiyon) + "' WHERE sysfrm_dbnm='" +
-             db::escape(firmaAdi) + "'");
+  const std::string adli = " WHERE sysfrm_dbnm='" + db::escape(firmaAdi) + "'";
+  std::string kimlik;
+  try {
+    // The column's collation may hold names for one that are two databases.
+    const auto rows = o.Baglanti->query("SELECT sysfrm_ID FROM sysfrmlng" + adli);
+    if (rows && rows->count() > 1)
+      if (const auto firma = session::Firma_Bul(o, firmaAdi))
+        kimlik = " AND sysfrm_ID=" + std::to_string(firma->id);
+  } catch (const db::SqlError&) {
+    // The statement that follows tells it.
+  }
+  y.calistir("UPDATE sysfrmlng SET DBVRSYN='" + db::escape(o.Tanim_DB_Versiyon) + "'" + adli + kimlik);
 }
 
 std::optional<std::string> guncellemeEngeli(session::Oturum& o, const std::string& firmaAdi) {

@@ -261,7 +261,7 @@ fs::path intentFile(const fs::path& folder, std::int64_t number) {
 }
 
 IntentFile::IntentFile(const fs::path& folder, const Intent& intent, SharedPage& page)
-    : file_(intentFile(folder, intent.number)), page_(page) {
+    : file_(intentFile(folder, intent.number)), page_(page), number_(intent.number) {
   const fs::path temporary = file_.string() + std::string(temporaryEnding);
   page_.intentsBegun.fetch_add(1);
   handle_ = ::open(temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);

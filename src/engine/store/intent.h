@@ -83,10 +83,12 @@ class IntentFile {
   IntentFile& operator=(const IntentFile&) = delete;
   // Whether all is committed is not known: the next one who comes finds out.
   void keep() { keep_ = true; }
+  std::int64_t number() const { return number_; }
 
  private:
   std::filesystem::path file_;
   SharedPage& page_;
+  std::int64_t number_;
   int handle_ = -1;
   bool keep_ = false;
 };

@@ -81,6 +81,8 @@ struct Store::Impl {
   const Attached* byAlias(std::string_view alias) const;
   Intent makeIntent();
   std::unique_ptr<IntentFile> declareIntent();
+  bool leaderHas(std::int64_t number);
+  void leaveToRecovery();
   void flushAtOnce(bool set);
   static int onCommit(void* self);  // not zero: refused
   bool overLeftIntents() const;

@@ -79,6 +79,7 @@ void Store::commit() {
   if (rc != SQLITE_OK) {
     // One file may have it and another not: the record stays until that is mended.
     if (intent) intent->keep();
+    if (intent && self.leaderHas(intent->number())) return self.leaveToRecovery();
     lite::fail(self.db, rc);
   }
   self.depth = 0;

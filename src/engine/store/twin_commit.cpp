@@ -121,6 +121,24 @@ std::unique_ptr<IntentFile> Store::Impl::declareIntent() {
   }
 }
 
+// Another file could not be written, but the leader is: with it the transaction has been decided.
+bool Store::Impl::leaderHas(std::int64_t number) {
+  if (!sqlite3_get_autocommit(db)) return false;
+  try {
+    return isMarked(db, leader, number);
+  } catch (const Error&) {
+    return false;
+  }
+}
+
+// It stands; who opens one of the others brings it to them first. What this handle knew of them is read anew.
+void Store::Impl::leaveToRecovery() {
+  for (auto& [name, one] : attached) one->raised = 0;
+  depth = 0;
+  settleChanges(false);
+  openGate();
+}
+
 void Store::Impl::flushAtOnce(bool set) {
   for (const auto& [name, one] : attached) store::flushAtOnce(db, one->alias, set);
 }

@@ -48,7 +48,7 @@ if(TARGET zembera-sunucu)
   set(CPACK_COMPONENT_ZEMBERA-SUNUCU_DESCRIPTION "embedded server of Zembera as a service on the network
 Serves the companies of one data folder to the programs of other machines,
 by the protocol of Microsoft SQL Server.")
-  set(CPACK_DEBIAN_ZEMBERA-SUNUCU_PACKAGE_DEPENDS "zembera-cli (= ${PROJECT_VERSION}), adduser, init-system-helpers")
+  set(CPACK_DEBIAN_ZEMBERA-SUNUCU_PACKAGE_DEPENDS "zembera-cli (= ${PROJECT_VERSION}), adduser")
   set(control ${out}/zembera-sunucu/preinst)
   foreach(script postinst prerm postrm)
     configure_file(debian/${script} ${out}/zembera-sunucu/${script} COPYONLY)

@@ -1,7 +1,7 @@
 // Makes the manual pages and the shells' completions of the programs from the descriptions of their options.
 //   yardim_sayfalari OUTPUT-FOLDER YARDIM.en.po VERSION DATE     DATE as YYYY-MM-DD
-// makes man/man1, man/tr/man1, bash, zsh and fish below the folder. A text without an English form is told and
-// stands as it is; the exit code is then 3.
+// makes man/man1, man/tr/man1, bash, zsh and fish below the folder. A text without an English form is told
+// and stands as it is; the exit code is then 3.
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "app/masaustu_secenekleri.h"
+#include "app/sunucu_secenekleri.h"
 #include "cli/program.h"
 #include "cli/yardim.h"
 
@@ -414,6 +415,13 @@ int main(int argc, char** argv) {
                                  app::masaustuSecenekleri,
                                  {},
                                  app::masaustuKodlari,
+                                 {},
+                                 "zembera-cli"},
+                                {"zembera-sunucu",
+                                 app::sunucuAciklamasi,
+                                 app::sunucuSecenekleri,
+                                 {},
+                                 app::sunucuKodlari,
                                  {},
                                  "zembera-cli"}};
   std::map<std::filesystem::path, std::string> sayfalar;

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <system_error>
 
+#include "app/sunucu_secenekleri.h"
 #include "engine/server.h"
 #include "tds/server.h"
 
@@ -60,22 +61,22 @@ int serve(const std::string& folder, tds::Options options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app("Bir veri klasörünü ağdaki programlara SQL Server olarak sunar", "zembera-sunucu");
+  CLI::App program(std::string(app::sunucuAciklamasi), "zembera-sunucu");
   std::string folder;
   tds::Options options;
-  app.add_option("--klasor", folder, "Veri klasörü")->required();
-  app.add_option("--adres", options.address, "Dinlenecek adres (varsayılan 127.0.0.1)");
-  app.add_option("--kapi", options.port, "Dinlenecek kapı (varsayılan 1433; 0: boş bir kapı)");
-  app.add_option("--baglanti", options.mostConnections, "En çok bağlantı (varsayılan 1000)");
-  app.add_option("--sertifika", options.certificate,
-                 "TLS sertifikası, PEM (yoksa veri klasöründe kendisi bir tane yapar)");
-  app.add_option("--anahtar", options.key, "Sertifikanın anahtarı, PEM (yoksa sertifika dosyasında)");
-  app.add_flag("--yerel-sifresiz", options.plainOnThisMachine,
-               "Bu makinedeki programlar TLS olmadan da bağlanabilir");
+  const auto ad = [](std::size_t i) { return std::string(app::sunucuSecenekleri[i].ad); };
+  const auto metin = [](std::size_t i) { return std::string(app::sunucuSecenekleri[i].aciklama); };
+  program.add_option(ad(0), folder, metin(0))->required();
+  program.add_option(ad(1), options.address, metin(1));
+  program.add_option(ad(2), options.port, metin(2));
+  program.add_option(ad(3), options.mostConnections, metin(3));
+  program.add_option(ad(4), options.certificate, metin(4));
+  program.add_option(ad(5), options.key, metin(5));
+  program.add_flag(ad(6), options.plainOnThisMachine, metin(6));
   try {
-    app.parse(argc, argv);
+    program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : wrongUse;
+    return program.exit(error) == 0 ? 0 : wrongUse;
   }
   return serve(folder, std::move(options));
 }

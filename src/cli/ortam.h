@@ -1,6 +1,7 @@
 // What a command has around it: streams, the terminal, the drivers. app/ fills it; a test brings its own.
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <iostream>
@@ -24,6 +25,9 @@ struct Ortam {
   bool ciktiRenkli = false;  // colours may be written to `out`
   bool hataRenkli = false;   // and to `err`
   bool sessiz = false;       // only what was asked for, and what went wrong
+
+  // How long a completion may ask a server: somebody waits with a finger on the key.
+  std::chrono::milliseconds tamamlamaSuresi{1500};
 
   // Remarks about the work, and word that it is done; they go nowhere when it has to be quiet.
   std::ostream& bilgi() { return sessiz ? bos_ : err; }

@@ -1,4 +1,3 @@
-#include <chrono>
 #include <future>
 #include <sstream>
 #include <thread>
@@ -15,9 +14,6 @@ namespace {
 constexpr std::array<std::string_view, 2> turler = {"firma", "kullanici"};
 constexpr std::array<Secenek, 1> options = {
     {{"TUR", "Yazılacak adlar", true, Secenek::Tur::Konum, "", turler, "tür"}}};
-
-// Somebody waits with a finger on the key.
-constexpr std::chrono::milliseconds enUzun{1500};
 
 using Adlar = std::vector<std::string>;
 
@@ -51,7 +47,7 @@ int run(Ortam& ortam, const Degerler& values) {
     }
     sonuc->set_value(std::move(adlar));
   }).detach();
-  if (gelecek.wait_for(enUzun) == std::future_status::ready)
+  if (gelecek.wait_for(ortam.tamamlamaSuresi) == std::future_status::ready)
     for (const std::string& ad : gelecek.get()) ortam.out << ad << "\n";
   return tamam;
 }

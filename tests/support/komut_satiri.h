@@ -26,6 +26,7 @@ class KomutSatiri {
     std::ostringstream errStream;
     if (doluDisk) outStream.setstate(std::ios::badbit);
     cli::Ortam ortam{in, outStream, errStream, terminal, false, dizin, surucuYap_, renkli, renkli};
+    ortam.tamamlamaSuresi = std::chrono::minutes(2);  // a busy machine is no fault
     const int code = cli::calistir(ortam, argumanlar);
     out = outStream.str();
     err = errStream.str();

@@ -127,6 +127,9 @@ class Binder {
   BoundExpr bindScalar(const Expr& expr, Scope* scope);
   BoundSelect bindOneColumn(const Expr& expr, Scope* scope);
 
+  // binder_extreme.cpp: empty where the subquery is left as it is.
+  std::string extremeByKey(const SelectStatement& select, Scope* around);
+
   // binder_function.cpp
   BoundExpr bindFunction(const Expr& expr, Scope* scope);
   BoundExpr bindAggregate(const Expr& expr, Scope* from);

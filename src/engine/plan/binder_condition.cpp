@@ -151,6 +151,8 @@ BoundExpr Binder::bindScalar(const Expr& expr, Scope* scope) {
   BoundExpr bound;
   bound.type = select.columns[0].type;
   if (bound.type.id == TypeId::Null) bound.type = {TypeId::Int};
+  bound.sql = extremeByKey(*expr.select, scope);
+  if (!bound.sql.empty()) return bound;
   // More than one row is error 512, which z_one raises; SQLite itself would take the first row.
   bound.sql = select.singleRow
                   ? "(" + select.sql + ")"

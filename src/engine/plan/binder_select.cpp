@@ -119,6 +119,7 @@ void Binder::bindCore(const SelectStatement& select, std::size_t index, Scope* p
                       BoundCore& out) {
   const SelectCore& core = select.cores[index];
   out.scope.parent = parent;
+  out.scope.core = &core;
   out.distinct = core.distinct;
   out.top = core.top.get();
   out.topPercent = core.topPercent;

@@ -102,7 +102,8 @@ struct Scope {
   // and its aggregates.
   std::string gathered;
   std::vector<std::string> aggregates;
-  bool outerJoins = false;  // FROM has RIGHT or FULL joins
+  bool outerJoins = false;           // FROM has RIGHT or FULL joins
+  const SelectCore* core = nullptr;  // whose rows these are; null outside of SELECT
 };
 
 struct BoundSelect {

@@ -188,6 +188,47 @@ TEST_F(QueryTest, PlansAreSharedBetweenLiterals) {
 }
 
 // Texts that are equal by the collation have different lengths; an index made for the join must find both.
+// The extremes of all keys are gathered at once where the rows around are all read. Behind +0 the key is no
+// column, and every row around asks for itself.
+TEST_F(QueryTest, ExtremesByAKeyAreThoseThatEachRowFinds) {
+  EXPECT_EQ(
+      run("CREATE TABLE DURUM (ID INT IDENTITY(1,1) PRIMARY KEY, Kart INT NULL, No_ SMALLINT NULL, Ad "
+          "VARCHAR(5)) CREATE TABLE DIZINLI (ID INT, Kart INT) CREATE INDEX K ON DIZINLI (Kart)"
+          " INSERT INTO DURUM (Kart,No_,Ad) VALUES (1,5,'a') INSERT INTO DURUM (Kart,No_,Ad) VALUES (2,7,'b')"
+          " INSERT INTO DURUM (Kart,No_,Ad) VALUES (1,3,'c') INSERT INTO DURUM (Kart,No_,Ad) VALUES "
+          "(NULL,9,'d') INSERT INTO DURUM (Kart,No_,Ad) VALUES (2,NULL,'e') INSERT INTO DURUM (Kart) VALUES "
+          "(7) INSERT INTO DIZINLI VALUES (4,1) INSERT INTO DIZINLI VALUES (6,1)"
+          " INSERT INTO HAREKET VALUES (NULL,1,1,'x') INSERT INTO HAREKET VALUES (9,1,1,'y')"),
+      "");
+  EXPECT_EQ(
+      run("CREATE VIEW SON AS SELECT Kod,(SELECT MAX(ID) FROM DURUM WHERE KART.ID=Kart) AS s FROM KART"), "");
+  const Query queries[] = {
+      {"SELECT Kod,(SELECT MAX(ID) FROM DURUM WHERE Kart=KART.ID) FROM KART ORDER BY 1",
+       "A1\t3\nB2\t5\nC3\tNULL\n"},
+      {"SELECT Kod,(SELECT MIN(d.No_) FROM DURUM d WHERE k.ID=d.Kart) FROM KART k ORDER BY 1",
+       "A1\t3\nB2\t7\nC3\tNULL\n"},
+      {"SELECT Tip,(SELECT MAX(ID) FROM DURUM WHERE Kart=Kart_ID) FROM HAREKET ORDER BY Borc,Tip",
+       "Mal\t5\nx\tNULL\ny\tNULL\nMal\t3\nHizmet\t3\n"},
+      // under another subquery, as the latest row of each
+      {"SELECT Kod,(SELECT Ad FROM DURUM WHERE ID=(SELECT MAX(ID) FROM DURUM WHERE Kart=KART.ID)) FROM KART",
+       "A1\tc\nB2\te\nC3\tNULL\n"},
+      {"SELECT Kod FROM KART WHERE 5=(SELECT MAX(ID) FROM DURUM WHERE Kart=KART.ID)", "B2\n"},
+      {"SELECT * FROM SON WHERE s>3", "B2\t5\n"},
+      {"SELECT COUNT(*),(SELECT MAX(ID) FROM DURUM WHERE Kart=k.Aktif) FROM KART k GROUP BY k.Aktif ORDER BY "
+       "1,2",
+       "1\tNULL\n1\tNULL\n1\t3\n"},
+      // left as they are
+      {"SELECT (SELECT MAX(ID) FROM DURUM WHERE Kart=KART.ID) FROM KART WHERE Kod='B2'", "5\n"},
+      {"SELECT (SELECT MAX(ID) FROM DIZINLI WHERE Kart=KART.ID) FROM KART ORDER BY ID", "6\nNULL\nNULL\n"},
+      {"SELECT (SELECT MAX(Ad) FROM DURUM WHERE Kart=KART.ID) FROM KART ORDER BY ID", "c\ne\nNULL\n"},
+      {"SELECT TOP 1 (SELECT MAX(ID) FROM DURUM WHERE Kart=KART.ID) FROM KART ORDER BY ID DESC", "NULL\n"},
+  };
+  for (const Query& query : queries) EXPECT_EQ(run(query.sql), query.rows) << query.sql;
+  EXPECT_EQ(
+      run("UPDATE KART SET Tutar=(SELECT MAX(ID) FROM DURUM WHERE Kart=KART.ID) SELECT Tutar FROM KART"),
+      "3\n5\nNULL\n");
+}
+
 TEST_F(QueryTest, JoinsWithoutAnIndexFollowTheCollation) {
   run("CREATE TABLE SOL (ID INT, Kod CHAR(6)) CREATE TABLE SAG (ID INT, Kod CHAR(6)) INSERT INTO SAG VALUES "
       "(9,'iki')");

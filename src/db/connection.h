@@ -65,6 +65,9 @@ class BatchSink {
   virtual void onRows(std::unique_ptr<Rows> rows) = 0;
   virtual void onRowCount(std::int64_t rows) = 0;
   virtual void onMessage(const std::string& text) = 0;
+  // How many rows onRows takes at most; a longer result set comes in several pages, each of which lives as long
+  // as the call. 0: the whole at once, to be kept.
+  virtual std::int64_t pageRows() const { return 0; }
 };
 
 struct ConnectionParts {
@@ -103,6 +106,11 @@ class Connection {
   std::int64_t execute(std::string_view batch);
   // Runs one batch and returns its first result set; null when it has none.
   std::unique_ptr<Rows> query(std::string_view batch);
+
+  // Runs a query and gives its rows page by page while the server makes them; no more than a page of them is
+  // held. The connection takes nothing else meanwhile. An SqlError may come behind rows; what `take` throws
+  // ends the query.
+  void stream(std::string_view batch, std::int64_t page, const std::function<void(const Rows&)>& take);
 
   // Columns of a table as far as the driver can tell; `database` empty: the current one. Empty when
   // there is no such table.

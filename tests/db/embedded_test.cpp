@@ -125,6 +125,31 @@ TEST_F(EmbeddedTest, ReadsEveryTypeAndItsNull) {
   EXPECT_EQ(fields[9].baseTable, "T");
 }
 
+TEST_F(EmbeddedTest, StreamsAQueryInPages) {
+  connection->execute(
+      "CREATE TABLE T (ID INT, Ad VARCHAR(9)) DECLARE @i INT SET @i=0 WHILE @i<10 BEGIN SET @i=@i+1 INSERT "
+      "INTO T VALUES (@i,'ş'+CONVERT(VARCHAR,@i)) END");
+  const auto pages = [&](const std::string& sql, std::int64_t page) {
+    std::string out;
+    connection->stream(sql, page, [&](const db::Rows& rows) {
+      for (std::int64_t i = 0; i < rows.count(); ++i) out += (i ? "," : "|") + rows.value(i, 1).text();
+    });
+    return out;
+  };
+  EXPECT_EQ(pages("SELECT * FROM T ORDER BY ID DESC", 4), "|ş10,ş9,ş8,ş7|ş6,ş5,ş4,ş3|ş2,ş1");
+  EXPECT_EQ(pages("SELECT * FROM T WHERE ID<=4 ORDER BY ID", 2), "|ş1,ş2|ş3,ş4");
+  EXPECT_EQ(pages("SELECT * FROM T WHERE ID>99", 4), "");
+  // An error comes behind the rows before it, and what the taker throws ends the query.
+  std::int64_t taken = 0;
+  const auto count = [&](const db::Rows& rows) { taken += rows.count(); };
+  EXPECT_THROW(connection->stream("SELECT 6/(7-ID) FROM T", 3, count), SqlError);
+  EXPECT_GE(taken, 3);
+  EXPECT_LE(taken, 6);
+  EXPECT_THROW(connection->stream("SELECT * FROM T", 3, [](const db::Rows&) { throw 1; }), int);
+  EXPECT_EQ(connection->query("SELECT COUNT(*) FROM T")->value(0, 0).integer(), 10);
+  connection->execute("DROP TABLE T");
+}
+
 TEST_F(EmbeddedTest, ARecordsetWritesRowsByIdentityByKeyAndByValues) {
   connection->execute(
       "CREATE TABLE A (ID INT IDENTITY(10,1) NOT NULL, Ad CHAR(20) NULL, Tutar MONEY NULL DEFAULT 5)");

@@ -186,6 +186,23 @@ TEST_F(TdsTest, DeliversResultsCountsAndMessagesInOrder) {
   EXPECT_EQ(sink.sets[1]->fields()[0].name, "b");
 }
 
+TEST_F(TdsTest, StreamsAQueryInPages) {
+  TdsAnswer five;
+  five.columns({{"a", Kind::Int}});
+  for (int i = 1; i <= 5; ++i) five.row().integer(i, 4);
+  answer = five.done(5).data();
+  open();
+  std::string pages;
+  const auto take = [&](const db::Rows& rows) {
+    EXPECT_EQ(rows.fields()[0].name, "a");
+    for (std::int64_t i = 0; i < rows.count(); ++i) pages += (i ? "," : "|") + rows.value(i, 0).text();
+  };
+  connection->stream("...", 2, take);
+  EXPECT_EQ(pages, "|1,2|3,4|5");
+  connection->stream("...", 5, take);
+  EXPECT_EQ(pages, "|1,2|3,4|5|1,2,3,4,5");
+}
+
 TEST_F(TdsTest, ThrowsTheFirstErrorAfterTheWholeBatch) {
   answer = TdsAnswer()
                .done(1, true)

@@ -15,6 +15,10 @@ class SinkAdapter : public engine::ResultSink {
   void onResultSet(engine::ResultSet&& set) override {
     sink_.onRows(std::make_unique<EmbeddedRows>(std::move(set)));
   }
+  std::int64_t rowsAtATime() const override { return sink_.pageRows(); }
+  void onRows(const engine::ResultSet& page, bool) override {
+    sink_.onRows(std::make_unique<EmbeddedRows>(page));
+  }
   void onRowCount(std::int64_t rows) override { sink_.onRowCount(rows); }
   void onMessage(int, const std::string& text) override { sink_.onMessage(text); }
 

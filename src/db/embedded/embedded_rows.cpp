@@ -88,39 +88,44 @@ EmbeddedRows::Form EmbeddedRows::formOf(const engine::Type& type) {
   }
 }
 
-EmbeddedRows::EmbeddedRows(engine::ResultSet&& set) : set_(std::move(set)) {
-  for (const auto& column : set_.columns()) {
+EmbeddedRows::EmbeddedRows(engine::ResultSet&& set)
+    : EmbeddedRows(*std::make_unique<const engine::ResultSet>(std::move(set)).release()) {
+  own_.reset(set_);
+}
+
+EmbeddedRows::EmbeddedRows(const engine::ResultSet& page) : set_(&page) {
+  for (const auto& column : set_->columns()) {
     fields_.push_back(fieldInfo(column));
     forms_.push_back(formOf(column.type));
   }
 }
 
 Value EmbeddedRows::value(std::int64_t row, int column) const {
-  if (set_.isNull(row, column)) return {};
+  if (set_->isNull(row, column)) return {};
   const auto index = static_cast<std::size_t>(column);
   const FieldInfo& field = fields_[index];
   switch (forms_[index]) {
     case Form::Bit:
-      return set_.integer(row, column) != 0;
+      return set_->integer(row, column) != 0;
     case Form::Integer:
-      return set_.integer(row, column);
+      return set_->integer(row, column);
     case Form::Real:
-      return set_.real(row, column);
+      return set_->real(row, column);
     case Form::Scaled:
-      return Decimal{set_.integer(row, column), field.scale};
+      return Decimal{set_->integer(row, column), field.scale};
     case Form::Date:
-      return dateOf(set_.integer(row, column));
+      return dateOf(set_->integer(row, column));
     case Form::Text:
-      return set_.text(row, column);
+      return set_->text(row, column);
     case Form::Padded:
-      return padded(set_.text(row, column), static_cast<std::size_t>(field.size));
+      return padded(set_->text(row, column), static_cast<std::size_t>(field.size));
     case Form::Bytes:
-      return Bytes{std::string(set_.text(row, column))};
+      return Bytes{std::string(set_->text(row, column))};
     case Form::WideDecimal:
       break;
   }
   // Wider than a Decimal holds: its exact digits as text.
-  return engine::displayText(set_.datum(row, column), set_.columns()[index].type);
+  return engine::displayText(set_->datum(row, column), set_->columns()[index].type);
 }
 
 }  // namespace db

@@ -11,9 +11,10 @@ namespace db {
 class EmbeddedRows : public Rows {
  public:
   explicit EmbeddedRows(engine::ResultSet&& set);
+  explicit EmbeddedRows(const engine::ResultSet& page);  // which outlives these
 
   const std::vector<FieldInfo>& fields() const override { return fields_; }
-  std::int64_t count() const override { return set_.rowCount(); }
+  std::int64_t count() const override { return set_->rowCount(); }
   Value value(std::int64_t row, int column) const override;
 
  private:
@@ -21,7 +22,8 @@ class EmbeddedRows : public Rows {
   enum class Form : std::uint8_t { Bit, Integer, Real, Scaled, WideDecimal, Date, Text, Padded, Bytes };
   static Form formOf(const engine::Type& type);
 
-  engine::ResultSet set_;
+  std::unique_ptr<const engine::ResultSet> own_;
+  const engine::ResultSet* set_;
   std::vector<FieldInfo> fields_;
   std::vector<Form> forms_;
 };

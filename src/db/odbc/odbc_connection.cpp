@@ -55,10 +55,13 @@ class BatchRun {
   }
 
   bool takeRows() {
-    auto rows = std::make_unique<OdbcRows>(statement_.get(), dialect_);
-    if (!rows->fetchAll(statement_.get())) return keepFailure();
-    if (!failure_) sink_.onRows(std::move(rows));
-    return true;
+    while (true) {
+      auto rows = std::make_unique<OdbcRows>(statement_.get(), dialect_);
+      const auto got = rows->fetch(statement_.get(), failure_ ? 0 : sink_.pageRows());
+      if (got == OdbcRows::Fetched::Failed) return keepFailure();
+      if (!failure_) sink_.onRows(std::move(rows));
+      if (got == OdbcRows::Fetched::All) return true;
+    }
   }
 
   void passMessages() {
@@ -295,7 +298,7 @@ std::vector<TableColumn> OdbcConnection::askDriver(const std::string& database, 
       return out;
     }
     OdbcRows rows(handle.get(), *dialect_);
-    rows.fetchAll(handle.get());
+    rows.fetch(handle.get(), 0);
     for (std::int64_t i = 0; i < rows.count(); ++i) {
       // The name was taken as a pattern: others may match it too.
       if (!sameName(rows.value(i, tableName).trimmed(), table)) continue;
@@ -311,7 +314,7 @@ std::vector<TableColumn> OdbcConnection::askDriver(const std::string& database, 
     return out;
   }
   OdbcRows keys(handle.get(), *dialect_);
-  keys.fetchAll(handle.get());
+  keys.fetch(handle.get(), 0);
   for (std::int64_t i = 0; i < keys.count(); ++i) {
     const std::string name = keys.value(i, columnName).trimmed();
     for (auto& column : out) column.keyPart = column.keyPart || sameName(column.name, name);

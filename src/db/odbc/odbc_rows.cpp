@@ -185,12 +185,13 @@ bool OdbcRows::fetchRow(SQLHSTMT statement) {
   return true;
 }
 
-bool OdbcRows::fetchAll(SQLHSTMT statement) {
-  for (;;) {
+OdbcRows::Fetched OdbcRows::fetch(SQLHSTMT statement, std::int64_t most) {
+  while (most == 0 || rows_ < most) {
     const SQLRETURN code = SQLFetch(statement);
-    if (code == SQL_NO_DATA) return true;
-    if (!succeeded(code) || !fetchRow(statement)) return false;
+    if (code == SQL_NO_DATA) return Fetched::All;
+    if (!succeeded(code) || !fetchRow(statement)) return Fetched::Failed;
   }
+  return Fetched::Page;
 }
 
 }  // namespace db

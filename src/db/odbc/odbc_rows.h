@@ -1,4 +1,4 @@
-// Rows read from an ODBC statement, all at once.
+// Rows read from an ODBC statement.
 #pragma once
 
 #include <vector>
@@ -14,8 +14,10 @@ class OdbcRows : public Rows {
  public:
   // Reads the description of the statement's present result set.
   OdbcRows(SQLHSTMT statement, const OdbcDialect& dialect);
-  // Fetches every row. False when a fetch failed; the statement's diagnostics tell why.
-  bool fetchAll(SQLHSTMT statement);
+  // Fetches the rows that are left, at most `most` of them unless that is 0. When a fetch failed, the
+  // statement's diagnostics tell why.
+  enum class Fetched : std::uint8_t { All, Page, Failed };
+  Fetched fetch(SQLHSTMT statement, std::int64_t most);
 
   const std::vector<FieldInfo>& fields() const override { return fields_; }
   std::int64_t count() const override { return rows_; }

@@ -38,11 +38,9 @@ void Senetleri_Devret(Baglam& b);
 void Uretimreceteleri_Devret(Baglam& b);
 void Fis_Numaralari_Devret(Baglam& b);
 
-// Cost of every item at the source's end. The histories are read and replayed once in a run, at the first
-// call; the proof checks by sums of its own that nothing of them was left out.
-const Maliyetler& maliyetler(Baglam& b);
-// WHERE of the movements that count for the cost.
-std::string maliyetKosulu(const Baglam& b);
+// Cost of every item at the source's end, by one reading of all histories. The proof works them out anew in
+// a way of its own.
+Maliyetler maliyetler(Baglam& b);
 
 // Sums of one account in the source: amounts and amounts times days from the period's start.
 struct ValorToplami {

@@ -63,6 +63,10 @@ std::string tirnakli(std::string_view metin) {
   return "'" + db::escape(session::Trim(metin)) + "'";
 }
 
+std::string sayiMetni(const std::string& sayi) {
+  return "'" + sayi + "'";
+}
+
 std::string metinSql(const db::Value& deger) {
   return deger.isNull() ? "NULL" : tirnakli(deger.text());
 }
@@ -91,6 +95,14 @@ std::int64_t Baglam::yap(const std::string& sql) {
 
 std::unique_ptr<db::Rows> Baglam::oku(const std::string& sql) {
   return o.Baglanti4->query(sql);
+}
+
+void Baglam::akit(const std::string& sql, const std::function<void(const db::Rows&, std::int64_t)>& satir) {
+  constexpr std::int64_t sayfa = 2000;
+  o.Baglanti4->stream(sql, sayfa, [&](const db::Rows& rows) {
+    for (std::int64_t i = 0; i < rows.count(); ++i) satir(rows, i);
+    adim(0, 0);
+  });
 }
 
 std::unique_ptr<db::Rows> Baglam::kaynakOku(const std::string& sql) {

@@ -66,7 +66,6 @@ class Baglam {
   AcilisAlanlari acilis;
   int hane = 2;  // decimals of the money format
   SecenekOdagi odak;
-  std::optional<Maliyetler> maliyetler;  // once they are known
 
   // Name of a source table in a statement of the target's connection.
   std::string k(std::string_view tablo) const { return kaynakAdi + ".dbo." + std::string(tablo); }
@@ -75,6 +74,9 @@ class Baglam {
   std::int64_t yap(const std::string& sql);                     // on the target
   std::unique_ptr<db::Rows> oku(const std::string& sql);        // on the target
   std::unique_ptr<db::Rows> kaynakOku(const std::string& sql);  // a SELECT on the source
+  // Rows of a SELECT of any length, page by page as the server gives them. `satir` sends no statement to the
+  // target.
+  void akit(const std::string& sql, const std::function<void(const db::Rows& rows, std::int64_t row)>& satir);
   // After a refused statement: throws on when the transaction has gone with it.
   void ayaktaMi(const db::SqlError& hata);
 
@@ -138,7 +140,10 @@ class SatirYazici {
   std::vector<Satir> bekleyen_;
 };
 
-std::string tirnakli(std::string_view metin);    // 'text', trimmed, apostrophes doubled
+std::string tirnakli(std::string_view metin);  // 'text', trimmed, apostrophes doubled
+// A number as text. Of rows that differ in nothing but such texts the server knows the statement again; by
+// bare numbers each count of digits would be a statement of its own.
+std::string sayiMetni(const std::string& sayi);
 std::string metinSql(const db::Value& deger);    // the same; NULL stays NULL
 std::string tarihSql(const std::string& tarih);  // DD.MM.YYYY as '20130101'
 

@@ -38,10 +38,10 @@ std::string baslikYaz(Baglam& b, const std::string& tablo, const std::string& ki
 }
 
 std::string dovizDegerleri(double DB, int hane) {
-  if (DB >= 0) return db::literal(DB) + ",0," + db::literal(DB);
+  if (DB >= 0) return sayiMetni(db::literal(DB)) + ",'0'," + sayiMetni(db::literal(DB));
   // A negative balance shows as a credit and, without its sign, as the amount.
-  const std::string mutlak = sqlMetni(paraBicimle(-DB, hane));
-  return "0," + mutlak + "," + mutlak;
+  const std::string mutlak = sayiMetni(sqlMetni(paraBicimle(-DB, hane)));
+  return "'0'," + mutlak + "," + mutlak;
 }
 
 constexpr std::int64_t sayfa = 2000;
@@ -117,9 +117,10 @@ void cariSayfasi(Baglam& b, std::int64_t bas, const std::string& fis, SatirYazic
                                      b.g.taraf[1].Bas_Tar, b.o.Ondalik_Ayrac == ".");
     if (gun > enUzakVade || gun < -enUzakVade) gun = 0;
     yazici.ekle(b.acilis.tarih + ",'" + rows->value(i, 0).text() + "','Açılış Fişi'," +
-                    rows->value(i, 6).text() + "," + tirnakli(kod) + "," + metinSql(rows->value(i, 2)) + "," +
-                    sqlMetni(n.alacak) + "," + sqlMetni(n.borc) + "," + acilisKolonlari(b.acilis) +
-                    ",1,1,0," + dovizDegerleri(sayi(5), b.hane) + "," + std::to_string(gun) + "," + fis,
+                    sayiMetni(rows->value(i, 6).text()) + "," + tirnakli(kod) + "," +
+                    metinSql(rows->value(i, 2)) + "," + sayiMetni(sqlMetni(n.alacak)) + "," +
+                    sayiMetni(sqlMetni(n.borc)) + "," + acilisKolonlari(b.acilis) + ",1,1,0," +
+                    dovizDegerleri(sayi(5), b.hane) + "," + sayiMetni(std::to_string(gun)) + "," + fis,
                 kod);
   }
 }
@@ -175,9 +176,9 @@ void Personel_Acilis_Devret(Baglam& b) {
       continue;
     }
     yazici.ekle(b.acilis.tarih + ",'" + std::to_string(i + 1) + "','Açılış Fişi'," +
-                    rows->value(i, 5).text() + "," + tirnakli(kod) + "," + metinSql(rows->value(i, 2)) + "," +
-                    sqlMetni(n.alacak) + "," + sqlMetni(n.borc) + "," + acilisKolonlari(b.acilis) +
-                    ",1,0,0," + fis,
+                    sayiMetni(rows->value(i, 5).text()) + "," + tirnakli(kod) + "," +
+                    metinSql(rows->value(i, 2)) + "," + sayiMetni(sqlMetni(n.alacak)) + "," +
+                    sayiMetni(sqlMetni(n.borc)) + "," + acilisKolonlari(b.acilis) + ",1,0,0," + fis,
                 kod);
     b.adim(i + 1, rows->count());
   }

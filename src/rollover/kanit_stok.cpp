@@ -1,45 +1,36 @@
-// The proof of the stock: one question gathers what both companies hold by warehouse and item, and one walk
-// over its answer gives quantities and values of all warehouses.
-//
-// Only the unit costs come from the run, which has replayed the histories; that it replayed all of them is
-// proved by sums over the movements.
+// The proof of the stock: one question asks what both companies hold by warehouse and item, and one walk over
+// its answer gives quantities and values of all warehouses. The unit costs are the proof's own.
 #include <array>
 #include <cstdlib>
 #include <set>
 
 #include "rollover/adimlar.h"
+#include "rollover/kanit_maliyeti.h"
 #include "rollover/kanit_turleri.h"
 
 namespace rollover {
 
 namespace {
 
-constexpr std::int64_t sayfa = 5000;
-
-// DEVIR_KANIT: per warehouse and code of the source (its first card of that code) the items of the source and
-// the openings of the target.
-std::int64_t topla(Baglam& b) {
-  b.yap(
-      "CREATE TABLE DEVIR_KANIT (Sira INT NOT NULL IDENTITY(1,1) PRIMARY KEY, Ambar_No INT NULL, Kod INT "
-      "NULL, "
-      "Stok_ID INT NULL, Kaynak FLOAT NULL, Hedef FLOAT NULL, Tutar FLOAT NULL)");
+// Per warehouse and code of the source (its first card of that code) the items of the source and the openings
+// of the target.
+std::string stokSorusu(const Baglam& b) {
   const std::string ilkKart = "(SELECT MIN(k.Stok_ID) FROM " + b.k("STOKKART") + " k WHERE k.Stok_Kod=";
-  return b.yap(
-      "INSERT INTO DEVIR_KANIT (Ambar_No,Kod,Stok_ID,Kaynak,Hedef,Tutar) SELECT "
-      "x.Ambar_No,x.Kod,x.Stok_ID,SUM(x.kaynak),SUM(x.hedef),SUM(x.tutar) FROM (SELECT a.Ambar_No," +
-      ilkKart +
-      "s.Stok_Kod) AS Kod,s.Stok_ID,a.net AS kaynak,0 AS hedef,0 AS tutar FROM (SELECT "
-      "Stok_ID,Ambar_No,ISNULL(G,0)-ISNULL(C,0) AS net FROM " +
-      b.k("AMBBAK") + ") a," + b.k("STOKKART") + " s WHERE s.Stok_ID=a.Stok_ID UNION ALL SELECT h.Ambar_No," +
-      ilkKart + "h.Stok_Kod)," + ilkKart +
-      "h.Stok_Kod),0,ISNULL(h.Giris,0)-ISNULL(h.Cikis,0),ISNULL(h.Tutar,0) FROM STOKHAREKET h WHERE "
-      "h.Islem_Tipi='Açılış Fişi') x WHERE x.Kod IS NOT NULL GROUP BY x.Ambar_No,x.Kod,x.Stok_ID ORDER BY "
-      "x.Ambar_No,x.Kod,x.Stok_ID");
+  return "SELECT x.Ambar_No,x.Kod,x.Stok_ID,SUM(x.kaynak) AS kaynak,SUM(x.hedef) AS hedef,SUM(x.tutar) AS "
+         "tutar FROM (SELECT a.Ambar_No," +
+         ilkKart +
+         "s.Stok_Kod) AS Kod,s.Stok_ID,a.net AS kaynak,0 AS hedef,0 AS tutar FROM (SELECT "
+         "Stok_ID,Ambar_No,SUM(ISNULL(G,0)-ISNULL(C,0)) AS net FROM " +
+         b.k("AMBBAK") + " GROUP BY Stok_ID,Ambar_No) a," + b.k("STOKKART") +
+         " s WHERE s.Stok_ID=a.Stok_ID UNION ALL SELECT h.Ambar_No," + ilkKart + "h.Stok_Kod)," + ilkKart +
+         "h.Stok_Kod),0,ISNULL(h.Giris,0)-ISNULL(h.Cikis,0),ISNULL(h.Tutar,0) FROM STOKHAREKET h WHERE "
+         "h.Islem_Tipi='Açılış Fişi') x WHERE x.Kod IS NOT NULL GROUP BY x.Ambar_No,x.Kod,x.Stok_ID ORDER BY "
+         "x.Ambar_No,x.Kod,x.Stok_ID";
 }
 
 class StokKaniti {
  public:
-  explicit StokKaniti(Baglam& b) : b_(b), maliyetler_(maliyetler(b)) {
+  explicit StokKaniti(Baglam& b) : b_(b), maliyet_(b) {
     const Secenekler& s = b.g.secenekler;
     miktarKapali_ = kapaliMetni(s, ustStok, 1);
     degerKapali_ = miktarKapali_.empty() ? kapaliMetni(s, ustStok, 2) : miktarKapali_;
@@ -47,14 +38,14 @@ class StokKaniti {
 
   std::vector<KanitDokumu> hazirla() {
     ambarlariAc();
-    yuru(topla(b_));
-    b_.yap("DROP TABLE DEVIR_KANIT");
+    b_.akit(stokSorusu(b_), [&](const db::Rows& rows, std::int64_t i) { satir(rows, i); });
+    kapat();
+    adlandir();
     std::vector<KanitDokumu> out;
     for (auto& [no, a] : ambarlar_) out.push_back(std::move(a.miktar));
     if (tanimsiz_.miktar.toplam.kaynak != Para{} || !tanimsiz_.miktar.ayrintilar.empty())
       out.push_back(std::move(tanimsiz_.miktar));
     for (auto& [no, a] : ambarlar_) out.push_back(std::move(a.deger));
-    out.push_back(hareketKaniti());
     return out;
   }
 
@@ -85,18 +76,6 @@ class StokKaniti {
     tanimsiz_ = {dokum("Stok miktarı, tanımsız ambar"), dokum("")};
   }
 
-  void yuru(std::int64_t toplam) {
-    for (std::int64_t sira = 0; sira < toplam; sira += sayfa) {
-      const auto rows =
-          b_.oku("SELECT Ambar_No,Kod,Stok_ID,Kaynak,Hedef,Tutar FROM DEVIR_KANIT WHERE Sira>" +
-                 std::to_string(sira) + " AND Sira<=" + std::to_string(sira + sayfa) + " ORDER BY Sira");
-      for (std::int64_t i = 0; i < rows->count(); ++i) satir(*rows, i);
-      adlandir();
-      b_.adim(std::min(sira + sayfa, toplam), toplam);
-    }
-    kapat();
-    adlandir();
-  }
   // Two cards may share a code: their rows are neighbours and make one item.
   void satir(const db::Rows& rows, std::int64_t i) {
     const auto at = rows.value(i, 0).isNull() ? ambarlar_.end() : ambarlar_.find(rows.value(i, 0).integer());
@@ -108,7 +87,7 @@ class StokKaniti {
     const Para net = Para::sayidan(rows.value(i, 3).real());
     kalem_.kaynak = kalem_.kaynak + net;
     kalem_.hedef = kalem_.hedef + Para::sayidan(rows.value(i, 4).real());
-    kalem_.kaynakDegeri = kalem_.kaynakDegeri + net * maliyetler_.bul(rows.value(i, 2).integer());
+    kalem_.kaynakDegeri = kalem_.kaynakDegeri + maliyet_.degeri(rows.value(i, 2).integer(), net);
     kalem_.hedefDegeri = kalem_.hedefDegeri + Para::sayidan(rows.value(i, 5).real());
   }
   void kapat() {
@@ -170,23 +149,6 @@ class StokKaniti {
                : "";
   }
 
-  // The movements that count for the cost: how many there are and what they leave, against those replayed.
-  KanitDokumu hareketKaniti() {
-    const auto rows = b_.oku("SELECT COUNT(*),SUM(ISNULL(Giris-Cikis,0)) FROM " + b_.k("STOKHAREKET") +
-                             " WHERE " + maliyetKosulu(b_));
-    KanitDokumu d = dokum("Maliyet hesabına giren hareketler");
-    d.toplam.kaynak = Para::tam(rows->value(0, 0).integer());
-    d.toplam.hedef = Para::tam(maliyetler_.hareket);
-    KanitSatiri kalan;
-    kalan.tur = d.toplam.tur;
-    kalan.ad = "Hareketlerin bıraktığı miktar";
-    kalan.kaynak = Para::sayidan(rows->value(0, 1).real());
-    kalan.hedef = maliyetler_.miktar;
-    if (miktarYuvarlamasi(kalan)) kalan.neden = "Miktarın kesir yuvarlaması";
-    if (kalan.fark() != Para{}) d.ayrintilar.push_back(std::move(kalan));
-    return d;
-  }
-
   struct Adsiz {
     KanitDokumu* dokum;
     std::size_t sira;
@@ -194,7 +156,7 @@ class StokKaniti {
   };
 
   Baglam& b_;
-  const Maliyetler& maliyetler_;
+  const KanitMaliyeti maliyet_;
   std::string miktarKapali_, degerKapali_;
   std::map<std::int64_t, Ambar> ambarlar_;
   Ambar tanimsiz_;

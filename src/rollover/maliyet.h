@@ -27,11 +27,9 @@ class Maliyetlendirme_AOG {
   Para miktar_, birim_, deger_;
 };
 
-// Costs of all items by their source ids, and what was replayed for them.
+// Costs of all items by their source ids.
 struct Maliyetler {
   std::vector<std::pair<std::int64_t, Para>> birim;  // in the order of the ids
-  std::int64_t hareket = 0;                          // rows replayed
-  Para miktar;                                       // left over, of all items
 
   // 0 for an item without a history.
   Para bul(std::int64_t stok) const;

@@ -1,4 +1,4 @@
-// The costing of all items: their histories in the order of the replay, page by page.
+// The costing of all items: their histories in the order of the replay, as they come from the server.
 #include "rollover/adimlar.h"
 #include "rollover/maliyet.h"
 
@@ -6,22 +6,9 @@ namespace rollover {
 
 namespace {
 
-constexpr int sayfa = 5000;
-
 std::optional<Para> para(const db::Value& deger) {
   if (deger.isNull()) return std::nullopt;
   return Para::sayidan(deger.real());
-}
-
-// DEVIR_HAREKET stands in the target while the replay goes on: its numbers make pages of an order for which
-// the movements have no index, so that memory does not grow with them.
-std::int64_t gecmisleriSirala(Baglam& b) {
-  b.yap(
-      "CREATE TABLE DEVIR_HAREKET (Sira INT NOT NULL IDENTITY(1,1) PRIMARY KEY, Stok_ID INT NULL, Giris REAL "
-      "NULL, Cikis REAL NULL, Maliyet FLOAT NULL)");
-  return b.yap(
-      "INSERT INTO DEVIR_HAREKET (Stok_ID,Giris,Cikis,Maliyet) SELECT Stok_ID,Giris,Cikis,Maliyet FROM " +
-      b.k("STOKHAREKET") + " WHERE " + maliyetKosulu(b) + " ORDER BY Stok_ID,Tarih,Cikis,Stok_Hareket_ID");
 }
 
 class Yurutme {
@@ -30,7 +17,6 @@ class Yurutme {
     if (stok != stok_) bitir();
     stok_ = stok;
     hesap_.isle(hareket);
-    ++sonuc_.hareket;
   }
   Maliyetler sonuc() {
     bitir();
@@ -39,10 +25,7 @@ class Yurutme {
 
  private:
   void bitir() {
-    if (stok_ != 0) {
-      sonuc_.birim.emplace_back(stok_, hesap_.birimMaliyet());
-      sonuc_.miktar = sonuc_.miktar + hesap_.miktar();
-    }
+    if (stok_ != 0) sonuc_.birim.emplace_back(stok_, hesap_.birimMaliyet());
     hesap_ = {};
   }
 
@@ -53,28 +36,17 @@ class Yurutme {
 
 }  // namespace
 
-std::string maliyetKosulu(const Baglam& b) {
-  return "Satir_Tipi='Mal' AND Islem_Tipi NOT LIKE 'Konsinye%' AND Stok_ID IS NOT NULL AND Tarih <= " +
-         tarihSql(b.g.taraf[0].Bit_Tar);
-}
-
-const Maliyetler& maliyetler(Baglam& b) {
-  if (b.maliyetler) return *b.maliyetler;
-  const std::int64_t toplam = gecmisleriSirala(b);
+Maliyetler maliyetler(Baglam& b) {
   Yurutme yurutme;
-  for (std::int64_t sira = 0; sira < toplam;) {
-    const auto rows =
-        b.oku("SELECT Sira,Stok_ID,Giris,Cikis,Maliyet FROM DEVIR_HAREKET WHERE Sira>" +
-              std::to_string(sira) + " AND Sira<=" + std::to_string(sira + sayfa) + " ORDER BY Sira");
-    for (std::int64_t i = 0; i < rows->count(); ++i)
-      yurutme.satir(rows->value(i, 1).integer(),
-                    {para(rows->value(i, 2)), para(rows->value(i, 3)), para(rows->value(i, 4))});
-    sira += sayfa;
-    b.adim(sira, toplam);
-  }
-  b.yap("DROP TABLE DEVIR_HAREKET");
-  b.maliyetler = yurutme.sonuc();
-  return *b.maliyetler;
+  b.akit("SELECT Stok_ID,Giris,Cikis,Maliyet FROM " + b.k("STOKHAREKET") +
+             " WHERE Satir_Tipi='Mal' AND Islem_Tipi NOT LIKE 'Konsinye%' AND Stok_ID IS NOT NULL AND Tarih "
+             "<= " +
+             tarihSql(b.g.taraf[0].Bit_Tar) + " ORDER BY Stok_ID,Tarih,Cikis,Stok_Hareket_ID",
+         [&](const db::Rows& rows, std::int64_t i) {
+           yurutme.satir(rows.value(i, 0).integer(),
+                         {para(rows.value(i, 1)), para(rows.value(i, 2)), para(rows.value(i, 3))});
+         });
+  return yurutme.sonuc();
 }
 
 }  // namespace rollover

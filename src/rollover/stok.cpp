@@ -102,9 +102,9 @@ class AmbarAcilisi {
       }
       const Para maliyet = maliyetler_ == nullptr ? Para{} : maliyetler_->bul(rows->value(i, 1).integer());
       toplam_ = toplam_ + net * maliyet;
-      yazici_.ekle(sira + "," + std::to_string(satirNo_) + "," + sqlMetni(net) + "," + sqlMetni(maliyet) +
-                       "," + sqlMetni(net * maliyet),
-                   sira);
+      std::string degerler = sayiMetni(sira) + "," + sayiMetni(std::to_string(satirNo_));
+      for (const Para para : {net, maliyet, net * maliyet}) degerler += "," + sayiMetni(sqlMetni(para));
+      yazici_.ekle(std::move(degerler), sira);
     }
     yazici_.bosalt();
   }
@@ -164,7 +164,9 @@ void Stok_Acilis_Devret(Baglam& b) {
   b.yap("DELETE FROM STOKHAREKET WHERE Islem_Tipi='Açılış Fişi'");
   if (!b.kaynakta("AMBAR")) return;
   bakiyeleriTopla(b);
-  const Maliyetler* const m = b.odak.sonraki(2) ? &maliyetler(b) : nullptr;
+  std::optional<Maliyetler> birim;
+  if (b.odak.sonraki(2)) birim = maliyetler(b);
+  const Maliyetler* const m = birim ? &*birim : nullptr;
   auto araliklar = ambarAraliklari(b);
   std::set<std::string> acilan;
   const auto ambarlar = b.kaynakOku("SELECT Ambar_No FROM AMBAR ORDER BY Ambar_No");

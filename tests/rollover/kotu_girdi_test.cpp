@@ -46,6 +46,25 @@ TEST_F(KotuGirdiTest, CodesOfEveryKindFindThemselves) {
   }
 }
 
+TEST_F(KotuGirdiTest, ReferencesIntoNowhereStayAndThoseWithoutATargetBecomeTheFirst) {
+  s().run(
+      "INSERT INTO SATICI (Satici_Kodu) VALUES ('Bizim') INSERT INTO CARIKART (Cari_Kod,Satici_ID,MHesap_ID) "
+      "VALUES ('YOK',987654,876543) INSERT INTO CARIKART (Cari_Kod,Satici_ID) SELECT 'BIZIM',Satici_ID FROM "
+      "SATICI WHERE Satici_Kodu='Bizim' INSERT INTO CARIHAREKET (Tarih,Fis_No,Islem_Tipi,Cari_ID,BTutar,"
+      "ATutar,Vade,Dovizli_Tutar) VALUES ('20120101','1','Borç Dekontu',765432,10,0,0,0) INSERT INTO "
+      "STOKHAREKET (Tarih,Fis_No,Islem_Tipi,Satir_Tipi,Stok_ID,Stok_Kod,Ambar_No,Giris,Cikis,Maliyet) VALUES "
+      "('20120101','1','Alış','Mal',654321,'YOK',1,9,0,3) INSERT INTO CARISTOKFIYAT (Cari_ID,Stok_ID) VALUES "
+      "(543210,432109)");
+  DevirGirdisi g = girdi();
+  g.secenekler.koy(*Secenekler::bul("10"), false);  // the sellers stay behind
+  const auto sonuc = devret(g);
+  EXPECT_EQ(sonuc.kanit.aciklanmayan(), 0) << kanitMetni(sonuc.kanit, true);
+  EXPECT_EQ(satirlar("SELECT Cari_Kod,Satici_ID,MHesap_ID FROM CARIKART ORDER BY Cari_Kod"),
+            "BIZIM|1|0\nYOK|987654|876543");
+  EXPECT_EQ(satirlar("SELECT Cari_ID,Stok_ID FROM CARISTOKFIYAT"), "543210|432109");
+  EXPECT_EQ(satirlar("SELECT COUNT(*) FROM ACILIS") + satirlar("SELECT COUNT(*) FROM STOKHAREKET"), "00");
+}
+
 TEST_F(KotuGirdiTest, EmptyValuesAndGapsStopNothing) {
   // A row of NULLs wherever the schema lets one stand, between ids that are gone.
   for (const char* const tablo :
@@ -103,6 +122,35 @@ TEST_F(KotuGirdiTest, DatabasesThatAreGoneOrStopEndTheRunWithAText) {
     EXPECT_EQ(sonuc.hata.rfind(d.metin, 0), 0U) << sonuc.hata;
     s().bagla("Defination_DB");
     EXPECT_EQ(satirlar("SELECT * FROM sysfrmlng ORDER BY sysfrm_ID"), firmalar);
+  }
+}
+
+// The server keeps both databases for the run: nobody takes them away while it reads and writes.
+TEST_F(KotuGirdiTest, NobodyDropsADatabaseUnderTheRun) {
+  s().run("INSERT INTO KASAKART (Kasa_Kod,Kasa_Ad) VALUES ('K1','Merkez')");
+  devret(girdi());
+  s().run("UPDATE KASAKART SET Kasa_Ad='Hedefte'");
+  auto kim = s().s.oturum.Baglanti->parts();
+  kim.database = "master";
+  DevirGirdisi g = girdi();
+  for (const std::string ad : {kaynak, "YENI2013"}) {
+    int deneme = 0;
+    g.iptal = [&] {
+      if (++deneme != 25) return false;
+      auto baskasi = sirket().factory->make("(yerel)");
+      baskasi->open(kim);
+      try {
+        baskasi->execute("DROP DATABASE " + ad);
+        ADD_FAILURE() << ad;
+      } catch (const db::SqlError& hata) {
+        EXPECT_EQ(hata.serverNumber(), 3702) << ad << ": " << hata.what();
+      }
+      return false;
+    };
+    devret(g);
+    EXPECT_GT(deneme, 25);
+    EXPECT_EQ(satirlar("SELECT Kasa_Ad FROM KASAKART"), "Merkez");
+    s().bagla("Defination_DB");
   }
 }
 

@@ -6,49 +6,11 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "bench/devir_ortami.h"
 #include "bench/devir_taban.h"
-#include "catalog/sunucu_hazirla.h"
-#include "company/firma_karti.h"
 #include "company/ornek_veri.h"
-#include "company/upgrade/guncelle.h"
-#include "db/drivers.h"
-#include "engine/server.h"
-#include "rollover/devir.h"
-#include "session/statements.h"
-#include "session/yerel_ortam.h"
-#include "support/izleyen_surucu.h"
 
 namespace {
-
-namespace fs = std::filesystem;
-
-struct Silent : session::Boxes, session::Progress {
-  void message(const std::string& text, session::Icon, std::string_view) override {
-    std::fprintf(stderr, "%s\n", text.c_str());
-  }
-  bool ask(const std::string&, session::Icon, std::string_view) override { return true; }
-  void text(const std::string&) override {}
-  void step(std::int64_t, std::int64_t) override {}
-  void whole(std::int64_t, std::int64_t) override {}
-  void pump() override {}
-};
-
-void firmaYap(session::Oturum& o, const std::string& ad, const std::string& kod, const std::string& yil) {
-  o.Yeni_Kayit = true;
-  company::FirmaKarti kart;
-  kart.Firma_Adi = kart.Firma_Unvani = ad;
-  kart.Firma_Kodu = kod;
-  kart.Bas_Tar = "01/01/" + yil;
-  kart.Bit_Tar = "31/12/" + yil;
-  company::Kaydet(o, kart);
-  company::upgrade::Veritabani_Guncelle(o, ad);
-}
-
-double processorOf(const std::function<void()>& work) {
-  const double before = bench::processorSeconds();
-  work();
-  return bench::processorSeconds() - before;
-}
 
 // What a statement per row and two per reference would be: counted from the rows, not sent.
 std::int64_t satirSatir(db::Connection& c) {
@@ -70,43 +32,23 @@ std::int64_t satirSatir(db::Connection& c) {
 }
 
 double olc(int olcek, double ilk) {
-  const bench::Folder temporary;
-  const fs::path& folder = temporary.path;
-  engine::Server::create(folder / "veri", "sa", "gizli");
-  support::IzleyenSurucu surucu(db::makeConnectionFactory(folder));
-  Silent silent;
-  session::YerelSaat saat;
-  session::YerelPlatform platform(folder);
-  session::Oturum o;
-  o.surucu = &surucu;
-  o.kutular = &silent;
-  o.ilerleme = &silent;
-  o.saat = &saat;
-  o.platform = &platform;
-  o.Server_Adi = "(yerel)";
-  o.SQL_Login = "sa";
-  o.SQL_Sifre = "gizli";
-  o.Tanim_DB_Versiyon = o.Firma_DB_Versiyon = "2012.002";
-  catalog::Sunucu_Hazirla(o, {"Korvena", "abc", ""});
-  o.Veri_Klasoru = o.Baglanti->query("SELECT sysdtyl FROM sysDTYL")->value(0, 0).trimmed();
-  firmaYap(o, "KAYNAK", "00001", "2012");
-  firmaYap(o, "HEDEF", "00002", "2013");
+  bench::DevirOrtami<support::IzleyenSurucu> ortam;
+  session::Oturum& o = ortam.o;
+  support::Izleme& izleme = ortam.surucu.izleme;
   const auto veri = company::Ornek_Veri_Yaz(o, "KAYNAK", {olcek, 1});
   if (!veri.hata.empty()) throw std::runtime_error(veri.hata);
   session::Katalog_Bagla(o, "Defination_DB");
-  rollover::DevirGirdisi g;
-  rollover::Firma_Kayit_Getir(o, "KAYNAK", g.taraf[0]);
-  rollover::Firma_Kayit_Getir(o, "HEDEF", g.taraf[1]);
-  surucu.izleme.sifirla();
-  const long once = bench::statusKilobytes("VmRSS");
+  const rollover::DevirGirdisi g = ortam.girdi();
+  izleme.sifirla();
+  const long once = bench::statusKilobytes("RssAnon");
   rollover::DevirSonucu sonuc;
-  const double sure = processorOf([&] { sonuc = rollover::Devret(o, g); });
+  const double sure = bench::processorOf([&] { sonuc = rollover::Devret(o, g); });
   if (!sonuc.tamam) throw std::runtime_error(sonuc.hata);
-  const auto deyim = static_cast<std::int64_t>(surucu.izleme.deyimler.size());
+  const auto deyim = static_cast<std::int64_t>(izleme.deyimler.size());
   const std::int64_t saf = satirSatir(*o.Baglanti);
   o.Kayitlar.close();
   o.Baglanti.reset();
-  bench::DevirTabani taban(folder);
+  bench::DevirTabani taban(ortam.temporary.path);
   const double tabanSure = taban.olc();
   if (const std::string farklar = taban.farklar(); !farklar.empty())
     std::printf("the floor's rows differ from those of the run:\n%s", farklar.c_str());
@@ -115,7 +57,7 @@ double olc(int olcek, double ilk) {
       "statements (naive %lld, %.0f times), %+ld kB, unexplained %lld",
       olcek, static_cast<long long>(veri.satir), static_cast<long long>(sonuc.eklenen), sure, tabanSure,
       sure / tabanSure, static_cast<long long>(deyim), static_cast<long long>(saf),
-      static_cast<double>(saf) / static_cast<double>(deyim), bench::statusKilobytes("VmRSS") - once,
+      static_cast<double>(saf) / static_cast<double>(deyim), bench::statusKilobytes("RssAnon") - once,
       static_cast<long long>(sonuc.kanit.aciklanmayan()));
   if (ilk > 0) std::printf(", time per scale %.2f of the first", sure / olcek / ilk);
   std::printf("\n");

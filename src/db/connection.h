@@ -65,8 +65,8 @@ class BatchSink {
   virtual void onRows(std::unique_ptr<Rows> rows) = 0;
   virtual void onRowCount(std::int64_t rows) = 0;
   virtual void onMessage(const std::string& text) = 0;
-  // How many rows onRows takes at most; a longer result set comes in several pages, each of which lives as long
-  // as the call. 0: the whole at once, to be kept.
+  // How many rows onRows takes at most; a longer result set comes in several pages, each of which lives as
+  // long as the call. 0: the whole at once, to be kept.
   virtual std::int64_t pageRows() const { return 0; }
 };
 

@@ -89,11 +89,15 @@ EmbeddedRows::Form EmbeddedRows::formOf(const engine::Type& type) {
 }
 
 EmbeddedRows::EmbeddedRows(engine::ResultSet&& set)
-    : EmbeddedRows(*std::make_unique<const engine::ResultSet>(std::move(set)).release()) {
-  own_.reset(set_);
+    : own_(std::make_unique<const engine::ResultSet>(std::move(set))), set_(own_.get()) {
+  describe();
 }
 
 EmbeddedRows::EmbeddedRows(const engine::ResultSet& page) : set_(&page) {
+  describe();
+}
+
+void EmbeddedRows::describe() {
   for (const auto& column : set_->columns()) {
     fields_.push_back(fieldInfo(column));
     forms_.push_back(formOf(column.type));

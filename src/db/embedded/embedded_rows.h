@@ -1,6 +1,7 @@
 // A result set of the embedded server as rows of values.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "db/connection.h"
@@ -21,6 +22,7 @@ class EmbeddedRows : public Rows {
   // How a cell becomes a value, settled once per column.
   enum class Form : std::uint8_t { Bit, Integer, Real, Scaled, WideDecimal, Date, Text, Padded, Bytes };
   static Form formOf(const engine::Type& type);
+  void describe();
 
   std::unique_ptr<const engine::ResultSet> own_;
   const engine::ResultSet* set_;

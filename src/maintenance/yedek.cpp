@@ -78,7 +78,7 @@ std::string yedekAl(Oturum& oturum, Bakim& bakim, const VeriDosyalari& dosyalar,
                                  "Log dosyası", data, toplam);
       !hata.empty())
     return hata;
-  if (std::string hata = adlandir(yarim, firma, oturum.saat->now(), sonuc.klasor); !hata.empty()) return hata;
+  if (std::string hata = adlandir(oturum, yarim, firma, sonuc.klasor); !hata.empty()) return hata;
   const std::string hata = mola.baslat();
   sonuc.kesinti = mola.saniye();
   cubuk.adim();

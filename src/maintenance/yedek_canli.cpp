@@ -46,7 +46,7 @@ std::string canliAl(Oturum& oturum, Bakim& bakim, const VeriDosyalari& dosyalar,
       return hata == std::errc::operation_canceled ? std::string(vazgecildi)
                                                    : dosya.string() + " okunamadı: " + hata.message();
   cubuk.adim();
-  return adlandir(yarim, firma, oturum.saat->now(), sonuc.klasor);
+  return adlandir(oturum, yarim, firma, sonuc.klasor);
 }
 
 }  // namespace

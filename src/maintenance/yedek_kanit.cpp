@@ -91,6 +91,14 @@ std::optional<YedekKaniti> klasorunKaniti(const Oturum& oturum, const fs::path& 
   return bulunan;
 }
 
+void klasorunKanitlariniSil(const Oturum& oturum, const fs::path& klasor) {
+  std::vector<fs::path> eskiler;
+  std::error_code hata;
+  for (fs::directory_iterator it(kanitKlasoru(oturum), hata), son; !hata && it != son; it.increment(hata))
+    if (const auto kanit = oku(it->path()); kanit && kanit->klasor == klasor) eskiler.push_back(it->path());
+  for (const fs::path& eski : eskiler) fs::remove(eski, hata);
+}
+
 std::vector<YedekKaniti> kanitlar(const Oturum& oturum, const std::string& firma) {
   auto out = kanitlar(oturum);
   std::erase_if(

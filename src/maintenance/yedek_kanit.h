@@ -43,6 +43,8 @@ struct YedekKaniti {
 std::optional<YedekKaniti> kanitBul(const session::Oturum& oturum, const std::string& firma,
                                     const std::string& dataOzeti);
 std::optional<YedekKaniti> klasorunKaniti(const session::Oturum& oturum, const std::filesystem::path& klasor);
+// What is known of a folder that has gone must not be held against a new one of its name.
+void klasorunKanitlariniSil(const session::Oturum& oturum, const std::filesystem::path& klasor);
 // All of them, or those of one company, oldest first.
 std::vector<YedekKaniti> kanitlar(const session::Oturum& oturum);
 std::vector<YedekKaniti> kanitlar(const session::Oturum& oturum, const std::string& firma);

@@ -87,11 +87,13 @@ fs::path yarimKlasor(const fs::path& dizin, const std::string& firma, const db::
   return klasor;
 }
 
-std::string adlandir(const fs::path& yarim, const std::string& firma, const db::DateTime& gun,
+std::string adlandir(const Oturum& oturum, const fs::path& yarim, const std::string& firma,
                      fs::path& klasor) {
+  const db::DateTime gun = oturum.saat->now();
   std::error_code hata, yok;
   do {
     klasor = bosKlasor(yarim.parent_path(), firma, gun);
+    klasorunKanitlariniSil(oturum, klasor);
     hata = platform::renameDurably(yarim, klasor);
   } while (hata && fs::exists(fs::symlink_status(klasor, yok)) && fs::exists(yarim, yok));
   return hata ? "Klasör adlandırılamadı (" + klasor.string() + "): " + hata.message() : std::string();

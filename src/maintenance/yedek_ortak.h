@@ -41,8 +41,8 @@ std::string klasorYap(const std::filesystem::path& klasor);
 std::filesystem::path yarimKlasor(const std::filesystem::path& dizin, const std::string& firma,
                                   const db::DateTime& gun);
 // Gives a whole one its own name, the first that is free; a Turkish text when it cannot be.
-std::string adlandir(const std::filesystem::path& yarim, const std::string& firma, const db::DateTime& gun,
-                     std::filesystem::path& klasor);
+std::string adlandir(const session::Oturum& oturum, const std::filesystem::path& yarim,
+                     const std::string& firma, std::filesystem::path& klasor);
 // Behind a symbolic link the file that it names, so that a new one takes that file's place and the link
 // stays.
 std::filesystem::path asilDosya(const std::filesystem::path& yol);

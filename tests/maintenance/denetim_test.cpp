@@ -88,6 +88,27 @@ TEST_F(Denetim, AWholeBackupIsProvedAndItsProofKept) {
              sayfalarSaglam, tablolar() + ": ilk denetlendiği andaki gibi."}));
 }
 
+// As after a kill between the two files and their record, in the place of a folder that was taken away by
+// hand.
+TEST_F(Denetim, ANewBackupIsNotHeldAgainstAnOlderOneOfItsName) {
+  const fs::path ilk = yedekle();
+  fs::remove_all(ilk);
+  o.calistir("Defination_DB", "INSERT INTO NOTLAR VALUES(3,'üç')");
+  const fs::path klasor = yedekle();
+  ASSERT_EQ(klasor, ilk);
+  const auto sonKanit = [&] {
+    fs::path son;
+    for (const auto& dosya : fs::directory_iterator(o.klasor / "yedek_kanit"))
+      if (son.empty() || dosya.last_write_time() > fs::last_write_time(son)) son = dosya.path();
+    return son;
+  };
+  fs::remove(sonKanit());
+  EXPECT_EQ(denetle(klasor).front(),
+            "Dosyalar|Bilgi|Bu yedeğin alındığı andaki özeti burada kayıtlı değil; yalnız kendi içinde "
+            "denetlendi.");
+  EXPECT_TRUE(sonuc.saglam);
+}
+
 TEST_F(Denetim, ALiveBackupStopsNobodyAndIsHeldAgainstTheLiveTables) {
   auto baska = o.surucu->make("(yerel)");
   baska->open({"(yerel)", "sa", "gizli", "Defination_DB", false});

@@ -235,9 +235,13 @@ TEST_F(Breaking, AKilledClientIsSentAway) {
   EXPECT_EQ(killer.batch("KILL " + number), "done\n");
   EXPECT_EQ(killer.batch("SET LOCK_TIMEOUT 10000 DELETE FROM T"), "done 0\n");
   EXPECT_TRUE(victim.closed());
-  EXPECT_EQ(killer.batch(
-                "SELECT COUNT(*) AS c FROM master..sysprocesses WHERE loginame='sa' AND program_name='prog'"),
-            "columns c:int4\nrow 1\ndone select 1\n");
+  // Its socket goes first, then its session.
+  const std::string count =
+      "SELECT COUNT(*) AS c FROM master..sysprocesses WHERE loginame='sa' AND program_name='prog'";
+  const std::string alone = "columns c:int4\nrow 1\ndone select 1\n";
+  for (int i = 0; i < 200 && killer.batch(count) != alone; ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  EXPECT_EQ(killer.batch(count), alone);
 }
 
 TEST_F(Breaking, AnAddressInUseIsTold) {

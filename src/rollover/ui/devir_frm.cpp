@@ -61,7 +61,7 @@ DevirFrm::DevirFrm(session::Oturum& oturum, ui::ConsolePort& konsol)
   sol->addStretch(1);
   auto* yan = new QHBoxLayout;
   yan->setSpacing(ui::gap);
-  constexpr int solEn = 465;
+  constexpr int solEn = 430;
   auto* taraflar = new QWidget;
   taraflar->setMaximumWidth(ui::byLetters(solEn));
   sol->setContentsMargins(0, 0, 0, 0);

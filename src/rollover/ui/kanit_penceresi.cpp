@@ -27,14 +27,14 @@ KanitPenceresi::KanitPenceresi(session::Oturum& oturum, rollover::Kanit kanit, Q
   };
   setObjectName("DevirKaniti");
   setWindowTitle(kanit_.deneme ? "Devir Kanıtı (deneme)" : "Devir Kanıtı");
-  resize(1080, 640);
+  resize(ui::byLetters(1110), 640);
   tablo_->setObjectName("KanitGrd");
   tablo_->setModel(model_);
   tablo_->verticalHeader()->hide();
   tablo_->setSelectionBehavior(QAbstractItemView::SelectRows);
   tablo_->setSelectionMode(QAbstractItemView::SingleSelection);
   tablo_->setWordWrap(false);
-  static constexpr int enler[] = {235, 105, 165, 105, 105, 100};
+  static constexpr int enler[] = {265, 105, 165, 105, 105, 100};
   for (int i = 0; i < static_cast<int>(std::size(enler)); ++i)
     tablo_->setColumnWidth(i, ui::byLetters(enler[i]));
   tablo_->horizontalHeader()->setStretchLastSection(true);

@@ -62,7 +62,9 @@ class KotuGirdi : public testing::Test {
     EXPECT_EQ(sonuc.hata.substr(0, metin.size()), metin);
     EXPECT_EQ(durdu, durur);
     butun("eski");
-    if (fs::exists(hedef)) EXPECT_EQ(icerik(hedef), Adlar{});
+    if (fs::exists(hedef)) {
+      EXPECT_EQ(icerik(hedef), Adlar{});
+    }
   }
   void butun(const std::string& magaza) {
     EXPECT_TRUE(o.calisiyor());

@@ -323,7 +323,10 @@ bool inTheWay(const std::string& told) {
         ::_exit(2);
       }
       if (step.again.empty()) end = run(folder, step.command);
-      for (const Command& command : step.again) end = run(folder, command);
+      for (const Command& command : step.again) {
+        do end = run(folder, command);
+        while (end.code != 0 && inTheWay(end.text));
+      }
     }
     step.effect(model);
     if (::write(acknowledge, "x", 1) != 1) ::_exit(3);

@@ -8,7 +8,9 @@ namespace company::ornek {
 namespace {
 
 constexpr std::size_t topluBoy = 10;        // rows of one statement; preparing it costs their square
-constexpr std::int64_t islemBoyu = 20'000;  // rows of one transaction
+// Rows of one transaction: a company of the usual size is filled whole or not at all; larger ones would make
+// the log as large as the data.
+constexpr std::int64_t islemBoyu = 200'000;
 
 }  // namespace
 

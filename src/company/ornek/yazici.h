@@ -52,7 +52,7 @@ std::string paraMetni(std::int64_t kurus);  // "1234.50"
 // Rows of one table in one statement; none for no row.
 std::string topluSql(std::span<const Kayit> kayitlar);
 
-// Sends statements in transactions of some thousand rows.
+// Sends statements in transactions of very many rows.
 class Yazici {
  public:
   explicit Yazici(db::Connection& baglanti) : baglanti_(baglanti) {}

@@ -44,7 +44,8 @@ class Server {
   fs::path copy() {
     connection.reset();
     factory.reset();
-    fs::copy_file(folder.path / "veri" / "OLCUM.mdf", folder.path / "copy.db");
+    fs::copy_file(folder.path / "veri" / "OLCUM.mdf", folder.path / "copy.db",
+                  fs::copy_options::overwrite_existing);
     open("OLCUM");
     return folder.path / "copy.db";
   }

@@ -266,7 +266,10 @@ std::vector<TableColumn> OdbcConnection::tableColumns(const std::string& databas
   const std::string query = dialect_->columnsQuery({database, table});
   if (query.empty()) return askDriver(database, table);
   if (const auto known = columns_.find(query); known != columns_.end()) return known->second;
-  return columns_[query] = askServer(query);
+  // What is not there yet another connection may make.
+  std::vector<TableColumn> found = askServer(query);
+  if (!found.empty()) columns_[query] = found;
+  return found;
 }
 
 std::vector<TableColumn> OdbcConnection::askServer(const std::string& query) {

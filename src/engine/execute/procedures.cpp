@@ -120,6 +120,13 @@ class ProcedureCall {
 
 namespace {
 
+ResultColumn column(const char* name, Type type) {
+  ResultColumn made;
+  made.name = name;
+  made.type = type;
+  return made;
+}
+
 using P = ProcedureCall;
 const P::Procedure procedures[] = {
     {"sp_addlogin",
@@ -190,12 +197,6 @@ void ProcedureCall::gather(const Procedure& procedure) {
 }
 
 void ProcedureCall::helpDatabases() {
-  const auto column = [](const char* name, Type type) {
-    ResultColumn made;
-    made.name = name;
-    made.type = type;
-    return made;
-  };
   ResultSet set({column("name", {TypeId::NVarChar, 128}), column("db_size", {TypeId::NVarChar, 13}),
                  column("owner", {TypeId::NVarChar, 128}), column("dbid", {TypeId::SmallInt}),
                  column("created", {TypeId::NVarChar, 11}), column("status", {TypeId::NVarChar, 600}),
@@ -295,12 +296,6 @@ void ProcedureCall::kill() {
 }
 
 void ProcedureCall::databases() {
-  const auto column = [](const char* name, Type type) {
-    ResultColumn made;
-    made.name = name;
-    made.type = type;
-    return made;
-  };
   ResultSet set({column("DATABASE_NAME", nameType), column("DATABASE_SIZE", {TypeId::Int}),
                  column("REMARKS", {TypeId::VarChar, 254})});
   constexpr double kilobytes = 1024;

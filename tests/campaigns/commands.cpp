@@ -484,11 +484,7 @@ class Campaign {
 int main(int count, char** values) {
   const auto arguments = campaign::arguments(count, values, 500);
   campaign::Campaign campaign(arguments.seed);
-  int kills = 0;
-  for (int round = 1; round <= arguments.rounds && campaign.failures() < 5; ++round) {
-    kills += campaign.round(round);
-    if (round % 50 == 0) std::cout << kills << " kills so far" << std::endl;
-  }
+  const int kills = campaign::runRounds(campaign, arguments.rounds);
   for (const auto& [command, times] : campaign.counts()) std::cout << command << " " << times << "\n";
   std::cout << kills << " kills, " << campaign.acknowledged() << " commands acknowledged, "
             << campaign.completed_ << " completed by running them again, " << campaign.proved_

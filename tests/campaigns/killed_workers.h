@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 
 #include <chrono>
+#include <iostream>
 #include <thread>
 #include <vector>
 
@@ -58,6 +59,17 @@ inline std::vector<KilledWorker> killWorkers(
     ::close(worker.pipe);
   }
   return workers;
+}
+
+// Rounds until five findings; gives the number of kills. `round` of the campaign gives those of one round.
+template <class Campaign>
+int runRounds(Campaign& campaign, int rounds) {
+  int kills = 0;
+  for (int round = 1; round <= rounds && campaign.failures() < 5; ++round) {
+    kills += campaign.round(round);
+    if (round % 50 == 0) std::cout << kills << " kills so far" << std::endl;
+  }
+  return kills;
 }
 
 // The pairs of all databases and the records of transactions over several, as they lie there.

@@ -264,11 +264,7 @@ class Campaign {
 int main(int count, char** values) {
   const auto arguments = campaign::arguments(count, values, 700);
   campaign::Campaign campaign(arguments.seed);
-  int kills = 0;
-  for (int round = 1; round <= arguments.rounds && campaign.failures() < 5; ++round) {
-    kills += campaign.round(round);
-    if (round % 50 == 0) std::cout << kills << " kills so far" << std::endl;
-  }
+  const int kills = campaign::runRounds(campaign, arguments.rounds);
   std::cout << kills << " kills, " << campaign.acknowledged() << " steps acknowledged, "
             << campaign.failures() << " findings\n";
   return campaign.failures() == 0 ? 0 : 1;

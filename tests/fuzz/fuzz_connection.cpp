@@ -36,19 +36,6 @@ World& world() {
   return made;
 }
 
-std::string packet(std::uint8_t type, const std::string& data) {
-  const std::size_t length = data.size() + 8;
-  return std::string{static_cast<char>(type),
-                     '\1',
-                     static_cast<char>(length >> 8),
-                     static_cast<char>(length),
-                     '\0',
-                     '\0',
-                     '\1',
-                     '\0'} +
-         data;
-}
-
 // What only a second client could end, and what would leave the server another one.
 bool isLeftOut(const std::string& bytes) {
   std::string upper;

@@ -82,35 +82,21 @@ TEST_F(Breaking, AClientThatGoesAwayLeavesNothing) {
 
 TEST_F(Breaking, RubbishEndsItsConnectionAlone) {
   const std::string good = preLogin(2), goodLogin = login(0x74000004, "sa", "gizli", "");
-  const auto packet = [](std::uint8_t type, std::size_t length, const std::string& data) {
-    return std::string{static_cast<char>(type),
-                       '\1',
-                       static_cast<char>(length >> 8),
-                       static_cast<char>(length),
-                       '\0',
-                       '\0',
-                       '\1',
-                       '\0'} +
-           data;
-  };
-  const auto whole = [&](std::uint8_t type, const std::string& data) {
-    return packet(type, data.size() + 8, data);
-  };
   std::string farLogin = goodLogin, longLogin = goodLogin;
   farLogin.replace(40, 2, "\xFF\xFF");
   longLogin.replace(42, 2, "\xFF\x7F");
-  const std::string greeted = whole(0x12, good);
+  const std::string greeted = packet(0x12, good);
   const struct {
     const char* what;
     std::string bytes;
   } cases[] = {
       {"a length below the header's", packet(0x12, 7, "")},
       {"a length beyond the largest", packet(0x12, 0xFFFF, std::string(100, 'x'))},
-      {"a statement before the login", whole(batchType, headers() + utf16("SELECT 1"))},
-      {"a statement instead of the login", greeted + whole(batchType, headers() + utf16("SELECT 1"))},
-      {"an option that lies behind the end", whole(0x12, std::string("\x01\x00\xFF\x00\x01\xFF", 6))},
-      {"options without an end", whole(0x12, std::string("\x00\x00\x0B\x00\x06", 5))},
-      {"an empty PRELOGIN", whole(0x12, "")},
+      {"a statement before the login", packet(batchType, headers() + utf16("SELECT 1"))},
+      {"a statement instead of the login", greeted + packet(batchType, headers() + utf16("SELECT 1"))},
+      {"an option that lies behind the end", packet(0x12, std::string("\x01\x00\xFF\x00\x01\xFF", 6))},
+      {"options without an end", packet(0x12, std::string("\x00\x00\x0B\x00\x06", 5))},
+      {"an empty PRELOGIN", packet(0x12, "")},
       {"an endless PRELOGIN",
        [&] {
          std::string all;
@@ -121,18 +107,19 @@ TEST_F(Breaking, RubbishEndsItsConnectionAlone) {
          }
          return all;
        }()},
-      {"a login cut short", greeted + whole(0x10, goodLogin.substr(0, 50))},
-      {"a name that lies behind the end", greeted + whole(0x10, farLogin)},
-      {"a name that is too long", greeted + whole(0x10, longLogin)},
-      {"an old version", greeted + whole(0x10, login(0x70000000, "sa", "gizli", ""))},
+      {"a login cut short", greeted + packet(0x10, goodLogin.substr(0, 50))},
+      {"a name that lies behind the end", greeted + packet(0x10, farLogin)},
+      {"a name that is too long", greeted + packet(0x10, longLogin)},
+      {"an old version", greeted + packet(0x10, login(0x70000000, "sa", "gizli", ""))},
       {"a web browser", "GET / HTTP/1.1\r\nHost: x\r\n\r\n"},
       {"headers longer than the message",
-       greeted + whole(0x10, goodLogin) + whole(batchType, number(500, 4))},
+       greeted + packet(0x10, goodLogin) + packet(batchType, number(500, 4))},
       {"headers shorter than their length",
-       greeted + whole(0x10, goodLogin) + whole(batchType, number(1, 4))},
-      {"a call cut short", greeted + whole(0x10, goodLogin) + whole(3, headers() + number(0xFFFF, 2))},
-      {"a call of an unknown number", greeted + whole(0x10, goodLogin) + whole(3, headers() + call(99, {}))},
-      {"a message of an unknown type", greeted + whole(0x10, goodLogin) + whole(0x33, headers())},
+       greeted + packet(0x10, goodLogin) + packet(batchType, number(1, 4))},
+      {"a call cut short", greeted + packet(0x10, goodLogin) + packet(3, headers() + number(0xFFFF, 2))},
+      {"a call of an unknown number",
+       greeted + packet(0x10, goodLogin) + packet(3, headers() + call(99, {}))},
+      {"a message of an unknown type", greeted + packet(0x10, goodLogin) + packet(0x33, headers())},
   };
   for (const auto& each : cases) {
     Client client(server->port());

@@ -326,6 +326,22 @@ std::string namedCall(const std::string& name, const std::vector<std::string>& p
   return out;
 }
 
+std::string packet(std::uint8_t type, std::size_t length, const std::string& data) {
+  return std::string{static_cast<char>(type),
+                     '\1',
+                     static_cast<char>(length >> 8),
+                     static_cast<char>(length),
+                     '\0',
+                     '\0',
+                     '\1',
+                     '\0'} +
+         data;
+}
+
+std::string packet(std::uint8_t type, const std::string& data) {
+  return packet(type, data.size() + 8, data);
+}
+
 std::string preLogin(std::uint8_t encryption) {
   return std::string("\x00\x00\x0B\x00\x06\x01\x00\x11\x00\x01\xFF\x09\x00\x00\x00\x00\x00", 17) +
          static_cast<char>(encryption);

@@ -20,6 +20,9 @@ namespace tds::test {
 std::string number(std::uint64_t value, std::size_t size);
 std::string utf16(std::string_view ascii);  // Latin letters only
 std::string text(std::string_view ascii, std::size_t lengthSize);
+// One packet, the last of its message; the second form lies about its length.
+std::string packet(std::uint8_t type, const std::string& data);
+std::string packet(std::uint8_t type, std::size_t length, const std::string& data);
 
 // A parameter of a call: name, status, type and value as they are sent.
 std::string intParameter(const std::string& name, int value, bool output = false);

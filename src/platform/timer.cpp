@@ -97,11 +97,16 @@ std::string installTimer(const DailyTimer& timer) {
 }
 
 bool removeTimer(const std::string& name) {
-  const fs::path folder = userUnitFolder();
+  const fs::path folder = userUnitFolder(), service = folder / (name + ".service");
   std::error_code error;
-  if (!fs::exists(folder / (name + ".timer"), error)) return false;
+  removeUnfinishedWrites(folder);
+  if (!fs::exists(folder / (name + ".timer"), error)) {
+    fs::remove(service, error);  // what is left where writing or taking away broke off
+    return false;
+  }
   userManager({"disable", "--now", name + ".timer"});
-  for (const char* ending : {".timer", ".service"}) fs::remove(folder / (name + ending), error);
+  fs::remove(folder / (name + ".timer"), error);
+  fs::remove(service, error);
   userManager({"daemon-reload"});
   return true;
 }

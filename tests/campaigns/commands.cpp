@@ -70,11 +70,14 @@ End runApart(const fs::path& folder, const Command& command) {
   return end;
 }
 
-// What a worker's own objects should look like: company F, its neighbour G, user U; company X and user V come
-// and go.
+// What a worker's own objects should look like: company F, its neighbour G, user U; companies X and M and
+// user V come and go.
 struct Model {
-  std::string company;                                      // X: nothing, "new", "upgraded", "filled"
-  std::set<std::string> user;                               // V: the companies that it uses
+  std::string company;         // X: nothing, "new", "charted", "upgraded", "filled"
+  bool moved = false;          // M, which is brought from another folder
+  std::string branch;          // its code in the settings of an offline branch; the first worker's alone
+  std::string timer;           // the hour of the daily backup
+  std::set<std::string> user;  // V: the companies that it uses
   std::string rights = fullRights, neighbour = fullRights;  // of U in F and in G
   std::string port = "NULL";                                // of U's till in F
   int card = 1, neighbourCard = 1;                          // PosVar of F and of G
@@ -108,16 +111,22 @@ class Worker {
     fs::create_directory(file("yedek"));
     fs::create_directory(file("ilk"));
     must({{"yedekle", "--ad", name("F"), "--hedef", file("ilk").string()}});
+    must({{"firma-olustur", "--ad", name("M"), "--kod", "M" + n_, "--unvan", name("M")}});
+    fs::create_directory(file("eski"));
+    must({{"yedekle", "--ad", name("M"), "--hedef", file("eski").string()}});
+    must({{"firma-sil", "--ad", name("M"), "--evet"}});
   }
+  // What the commands find around them in this worker's process.
+  void enter() const { ::setenv("XDG_CONFIG_HOME", file("ayar").c_str(), 1); }
 
   Step next(const Model& model, std::mt19937& random) const {
-    const std::string f = name("F"), g = name("G"), u = name("U"), v = name("V"), x = name("X");
+    const std::string f = name("F"), g = name("G"), u = name("U"), v = name("V");
     const int id = model.next;
-    switch (random() % 22) {
+    switch (random() % 28) {
       case 0:
       case 1:
       case 2:
-        return companyStep(model, x);
+        return companyStep(model);
       case 3:
       case 4:
       case 5:
@@ -172,6 +181,18 @@ class Worker {
         return {{{"sunucu-ayarla", "--dayaniklilik", random() % 2 == 0 ? "tam" : "ertelenmis"}},
                 [](Model&) {}};
       case 20:
+      case 21:
+        if (model.moved) return {dropMoved(), [](Model& m) { m.moved = false; }, {dropMoved()}};
+        return {bringMoved(), [](Model& m) { m.moved = true; }, {bringMoved()}};
+      case 22:
+      case 23:
+        return timerStep(model);
+      case 24:
+      case 25:
+        if (n_ != "0") return {{{"denetle", "--yenile", "--ad", g}}, [](Model&) {}};
+        return {{{"offline", "--yaz", "Sube_Kodu=S" + text(id), "--yaz", "MerkezFirma=M" + text(id)}},
+                [=](Model& m) { m.branch = "S" + text(id) + " M" + text(id), m.next = id + 1; }};
+      case 26:
         return {{{"sunucu", "--girisde-degisir", random() % 2 == 0 ? "1" : "0"}}, [](Model&) {}};
       default:
         return {{{"kur", "--sunucu", "(yerel)"}, "Parola1\nabcdefgh\n"}, [](Model&) {}};
@@ -183,7 +204,8 @@ class Worker {
     for (const std::string& company : model.user) out += company + " ";
     out += "\nU " + name("F") + " " + model.rights + " " + model.port + " " + name("G") + " " +
            model.neighbour + "\nPosVar " + text(model.card) + text(model.neighbourCard) + "\nnumber " +
-           text(model.number) + "\nsellers ";
+           text(model.number) + "\nM " + (model.moved ? "1 1 1 1 " : "0 0 0 0 ") + "\nbranch " +
+           model.branch + "\ntimer " + model.timer + "\nsellers ";
     for (const int seller : model.sellers) out += text(seller) + " ";
     out += "\nrows ";
     for (const int row : model.rows) out += text(row) + " ";
@@ -231,6 +253,12 @@ class Worker {
     out += "\nPosVar " + card(name("F")).substr(0, 1) + card(name("G")).substr(0, 1);
     out += "\nnumber " + ask("SELECT CONVERT(INT,IP) FROM " + name("F") + "..IP_SATFATFIS");
     out.pop_back();
+    out += "\nM " + presence(session, name("M"));
+    out += "\nbranch ";
+    if (n_ == "0") out += ask("SELECT RTRIM(Sube_Kodu)+' '+RTRIM(MerkezFirma) FROM " + d + "OFFLINEAYARLAR");
+    if (out.ends_with(' ')) out.pop_back();
+    if (out.ends_with("branch")) out += ' ';
+    out += "\ntimer " + timer();
     out += "\nsellers " + ask("SELECT CONVERT(INT,SUBSTRING(Satici_Kodu,2,9)) FROM " + name("F") +
                               "..SATICI WHERE Satici_Kodu LIKE 'S%' ORDER BY 1");
     out += "\nrows " + ask("SELECT ID FROM " + name("F") + "..ISARET ORDER BY ID");
@@ -238,20 +266,30 @@ class Worker {
     return out + "\n";
   }
 
-  // What there is of company X: its rows in the catalog, its objects, some of its rows.
-  std::string companyShape(engine::Session& session) const {
-    const std::string x = name("X"), d = "Defination_DB..";
-    const std::string id = "(SELECT sysfrm_ID FROM " + d + "sysfrmlng WHERE sysfrm_dbnm='" + x + "')";
-    std::string counts = "SELECT COUNT(*) FROM " + d + "sysfrmlng WHERE sysfrm_dbnm='" + x + "'";
+  // Rows of a company in the catalog, of its users and of their rights, and its database.
+  static std::string presence(engine::Session& session, const std::string& company) {
+    const std::string d = "Defination_DB..";
+    const std::string id = "(SELECT sysfrm_ID FROM " + d + "sysfrmlng WHERE sysfrm_dbnm='" + company + "')";
+    std::string counts = "SELECT COUNT(*) FROM " + d + "sysfrmlng WHERE sysfrm_dbnm='" + company + "'";
     for (const char* from : {"sysusfrmlng WHERE sysfrm_ID", "Kullanici WHERE Firma_ID"})
       counts += " SELECT COUNT(*) FROM " + d + from + " IN " + id;
-    counts += " SELECT COUNT(*) FROM master..sysdatabases WHERE name='" + x + "'";
+    counts += " SELECT COUNT(*) FROM master..sysdatabases WHERE name='" + company + "'";
     std::string out = campaign::run(session, counts).text;
-    if (out.ends_with("1\n")) {
+    for (char& c : out)
+      if (c == '\n') c = ' ';
+    return out;
+  }
+
+  // What there is of company X: its rows in the catalog, its objects, some of its rows.
+  std::string companyShape(engine::Session& session) const {
+    const std::string x = name("X");
+    std::string out = presence(session, x);
+    if (out.ends_with("1 ")) {
       const Answer inside = campaign::run(
           session, "SELECT COUNT(*) FROM " + x + "..sysobjects SELECT COUNT(*) FROM " + x +
                        "..syscolumns SELECT COUNT(*) FROM " + x + "..IP_SATFATFIS SELECT COUNT(*) FROM " + x +
-                       "..STOKKART SELECT COUNT(*) FROM " + x + "..FATURAKART");
+                       "..STOKKART SELECT COUNT(*) FROM " + x + "..FATURAKART SELECT COUNT(*) FROM " + x +
+                       "..MUHKART SELECT COUNT(*) FROM " + x + "..MUHASEBEMALITABLOHAREKET");
       out += inside.text + (inside.number == 0 ? "" : "!" + text(inside.number));
     }
     for (char& c : out)
@@ -259,9 +297,31 @@ class Worker {
     return out;
   }
 
+  // The hour that both units of the daily backup tell; without the one the other does nothing.
+  std::string timer() const {
+    const fs::path units = file("ayar") / "systemd" / "user";
+    const std::string when = readAll(units / "zembera-yedek.timer"),
+                      what = readAll(units / "zembera-yedek.service");
+    for (const char* hour : {"07:30", "23:00"})
+      if (when.find(hour + std::string(":00\n")) != std::string::npos)
+        return what.ends_with("\"--sakla\" \"" + days(hour) + "\" \"--canli\"\n") ? hour
+                                                                                  : "half: " + when + what;
+    return when;
+  }
+  static std::string days(const std::string& hour) { return hour == "07:30" ? "7" : "30"; }
+
   Command makeCompany() const {
     return {{"firma-olustur", "--ad", name("X"), "--kod", "X" + n_, "--unvan", name("X"), "--evet"}, ""};
   }
+  Command makeCharted() const {
+    Command command = makeCompany();
+    command.words.emplace_back("--hesap-plani");
+    return command;
+  }
+  Command bringMoved() const {
+    return {{"tasi", "--kaynak", fs::directory_iterator(file("eski"))->path().string(), "--evet"}, ""};
+  }
+  Command dropMoved() const { return {{"firma-sil", "--ad", name("M"), "--evet"}, ""}; }
   Command dropCompany() const { return {{"firma-sil", "--ad", name("X"), "--evet"}, ""}; }
   Command upgradeCompany() const { return {{"guncelle", "--ad", name("X")}, ""}; }
   Command fillCompany() const { return {{"ornek-veri", "--ad", name("X")}, ""}; }
@@ -274,7 +334,9 @@ class Worker {
   }
 
  private:
-  Step companyStep(const Model& model, const std::string&) const {
+  Step companyStep(const Model& model) const {
+    if (model.company.empty() && model.next % 2 == 0)
+      return {makeCharted(), [](Model& m) { m.company = "charted"; }, {dropCompany(), makeCharted()}};
     if (model.company.empty())
       return {makeCompany(), [](Model& m) { m.company = "new"; }, {dropCompany(), makeCompany()}};
     if (model.company == "new")
@@ -292,6 +354,15 @@ class Worker {
                 m.user = {f, g};
               }};
     return {{{"kullanici-sil", "--ad", v, "--evet"}, ""}, [](Model& m) { m.user.clear(); }};
+  }
+
+  Step timerStep(const Model& model) const {
+    if (model.timer == "23:00")
+      return {{{"yedek-zamanla", "--kaldir"}, ""}, [](Model& m) { m.timer.clear(); }};
+    const std::string hour = model.timer.empty() ? "07:30" : "23:00";
+    const Command set{
+        {"yedek-zamanla", "--hedef", file("yedek").string(), "--saat", hour, "--sakla", days(hour)}, ""};
+    return {set, [=](Model& m) { m.timer = hour; }, {set}};
   }
 
   fs::path backup() const {
@@ -314,6 +385,7 @@ bool inTheWay(const std::string& told) {
 
 [[noreturn]] void work(const fs::path& folder, const Worker& worker, Model model, unsigned seed,
                        int acknowledge) {
+  worker.enter();
   std::mt19937 random(seed);
   for (;;) {
     const Step step = worker.next(model, random);
@@ -336,11 +408,22 @@ bool inTheWay(const std::string& told) {
 class Campaign {
  public:
   explicit Campaign(unsigned seed) : random_(seed), seed_(seed) {
+    // A manager of services that agrees to everything.
+    fs::create_directory(folder_ / "program");
+    writeAll(folder_ / "program" / "systemctl", "#!/bin/sh\n");
+    fs::permissions(folder_ / "program" / "systemctl", fs::perms::owner_all);
+    ::setenv("PATH", ((folder_ / "program").string() + ":" + ::getenv("PATH")).c_str(), 1);
     Worker(folder_, 0).must({{"kur", "--sunucu", "(yerel)"}, "Parola1\nabcdefgh\n"});
     for (int w = 0; w < workers; ++w) {
       workers_.emplace_back(folder_, w);
       workers_.back().setUp();
     }
+    Worker(folder_, 0)
+        .must({{"sql", "--db", "Defination_DB",
+                "CREATE TABLE OFFLINEAYARLAR(Sube_Kodu CHAR(10) NULL,Merkez_IP CHAR(20) NULL,"
+                "Merkez_Adi CHAR(20) NULL,MerkezSa CHAR(20) NULL,MerkezSaSifre CHAR(20) NULL,"
+                "MerkezFirma CHAR(20) NULL,SonTransferFirma CHAR(20) NULL,SonAlimTarih CHAR(10) "
+                "NULL,SonAlimSaat CHAR(8) NULL,GonAralik INT NULL,OtoGon BIT NULL)"}});
     const Worker& first = workers_[0];
     const auto learn = [&](const char* kind) { kinds_[first.companyShape(*open(veri(), "master"))] = kind; };
     learn("");
@@ -351,7 +434,10 @@ class Campaign {
     first.must(first.fillCompany());
     learn("filled");
     first.must(first.dropCompany());
-    if (kinds_.size() != 4) std::abort();
+    first.must(first.makeCharted());
+    learn("charted");
+    first.must(first.dropCompany());
+    if (kinds_.size() != 5) std::abort();
     for (int w = 0; w < workers; ++w) judge(0, w, {}, {}, false);
   }
 
@@ -378,6 +464,11 @@ class Campaign {
       const auto at = static_cast<std::size_t>(w);
       if (!killed[at].killed) fail(number, "a worker ended by itself");
       if (now[at] != there[at]) fail(number, "the copy differs\n" + there[at] + "from\n" + now[at]);
+    }
+    // Any command ends what a restore or a move was about when it was killed.
+    if (fs::exists(folder_ / "bakim.kayit")) now = settled();
+    for (int w = 0; w < workers; ++w) {
+      const auto at = static_cast<std::size_t>(w);
       judge(number, w, killed[at], now[at], true);
     }
     parameters(number);
@@ -393,6 +484,14 @@ class Campaign {
 
  private:
   fs::path veri() const { return folder_ / "veri"; }
+
+  std::vector<std::string> settled() {
+    workers_[0].must({{"firma-listele"}, ""});
+    auto session = open(veri(), "master");
+    std::vector<std::string> now;
+    for (const Worker& worker : workers_) now.push_back(worker.found(*session, kinds_));
+    return now;
+  }
 
   // What stands is what was acknowledged, with the broken-off step or without it.
   void judge(int number, int w, const KilledWorker& killed, std::string now, bool killedThere) {

@@ -55,6 +55,11 @@ TEST(Timer, IsWrittenAndTakenAway) {
   EXPECT_TRUE(platform::removeTimer(timer.name));
   EXPECT_TRUE(std::filesystem::is_empty(folder));
   EXPECT_FALSE(platform::removeTimer(timer.name));
+  // What is left where one of these was killed.
+  for (const char* left : {"zembera-deneme-yok.service", "zembera-deneme-yok.timer.yaziliyor-abcdef"})
+    EXPECT_FALSE(platform::writeFileSafely(folder / left, "x"));
+  EXPECT_FALSE(platform::removeTimer(timer.name));
+  EXPECT_TRUE(std::filesystem::is_empty(folder));
   if (before)
     ::setenv("XDG_CONFIG_HOME", kept.c_str(), 1);
   else

@@ -1,6 +1,10 @@
 // Copies of databases, as a server makes and reads them.
+#include <fcntl.h>
 #include <sodium.h>
 #include <stdlib.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "engine/catalog.h"
 #include "engine/function.h"
@@ -15,16 +19,57 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr std::string_view scratchName = "zembera-kopya-";
+
+// A folder that this process holds as long as it is open, whatever ends the process.
+class HeldFolder {
+ public:
+  // False when it is another user's, no folder, or held by somebody else.
+  bool hold(const fs::path& path) {
+    fd_ = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    struct stat held {
+    }, there{};
+    return fd_ >= 0 && ::fstat(fd_, &held) == 0 && held.st_uid == ::geteuid() &&
+           ::flock(fd_, LOCK_EX | LOCK_NB) == 0 && ::lstat(path.c_str(), &there) == 0 &&
+           there.st_ino == held.st_ino && there.st_dev == held.st_dev;
+  }
+  HeldFolder() = default;
+  ~HeldFolder() {
+    if (fd_ >= 0) ::close(fd_);
+  }
+  HeldFolder(const HeldFolder&) = delete;
+  HeldFolder& operator=(const HeldFolder&) = delete;
+
+ private:
+  int fd_ = -1;
+};
+
+// Those of processes that were killed.
+void removeLeftScratch(const fs::path& parent) {
+  std::error_code error;
+  std::vector<fs::path> found;
+  for (fs::directory_iterator it(parent, error), end; !error && it != end; it.increment(error))
+    if (it->path().filename().string().starts_with(scratchName)) found.push_back(it->path());
+  for (const fs::path& each : found) {
+    HeldFolder left;
+    if (left.hold(each)) fs::remove_all(each, error);
+  }
+}
+
 class ScratchFolder {
  public:
   explicit ScratchFolder(const fs::path& parent) {
-    std::string name = (parent / "zembera-kopya-XXXXXX").string();
-    if (!::mkdtemp(name.data()))
-      throw Error(5123,
-                  "CREATE FILE encountered operating system error while attempting to create the "
-                  "scratch folder '" +
-                      name + "'.");
-    path = name;
+    removeLeftScratch(parent);
+    do {  // another process that looks for left ones may take it before it is held
+      std::string name = (parent / scratchName).string() + "XXXXXX";
+      if (!::mkdtemp(name.data()))
+        throw Error(5123,
+                    "CREATE FILE encountered operating system error while attempting to create the "
+                    "scratch folder '" +
+                        name + "'.");
+      path = name;
+      held_ = std::make_unique<HeldFolder>();
+    } while (!held_->hold(path));
   }
   ~ScratchFolder() {
     std::error_code ignored;
@@ -34,6 +79,9 @@ class ScratchFolder {
   ScratchFolder& operator=(const ScratchFolder&) = delete;
 
   fs::path path;
+
+ private:
+  std::unique_ptr<HeldFolder> held_;
 };
 
 void copyFile(const fs::path& from, const fs::path& to) {

@@ -88,6 +88,26 @@ TEST_F(Copies, APairWithALogIsTakenInElsewhere) {
   EXPECT_EQ(scratchFolders(), 0U);
 }
 
+TEST_F(Copies, WhatAKilledReaderLeftGoesWithTheNextOneAndThatOfALivingStays) {
+  server->stop();
+  copyFiles();
+  const fs::path left = folder.parent_path() / "zembera-kopya-abcdef",
+                 link = left.parent_path() / "zembera-kopya-";
+  fs::create_directories(left / "sunucu");
+  writeAll(left / "sunucu" / "master.mdf", "yarım");
+  fs::create_directory_symlink(aside, link);
+  const auto living = openAside();
+  EXPECT_FALSE(fs::exists(left));
+  EXPECT_TRUE(fs::is_symlink(link));
+  {
+    const auto next = openAside();
+    EXPECT_EQ(scratchFolders(), 3U);
+    EXPECT_EQ(runOn(living, "SELECT COUNT(*) FROM T"), "2\n");
+  }
+  EXPECT_EQ(scratchFolders(), 2U);
+  EXPECT_EQ(bytesAside().size(), 2U);
+}
+
 // What a process leaves that was killed between the flush of its commit and its being seen.
 TEST_F(Copies, ACommitThatNobodySawGivesItsPlaceToTheNext) {
   must("INSERT INTO U VALUES(7)");

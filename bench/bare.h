@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "bench/status.h"
+#include "engine/server.h"
 
 namespace bench {
 
@@ -108,6 +109,17 @@ class Sqlite {
   }
   sqlite3* handle_ = nullptr;
 };
+
+// A database of the server's folder as it is now, for bare SQLite, which does not find the log of the
+// original.
+inline std::filesystem::path settledCopy(const std::filesystem::path& folder, const std::string& database) {
+  const std::filesystem::path data = folder.parent_path() / (database + ".kopya"),
+                              log = data.string() + "_log";
+  std::filesystem::remove(data);
+  std::filesystem::remove(log);
+  engine::Server::open(folder)->copyLive(database, data, log, {});
+  return data;
+}
 
 // The user's tables and their indexes as CREATE statements, each table before its indexes.
 inline std::vector<std::string> definitionsOf(Sqlite& file, const std::string& table) {

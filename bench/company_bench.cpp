@@ -38,7 +38,9 @@ class Surroundings {
     s.oturum.Kayitlar.close();
     s.oturum.Baglanti.reset();
   }
-  fs::path file(const std::string& database) const { return folder.path / "veri" / (database + ".mdf"); }
+  fs::path copy(const std::string& database) const {
+    return bench::settledCopy(folder.path / "veri", database);
+  }
   void failOnBoxes() const {
     if (!s.boxes.shown.empty()) throw std::runtime_error(s.boxes.last());
   }
@@ -151,8 +153,8 @@ void measureCreate() {
   for (int round = 0; round < rounds; ++round) {
     const std::string name = "OLCUM" + std::to_string(round);
     createOurs(here, name, ours);
-    const auto tables = statementsOf(here.file(name));
-    const auto others = viewsAndTriggersOf(here.file(name));
+    const fs::path copy = here.copy(name);
+    const auto tables = statementsOf(copy), others = viewsAndTriggersOf(copy);
     tableStatements = tables.size();
     otherStatements = others.size();
     bench::Sqlite sqlite(here.folder.path / ("bare" + std::to_string(round) + ".db"));

@@ -114,9 +114,9 @@ double readBare(Sqlite& sqlite, std::int64_t& sum) {
   return time;
 }
 
-void measureInsert(db::Connection& connection, const fs::path& dataFile, const fs::path& bareFile) {
+void measureInsert(db::Connection& connection, const fs::path& folder) {
   const double ours = insertOurs(connection);
-  Sqlite same(dataFile), bare(bareFile);
+  Sqlite same(bench::settledCopy(folder / "veri", "OLCUM")), bare(folder / "bare.db");
   report("insert", insertedRows, ours, insertBare(bare, bench::definitionsOf(same, "HAREKET")));
   if (const auto counters = connection.planCounters()) {
     std::printf("         plan cache: %lld hits, %lld misses\n", static_cast<long long>(counters->hits),
@@ -124,10 +124,10 @@ void measureInsert(db::Connection& connection, const fs::path& dataFile, const f
   }
 }
 
-void measureRead(db::Connection& connection, const fs::path& dataFile) {
+void measureRead(db::Connection& connection, const fs::path& folder) {
   fillWide(connection);
   std::int64_t sum = 0;
-  Sqlite same(dataFile);
+  Sqlite same(bench::settledCopy(folder / "veri", "OLCUM"));
   for (int round = 0; round < 3; ++round) {
     const double read = readOurs(connection, sum);
     report("read", readRows, read, readBare(same, sum));
@@ -148,9 +148,8 @@ int main(int argc, char** argv) {
     connection->execute("CREATE DATABASE OLCUM");
     connection->execute("USE OLCUM");
 
-    const fs::path data = folder.path / "veri" / "OLCUM.mdf";
-    if (only != "read") measureInsert(*connection, data, folder.path / "bare.db");
-    if (only != "insert") measureRead(*connection, data);
+    if (only != "read") measureInsert(*connection, folder.path);
+    if (only != "insert") measureRead(*connection, folder.path);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return 1;

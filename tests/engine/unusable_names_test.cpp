@@ -1,7 +1,9 @@
 // Names and paths that no file system takes, and places that take no file: refused before anything is
 // written, and nobody else is held up by what is left of earlier attempts.
 #include <sqlite3.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <fstream>
 
@@ -60,6 +62,30 @@ TEST_F(UnusableNames, NothingIsWrittenAndTheOthersWork) {
   EXPECT_TRUE(server->leftOvers().empty());
   EXPECT_EQ(run("SELECT name FROM sysdatabases ORDER BY dbid"), "master\nFIRMA\n");
   EXPECT_EQ(run("CREATE DATABASE [" + repeated("ş", 100) + "]"), "");
+}
+
+// The place is tried before the database stands in any record: a file with a name, were it there for a
+// moment only, would stay for good when the process is killed in that moment.
+TEST_F(UnusableNames, TrialOfAPlaceLeavesNoNameForAMoment) {
+  ASSERT_EQ(run("CREATE DATABASE GITTI"), "");
+  session.reset();
+  server.reset();
+  for (const char* file : {"GITTI.mdf", "GITTI_log.ldf"}) EXPECT_TRUE(fs::remove(folder_ / file)) << file;
+  reopen();
+  const int watch = ::inotify_init1(IN_NONBLOCK);
+  ASSERT_GE(::inotify_add_watch(watch, folder_.c_str(), IN_CREATE | IN_MOVED_TO), 0);
+  EXPECT_EQ(run("CREATE DATABASE YENI ON (NAME=YENI, FILENAME='" + (folder_ / "GITTI.mdf").string() + "')"),
+            "!5170\n");
+  std::string seen;
+  alignas(inotify_event) char events[4096];
+  for (ssize_t size; (size = ::read(watch, events, sizeof events)) > 0;)
+    for (ssize_t at = 0; at < size;) {
+      const auto* event = reinterpret_cast<const inotify_event*>(events + at);
+      if (std::string(event->name).ends_with(".unfinished")) seen += std::string(event->name) + "\n";
+      at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
+    }
+  ::close(watch);
+  EXPECT_EQ(seen, "");
 }
 
 // What an earlier program entered and could never clean up.

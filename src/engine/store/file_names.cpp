@@ -52,6 +52,16 @@ void checkFileName(const fs::path& file) {
 }
 
 void tryFile(const fs::path& file) {
+#ifdef O_TMPFILE
+  // Without a name, for nobody would remove what a kill leaves here: it stands in no record yet.
+  const int nameless = ::open(file.parent_path().c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+  if (nameless >= 0) {
+    ::close(nameless);
+    return;
+  }
+  // What a file system or a system says that has no such files.
+  if (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL) failFile(file, errno);
+#endif
   const fs::path trial = unfinishedName(file);
   const int handle = ::open(trial.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
   if (handle < 0) {

@@ -11,7 +11,8 @@ namespace engine {
 bool fitsFileSystem(const std::filesystem::path& file);
 // 5105 for what no file system takes.
 void checkFileName(const std::filesystem::path& file);
-// Makes and removes an empty file under the name's unfinished form; 5123 with the system's reason.
+// Makes an empty file in its folder and lets go of it, without a name where the file system can; 5123 with
+// the system's reason.
 void tryFile(const std::filesystem::path& file);
 // A missing one is no error; 5123 otherwise.
 void removeFile(const std::filesystem::path& file);

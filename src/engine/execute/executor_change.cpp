@@ -162,6 +162,7 @@ void Executor::finishChange(CompiledChange& plan, const ChangeShape& shape, Bind
 std::unique_ptr<CompiledChange> Executor::compileUpdate(const UpdateStatement& update) {
   auto made = std::make_unique<CompiledChange>();
   Binder binder(bindContext());
+  binder.enterCommon(update.with, update.maxRecursion);
   ChangeShape shape;
   std::vector<int> slots;
   for (const Assignment& assignment : update.set)
@@ -200,6 +201,7 @@ std::unique_ptr<CompiledChange> Executor::compileUpdate(const UpdateStatement& u
 std::unique_ptr<CompiledChange> Executor::compileDelete(const DeleteStatement& remove) {
   auto made = std::make_unique<CompiledChange>();
   Binder binder(bindContext());
+  binder.enterCommon(remove.with, remove.maxRecursion);
   ChangeShape shape;
   bindChangeTarget(remove.target, remove.from, remove.where.get(), remove.top.get(), Action::Delete, shape,
                    binder);

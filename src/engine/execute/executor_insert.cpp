@@ -143,6 +143,7 @@ std::string Executor::insertSelect(const InsertStatement& insert, InsertShape& s
 
 std::unique_ptr<CompiledInsert> Executor::compileInsert(const InsertStatement& insert) {
   Binder binder(bindContext());
+  binder.enterCommon(insert.with);
   Scope scope;
   auto made = std::make_unique<CompiledInsert>();
   InsertShape shape;

@@ -282,10 +282,10 @@ void registerFunctions(sqlite3* connection, FunctionContext* context) {
     }
   }
   for (const SqlAggregate& aggregate : sqlAggregates())
-    require(connection,
-            sqlite3_create_function_v2(connection, aggregate.name, 1,
-                                       SQLITE_UTF8 | SQLITE_INNOCUOUS | SQLITE_DETERMINISTIC, context,
-                                       nullptr, aggregate.step, aggregate.finish, nullptr));
+    require(connection, sqlite3_create_window_function(connection, aggregate.name, 1,
+                                                       SQLITE_UTF8 | SQLITE_INNOCUOUS | SQLITE_DETERMINISTIC,
+                                                       context, aggregate.step, aggregate.finish,
+                                                       aggregate.finish, aggregate.leave, nullptr));
 }
 
 std::span<const SqlFunction> coreSqlFunctions() {

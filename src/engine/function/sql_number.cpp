@@ -174,6 +174,22 @@ void newId(sqlite3_context* context, int, Values) {
   setText(context, text);
 }
 
+// z_level(level, most): that of the rows which a recursive query makes of rows of `level`.
+void recursionLevel(sqlite3_context* context, int, Values values) {
+  const std::int64_t level = sqlite3_value_int64(values[0]) + 1, most = sqlite3_value_int64(values[1]);
+  if (most > 0 && level > most)
+    throw Error(530, "The statement terminated. The maximum recursion " + std::to_string(most) +
+                         " has been exhausted before statement completion.");
+  sqlite3_result_int64(context, level);
+}
+
+// The argument of NTILE.
+void tileCount(sqlite3_context* context, int, Values values) {
+  if (sqlite3_value_type(values[0]) == SQLITE_NULL || sqlite3_value_int64(values[0]) <= 0)
+    throw Error(4116, "The function 'ntile' takes only a positive int or bigint expression as its input.");
+  sqlite3_result_value(context, values[0]);
+}
+
 // ---- aggregates ----
 
 struct Sum {
@@ -196,6 +212,16 @@ void addToSum(sqlite3_context* context, int, Values values) {
   const Int128 added = exactArgument(values[0]);
   if (__builtin_add_overflow(sum.value, added, &sum.value)) sum.wraps += added < 0 ? -1 : 1;
   ++sum.count;
+  __builtin_memcpy(memory, &sum, sizeof sum);
+}
+
+void takeFromSum(sqlite3_context* context, int, Values values) {
+  void* memory = sqlite3_aggregate_context(context, sizeof(Sum));
+  if (!memory || sqlite3_value_type(values[0]) == SQLITE_NULL) return;
+  Sum sum = readSum(memory);
+  const Int128 gone = exactArgument(values[0]);
+  if (__builtin_sub_overflow(sum.value, gone, &sum.value)) sum.wraps -= gone < 0 ? -1 : 1;
+  --sum.count;
   __builtin_memcpy(memory, &sum, sizeof sum);
 }
 
@@ -243,22 +269,24 @@ constexpr std::array functions = {
     SqlFunction{"z_rand", 0, guarded<randomNumber>, false},
     SqlFunction{"z_rand", 1, guarded<randomNumber>, false},
     SqlFunction{"z_newid", 0, guarded<newId>, false},
+    SqlFunction{"z_level", 2, guarded<recursionLevel>},
+    SqlFunction{"z_tiles", 1, guarded<tileCount>},
 };
 
 constexpr std::array aggregates = {
-    SqlAggregate{"z_sumi4", addToSum, finishSum<TypeId::Int, false>},
-    SqlAggregate{"z_sumi8", addToSum, finishSum<TypeId::BigInt, false>},
-    SqlAggregate{"z_summ", addToSum, finishSum<TypeId::Money, false>},
-    SqlAggregate{"z_sumd", addToSum, finishSum<TypeId::Decimal, false>},
-    SqlAggregate{"z_avgi4", addToSum, finishSum<TypeId::Int, true>},
-    SqlAggregate{"z_avgi8", addToSum, finishSum<TypeId::BigInt, true>},
-    SqlAggregate{"z_avgd0", addToSum, finishSum<TypeId::Decimal, true, 0>},
-    SqlAggregate{"z_avgd1", addToSum, finishSum<TypeId::Decimal, true, 1>},
-    SqlAggregate{"z_avgd2", addToSum, finishSum<TypeId::Decimal, true, 2>},
-    SqlAggregate{"z_avgd3", addToSum, finishSum<TypeId::Decimal, true, 3>},
-    SqlAggregate{"z_avgd4", addToSum, finishSum<TypeId::Decimal, true, 4>},
-    SqlAggregate{"z_avgd5", addToSum, finishSum<TypeId::Decimal, true, 5>},
-    SqlAggregate{"z_avgd6", addToSum, finishSum<TypeId::Decimal, true, 6>},
+    SqlAggregate{"z_sumi4", addToSum, finishSum<TypeId::Int, false>, takeFromSum},
+    SqlAggregate{"z_sumi8", addToSum, finishSum<TypeId::BigInt, false>, takeFromSum},
+    SqlAggregate{"z_summ", addToSum, finishSum<TypeId::Money, false>, takeFromSum},
+    SqlAggregate{"z_sumd", addToSum, finishSum<TypeId::Decimal, false>, takeFromSum},
+    SqlAggregate{"z_avgi4", addToSum, finishSum<TypeId::Int, true>, takeFromSum},
+    SqlAggregate{"z_avgi8", addToSum, finishSum<TypeId::BigInt, true>, takeFromSum},
+    SqlAggregate{"z_avgd0", addToSum, finishSum<TypeId::Decimal, true, 0>, takeFromSum},
+    SqlAggregate{"z_avgd1", addToSum, finishSum<TypeId::Decimal, true, 1>, takeFromSum},
+    SqlAggregate{"z_avgd2", addToSum, finishSum<TypeId::Decimal, true, 2>, takeFromSum},
+    SqlAggregate{"z_avgd3", addToSum, finishSum<TypeId::Decimal, true, 3>, takeFromSum},
+    SqlAggregate{"z_avgd4", addToSum, finishSum<TypeId::Decimal, true, 4>, takeFromSum},
+    SqlAggregate{"z_avgd5", addToSum, finishSum<TypeId::Decimal, true, 5>, takeFromSum},
+    SqlAggregate{"z_avgd6", addToSum, finishSum<TypeId::Decimal, true, 6>, takeFromSum},
 };
 
 }  // namespace

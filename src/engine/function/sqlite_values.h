@@ -72,7 +72,8 @@ struct SqlFunction {
 struct SqlAggregate {
   const char* name;
   FunctionBody step;
-  void (*finish)(sqlite3_context*);
+  void (*finish)(sqlite3_context*);  // also the value in the middle of a window
+  FunctionBody leave;                // a row leaves the window
 };
 
 // What registerFunctions registers, by family.

@@ -34,6 +34,14 @@ struct WhenClause {
   ExprPtr then;
 };
 
+// OVER (PARTITION BY .. ORDER BY .. frame). Its expressions stand behind the function's own in Expr::args.
+struct WindowClause {
+  std::size_t arguments = 0, partitions = 0;  // what is left is the order
+  std::vector<bool> descending;               // of each term of the order
+  std::string frame;                          // ROWS BETWEEN .. AND ..; empty when none is written
+  bool operator==(const WindowClause&) const = default;
+};
+
 struct Expr {
   enum class Kind : std::uint8_t {
     Literal,         // literal
@@ -58,6 +66,7 @@ struct Expr {
     Collate,         // left, name = collation
     Star,            // * or qualifier.*
     Default,         // the keyword DEFAULT in VALUES or SET
+    Window,          // name(args) OVER (window); its args are followed by those of the window
   };
 
   Kind kind = Kind::Literal;
@@ -78,6 +87,7 @@ struct Expr {
   std::vector<ExprPtr> args;
   std::vector<WhenClause> whens;
   SelectPtr select;
+  std::unique_ptr<WindowClause> window;
 };
 
 // ---- SELECT ----
@@ -108,7 +118,7 @@ struct OrderItem {
   bool descending = false;
 };
 
-enum class SetOp : std::uint8_t { Union, UnionAll };
+enum class SetOp : std::uint8_t { Union, UnionAll, Except, Intersect };
 
 // One SELECT core.
 struct SelectCore {
@@ -123,18 +133,29 @@ struct SelectCore {
   ExprPtr having;
 };
 
+// name (columns) AS (select). Of a recursive one `select` is the anchor, and `recursive` has the SELECTs that
+// name it in their FROM, each once.
+struct CommonTable {
+  std::string name;
+  std::vector<std::string> columns;  // empty: as the query names them
+  SelectPtr select, recursive;
+};
+
 struct SelectStatement {
-  std::vector<SelectCore> cores;  // at least one; joined left to right by setOps
-  std::vector<SetOp> setOps;      // cores.size() - 1
+  std::vector<CommonTable> with;
+  std::optional<int> maxRecursion;  // OPTION (MAXRECURSION n); 0: without limit
+  std::vector<SelectCore> cores;    // at least one; joined left to right by setOps
+  std::vector<SetOp> setOps;        // cores.size() - 1
   std::vector<OrderItem> orderBy;
   int height = 1;  // of its tallest expression
   // A bracketed core such as (SELECT .. UNION SELECT ..) UNION ALL .. is a core that selects * from a
-  // Derived source without alias.
+  // Derived source without alias; so is an INTERSECT behind UNION or EXCEPT, which binds stronger.
 };
 
 // ---- data ----
 
 struct InsertStatement {
+  std::vector<CommonTable> with;
   ObjectName target;
   std::vector<std::string> columns;          // empty: all
   std::vector<std::vector<ExprPtr>> values;  // VALUES rows, or
@@ -149,6 +170,8 @@ struct Assignment {
 };
 
 struct UpdateStatement {
+  std::vector<CommonTable> with;
+  std::optional<int> maxRecursion;
   ObjectName target;  // table, or an alias of `from`
   ExprPtr top;
   std::vector<Assignment> set;
@@ -157,6 +180,8 @@ struct UpdateStatement {
 };
 
 struct DeleteStatement {
+  std::vector<CommonTable> with;
+  std::optional<int> maxRecursion;
   ObjectName target;
   ExprPtr top;
   std::vector<std::unique_ptr<TableSource>> from;

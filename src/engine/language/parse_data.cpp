@@ -69,7 +69,7 @@ StatementPtr SqlParser::updateStatement() {
   if (isWord("OUTPUT")) unsupported("OUTPUT");
   if (accept("FROM")) update.from = sources();
   update.where = whereClause();
-  queryOptions();
+  queryOptions(update.maxRecursion);
   return wrap(std::move(update), atLine);
 }
 
@@ -122,7 +122,7 @@ StatementPtr SqlParser::deleteStatement() {
   if (isWord("OUTPUT")) unsupported("OUTPUT");
   if (accept("FROM")) remove.from = sources();
   remove.where = whereClause();
-  queryOptions();
+  queryOptions(remove.maxRecursion);
   return wrap(std::move(remove), atLine);
 }
 

@@ -138,7 +138,10 @@ StatementPtr SqlParser::createView(bool alter) {
     } while (acceptSymbol(','));
   }
   expect("AS");
+  std::vector<CommonTable> with;
+  if (isWord("WITH")) with = commonTables();
   create.select = selectStatement();
+  create.select->with = std::move(with);
   if (isWord("WITH") && isWord("CHECK", 1)) unsupported("WITH CHECK OPTION");
   while (acceptSymbol(';')) {
   }

@@ -206,7 +206,7 @@ ExprPtr SqlParser::bracketed(int level) {
   Nesting nesting(*this, Light);
   ++pos_;
   ExprPtr expr = operators(level <= Comparison ? static_cast<int>(Or) : static_cast<int>(Additive));
-  if (expr->kind == Expr::Kind::Scalar && isWord("UNION")) {
+  if (expr->kind == Expr::Kind::Scalar && isAnyWord({"UNION", "EXCEPT", "INTERSECT"})) {
     unions(*expr->select);
     expr = finish(std::move(expr));
   }

@@ -112,7 +112,7 @@ ExprPtr SqlParser::call(std::string name) {
     }
   }
   expectSymbol(')');
-  if (isWord("OVER")) unsupported("OVER");
+  if (isWord("OVER")) return over(std::move(expr));
   return finish(std::move(expr));
 }
 

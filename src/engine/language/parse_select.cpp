@@ -1,3 +1,4 @@
+#include "engine/language/keywords.h"
 #include "engine/language/sql_parser.h"
 
 namespace engine {
@@ -35,7 +36,7 @@ SelectPtr SqlParser::selectStatement() {
   SelectPtr select = queryTerm();
   unions(*select);
   orderBy(*select);
-  queryOptions();
+  queryOptions(select->maxRecursion);
   select->height = std::max(select->height, tallest_ + 1);
   tallest_ = std::max(outer, select->height);
   return select;
@@ -62,22 +63,39 @@ SelectPtr SqlParser::queryTerm() {
   return select;
 }
 
+// UNION and EXCEPT from left to right; INTERSECT binds stronger.
 void SqlParser::unions(SelectStatement& select) {
+  intersections(select);
   for (;;) {
-    if (isAnyWord({"EXCEPT", "INTERSECT"})) unsupported(isWord("EXCEPT") ? "EXCEPT" : "INTERSECT");
-    if (!isWord("UNION")) return;
-    int unionLine = line();
-    ++pos_;
-    if (!select.orderBy.empty()) encloseOrdered(select, unionLine);
-    select.setOps.push_back(accept("ALL") ? SetOp::UnionAll : SetOp::Union);
-    int termLine = line();
-    SelectPtr term = queryTerm();
-    select.height = std::max(select.height, std::max(term->height, tallest_ + 1));
-    if (term->cores.size() == 1 && term->orderBy.empty())
-      select.cores.push_back(std::move(term->cores[0]));
-    else
-      select.cores.push_back(starOver(std::move(term), termLine));
+    SetOp op = SetOp::Union;
+    if (isWord("EXCEPT"))
+      op = SetOp::Except;
+    else if (!isWord("UNION"))
+      return;
+    addTerm(select, op, true);
   }
+}
+
+void SqlParser::intersections(SelectStatement& select) {
+  while (isWord("INTERSECT")) addTerm(select, SetOp::Intersect, false);
+}
+
+// Stands on the operator.
+void SqlParser::addTerm(SelectStatement& select, SetOp op, bool bindsIntersections) {
+  const std::size_t word = pos_++;
+  if (!select.orderBy.empty()) encloseOrdered(select, tokens_[word].line);
+  if (op == SetOp::Union && accept("ALL")) op = SetOp::UnionAll;
+  if (op != SetOp::UnionAll && isWord("ALL"))
+    fail(324, "The 'ALL' version of the " + upperAscii(tokens_[word].source) + " operator is not supported.");
+  select.setOps.push_back(op);
+  int termLine = line();
+  SelectPtr term = queryTerm();
+  if (bindsIntersections) intersections(*term);
+  select.height = std::max(select.height, std::max(term->height, tallest_ + 1));
+  if (term->cores.size() == 1 && term->orderBy.empty())
+    select.cores.push_back(std::move(term->cores[0]));
+  else
+    select.cores.push_back(starOver(std::move(term), termLine));
 }
 
 SelectCore SqlParser::core() {
@@ -107,7 +125,7 @@ void SqlParser::coreClauses(SelectCore& core, std::size_t first) {
     expect("BY");
     if (isWord("ALL")) unsupported("GROUP BY ALL");
     core.groupBy = expressions();
-    if (isWord("WITH")) unsupported("GROUP BY ... WITH");
+    if (isWord("WITH") && isAnyWord({"ROLLUP", "CUBE"}, 1)) unsupported("GROUP BY ... WITH");
   }
   if (accept("HAVING")) core.having = condition();
   if (core.groupBy.empty() && !core.distinct) return;
@@ -200,10 +218,23 @@ void SqlParser::orderBy(SelectStatement& select) {
   if (isWord("OFFSET")) unsupported("OFFSET");
 }
 
-void SqlParser::queryOptions() {
+// Of the hints only MAXRECURSION means anything here.
+void SqlParser::queryOptions(std::optional<int>& maxRecursion) {
   if (isWord("COMPUTE")) unsupported("COMPUTE");
   if (isWord("FOR")) unsupported("FOR " + token(1).value().substr(0, 20));
-  if (accept("OPTION")) skipBrackets();
+  if (!accept("OPTION")) return;
+  std::size_t first = pos_;
+  skipBrackets();
+  for (std::size_t i = first; i + 1 < pos_; ++i) {
+    const Token& number = tokens_[i + 1];
+    if (!equalsKeyword(tokens_[i].source, "MAXRECURSION") || number.kind != TokenKind::Literal) continue;
+    constexpr long most = 32767;
+    const long value = std::strtol(number.value().c_str(), nullptr, 10);
+    if (value > most)
+      fail(310, "The value " + number.value().substr(0, 20) +
+                    " specified for the MAXRECURSION option exceeds the allowed maximum of 32767.");
+    maxRecursion = static_cast<int>(value);
+  }
 }
 
 std::vector<ExprPtr> SqlParser::expressions() {

@@ -89,7 +89,7 @@ std::unique_ptr<TableSource> SqlParser::bracketedSource() {
   bool query = isWord("SELECT", 1);
   if (!query && opensQuery()) {
     std::size_t inner = static_cast<std::size_t>(closing_[pos_ + 1]);
-    query = closing_[pos_ + 1] > 0 && isAnyWord({"UNION", "ORDER"}, inner + 1 - pos_);
+    query = closing_[pos_ + 1] > 0 && isAnyWord({"UNION", "EXCEPT", "INTERSECT", "ORDER"}, inner + 1 - pos_);
     query = query || (closing_[pos_ + 1] > 0 && isSymbol(')', inner + 1 - pos_));
   }
   if (!query) {

@@ -285,6 +285,7 @@ StatementPtr SqlParser::statement() {
       {"KILL", &SqlParser::killStatement},
       {"EXEC", &SqlParser::execStatement},
       {"EXECUTE", &SqlParser::execStatement},
+      {"WITH", &SqlParser::commonTableStatement},
   };
   for (const auto& [word, parse] : kinds)
     if (isWord(word)) return (this->*parse)();
@@ -294,9 +295,9 @@ StatementPtr SqlParser::statement() {
 
 StatementPtr SqlParser::unsupportedStatement() {
   static constexpr std::string_view words[] = {
-      "BACKUP", "BULK",    "CHECKPOINT", "CLOSE",      "DEALLOCATE", "DENY",        "FETCH",    "GOTO",
-      "GRANT",  "MERGE",      "OPEN",       "READTEXT",   "RECONFIGURE", "RESTORE",  "REVERT",
-      "REVOKE", "SETUSER", "SHUTDOWN",   "UPDATETEXT", "WAITFOR",    "WITH",        "WRITETEXT"};
+      "BACKUP", "BULK",   "CHECKPOINT", "CLOSE",    "DEALLOCATE", "DENY",        "FETCH",
+      "GOTO",   "GRANT",  "MERGE",      "OPEN",     "READTEXT",   "RECONFIGURE", "RESTORE",
+      "REVERT", "REVOKE", "SETUSER",    "SHUTDOWN", "UPDATETEXT", "WAITFOR",     "WRITETEXT"};
   for (std::string_view word : words)
     if (isWord(word)) unsupported(word);
   if (isName() && isSymbol(':', 1)) unsupported("GOTO");
@@ -309,6 +310,11 @@ void SqlParser::statements(std::vector<StatementPtr>& list, bool untilEnd) {
     while (acceptSymbol(';')) separated = true;
     if (atEnd() || (untilEnd && isWord("END"))) return;
     if (!separated && isWord("THROW")) syntaxError();  // the one statement that needs a semicolon before it
+    if (!separated && isWord("WITH"))
+      fail(319,
+           "Incorrect syntax near the keyword 'with'. If this statement is a common table expression, an "
+           "xmlnamespaces clause or a change tracking context clause, the previous statement must be "
+           "terminated with a semicolon.");
     list.push_back(statement());
   }
 }

@@ -3,6 +3,7 @@
 // on the first one behind it.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -119,6 +120,13 @@ class SqlParser {
   ExprPtr choiceExpr();
   ExprPtr convertExpr();
   ExprPtr call(std::string name);
+  ExprPtr over(ExprPtr call);  // parse_window.cpp, with the next ones
+  void windowFrame(WindowClause& window);
+  struct FrameBound {
+    int place = 0;  // in order along the rows
+    std::string text;
+  };
+  FrameBound frameBound(bool rows);
   ExprPtr updatePredicate();
   // ---- parse_type.cpp ----
   // Where CHAR alone is CHAR(1): the n-th column or variable of a declaration. Else the target of a
@@ -147,6 +155,8 @@ class SqlParser {
   SelectPtr subquery();  // with its brackets
   ExprPtr scalar(SelectPtr select);
   void unions(SelectStatement& select);
+  void intersections(SelectStatement& select);
+  void addTerm(SelectStatement& select, SetOp op, bool bindsIntersections);
   SelectPtr queryTerm();
   SelectCore core();
   void coreClauses(SelectCore& core, std::size_t first);
@@ -155,8 +165,13 @@ class SqlParser {
   bool starItem(SelectItem& item);
   std::string itemAlias();
   void orderBy(SelectStatement& select);
-  void queryOptions();
+  void queryOptions(std::optional<int>& maxRecursion);
   std::vector<ExprPtr> expressions();
+  // ---- parse_common.cpp ----
+  StatementPtr commonTableStatement();
+  std::vector<CommonTable> commonTables();
+  CommonTable commonTable();
+  void splitRecursion(CommonTable& table);
   // ---- parse_source.cpp ----
   Sources sources();
   std::unique_ptr<TableSource> joined();

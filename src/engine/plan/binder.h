@@ -4,6 +4,7 @@
 // here; what is left for run time are SQL functions (functions.h) and parameters.
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <map>
 #include <optional>
@@ -34,6 +35,8 @@ class Binder {
  public:
   explicit Binder(const BindContext& context);
 
+  // The common table expressions of an INSERT, UPDATE or DELETE, which stand as long as the binder.
+  void enterCommon(const std::vector<CommonTable>& with, std::optional<int> maxRecursion = {});
   // A query that is a statement of its own or the source of INSERT.
   BoundSelect bindQuery(const SelectStatement& select);
   // The query of CREATE VIEW: no ORDER BY without TOP, no variables. Its result tells the columns and
@@ -138,6 +141,11 @@ class Binder {
   static bool aggregatesItself(const Expr& expr, Scope& scope);
   std::optional<BoundExpr> bindSystemFunction(const Expr& expr, const std::string& name, Scope* scope);
 
+  // binder_window.cpp
+  BoundExpr bindWindow(const Expr& expr, Scope* scope);
+  BoundExpr windowFunction(const Expr& expr, Scope* scope);
+  std::string windowTerms(const Expr& expr, std::size_t from, std::size_t to, Scope* scope);
+
   // binder_select.cpp
   BoundSelect bindSelect(const SelectStatement& select, Scope* parent, const CoreShape& shape);
   struct BoundCore;
@@ -152,7 +160,8 @@ class Binder {
   std::string orderBy(const SelectStatement& select, BoundCore& core, bool outputOnly);
   std::string orderTerm(const OrderItem& item, BoundCore& core, bool outputOnly);
   std::vector<BoundCore> bindCores(const SelectStatement& select, Scope* parent, const CoreShape& shape);
-  std::vector<Type> outputColumns(const std::vector<BoundCore>& cores, BoundSelect& bound);
+  std::vector<Type> outputColumns(const std::vector<BoundCore>& cores, const std::vector<SetOp>& ops,
+                                  BoundSelect& bound);
   std::string coreSql(const BoundCore& core, const std::vector<Type>& types, const CoreShape& shape);
 
   // binder_from.cpp
@@ -166,6 +175,23 @@ class Binder {
   std::string bindOn(const Expr& on, Scope& scope, std::size_t first, std::size_t middle);
   FromPiece bindNamed(const TableSource& source, Scope& scope);
   FromPiece bindDerived(const TableSource& source, Scope& scope);
+  // A query in FROM under the name `title`, which messages use, and `alias`, which may be empty.
+  FromPiece addDerived(BoundSelect select, const std::string& title, const std::string& alias,
+                       const std::vector<std::string>& columns, Scope& scope);
+
+  // binder_common.cpp
+  struct CommonEntry {
+    const CommonTable* table;
+    std::size_t first;                  // of those that it may name
+    std::string handle;                 // while its recursive part is bound: its name in the SQLite text
+    std::vector<ResultColumn> columns;  // and what it has
+    std::string level;                  // where the part has its level from
+  };
+  int findCommon(const ObjectName& name) const;  // -1 when there is none
+  FromPiece bindCommon(const TableSource& at, std::size_t index, Scope& scope);
+  FromPiece bindRecursiveReference(const TableSource& at, CommonEntry& entry, Scope& scope);
+  BoundSelect bindRecursive(std::size_t index);
+  std::string recursiveMember(std::size_t index, std::size_t member);
   std::string bindView(const ViewInfo& view, const std::string& database, Source& source, const Scope& scope);
   bool bindSystemTable(const std::string& database, const ObjectName& name, Source& source, std::string& sql);
   const TableInfo* pseudoTable(const ObjectName& name, std::string& sql) const;
@@ -180,11 +206,20 @@ class Binder {
   int viewDepth_ = 0;
   bool outerJoins_ = false;  // the statement has RIGHT or FULL joins
   bool throughViews_ = true;
+  std::deque<CommonEntry> common_;
+  std::size_t commonFrom_ = 0, commonTo_ = 0;  // those that may be named now
+  int commonUses_ = 0, commonDepth_ = 0;
+  int maxRecursion_ = 100;
   int lazy_ = 0;  // > 0 inside a branch that may never run: conversions must not fail beforehand
   bool stepwise_ = false;
   std::vector<int> stepwiseSlots_;
 };
 
+// The value with the collation that its comparisons have.
+std::string withCollation(const BoundExpr& expr);
+Error notSortable();  // 306
+// "database.owner.object" as far as the parts were written.
+std::string written(const ObjectName& name);
 // SQLite text of a name: "a""b".
 std::string quoteName(std::string_view name);
 // True when the trees mean the same in `scope` (columns by what they resolve to is left to the caller).
@@ -199,6 +234,7 @@ bool containsSubquery(const Expr& expr);
 void requireReasonable(const std::string& sql);
 [[noreturn]] void throwTooLarge();  // 8623
 bool isAggregateName(std::string_view foldedName);
+bool isRankingName(std::string_view foldedName);  // ROW_NUMBER and its kin, which stand before OVER only
 // 8120 and its kin: a column that is neither grouped by nor aggregated.
 Error ungroupedColumn(const Scope& scope, const Source& source, const SourceColumn& column);
 // 8158, 8159: a list of column names has more or fewer names than the query `name` has columns.

@@ -61,6 +61,8 @@ bool sameExpr(const Expr& a, const Expr& b) {
   if (a.unary != b.unary || a.binary != b.binary || a.negated != b.negated || a.star != b.star ||
       a.distinct != b.distinct || !(a.type == b.type))
     return false;
+  if (a.window || b.window)
+    if (!a.window || !b.window || *a.window != *b.window) return false;
   if (a.args.size() != b.args.size() || a.whens.size() != b.whens.size()) return false;
   for (std::size_t i = 0; i < a.args.size(); ++i)
     if (!samePointer(a.args[i], b.args[i])) return false;
@@ -197,6 +199,8 @@ BoundExpr Binder::bind(const Expr& expr, Scope* scope) {
       return bindCase(expr, scope);
     case Expr::Kind::Function:
       return bindFunction(expr, scope);
+    case Expr::Kind::Window:
+      return bindWindow(expr, scope);
     case Expr::Kind::Convert:
     case Expr::Kind::Cast:
       return bindConversion(expr, scope);

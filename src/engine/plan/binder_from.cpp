@@ -9,13 +9,6 @@ namespace {
 
 constexpr int maxViewDepth = 32;
 
-std::string written(const ObjectName& name) {
-  std::string text = name.database;
-  if (!name.database.empty()) text += '.';
-  if (!name.owner.empty() || !name.database.empty()) text += name.owner + '.';
-  return text + name.object;
-}
-
 Error invalidObject(const ObjectName& name) {
   return Error(208, "Invalid object name '" + written(name) + "'.");
 }
@@ -97,6 +90,13 @@ std::string inBrackets(BoundSelect& select, const Scope& scope) {
 
 }  // namespace
 
+std::string written(const ObjectName& name) {
+  std::string text = name.database;
+  if (!name.database.empty()) text += '.';
+  if (!name.owner.empty() || !name.database.empty()) text += name.owner + '.';
+  return text + name.object;
+}
+
 Error columnListError(const std::string& name, bool more) {
   return Error(more ? 8158 : 8159, "'" + name + "' has " + (more ? "more" : "fewer") +
                                        " columns than were specified in the column list.");
@@ -132,6 +132,9 @@ const TableInfo* Binder::pseudoTable(const ObjectName& name, std::string& sql) c
 }
 
 Source& Binder::bindTarget(const ObjectName& name, Scope& scope) {
+  if (findCommon(name) >= 0)
+    throw Error(50000, "Changing rows through the common table expression '" + name.object +
+                           "' is not supported by the embedded server.");
   const std::string database = resolveDatabase(name);
   if (!isKnownOwner(name.owner)) throw invalidObject(name);
   catalogs_.push_back(context_.store->catalog(database));
@@ -223,6 +226,8 @@ std::string Binder::bindOn(const Expr& on, Scope& scope, std::size_t first, std:
 }
 
 Binder::FromPiece Binder::bindNamed(const TableSource& at, Scope& scope) {
+  if (const int common = findCommon(at.name); common >= 0)
+    return bindCommon(at, static_cast<std::size_t>(common), scope);
   Source source;
   source.aliased = !at.alias.empty();
   source.alias = foldName(source.aliased ? at.alias : at.name.object);
@@ -265,29 +270,50 @@ Binder::FromPiece Binder::bindNamed(const TableSource& at, Scope& scope) {
 Binder::FromPiece Binder::bindDerived(const TableSource& at, Scope& scope) {
   CoreShape shape;
   shape.subquery = true;
-  BoundSelect select = bindSelect(*at.select, scope.parent, shape);
+  return addDerived(bindSelect(*at.select, scope.parent, shape), at.alias, at.alias, at.columnAliases, scope);
+}
+
+Binder::FromPiece Binder::addDerived(BoundSelect select, const std::string& title, const std::string& alias,
+                                     const std::vector<std::string>& columns, Scope& scope) {
   Source source;
   source.aliased = true;
   source.handle = newHandle();
-  source.alias = at.alias.empty() ? source.handle : foldName(at.alias);
-  source.shown = source.title = at.alias;
-  if (!at.columnAliases.empty() && at.columnAliases.size() != select.columns.size())
-    throw columnListError(at.alias, select.columns.size() > at.columnAliases.size());
+  source.alias = alias.empty() ? source.handle : foldName(alias);
+  source.shown = source.title = alias;
+  if (!columns.empty() && columns.size() != select.columns.size())
+    throw columnListError(title, select.columns.size() > columns.size());
   for (std::size_t i = 0; i < select.columns.size(); ++i) {
-    const std::string& name = at.columnAliases.empty() ? select.columns[i].name : at.columnAliases[i];
-    if (name.empty() && !at.alias.empty())
-      throw Error(8155, "No column name was specified for column " + std::to_string(i + 1) + " of '" +
-                            at.alias + "'.");
+    const std::string& name = columns.empty() ? select.columns[i].name : columns[i];
+    if (name.empty() && !title.empty())
+      throw Error(
+          8155, "No column name was specified for column " + std::to_string(i + 1) + " of '" + title + "'.");
     const auto same = std::count_if(source.columns.begin(), source.columns.end(), [&](const SourceColumn& c) {
       return !name.empty() && c.key == foldName(name);
     });
-    if (same > 0 && !at.alias.empty())
-      throw Error(8156, "The column '" + name + "' was specified multiple times for '" + at.alias + "'.");
+    if (same > 0 && !title.empty())
+      throw Error(8156, "The column '" + name + "' was specified multiple times for '" + title + "'.");
     addDerivedColumn(select.columns[i], name, i, source);
   }
   checkDuplicate(scope, source);
   FromPiece piece;
   piece.sql = inBrackets(select, scope) + " AS " + source.handle;
+  scope.sources.push_back(std::move(source));
+  return piece;
+}
+
+// What the recursive part of a common table expression has of itself: the rows of the level before.
+Binder::FromPiece Binder::bindRecursiveReference(const TableSource& at, CommonEntry& entry, Scope& scope) {
+  Source source;
+  source.aliased = true;
+  source.handle = newHandle();
+  source.shown = source.title = at.alias.empty() ? entry.table->name : at.alias;
+  source.alias = foldName(source.shown);
+  for (std::size_t i = 0; i < entry.columns.size(); ++i)
+    addDerivedColumn(entry.columns[i], entry.columns[i].name, i, source);
+  checkDuplicate(scope, source);
+  entry.level = source.handle + ".zl";
+  FromPiece piece;
+  piece.sql = entry.handle + " AS " + source.handle;
   scope.sources.push_back(std::move(source));
   return piece;
 }
@@ -339,6 +365,8 @@ std::string Binder::bindView(const ViewInfo& view, const std::string& database, 
   context_.variables = nullptr;
   context_.trigger = nullptr;
   context_.fixedLiterals = true;
+  const std::size_t commonFrom = std::exchange(commonFrom_, common_.size());
+  const std::size_t commonTo = std::exchange(commonTo_, common_.size());
   std::vector<std::string> names;
   for (const ViewColumn& column : view.columns) names.push_back(column.name);
   CoreShape shape;
@@ -347,6 +375,8 @@ std::string Binder::bindView(const ViewInfo& view, const std::string& database, 
   if (statement.columns.empty()) shape.starNames = &names;
   BoundSelect select = bindSelect(*statement.select, nullptr, shape);
   context_ = outside;
+  commonFrom_ = commonFrom;
+  commonTo_ = commonTo;
   --viewDepth_;
 
   if (select.columns.size() != names.size())

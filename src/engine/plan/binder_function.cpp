@@ -91,6 +91,8 @@ BoundExpr Binder::bindFunction(const Expr& expr, Scope* scope) {
   }
   if (auto system = bindSystemFunction(expr, name, scope)) return *system;
   const FunctionInfo* info = findFunction(expr.name);
+  if (!info && isRankingName(name))
+    throw Error(10753, "The function '" + expr.name + "' must have an OVER clause.", 15);
   if (!info) throw Error(195, "'" + expr.name + "' is not a recognized built-in function name.", 15);
   if (info->aggregate) return bindAggregate(expr, scope);
 

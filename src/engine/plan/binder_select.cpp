@@ -18,21 +18,10 @@ struct Binder::BoundCore {
   bool distinct = false;
   bool sorted = false;      // `from` gives the rows in their final order
   bool aggregated = false;  // aggregates without GROUP BY: one row
+  std::string level;        // of the recursive part of a common table expression
 };
 
 namespace {
-
-std::string withCollation(const BoundExpr& expr) {
-  if (!isCharacter(expr.type.id) || expr.column) return expr.sql;
-  return expr.sql + " COLLATE " + sqliteCollation;
-}
-
-Error notSortable() {
-  return Error(
-      306,
-      "The text, ntext, and image data types cannot be compared or sorted, except when using IS NULL or "
-      "LIKE operator.");
-}
 
 bool containsColumn(const Expr& expr) {
   if (expr.kind == Expr::Kind::Column || expr.select) return true;
@@ -54,6 +43,7 @@ int starWidth(const Scope& scope, const Expr& star) {
   return width;
 }
 
+constexpr const char* setWords[] = {" UNION ", " UNION ALL ", " EXCEPT ", " INTERSECT "};  // by SetOp
 // SQLite takes at most 500 arms in one UNION, and walks through them by recursion.
 constexpr std::size_t armsTogether = 400, mostArms = 10000;
 
@@ -70,6 +60,18 @@ std::string enclosed(const std::string& sql, const std::vector<Type>& types) {
 }
 
 }  // namespace
+
+std::string withCollation(const BoundExpr& expr) {
+  if (!isCharacter(expr.type.id) || expr.column) return expr.sql;
+  return expr.sql + " COLLATE " + sqliteCollation;
+}
+
+Error notSortable() {
+  return Error(
+      306,
+      "The text, ntext, and image data types cannot be compared or sorted, except when using IS NULL or "
+      "LIKE operator.");
+}
 
 void keepApart(BoundSelect& select) {
   if (select.apart) return;
@@ -345,12 +347,14 @@ std::string Binder::coreSql(const BoundCore& core, const std::vector<Type>& type
       item = withCollation(convert(core.items[i], types[i]));
     sql += (i ? ", " : "") + item + " AS c" + std::to_string(i);
   }
+  if (!core.level.empty()) sql += ", " + core.level;
   if (!core.scope.gathered.empty()) return sql + gatheredSql(core);
   return sql + core.from + core.where + core.groupBy + (core.having.empty() ? "" : " HAVING " + core.having);
 }
 
 // The columns that come out: types common to all cores, names of the first.
-std::vector<Type> Binder::outputColumns(const std::vector<BoundCore>& cores, BoundSelect& bound) {
+std::vector<Type> Binder::outputColumns(const std::vector<BoundCore>& cores, const std::vector<SetOp>& ops,
+                                        BoundSelect& bound) {
   const BoundCore& first = cores[0];
   std::vector<Type> types;
   for (std::size_t i = 0; i < first.items.size(); ++i) {
@@ -358,7 +362,10 @@ std::vector<Type> Binder::outputColumns(const std::vector<BoundCore>& cores, Bou
     bool nullable = false;
     for (const BoundCore& core : cores) {
       type = commonType(type, core.items[i].type);
-      nullable = nullable || core.items[i].nullable;
+      // What EXCEPT and INTERSECT leave comes from their left side.
+      const std::size_t at = static_cast<std::size_t>(&core - cores.data());
+      const bool adds = at == 0 || ops[at - 1] == SetOp::Union || ops[at - 1] == SetOp::UnionAll;
+      nullable = nullable || (adds && core.items[i].nullable);
     }
     types.push_back(type.id == TypeId::Null ? Type{TypeId::Int} : type);
     ResultColumn column;
@@ -402,6 +409,36 @@ std::vector<Binder::BoundCore> Binder::bindCores(const SelectStatement& select, 
   return cores;
 }
 
+// One SELECT of the recursive part: its columns have exactly the types of the anchor's.
+std::string Binder::recursiveMember(std::size_t index, std::size_t member) {
+  const SelectStatement& select = *common_[index].table->recursive;
+  const std::string& name = common_[index].table->name;
+  CoreShape shape;
+  shape.subquery = true;
+  BoundCore core;
+  bindCore(select, member, nullptr, shape, core);
+  const CommonEntry& entry = common_[index];
+  if (core.items.size() != entry.columns.size())
+    throw Error(205,
+                "All queries combined using a UNION, INTERSECT or EXCEPT operator must have an equal number "
+                "of expressions in their target lists.");
+  if (core.scope.grouped)
+    throw Error(
+        467,
+        "GROUP BY, HAVING, or aggregate functions are not allowed in the recursive part of a recursive "
+        "common table expression '" +
+            name + "'.");
+  std::vector<Type> types;
+  for (std::size_t i = 0; i < core.items.size(); ++i) {
+    types.push_back(entry.columns[i].type);
+    if (core.items[i].type != types.back() && core.items[i].type.id != TypeId::Null)
+      throw Error(240, "Types don't match between the anchor and the recursive part in column \"" +
+                           entry.columns[i].name + "\" of recursive query \"" + name + "\".");
+  }
+  core.level = "z_level(" + entry.level + "," + std::to_string(maxRecursion_) + ")";
+  return coreSql(core, types, shape);
+}
+
 // Whether the list names a column of a query around.
 bool Binder::namesOuterColumn(const BoundCore& core) {
   return std::any_of(core.items.begin(), core.items.end(),
@@ -409,13 +446,14 @@ bool Binder::namesOuterColumn(const BoundCore& core) {
 }
 
 BoundSelect Binder::bindSelect(const SelectStatement& select, Scope* parent, const CoreShape& shape) {
+  if (!select.with.empty() || select.maxRecursion) enterCommon(select.with, select.maxRecursion);
   std::vector<BoundCore> cores = bindCores(select, parent, shape);
   BoundCore& first = cores[0];
   const bool single = cores.size() == 1;
   BoundSelect bound;
-  const std::vector<Type> types = outputColumns(cores, bound);
+  const std::vector<Type> types = outputColumns(cores, select.setOps, bound);
   const bool distinct =
-      std::find(select.setOps.begin(), select.setOps.end(), SetOp::Union) != select.setOps.end();
+      std::any_of(select.setOps.begin(), select.setOps.end(), [](SetOp op) { return op != SetOp::UnionAll; });
   for (const Type& type : types)
     if (distinct && isLongText(type.id))
       throw Error(5335,
@@ -426,7 +464,7 @@ BoundSelect Binder::bindSelect(const SelectStatement& select, Scope* parent, con
   for (std::size_t i = 0; i < cores.size(); ++i) {
     const std::string sql = coreSql(cores[i], types, shape);
     if (i > 0 && i % armsTogether == 0) bound.sql = enclosed(bound.sql, types);
-    if (i > 0) bound.sql += select.setOps[i - 1] == SetOp::UnionAll ? " UNION ALL " : " UNION ";
+    if (i > 0) bound.sql += setWords[static_cast<std::size_t>(select.setOps[i - 1])];
     if (!cores[i].top) {
       bound.sql += sql;
     } else if (single) {

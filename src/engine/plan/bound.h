@@ -95,6 +95,7 @@ struct Scope {
   bool hasGroupBy = false;
   enum class Clause : std::uint8_t { SelectList, Having, OrderBy } clause = Clause::SelectList;
   int inAggregate = 0;
+  bool inWindow = false;
   bool aggregatesAllowed = false;
   std::vector<std::pair<const Expr*, BoundExpr>> groups;
   std::vector<std::string> groupSqls;  // what each is over the tables; `groups` has what the list may name

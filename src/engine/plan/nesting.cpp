@@ -69,7 +69,7 @@ bool isMovable(std::string_view inside) {
     } else if (inside[at] == '(') {
       if (isAggregate(wordBefore(inside, at))) return false;
       if (isQuery(inside.substr(at + 1))) at = closing(inside, at);
-    } else if (inside.substr(at).starts_with(" JOIN ")) {
+    } else if (inside.substr(at).starts_with(" JOIN ") || inside.substr(at).starts_with(" OVER ")) {
       return false;
     }
   }
@@ -124,6 +124,13 @@ class Flattener {
         const std::size_t end = std::min(sql.size(), skipQuoted(sql, at));
         out += sql.substr(at, end - at);
         at = end - 1;
+        continue;
+      }
+      // A recursive query keeps its parts together.
+      if (c == '(' && sql.substr(at + 1).starts_with("WITH RECURSIVE ")) {
+        const std::size_t close = std::min(sql.size() - 1, closing(sql, at));
+        out += sql.substr(at, close + 1 - at);
+        at = close;
         continue;
       }
       if (c == '(' && depth >= depth_) {

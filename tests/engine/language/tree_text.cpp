@@ -109,6 +109,9 @@ std::string show(const Expr& e) {
       return "{" + show(*e.select) + "}";
     case Expr::Kind::Collate:
       return "(" + show(e.left) + " COLLATE " + e.name + ")";
+    case Expr::Kind::Window:
+      return showCall(e) + " OVER(" + std::to_string(e.window->arguments) + "," +
+             std::to_string(e.window->partitions) + " " + e.window->frame + ")";
     case Expr::Kind::Default:
       return "DEFAULT";
   }
@@ -141,9 +144,14 @@ std::string show(const TableSource& source) {
 }
 
 std::string show(const SelectStatement& select) {
-  std::string text = showCore(select.cores[0]);
+  static const char* const setWords[] = {" UNION ", " UNION ALL ", " EXCEPT ", " INTERSECT "};
+  std::string text;
+  for (const CommonTable& table : select.with)
+    text += (text.empty() ? "WITH " : ", ") + table.name + " AS {" + show(*table.select) +
+            (table.recursive ? " RECURSIVE " + show(*table.recursive) : "") + "}";
+  text += (text.empty() ? "" : " ") + showCore(select.cores[0]);
   for (std::size_t i = 1; i < select.cores.size(); ++i)
-    text += (select.setOps[i - 1] == SetOp::UnionAll ? " UNION ALL " : " UNION ") + showCore(select.cores[i]);
+    text += setWords[static_cast<int>(select.setOps[i - 1])] + showCore(select.cores[i]);
   if (!select.orderBy.empty())
     text += " ORDER " + join(select.orderBy, [](const OrderItem& item) {
               return show(item.expr) + (item.descending ? " DESC" : "");

@@ -105,7 +105,7 @@ void Executor::rollbackAll() noexcept {
     levels_ = 0;
   }
   userTransactions_ = 0;
-  committed_ = false;
+  committed_ = doomed_ = false;
   savepoints_.clear();
   if (open) temporaryTables_.clear();
 }
@@ -130,6 +130,9 @@ void collectArguments(const Statement& statement, std::vector<std::string>& name
     if (branch->otherwise) collectArguments(*branch->otherwise, names);
   } else if (const auto* loop = std::get_if<WhileStatement>(&statement.node)) {
     collectArguments(*loop->body, names);
+  } else if (const auto* attempt = std::get_if<TryStatement>(&statement.node)) {
+    for (const StatementPtr& inner : attempt->body) collectArguments(*inner, names);
+    for (const StatementPtr& inner : attempt->handler) collectArguments(*inner, names);
   }
 }
 
@@ -277,6 +280,7 @@ void Executor::runBatch(std::string_view text, std::vector<Parameter>* parameter
   const auto place = [&](const Parameter& parameter) -> Datum& {
     return frame.values.at(static_cast<std::size_t>(frame.plan->variables.find(parameter.name)));
   };
+  frame.triesAround = tries_;
   if (parameters)
     for (const Parameter& parameter : *parameters) place(parameter) = parameter.value;
   if (restore.frame) {
@@ -293,8 +297,10 @@ void Executor::runBatch(std::string_view text, std::vector<Parameter>* parameter
     rollbackAll();
     if (!firstError_) throw;
   } catch (const Error&) {
+    if (outermost && doomed_) rollbackAll();
     if (!outermost || !firstError_) throw;
   }
+  if (outermost) endDoomed();
   if (outermost && firstError_) {
     const Error error = *firstError_;
     firstError_.reset();
@@ -331,8 +337,9 @@ void Executor::refuseAfterLoss(const Statement& statement) {
       std::holds_alternative<RaiserrorStatement>(node) || std::holds_alternative<ThrowStatement>(node) ||
       std::holds_alternative<UseStatement>(node) || std::holds_alternative<IfStatement>(node) ||
       std::holds_alternative<WhileStatement>(node) || std::holds_alternative<BlockStatement>(node) ||
-      std::holds_alternative<BreakStatement>(node) || std::holds_alternative<ContinueStatement>(node) ||
-      std::holds_alternative<ReturnStatement>(node) || (exec && exec->text);
+      std::holds_alternative<TryStatement>(node) || std::holds_alternative<BreakStatement>(node) ||
+      std::holds_alternative<ContinueStatement>(node) || std::holds_alternative<ReturnStatement>(node) ||
+      (exec && exec->text);
   if (harmless) return;
   throw BatchError(Error(3998,
                          "Uncommittable transaction is detected at the end of the batch. The transaction is "
@@ -349,6 +356,7 @@ void Executor::failed(const Error& error, const Statement& statement) {
   Error located(error);
   if (located.line() == 0) located.setLine(statement.line);
   if (frame_->triggerName && located.procedure().empty()) located.setProcedure(*frame_->triggerName);
+  if (isCaught(error)) throwToCatch(error, located);
   if (noteLoss() || nesting_ > 0 || dynamic_cast<const BatchError*>(&error)) throw BatchError(located);
   if (endsTransaction(error.number())) rollbackAll();
   if (dynamic_cast<const ThrownError*>(&error)) throw ThrownError(located);
@@ -358,11 +366,12 @@ void Executor::failed(const Error& error, const Statement& statement) {
 
 Executor::Flow Executor::runStatement(const Statement& statement) {
   if (cancelled_.load(std::memory_order_relaxed)) throw BatchError(Error(3617, "The query was cancelled."));
+  uncaughtIn_ = nullptr;
   try {
     if (afterLoss_ && nesting_ == 0) refuseAfterLoss(statement);
     return dispatch(statement);
   } catch (const Error& error) {
-    if (abortOnError_ && nesting_ == 0) rollbackAll();
+    if (abortOnError_ && nesting_ == 0 && !isCaught(error)) rollbackAll();
     failed(error, statement);
   }
   return Flow::Next;
@@ -397,11 +406,8 @@ Executor::Flow Executor::dispatch(const Statement& statement) {
   const auto& node = statement.node;
   if (const auto* branch = std::get_if<IfStatement>(&node)) return runIf(*branch);
   if (const auto* loop = std::get_if<WhileStatement>(&node)) return runWhile(*loop);
-  if (const auto* block = std::get_if<BlockStatement>(&node)) {
-    for (const StatementPtr& inner : block->body)
-      if (const Flow flow = runStatement(*inner); flow != Flow::Next) return flow;
-    return Flow::Next;
-  }
+  if (const auto* block = std::get_if<BlockStatement>(&node)) return runStatements(block->body);
+  if (const auto* attempt = std::get_if<TryStatement>(&node)) return runTry(*attempt);
   if (std::holds_alternative<BreakStatement>(node)) return Flow::Break;
   if (std::holds_alternative<ContinueStatement>(node)) return Flow::Continue;
   if (std::holds_alternative<ReturnStatement>(node)) return Flow::Return;
@@ -411,6 +417,7 @@ Executor::Flow Executor::dispatch(const Statement& statement) {
     return Flow::Next;
   }
 
+  if (doomed_) refuseDoomed(statement);
   StatementScope scope(*this);
   if (const auto* select = std::get_if<SelectPtr>(&node))
     runSelect(**select);

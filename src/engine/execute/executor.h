@@ -26,6 +26,12 @@ class ThrownError : public Error {
   explicit ThrownError(const Error& error) : Error(error) {}
 };
 
+// What RAISERROR raises inside of TRY: it dooms no transaction.
+class RaisedError : public Error {
+ public:
+  explicit RaisedError(const Error& error) : Error(error) {}
+};
+
 enum class TriggerEvent : std::uint8_t { Insert, Update, Delete };
 
 // One running batch or trigger body.
@@ -40,6 +46,7 @@ struct Frame {
   TriggerEvent event = TriggerEvent::Insert;
   const std::vector<int>* updated = nullptr;  // columns that the UPDATE has set
   Datum scopeIdentity;
+  int triesAround = 0;  // TRYs that it runs in
 };
 
 class Executor {
@@ -82,6 +89,20 @@ class Executor {
   bool noteLoss();
   void refuseAfterLoss(const Statement& statement);
   bool resultsWanted() const { return !firstError_; }
+
+  // executor_try.cpp
+  Flow runStatements(const std::vector<StatementPtr>& statements);
+  Flow runTry(const TryStatement& statement);
+  bool isCaught(const Error& error) const;
+  bool leavesTrigger() const;
+  void doom();
+  void releaseLevels();
+  [[noreturn]] void throwToCatch(const Error& error, const Error& located);
+  [[noreturn]] void rethrow() const;
+  Datum caughtValue(SystemValue value) const;
+  void refuseDoomed(const Statement& statement) const;
+  void endDoomed();
+  void noteCompileError(const Error& error);
 
   // executor_control.cpp
   void runDeclare(const DeclareStatement& statement);
@@ -201,8 +222,12 @@ class Executor {
     int nesting;       // of triggers
   };
   std::vector<Savepoint> savepoints_;
-  bool afterLoss_ = false;       // the client does not know yet that its transaction is gone
-  std::string transactionName_;  // of the outermost BEGIN TRAN, folded
+  bool afterLoss_ = false;             // the client does not know yet that its transaction is gone
+  std::string transactionName_;        // of the outermost BEGIN TRAN, folded
+  int tries_ = 0, triggerTries_ = 0;   // TRYs whose body runs; those around the running trigger
+  std::vector<Error> caught_;          // by the CATCHes that run
+  const Frame* uncaughtIn_ = nullptr;  // where the error on its way came up while a statement was compiled
+  bool doomed_ = false;                // the transaction can only be rolled back
   int nesting_ = 0;
   int execDepth_ = 0;
   struct CachedTrigger {
@@ -230,7 +255,14 @@ template <typename T, typename Make>
 T& Executor::compiled(const void* node, Make make) {
   std::unique_ptr<Compiled>& slot = frame_->plan->compiled[node];
   if (slot && (slot->stamp != store_.catalogStamp() || slot->database != context_.database)) slot.reset();
-  if (!slot) slot = make();
+  if (!slot) {
+    try {
+      slot = make();
+    } catch (const Error& error) {
+      noteCompileError(error);
+      throw;
+    }
+  }
   for (const std::string& database : slot->databases) store_.attach(database);
   return static_cast<T&>(*slot);
 }

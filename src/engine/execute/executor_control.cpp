@@ -211,10 +211,12 @@ void Executor::runRaiserror(const RaiserrorStatement& statement, int line) {
     if (resultsWanted()) sink_->onInfo(raised);
     return;
   }
+  if (isCaught(raised)) throw RaisedError(raised);
   keepError(raised);
 }
 
 void Executor::runThrow(const ThrowStatement& statement) {
+  if (!statement.number) rethrow();
   const auto value = [this](const Expr& expr, const Type& to) {
     Type type;
     const Datum found = evaluate(expr, type);

@@ -63,7 +63,13 @@ void Executor::runSelect(const SelectStatement& select) {
   for (const SelectCore& core : select.cores) {
     if (!core.into) continue;
     Binder binder(bindContext());
-    const BoundSelect bound = binder.bindQuery(select);
+    BoundSelect bound;
+    try {
+      bound = binder.bindQuery(select);
+    } catch (const Error& error) {
+      noteCompileError(error);
+      throw;
+    }
     return selectInto(select, bound, binder);
   }
   CompiledQuery& query = compiled<CompiledQuery>(&select, [&] { return compileQuery(select); });
@@ -78,15 +84,21 @@ void Executor::deliver(CompiledQuery& query) {
   const int columns = static_cast<int>(query.columns.size());
   const std::int64_t portion = resultsWanted() ? sink_->rowsAtATime() : 0;
   std::int64_t before = 0;  // rows in the portions that are gone
-  while (query.query.step()) {
-    if (portion > 0 && set.rowCount() == portion) {
-      sink_->onRows(set, before == 0);
-      before += portion;
-      set.clearRows();
+  try {
+    while (query.query.step()) {
+      if (portion > 0 && set.rowCount() == portion) {
+        sink_->onRows(set, before == 0);
+        before += portion;
+        set.clearRows();
+      }
+      set.beginRow();
+      for (int i = 0; i < columns; ++i)
+        addCell(set, query.query.get(), i, query.columns[static_cast<std::size_t>(i)].type);
     }
-    set.beginRow();
-    for (int i = 0; i < columns; ++i)
-      addCell(set, query.query.get(), i, query.columns[static_cast<std::size_t>(i)].type);
+  } catch (const Error& error) {
+    // Nobody tells the client of a caught one that its rows are at their end.
+    if (before > 0 && isCaught(error)) sink_->onRowsEnd(before, false);
+    throw;
   }
   rowCount_ = before + set.rowCount();
   if (portion > 0) {

@@ -141,6 +141,7 @@ void Executor::runTrigger(const TriggerInfo& trigger, const TriggerTables& table
   frame.triggerDatabase = tables.database;
   frame.event = event;
   frame.updated = updated;
+  frame.triesAround = tries_;
 
   // A trigger works in its table's database, whatever the statement's current one is.
   struct Restore {
@@ -148,19 +149,27 @@ void Executor::runTrigger(const TriggerInfo& trigger, const TriggerTables& table
     Frame* frame;
     std::string database;
     bool noCount;
+    int triggerTries;
     ~Restore() {
       --executor.nesting_;
       executor.frame_ = frame;
       executor.context_.database = database;
       executor.noCount_ = noCount;
+      executor.triggerTries_ = triggerTries;
     }
-  } restore{*this, frame_, context_.database, noCount_};
+  } restore{*this, frame_, context_.database, noCount_, triggerTries_};
+  triggerTries_ = tries_;
   ++nesting_;
   frame_ = &frame;
   context_.database = tables.database;
   const auto& body = std::get<CreateTriggerStatement>(frame.plan->batch.statements.at(0)->node).body;
   for (const StatementPtr& statement : body)
     if (runStatement(*statement) == Flow::Return) break;
+  if (doomed_)
+    throw BatchError(
+        Error(3616,
+              "An error was raised during trigger execution. The batch has been aborted and the user "
+              "transaction, if any, has been rolled back."));
   if (levels_ == 0)
     throw BatchError(Error(3609, "The transaction ended in the trigger. The batch has been aborted."));
 }

@@ -104,6 +104,14 @@ Datum Executor::systemValue(SystemValue value) {
       return identityRun_.last;
     case SystemValue::NestLevel:
       return nesting_;
+    case SystemValue::ErrorNumber:
+    case SystemValue::ErrorSeverity:
+    case SystemValue::ErrorState:
+    case SystemValue::ErrorLine:
+    case SystemValue::ErrorProcedure:
+    case SystemValue::ErrorMessage:
+    case SystemValue::TransactionState:
+      return caughtValue(value);
   }
   return {};
 }

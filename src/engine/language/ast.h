@@ -329,7 +329,10 @@ struct RaiserrorStatement {
   bool setError = false;      // WITH SETERROR
 };
 struct ThrowStatement {
-  ExprPtr number, message, state;  // constants or variables
+  ExprPtr number, message, state;  // constants or variables; null: what the CATCH around it has caught
+};
+struct TryStatement {
+  std::vector<StatementPtr> body, handler;
 };
 enum class TransactionAction : std::uint8_t { Begin, Commit, Rollback, Save };
 struct TransactionStatement {
@@ -358,7 +361,7 @@ struct Statement {
                CreateDatabaseStatement, CreateViewStatement, CreateTriggerStatement, DeclareStatement,
                SetVariableStatement, SetOptionStatement, IfStatement, WhileStatement, BlockStatement,
                BreakStatement, ContinueStatement, ReturnStatement, PrintStatement, RaiserrorStatement,
-               ThrowStatement, TransactionStatement, UseStatement, ExecStatement>
+               ThrowStatement, TryStatement, TransactionStatement, UseStatement, ExecStatement>
       node;
 };
 

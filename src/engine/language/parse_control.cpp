@@ -6,7 +6,9 @@ namespace engine {
 
 StatementPtr SqlParser::beginStatement() {
   if (isAnyWord({"TRAN", "TRANSACTION"}, 1)) return transaction(TransactionAction::Begin, true);
-  if (isAnyWord({"TRY", "CATCH", "DISTRIBUTED"}, 1)) unsupported("BEGIN " + upperAscii(token(1).source));
+  if (isWord("TRY", 1)) return tryStatement();
+  if (isWord("CATCH", 1)) syntaxError(1);
+  if (isWord("DISTRIBUTED", 1)) unsupported("BEGIN DISTRIBUTED");
   return blockStatement();
 }
 
@@ -19,6 +21,23 @@ StatementPtr SqlParser::blockStatement() {
   if (block.body.empty()) syntaxError();
   expect("END");
   return wrap(std::move(block), atLine);
+}
+
+// BEGIN TRY .. END TRY BEGIN CATCH .. END CATCH, with nothing in between. The CATCH may be empty.
+StatementPtr SqlParser::tryStatement() {
+  Nesting nesting(*this, Heavy);
+  int atLine = line();
+  TryStatement result;
+  pos_ += 2;
+  statements(result.body, true);
+  if (result.body.empty()) syntaxError();
+  for (const std::string_view word : {"END", "TRY", "BEGIN", "CATCH"}) expect(word);
+  ++catches_;
+  statements(result.handler, true);
+  --catches_;
+  expect("END");
+  expect("CATCH");
+  return wrap(std::move(result), atLine);
 }
 
 StatementPtr SqlParser::ifStatement() {
@@ -97,11 +116,13 @@ StatementPtr SqlParser::raiserrorStatement() {
   return wrap(std::move(raise), atLine);
 }
 
-// What is rethrown stands in a CATCH, which there is not.
+// Without arguments it throws what the CATCH around it has caught.
 StatementPtr SqlParser::throwStatement() {
   int atLine = line();
   expect("THROW");
-  if (!isKind(TokenKind::Literal) && !isKind(TokenKind::Variable))
+  const bool again = !isKind(TokenKind::Literal) && !isKind(TokenKind::Variable);
+  if (again && catches_ > 0) return wrap(ThrowStatement{}, atLine);
+  if (again)
     fail(10704,
          "To rethrow an error, a THROW statement must be used inside a CATCH block. Insert the THROW "
          "statement inside a CATCH block, or add error parameters to the THROW statement.");

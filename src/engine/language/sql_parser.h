@@ -234,6 +234,7 @@ class SqlParser {
   // ---- parse_control.cpp ----
   StatementPtr beginStatement();
   StatementPtr blockStatement();
+  StatementPtr tryStatement();
   StatementPtr ifStatement();
   StatementPtr whileStatement();
   StatementPtr breakStatement();
@@ -271,6 +272,7 @@ class SqlParser {
   int depth_ = 0;
   bool mayStore_ = false;  // the SELECT that comes is a statement of its own and may have INTO
   int cases_ = 0;          // CASE around the expression being parsed
+  int catches_ = 0;        // CATCH around the statement being parsed
   int loops_ = 0;          // WHILE around the statement being parsed
   int tallest_ = 0;        // height of the tallest expression of the select being parsed
 };

@@ -39,6 +39,13 @@ const std::array systemFunctions = {
     SystemFunction{"system_user", nullptr, nameType, 0, 0, SystemValue::Login, true},
     SystemFunction{
         "scope_identity", nullptr, {TypeId::Decimal, 0, 18, 0}, 0, 0, SystemValue::ScopeIdentity, true},
+    SystemFunction{"error_number", nullptr, intType, 0, 0, SystemValue::ErrorNumber, true},
+    SystemFunction{"error_severity", nullptr, intType, 0, 0, SystemValue::ErrorSeverity, true},
+    SystemFunction{"error_state", nullptr, intType, 0, 0, SystemValue::ErrorState, true},
+    SystemFunction{"error_line", nullptr, intType, 0, 0, SystemValue::ErrorLine, true},
+    SystemFunction{"error_procedure", nullptr, nameType, 0, 0, SystemValue::ErrorProcedure, true},
+    SystemFunction{"error_message", nullptr, {TypeId::NVarChar, 4000}, 0, 0, SystemValue::ErrorMessage, true},
+    SystemFunction{"xact_state", nullptr, {TypeId::SmallInt}, 0, 0, SystemValue::TransactionState, true},
     SystemFunction{"getdate", nullptr, {TypeId::DateTime}, 0, 0, SystemValue::Now, true},
     SystemFunction{"current_timestamp", nullptr, {TypeId::DateTime}, 0, 0, SystemValue::Now, true},
 };

@@ -34,6 +34,13 @@ enum class SystemValue : std::uint8_t {
   Now,
   NextIdentity,  // the value that the running INSERT gives to its identity column
   NestLevel,
+  ErrorNumber,  // of what the CATCH has caught, with the next ones
+  ErrorSeverity,
+  ErrorState,
+  ErrorLine,
+  ErrorProcedure,
+  ErrorMessage,
+  TransactionState,  // XACT_STATE()
 };
 
 // Longer ones are kept in the list of the batch that they stand in, and nowhere else.

@@ -34,6 +34,9 @@ void collect(const Statement& statement, VariableTable& table) {
     if (branch->otherwise) collect(*branch->otherwise, table);
   } else if (const auto* loop = std::get_if<WhileStatement>(&statement.node)) {
     collect(*loop->body, table);
+  } else if (const auto* attempt = std::get_if<TryStatement>(&statement.node)) {
+    for (const StatementPtr& inner : attempt->body) collect(*inner, table);
+    for (const StatementPtr& inner : attempt->handler) collect(*inner, table);
   }
 }
 

@@ -92,7 +92,7 @@ TEST(ParserError, NamesWhatTheServerDoesNotSpeak) {
       {"SELECT * FROM t PIVOT (SUM(a) FOR b IN (c)) p", "PIVOT"},
       {"SELECT * FROM a CROSS APPLY b", "APPLY"},
       {"SELECT a FROM t FOR XML AUTO", "FOR XML"},
-      {"BEGIN TRY SELECT 1 END TRY", "BEGIN TRY"},
+      {"BEGIN DISTRIBUTED TRAN", "BEGIN DISTRIBUTED"},
       {"GRANT SELECT ON t TO u", "GRANT"},
       {"BACKUP DATABASE d TO DISK='x'", "BACKUP"},
       {"INSERT INTO t EXEC p", "INSERT ... EXEC"},

@@ -5,7 +5,7 @@
 
 namespace app {
 
-inline constexpr std::array<cli::Secenek, 7> sunucuSecenekleri = {
+inline constexpr std::array<cli::Secenek, 8> sunucuSecenekleri = {
     {{"--klasor", "Veri klasörü", true, cli::Secenek::Tur::Metin, "KLASÖR"},
      {"--adres", "Dinlenecek adres (varsayılan 127.0.0.1)", false, cli::Secenek::Tur::Metin, "ADRES"},
      {"--kapi", "Dinlenecek kapı (varsayılan 1433; 0: boş bir kapı)", false, cli::Secenek::Tur::Metin, "NO"},
@@ -15,7 +15,8 @@ inline constexpr std::array<cli::Secenek, 7> sunucuSecenekleri = {
      {"--anahtar", "Sertifikanın anahtarı, PEM (yoksa sertifika dosyasında)", false, cli::Secenek::Tur::Metin,
       "DOSYA"},
      {"--yerel-sifresiz", "Bu makinedeki programlar TLS olmadan da bağlanabilir", false,
-      cli::Secenek::Tur::Bayrak, ""}}};
+      cli::Secenek::Tur::Bayrak, ""},
+     {"--surum", "Sürümü yazar", false, cli::Secenek::Tur::Bayrak, ""}}};
 inline constexpr std::string_view sunucuAciklamasi =
     "Bir veri klasörünü ağdaki programlara SQL Server olarak sunar";
 inline constexpr cli::CikisKodlari sunucuKodlari = {

@@ -1,19 +1,19 @@
 // zembera-sunucu: the embedded server of one data folder for the programs of other machines.
 #include <sys/resource.h>
 
-#include <CLI/CLI.hpp>
+#include <charconv>
 #include <csignal>
 #include <iostream>
 #include <mutex>
 #include <system_error>
 
 #include "app/sunucu_secenekleri.h"
+#include "cli/yardim.h"
 #include "engine/server.h"
+#include "session/oturum.h"
 #include "tds/server.h"
 
 namespace {
-
-constexpr int refused = 1, wrongUse = 2;
 
 void tell(const std::string& line) {
   static std::mutex one;
@@ -50,33 +50,64 @@ int serve(const std::string& folder, tds::Options options) {
     server.stop();
   } catch (const std::system_error& error) {
     tell(std::string("Bu adres dinlenemiyor: ") + error.what());
-    return refused;
+    return cli::reddedildi;
   } catch (const std::runtime_error& error) {
     tell(std::string("Sunucu açılamadı: ") + error.what());
-    return refused;
+    return cli::reddedildi;
   }
-  return 0;
+  return cli::tamam;
+}
+
+// Takes the number of an option; false, and told, when it is not one between `least` and `most`.
+template <class Number>
+bool takeNumber(const cli::Degerler& values, const char* name, Number least, Number most, Number& number) {
+  if (!values.var(name)) return true;
+  const std::string text = values.metin(name);
+  Number given{};
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), given);
+  if (error == std::errc() && end == text.data() + text.size() && given >= least && given <= most) {
+    number = given;
+    return true;
+  }
+  std::cerr << "--" << name << " " << least << " ile " << most << " arasında bir sayı olmalı: " << text
+            << "\n";
+  return false;
+}
+
+bool takeOptions(const cli::Degerler& values, tds::Options& options) {
+  options.address = values.metin("adres", options.address);
+  options.certificate = values.metin("sertifika");
+  options.key = values.metin("anahtar");
+  options.plainOnThisMachine = values.var("yerel-sifresiz");
+  return takeNumber<std::uint16_t>(values, "kapi", 0, 65535, options.port) &&
+         takeNumber<std::size_t>(values, "baglanti", 1, 100000, options.mostConnections);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   CLI::App program(std::string(app::sunucuAciklamasi), "zembera-sunucu");
-  std::string folder;
-  tds::Options options;
-  const auto ad = [](std::size_t i) { return std::string(app::sunucuSecenekleri[i].ad); };
-  const auto metin = [](std::size_t i) { return std::string(app::sunucuSecenekleri[i].aciklama); };
-  program.add_option(ad(0), folder, metin(0))->required();
-  program.add_option(ad(1), options.address, metin(1));
-  program.add_option(ad(2), options.port, metin(2));
-  program.add_option(ad(3), options.mostConnections, metin(3));
-  program.add_option(ad(4), options.certificate, metin(4));
-  program.add_option(ad(5), options.key, metin(5));
-  program.add_flag(ad(6), options.plainOnThisMachine, metin(6));
+  cli::turkceKonus(program);
+  program.footer(cli::cikisKodlariMetni(app::sunucuKodlari));
+  for (const cli::Secenek& secenek : app::sunucuSecenekleri) cli::secenekEkle(program, secenek);
   try {
     program.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    std::cout << program.help();
+    return cli::tamam;
   } catch (const CLI::ParseError& error) {
-    return program.exit(error) == 0 ? 0 : wrongUse;
+    // The version is told without a folder, too.
+    if (dynamic_cast<const CLI::RequiredError*>(&error) == nullptr || program.count("--surum") == 0) {
+      std::cerr << cli::turkceHata(program, error) << "\nYardım için: zembera-sunucu --help\n";
+      return cli::yanlisKullanim;
+    }
   }
-  return serve(folder, std::move(options));
+  const cli::Degerler values = cli::degerlerOku(program, app::sunucuSecenekleri);
+  if (values.var("surum")) {
+    std::cout << "Zembera " << session::programSurumu << "\n";
+    return cli::tamam;
+  }
+  tds::Options options;
+  if (!takeOptions(values, options)) return cli::yanlisKullanim;
+  return serve(values.metin("klasor"), std::move(options));
 }

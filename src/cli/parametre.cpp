@@ -1,6 +1,7 @@
 #include "settings/parametre.h"
 
 #include <algorithm>
+#include <sstream>
 
 #include "cli/komut.h"
 #include "cli/metin_satirlari.h"
@@ -25,7 +26,8 @@ constexpr std::array<Secenek, 4> options = {
 
 constexpr std::string_view more =
     "--yaz verilmezse bütün parametreleri listeler: kolon, değer, anlam, başlık. Sabit tanımların ve\n"
-    "taksitli satışın bütün parametreleri vardır. Verilenlerden biri bile reddedilirse hiçbiri yazılmaz.";
+    "taksitli satışın bütün parametreleri vardır. Verilenlerden biri bile reddedilirse hiçbiri yazılmaz.\n"
+    "Yazılanlar metin olarak bildirilir, --bicim verilirse tablo olarak.";
 
 void listele(Ortam& ortam, const FirmaKaydi& kayit, Bicim bicim) {
   static constexpr std::array<std::string_view, 4> basliklar = {"Kolon", "Deger", "Anlam", "Baslik"};
@@ -61,7 +63,10 @@ int yaz(KomutOturumu& komut, FirmaKaydi& kayit, const Degerler& values) {
     komut.ortam.err << hata << "\nHiçbir şey yazılmadı.\n";
     return reddedildi;
   }
-  return parametreYaz(komut, kayit, yeni, values.var("dene"));
+  Degisiklikler rapor(komut.ortam, values, degisiklikBasliklari);
+  const int kod = parametreYaz(komut, kayit, yeni, values.var("dene"), rapor);
+  if (kod == tamam) rapor.bitir();
+  return kod;
 }
 
 int run(Ortam& ortam, const Degerler& values) {
@@ -107,7 +112,8 @@ std::string parametreEngeli(KomutOturumu& komut, const FirmaKaydi& kayit,
   return settings::Kilit_Tarih_Kontrol(metni("KilitBasTarih"), metni("KilitBitTarih")).hata;
 }
 
-int parametreYaz(KomutOturumu& komut, FirmaKaydi& kayit, const std::vector<db::Value>& yeni, bool dene) {
+int parametreYaz(KomutOturumu& komut, FirmaKaydi& kayit, const std::vector<db::Value>& yeni, bool dene,
+                 Degisiklikler& rapor) {
   const auto degisen = settings::farklar(kayit.degerler, yeni);
   if (!dene) {
     const auto sonuc = settings::Parametre_Kaydet(komut.oturum, kayit, yeni);
@@ -119,9 +125,17 @@ int parametreYaz(KomutOturumu& komut, FirmaKaydi& kayit, const std::vector<db::V
       return reddedildi;
     }
   }
-  komut.ortam.out << kayit.sysfrm_dbnm << ": " << degisen.size()
-                  << (dene ? " parametre değişecek\n" : " parametre değişti\n");
-  farklariYaz(komut.ortam.out, degisen);
+  std::ostringstream metin;
+  metin << kayit.sysfrm_dbnm << ": " << degisen.size()
+        << (dene ? " parametre değişecek\n" : " parametre değişti\n");
+  farklariYaz(metin, degisen);
+  std::vector<std::vector<std::string>> satirlar;
+  for (const auto& fark : degisen)
+    satirlar.push_back({kayit.sysfrm_dbnm, std::string(fark.parametre->sutun),
+                        settings::depoMetni(*fark.parametre, fark.eski),
+                        settings::depoMetni(*fark.parametre, fark.yeni),
+                        settings::parametreAdi(*fark.parametre)});
+  rapor.ekle(metin.str(), std::move(satirlar));
   return tamam;
 }
 

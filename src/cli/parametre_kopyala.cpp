@@ -13,12 +13,13 @@ namespace {
 using settings::FirmaKaydi;
 using settings::Parametre;
 
-constexpr std::array<Secenek, 4> kopyalaOptions = {
+constexpr std::array<Secenek, 5> kopyalaOptions = {
     {{"--kaynak", "Parametreleri alınacak firma", true, Secenek::Tur::Metin, "FİRMA"},
      {"--hedef", "Parametreleri yazılacak firma; birden çok kez verilebilir", true, Secenek::Tur::Coklu,
       "FİRMA"},
      {"--kolon", "Yalnız bu parametre; birden çok kez verilebilir", false, Secenek::Tur::Coklu, "KOLON"},
-     {"--dene", "Yazmaz, neyin değişeceğini gösterir", false, Secenek::Tur::Bayrak, ""}}};
+     {"--dene", "Yazmaz, neyin değişeceğini gösterir", false, Secenek::Tur::Bayrak, ""},
+     bicimMetin}};
 
 constexpr std::string_view kopyalaMore =
     "--kolon verilmezse bütün parametreler kopyalanır; emanet ambarı (Emanet_Ambar_No) firmanın kendi\n"
@@ -52,6 +53,7 @@ int kopyala(Ortam& ortam, const Degerler& values) {
     ortam.err << komut.oturum.Son_Hata << "\nHiçbir şey yazılmadı.\n";
     return reddedildi;
   }
+  Degisiklikler rapor(ortam, values, degisiklikBasliklari);
   int sonuc = tamam;
   for (std::size_t i = 1; i < kayitlar.size(); ++i) {
     const auto yeni = settings::kopyalanan(kayitlar[0], kayitlar[i], secilen);
@@ -60,8 +62,9 @@ int kopyala(Ortam& ortam, const Degerler& values) {
       sonuc = reddedildi;
       continue;
     }
-    if (parametreYaz(komut, kayitlar[i], yeni, values.var("dene")) != tamam) sonuc = reddedildi;
+    if (parametreYaz(komut, kayitlar[i], yeni, values.var("dene"), rapor) != tamam) sonuc = reddedildi;
   }
+  rapor.bitir();
   return sonuc;
 }
 

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <ostream>
 #include <set>
 #include <vector>
@@ -241,6 +242,17 @@ void ikilileriYaz(Ortam& ortam, const Degerler& degerler, std::span<const std::s
   if (degerler.metin("bicim", "metin") != "metin")
     return sonucYaz(ortam, MetinSatirlari(basliklar, satirlar), bicimi(degerler, Bicim::Tablo));
   for (const auto& satir : satirlar) ortam.out << satir[0] << "\t" << satir[1] << "\n";
+}
+
+void Degisiklikler::ekle(std::string_view metin, std::vector<std::vector<std::string>> satirlar) {
+  // A trial was asked for its report; of what is done a report is news.
+  if (!tablo()) (degerler_.var("dene") ? ortam_.out : ortam_.haber()) << metin;
+  satirlar_.insert(satirlar_.end(), std::make_move_iterator(satirlar.begin()),
+                   std::make_move_iterator(satirlar.end()));
+}
+
+void Degisiklikler::bitir() {
+  if (tablo()) sonucYaz(ortam_, MetinSatirlari(basliklar_, satirlar_), bicimi(degerler_, Bicim::Tablo));
 }
 
 }  // namespace cli

@@ -27,6 +27,23 @@ void sonucYaz(Ortam& ortam, const db::Rows& rows, Bicim bicim);
 // Pairs of a name and a value: "metin" is a line each with a tab between, the other forms have headings.
 void ikilileriYaz(Ortam& ortam, const Degerler& degerler, std::span<const std::string_view> basliklar,
                   const std::vector<std::vector<std::string>>& satirlar);
+// What a writing command has changed, or would change with --dene: texts to be read, each as soon as it is
+// known, or with --bicim one table of everything.
+class Degisiklikler {
+ public:
+  Degisiklikler(Ortam& ortam, const Degerler& degerler, std::span<const std::string_view> basliklar)
+      : ortam_(ortam), degerler_(degerler), basliklar_(basliklar) {}
+  void ekle(std::string_view metin, std::vector<std::vector<std::string>> satirlar);
+  void bitir();  // writes the table
+
+ private:
+  bool tablo() const { return degerler_.metin("bicim", "metin") != "metin"; }
+
+  Ortam& ortam_;
+  const Degerler& degerler_;
+  std::span<const std::string_view> basliklar_;
+  std::vector<std::vector<std::string>> satirlar_;
+};
 // A text as JSON writes it, with its quotes.
 std::string jsonMetni(std::string_view text);
 

@@ -4,6 +4,7 @@
 #include "cli/bakim_ortak.h"
 #include "cli/komut.h"
 #include "cli/oturum_ac.h"
+#include "cli/sonuc_yaz.h"
 #include "platform/folders.h"
 #include "platform/timer.h"
 
@@ -13,7 +14,10 @@ namespace {
 
 using Tur = Secenek::Tur;
 
-constexpr const char* birim = "zembera-sunucu";
+// Not the name of the package's unit, which serves the system's own folder.
+constexpr const char* birim = "zembera-ag";
+constexpr const char* oncekiBirim = "zembera-sunucu";  // of this user, until the unit got a name of its own
+constexpr std::array<std::string_view, 2> basliklar = {"Alan", "Deger"};
 
 constexpr std::array<Secenek, 4> options = {
     {{"--ag", "Sunucuyu ağa da açar: zembera-sunucu bu kullanıcının servisi olarak çalışır", false,
@@ -22,6 +26,8 @@ constexpr std::array<Secenek, 4> options = {
       "ADRES"},
      {"--kapi", "Ağda dinlenecek kapı (varsayılan 1433)", false, Tur::Metin, "KAPI"},
      {"--yerel-sifresiz", "Bu makinedeki programlar TLS olmadan da bağlanabilir", false, Tur::Bayrak, ""}}};
+
+constexpr std::array<Secenek, 1> durumOptions = {{bicimMetin}};
 
 bool kapiMi(const std::string& metin) {
   unsigned kapi = 0;
@@ -52,6 +58,7 @@ int agaAc(Ortam& ortam, const Degerler& values, const db::LocalServer& yerel) {
                       "--kapi",
                       kapi};
   if (values.var("yerel-sifresiz")) servis.arguments.emplace_back("--yerel-sifresiz");
+  platform::removeService(oncekiBirim);
   const std::string hata = platform::installService(servis);
   const auto dosya = platform::userUnitFolder() / (servis.name + ".service");
   if (!hata.empty()) {
@@ -59,8 +66,8 @@ int agaAc(Ortam& ortam, const Degerler& values, const db::LocalServer& yerel) {
               << "Elle başlatmak için: systemctl --user enable --now " << birim << "\n";
     return reddedildi;
   }
-  ortam.out << dosya.string() << "\n";
-  ortam.haber() << "Öteki makinelerde sunucu adı: " << adres << "," << kapi << "\n";
+  ortam.haber() << dosya.string() << "\n"
+                << "Öteki makinelerde sunucu adı: " << adres << "," << kapi << "\n";
   return tamam;
 }
 
@@ -93,7 +100,8 @@ int durdur(Ortam& ortam, const Degerler&) {
   const auto yerel = yerelSunucu(komut, ortam);
   if (!yerel) return reddedildi;
   try {
-    if (platform::removeService(birim)) ortam.haber() << "Ağ sunucusu durduruldu ve kaldırıldı.\n";
+    const bool onceki = platform::removeService(oncekiBirim);
+    if (platform::removeService(birim) || onceki) ortam.haber() << "Ağ sunucusu durduruldu ve kaldırıldı.\n";
     const bool calisiyordu = yerel->running();
     if (calisiyordu) yerel->stop();
     ortam.haber() << (calisiyordu ? "Sunucu durduruldu." : "Sunucu zaten durmuş.") << "\n";
@@ -104,20 +112,20 @@ int durdur(Ortam& ortam, const Degerler&) {
   }
 }
 
-int durum(Ortam& ortam, const Degerler&) {
+int durum(Ortam& ortam, const Degerler& values) {
   KomutOturumu komut(ortam);
   const auto yerel = yerelSunucu(komut, ortam);
   if (!yerel) return reddedildi;
   try {
     const bool calisiyor = yerel->running();
-    const std::string servis = platform::serviceStatus(birim);
-    ortam.out << "klasor\t" << yerel->folder().string() << "\n"
-              << "sunucu\t" << (calisiyor ? "çalışıyor" : "durmuş") << "\n"
-              << "ag\t"
-              << (servis.empty()       ? "kapalı"
-                  : servis == "active" ? "çalışıyor"
-                                       : servis)
-              << "\n";
+    std::string servis = platform::serviceStatus(birim);
+    if (servis.empty()) servis = platform::serviceStatus(oncekiBirim);
+    ikilileriYaz(ortam, values, basliklar,
+                 {{"klasor", yerel->folder().string()},
+                  {"sunucu", calisiyor ? "çalışıyor" : "durmuş"},
+                  {"ag", servis.empty()       ? "kapalı"
+                         : servis == "active" ? "çalışıyor"
+                                              : servis}});
     return calisiyor ? tamam : reddedildi;
   } catch (const db::SqlError& error) {
     ortam.err << hataSatiri(error) << "\n";
@@ -131,7 +139,7 @@ const Komut& sunucuBaslatKomutu() {
   static const Komut command{
       "sunucu-baslat", "Durdurulmuş yerel sunucuyu başlatır; istenirse ağa açar",
       "Durdurulmuş bir sunucuya hiçbir program bağlanamaz. --ag ile bu kullanıcının systemd servisi yazılır: "
-      "zembera-sunucu. Kullanıcı oturum açmamışken de çalışması için: loginctl enable-linger.",
+      "zembera-ag. Kullanıcı oturum açmamışken de çalışması için: loginctl enable-linger.",
       options, baslat};
   return command;
 }
@@ -151,7 +159,7 @@ const Komut& sunucuDurumKomutu() {
   static const Komut command{"sunucu-durum",
                              "Yerel sunucunun çalışıp çalışmadığını gösterir",
                              "Ağ sunucusunun durumunu da gösterir.",
-                             {},
+                             durumOptions,
                              durum,
                              kodlar};
   return command;

@@ -30,7 +30,8 @@ constexpr std::string_view tanimMore =
     "gibi geri alınabilir. Bir satır koduyla var olan kayda yazılır, bulunamazsa eklenir; kimlik yalnız "
     "aynı\n"
     "kodlu satırları ayırır. Rapor metni aynısı varsa durur, yoksa eklenir.\n"
-    "Ekranın denetimlerinden biri bile bir satırı reddederse satırı söylenir ve hiçbir şey yazılmaz.";
+    "Ekranın denetimlerinden biri bile bir satırı reddederse satırı söylenir ve hiçbir şey yazılmaz.\n"
+    "Yazılanlar metin olarak bildirilir, --bicim verilirse tablo olarak.";
 
 int listele(Ortam& ortam, session::Oturum& oturum, const settings::ListeTuru& tur, Bicim bicim) {
   const auto liste = tur.yukle(oturum, tur);
@@ -66,6 +67,20 @@ std::optional<std::string> girdi(Ortam& ortam, const std::string& dosya) {
   return std::string(std::istreambuf_iterator<char>(akis), {});
 }
 
+constexpr std::array<std::string_view, 5> farkBasliklari = {"Islem", "Satir", "Kolon", "Eski", "Yeni"};
+
+void farkEkle(Degisiklikler& rapor, const settings::SatirFarki& fark) {
+  const bool yeni = fark.kolonlar.empty();
+  std::string metin = (yeni ? "+ " : "~ ") + fark.satir;
+  std::vector<std::vector<std::string>> satirlar;
+  if (yeni) satirlar.push_back({"ekle", fark.satir, "", "", ""});
+  for (const auto& kolon : fark.kolonlar) {
+    metin.append("  ").append(kolon.ad).append(": ").append(kolon.eski).append(" -> ").append(kolon.yeni);
+    satirlar.push_back({"degistir", fark.satir, kolon.ad, kolon.eski, kolon.yeni});
+  }
+  rapor.ekle(metin + "\n", std::move(satirlar));
+}
+
 int yukle(Ortam& ortam, session::Oturum& oturum, const settings::ListeTuru& tur, const Degerler& values) {
   const auto metin = girdi(ortam, values.metin("girdi"));
   if (!metin) return reddedildi;
@@ -75,9 +90,12 @@ int yukle(Ortam& ortam, session::Oturum& oturum, const settings::ListeTuru& tur,
     ortam.err << sonuc.hata << "\nHiçbir şey yazılmadı.\n";
     return reddedildi;
   }
-  for (const std::string& fark : sonuc.farklar) ortam.out << fark << "\n";
-  ortam.out << sonuc.eklenen << " satır " << (dene ? "eklenecek, " : "eklendi, ") << sonuc.degisen
-            << " satır " << (dene ? "değişecek\n" : "değişti\n");
+  Degisiklikler rapor(ortam, values, farkBasliklari);
+  for (const auto& fark : sonuc.farklar) farkEkle(rapor, fark);
+  rapor.ekle(std::to_string(sonuc.eklenen) + " satır " + (dene ? "eklenecek, " : "eklendi, ") +
+                 std::to_string(sonuc.degisen) + " satır " + (dene ? "değişecek\n" : "değişti\n"),
+             {});
+  rapor.bitir();
   return tamam;
 }
 
@@ -108,7 +126,8 @@ constexpr std::array<Secenek, 4> numaraOptions = {
      bicimTablo}};
 
 constexpr std::string_view numaraMore =
-    "--yaz verilmezse sayaçları listeler. BARKOD 23, öbür sayaçlar 10 karakterdir; uzun numara kesilir.";
+    "--yaz verilmezse sayaçları listeler. BARKOD 23, öbür sayaçlar 10 karakterdir; uzun numara kesilir.\n"
+    "Yazılanlar metin olarak bildirilir, --bicim verilirse tablo olarak.";
 
 int numaraListele(Ortam& ortam, const settings::NumaraListesi& liste, Bicim bicim) {
   static constexpr std::array<std::string_view, 3> basliklar = {"Anahtar", "Numara", "Etiket"};
@@ -120,8 +139,10 @@ int numaraListele(Ortam& ortam, const settings::NumaraListesi& liste, Bicim bici
 
 int numaraYaz(Ortam& ortam, session::Oturum& oturum, const settings::NumaraListesi& liste,
               const Degerler& values) {
+  static constexpr std::array<std::string_view, 3> basliklar = {"Anahtar", "Eski", "Yeni"};
   std::vector<settings::NumaraYazisi> yazilar;
-  std::string hata, rapor;
+  std::string hata, metin;
+  std::vector<std::vector<std::string>> satirlar;
   for (const std::string& atama : values.liste("yaz")) {
     const std::size_t esit = std::min(atama.find('='), atama.size());
     const std::string anahtar = atama.substr(0, esit),
@@ -138,15 +159,18 @@ int numaraYaz(Ortam& ortam, session::Oturum& oturum, const settings::NumaraListe
       hata = anahtar + ": “" + *harf + "” harfi kullanılamaz (1254 Türkçe kod sayfasında yok).";
     if (!hata.empty()) break;
     yazilar.push_back({anahtar, numara});
-    rapor += anahtar + ": " + at->numara + " -> " +
-             session::ilkHarfler(numara, settings::numaraUzunlugu(anahtar)) + "\n";
+    satirlar.push_back(
+        {anahtar, at->numara, std::string(session::ilkHarfler(numara, settings::numaraUzunlugu(anahtar)))});
+    metin += anahtar + ": " + satirlar.back()[1] + " -> " + satirlar.back()[2] + "\n";
   }
   if (hata.empty() && !values.var("dene")) hata = settings::Numaralari_Yaz(oturum, yazilar);
   if (!hata.empty()) {
     ortam.err << hata << "\nHiçbir şey yazılmadı.\n";
     return reddedildi;
   }
-  ortam.out << rapor;
+  Degisiklikler rapor(ortam, values, basliklar);
+  rapor.ekle(metin, std::move(satirlar));
+  rapor.bitir();
   return tamam;
 }
 

@@ -17,7 +17,7 @@ struct DailyTimer {
 
 // A program that the manager keeps running: started with the session and again when it falls.
 struct RunningService {
-  std::string name;  // of the unit: "zembera-sunucu"
+  std::string name;  // of the unit: "zembera-ag"
   std::string description;
   std::vector<std::string> arguments;  // the program first, by its whole path
 };

@@ -207,17 +207,17 @@ void farklariBul(const ListeTuru& tur, const IzgaraSatirlari& eski, const Izgara
   for (std::size_t i = 0; i < yeni.size(); ++i) {
     if (i >= eski.size()) {
       ++sonuc.eklenen;
-      sonuc.farklar.push_back("+ " + adi(tur, yeni[i]));
+      sonuc.farklar.push_back({adi(tur, yeni[i])});
       continue;
     }
-    std::string fark;
+    SatirFarki fark{adi(tur, yeni[i])};
     for (std::size_t k = 0; k < tur.kolonlar.size(); ++k)
       if (eski[i].hucreler[k] != yeni[i].hucreler[k])
-        fark += "  " + std::string(tur.kolonlar[k].anahtar) + ": " + eski[i].hucreler[k] + " -> " +
-                yeni[i].hucreler[k];
-    if (fark.empty()) continue;
+        fark.kolonlar.push_back(
+            {std::string(tur.kolonlar[k].anahtar), eski[i].hucreler[k], yeni[i].hucreler[k]});
+    if (fark.kolonlar.empty()) continue;
     ++sonuc.degisen;
-    sonuc.farklar.push_back("~ " + adi(tur, yeni[i]) + fark);
+    sonuc.farklar.push_back(std::move(fark));
   }
 }
 

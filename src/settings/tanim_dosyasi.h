@@ -39,10 +39,19 @@ std::string listeTurleri();  // their names, comma between
 // Connects to the company (or the catalog); the reason when it cannot.
 std::string Liste_Bagla(session::Oturum& oturum, const ListeTuru& tur, const std::string& firma);
 
+// A row that the file brings or changes; one without columns is new.
+struct SatirFarki {
+  struct Kolon {
+    std::string ad, eski, yeni;
+  };
+  std::string satir;  // how people know it: its code
+  std::vector<Kolon> kolonlar = {};
+};
+
 struct DosyaSonucu {
   std::string hata = {};  // names its line; nothing was written
   int eklenen = 0, degisen = 0;
-  std::vector<std::string> farklar = {};  // one line each, for people
+  std::vector<SatirFarki> farklar = {};
 };
 // Takes a file into the list. With `dene` nothing is written.
 DosyaSonucu Liste_Yukle(session::Oturum& oturum, const ListeTuru& tur, std::string_view dosya, bool dene);

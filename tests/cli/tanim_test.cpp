@@ -85,6 +85,8 @@ TEST_F(TanimKomutlari, AListOfAnotherCompanyFindsRowsByTheirKeys) {
       "Ambar_ID\tAmbar_No\tAmbar_Ad\tMerkez_Ambar\n" + iki + "\t3\tŞUBE\t0\n77\t1\tANA\t1\n";
   EXPECT_EQ(tanim("ambar", {"-i", "-", "--dene"}, dosya), 0) << cli.err;
   EXPECT_EQ(cli.out, "~ 1  Ambar_Ad: Merkez -> ANA\n+ 3\n1 satır eklenecek, 1 satır değişecek\n");
+  EXPECT_EQ(tanim("ambar", {"-i", "-", "--dene", "--bicim", "tsv"}, dosya), 0) << cli.err;
+  EXPECT_EQ(cli.out, "Islem\tSatir\tKolon\tEski\tYeni\ndegistir\t1\tAmbar_Ad\tMerkez\tANA\nekle\t3\t\t\t\n");
   EXPECT_EQ(firmada("SELECT Ambar_No,Ambar_Ad FROM AMBAR ORDER BY Ambar_No"), "1|Merkez\n2|DEPO");
   const auto yol = (cli.dizin / "ambar.tsv").string();
   std::ofstream(yol) << dosya;

@@ -235,7 +235,13 @@ std::vector<std::array<std::string, 4>> cizelge(const Program& program) {
   };
   ekle("", program.secenekler);
   for (const auto komut : program.komutlar)
-    if (!komut().gizli) ekle(komut().ad, komut().secenekler);
+    if (!komut().gizli) {
+      ekle(komut().ad, komut().secenekler);
+      // Those of the program may stand behind the command, too.
+      const auto genel = static_cast<std::ptrdiff_t>(out.size());
+      ekle(komut().ad, program.secenekler);
+      out.erase(std::find(out.begin() + genel, out.end(), out[static_cast<std::size_t>(genel) - 1]));
+    }
   return out;
 }
 
@@ -268,11 +274,7 @@ std::string bashDallari(const Program& program) {
       turler << "    " << tirnakli(komut + " " + secenek) << ") tur=" << tirnakli(tur) << " ;;\n";
   }
   std::ostringstream out;
-  out << "  case \"$komut $onceki\" in\n" << turler.str() << "    *)\n      case \" $onceki\" in\n";
-  for (const auto& [komut, secenek, tur, metin] : cizelge(program))
-    if (komut.empty() && !tur.empty())
-      out << "        ' " << secenek << "') tur=" << tirnakli(tur) << " ;;\n";
-  out << "      esac ;;\n  esac\n  case \"$komut\" in\n";
+  out << "  case \"$komut $onceki\" in\n" << turler.str() << "  esac\n  case \"$komut\" in\n";
   for (const auto& [komut, adlar] : secenekler)
     out << "    " << tirnakli(komut) << ") secenekler=" << tirnakli(adlar.substr(0, adlar.size() - 1))
         << " ;;\n";
@@ -288,11 +290,15 @@ std::string bashMetni(const Program& program) {
       << islev << "() {\n"
       << "  local sozcuk=${COMP_WORDS[COMP_CWORD]} onceki=${COMP_WORDS[COMP_CWORD-1]} komut='' tur='' "
          "secenekler=''\n"
-      << "  local dizin=() komutlar=" << tirnakli(adListesi(program)) << " i\n"
+      << "  local dizin=() komutlar=" << tirnakli(adListesi(program)) << " i ad yer\n"
       << "  COMPREPLY=()\n"
+      // The shell cuts --ad=VALUE into three words.
+      << "  if [ \"$sozcuk\" = = ]; then sozcuk=''; elif [ \"$onceki\" = = ]; then "
+         "onceki=${COMP_WORDS[COMP_CWORD-2]}; fi\n"
       << "  for ((i = 1; i < COMP_CWORD; i++)); do\n"
       << "    case \"${COMP_WORDS[i]}\" in\n"
-      << "      --dizin) dizin=(--dizin \"${COMP_WORDS[i+1]}\"); i=$((i + 1)) ;;\n"
+      << "      --dizin)\n        i=$((i + 1)); [ \"${COMP_WORDS[i]}\" != = ] || i=$((i + 1))\n        "
+         "yer=${COMP_WORDS[i]//[\\\\\\'\\\"]/}; dizin=(--dizin \"${yer/#\\~/$HOME}\") ;;\n"
       << "      -*) ;;\n"
       << "      *) case \" $komutlar \" in *\" ${COMP_WORDS[i]} \"*) [ -n \"$komut\" ] || "
          "komut=${COMP_WORDS[i]} ;; esac ;;\n"
@@ -303,9 +309,11 @@ std::string bashMetni(const Program& program) {
       << "  elif [ -z \"$tur\" ] && [ -z \"$komut\" ]; then\n    tur=\"=$komutlar\"\n  fi\n"
       << "  case \"$tur\" in\n"
       << "    =*) mapfile -t COMPREPLY < <(compgen -W \"${tur#=}\" -- \"$sozcuk\") ;;\n"
-      << "    firma|kullanici) mapfile -t COMPREPLY < <(compgen -W \"$(zembera-cli \"${dizin[@]}\" tamamla "
-         "\"$tur\" "
-         "2>/dev/null </dev/null)\" -- \"$sozcuk\") ;;\n"
+      // A name may hold blanks: lines are taken whole, and quoted by the shell as names of files are.
+      << "    firma|kullanici)\n      sozcuk=${sozcuk//[\\\\\\'\\\"]/}\n"
+      << "      while IFS= read -r ad; do [[ $ad != \"$sozcuk\"* ]] || COMPREPLY+=(\"$ad\"); done < <(\n"
+      << "        zembera-cli \"${dizin[@]}\" tamamla \"$tur\" 2>/dev/null </dev/null)\n"
+      << "      compopt -o filenames 2>/dev/null ;;\n"
       << "    dosya) mapfile -t COMPREPLY < <(compgen -f -- \"$sozcuk\"); compopt -o filenames 2>/dev/null "
          ";;\n"
       << "    klasor) mapfile -t COMPREPLY < <(compgen -d -- \"$sozcuk\"); compopt -o filenames 2>/dev/null "
@@ -336,21 +344,21 @@ std::string zshMetni(const Program& program) {
   std::ostringstream out;
   out << "#compdef " << program.ad << "\n# Completion of " << program.ad
       << ", made from the descriptions of its options.\n"
-      << "_zembera_adlari() {\n  local -a adlar dizin\n  local i\n"
-      << "  for ((i = 1; i < $#words; i++)); do [[ $words[i] == --dizin ]] && dizin=(--dizin $words[i+1]); "
-         "done\n"
-      << "  adlar=(${(f)\"$(zembera-cli $dizin tamamla $1 2>/dev/null </dev/null)\"})\n  compadd -a "
+      << "_zembera_adlari() {\n  local -a adlar\n  adlar=(${(f)\"$(zembera-cli $dizin tamamla $1 2>/dev/null "
+         "</dev/null)\"})\n  compadd -a "
          "adlar\n}\n"
       << islevAdi(program.ad) << "() {\n";
   if (program.komutlar.empty()) {
     out << "  _arguments" << sozler[""] << "\n}\n" << islevAdi(program.ad) << " \"$@\"\n";
     return out.str();
   }
-  out << "  local komut='' i\n  local -a komutlar\n  komutlar=(\n";
+  out << "  local komut='' i\n  local -a komutlar dizin\n  komutlar=(\n";
   for (const auto komut : program.komutlar)
     if (!komut().gizli)
       out << "    " << tirnakli(std::string(komut().ad) + ":" + std::string(komut().aciklama)) << "\n";
-  out << "  )\n  for ((i = 2; i < CURRENT; i++)); do\n"
+  out << "  )\n  for ((i = 2; i < $#words; i++)); do\n"
+      << "    [[ $words[i] == --dizin ]] && dizin=(--dizin ${${(Q)words[i+1]}/#\\~/$HOME})\n  done\n"
+      << "  for ((i = 2; i < CURRENT; i++)); do\n"
       << "    [[ $words[i] == --dizin ]] && { ((i++)); continue }\n"
       << "    [[ -n ${komutlar[(r)$words[i]:*]} ]] && { komut=$words[i]; break }\n  done\n"
       << "  case \"$komut\" in\n    '') _arguments" << sozler[""]
@@ -374,15 +382,22 @@ std::string fishMetni(const Program& program) {
   out << "# Completion of " << program.ad << ", made from the descriptions of its options.\n"
       << "function __zembera_adlari\n  set -l dizin\n  set -l sozler (commandline -opc)\n"
       << "  if set -l yer (contains -i -- --dizin $sozler)\n"
-      << "    set dizin --dizin $sozler[(math $yer + 1)]\n  end\n"
+      << "    set dizin --dizin (string replace -r '^~' $HOME -- $sozler[(math $yer + 1)])\n  end\n"
       << "  zembera-cli $dizin tamamla $argv[1] 2>/dev/null </dev/null\nend\n";
   const std::string basla = "complete -c " + std::string(program.ad);
   out << basla << " -f\n";
+  // The shell's own test would take the value of --dizin for a command.
+  const std::string komutsuz = "_" + islevAdi(program.ad) + "_komutsuz";
+  if (!program.komutlar.empty())
+    out << "function " << komutsuz << "\n  not __fish_seen_subcommand_from " << adListesi(program)
+        << "\nend\n";
   for (const auto komut : program.komutlar)
     if (!komut().gizli)
-      out << basla << " -n __fish_use_subcommand -a " << komut().ad << " -d " << tirnakli(komut().aciklama)
+      out << basla << " -n " << komutsuz << " -a " << komut().ad << " -d " << tirnakli(komut().aciklama)
           << "\n";
+  std::set<std::string> genel;  // offered everywhere, so not once more for a command
   for (const auto& [komut, secenek, tur, metin] : cizelge(program)) {
+    if (komut.empty() ? !genel.insert(secenek).second : genel.contains(secenek)) continue;
     out << basla;
     if (!komut.empty()) out << " -n " << tirnakli("__fish_seen_subcommand_from " + komut);
     if (secenek.starts_with("--"))

@@ -19,6 +19,25 @@ cmake --install "$build" --prefix "$prefix" >/dev/null
 PATH=$prefix/bin:$PATH
 same "sürüm" "Zembera 2012.002" "$(zembera-cli --surum)"
 same "masaüstü sürümü" "Zembera 2012.002" "$(zembera --surum)"
+same "sunucu sürümü" "Zembera 2012.002" "$(zembera-sunucu --surum)"
+
+# The server speaks as the other programs do, and ends with the codes that its page tells.
+help=$(zembera-sunucu --help)
+same "sunucu yardımı" "Kullanım: zembera-sunucu [SEÇENEKLER]" "$(sed -n 2p <<<"$help")"
+for words in '  --klasor KLASÖR (zorunlu)     Veri klasörü' 'Çıkış kodları: 0 sunucu durduruldu, 1 '; do
+  grep -F -- "$words" <<<"$help" >/dev/null || tell "sunucu yardımı: $help"
+done
+# ends CODE TEXT OPTION...
+ends() {
+  local code=0 said
+  said=$(zembera-sunucu "${@:3}" 2>&1) || code=$?
+  same "zembera-sunucu ${*:3}" "$1 $2" "$code $(head -1 <<<"$said")"
+}
+ends 2 'Zorunlu seçenek verilmedi: --klasor'
+ends 2 'Beklenmeyen bağımsız değişken: --yok' --klasor "$work" --yok
+ends 2 '--kapi 0 ile 65535 arasında bir sayı olmalı: 65536' --klasor "$work" --kapi 65536
+ends 2 '--baglanti 1 ile 100000 arasında bir sayı olmalı: 5x' --klasor "$work" --baglanti 5x
+ends 1 "Sunucu açılamadı: Unable to open the data folder \"$work/yok\": it is no folder." --klasor "$work/yok"
 
 # The user's folder holds sys.inf and data; nothing is written beside the program.
 before=$(find "$prefix" | sort)
@@ -36,30 +55,43 @@ cp "$prefix/bin/zembera-cli" "$work/tasinan/"
 printf 'Sql12345\nYonet123\n' | "$work/tasinan/zembera-cli" --sessiz kur --sunucu '(yerel)'
 [ -e "$work/tasinan/sys.inf" ] && [ -e "$work/tasinan/veri/master.mdf" ] || tell "taşınabilir klasör"
 
-# Completion, asked as bash asks it.
-complete_words() {
-  bash -c '. "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _zembera_cli; echo "${COMPREPLY[*]}"' \
-    bash "$prefix/share/bash-completion/completions/zembera-cli" "$@" 2>&1
-}
-# A busy machine may take longer than a key press allows; then it is pressed again.
-completes() {
-  local turn words
-  for turn in 1 2 3 4 5 6 7 8 9; do
-    words=$(complete_words "${@:3}")
-    [ "$words" != "$2" ] || return 0
+# offered SHELL LINE...: for each line "LINE:WORD|WORD", the words that the shell itself offers behind it.
+offered() {
+  local shell=$1 line
+  shift
+  if [ "$shell" = zsh ]; then zsh -f "$source/tests/packaging/tamamla.zsh" "$prefix/share/zsh/vendor-completions" "$@"; return; fi
+  for line in "$@"; do
+    case $shell in
+      bash) bash -c '. "$1"; read -ra COMP_WORDS <<<"$2"; [[ $2 != *" " ]] || COMP_WORDS+=("")
+          COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); program=${2%% *}; _"${program//-/_}"; printf "%s\n" "${COMPREPLY[@]}"' \
+          bash "$prefix/share/bash-completion/completions/${line%% *}" "$line" ;;
+      fish) XDG_DATA_DIRS=$prefix/share fish -c 'complete -C $argv[1]' "$line" | cut -f1 ;;
+    esac 2>&1 | LC_ALL=C sort -u | echo "$line:$(paste -sd'|')"
   done
-  same "$1" "$2" "$words"
 }
-same "komut" "firma-listele firma-olustur firma-sil" "$(complete_words zembera-cli firma-)"
-same "seçenek" "--dene" "$(complete_words zembera-cli guncelle --de)"
-same "biçim" "tsv tablo" "$(complete_words zembera-cli firma-listele --bicim t)"
-completes "firma" "KURULUM" zembera-cli guncelle --ad KU
-completes "kullanıcı" "KORVENA" zembera-cli yetki-goster --firma KURULUM --kullanici ''
-same "başka klasörde firma yok" "" "$(complete_words zembera-cli --dizin "$work/tasinan" guncelle --ad '')"
-same "sunucusuz" "" "$(complete_words zembera-cli --dizin "$work/yok" guncelle --ad '')"
+printf 'Kasa1234\n' | zembera-cli --sessiz kullanici-ekle --ad 'Kasa Bir' --firma KURULUM
+for shell in bash fish zsh; do
+  command -v $shell >/dev/null || { echo "$shell yok: tamamlaması sınanmadı"; continue; }
+  wrong=('zembera-cli firma-:firma-listele|firma-olustur|firma-sil' "zembera-cli --dizin $work/yok firma-s:firma-sil"
+    'zembera-cli guncelle --de:--dene' 'zembera-cli guncelle --sur:--surum' 'zembera-cli firma-listele --bicim t:tablo|tsv'
+    'zembera-cli tanim d:doviz|drop' 'zembera-cli guncelle --ad KU:KURULUM'
+    'zembera-cli yetki-goster --firma KURULUM --kullanici K:KASA BİR|KORVENA'
+    "zembera-cli --dizin $work/tasinan guncelle --ad :" "zembera-cli --dizin $work/tasinan yetki-goster --kullanici K:KORVENA"
+    "zembera-cli guncelle --dizin $work/yok --ad :" 'zembera --renkler :acik|koyu|masaustu'
+    'zembera-sunucu --sert:--sertifika')
+  # A busy machine may take longer than a key press allows; then it is pressed again.
+  for turn in $(seq 20); do
+    mapfile -t found < <(offered $shell "${wrong[@]%:*}")
+    again=()
+    for i in "${!wrong[@]}"; do [ "${wrong[i]}" = "${found[i]-}" ] || again+=("${wrong[i]}"); done
+    wrong=("${again[@]}")
+    [ ${#wrong[@]} -gt 0 ] || break
+  done
+  for line in "${wrong[@]}"; do tell "$shell: beklenen '$line', gelen: ${found[*]}"; done
+done
 
 # Manual pages in both languages, without a complaint of the formatter.
-for program in zembera-cli zembera; do
+for program in zembera-cli zembera zembera-sunucu; do
   for page in man1 tr/man1; do
     file=$prefix/share/man/$page/$program.1.gz
     [ -s "$file" ] || { tell "sayfa yok: $page/$program"; continue; }
@@ -75,6 +107,17 @@ for command in $(zembera-cli --help | sed -n '/^Komutlar:/,/^$/s/^  \([a-z-]*\) 
   done
 done
 "$build/bin/yardim_sayfalari" "$work/sayfa" "$source/src/cli/yardim.en.po" 1 2000-01-01 || tell "İngilizcesi eksik"
+
+# The package's unit and the user's own have names of their own, and systemd takes both.
+sed -i "s|/usr/bin/|$prefix/bin/|" "$prefix/lib/systemd/system/zembera-sunucu.service"
+XDG_CONFIG_HOME=$work/ayar zembera-cli sunucu-baslat --ag --adres 127.0.0.1 >"$work/ag" 2>&1 || true  # without a manager
+same "kullanıcının birimi" "zembera-ag.service" "$(ls "$work/ayar/systemd/user")"
+if command -v systemd-analyze >/dev/null; then
+  mkdir -m 700 "$work/run"
+  systemd-analyze verify --man=no "$prefix/lib/systemd/system/zembera-sunucu.service" || tell "sistemin birimi"
+  XDG_RUNTIME_DIR=$work/run systemd-analyze --user verify --man=no "$work/ayar/systemd/user/zembera-ag.service" ||
+    tell "kullanıcının birimi"
+fi
 
 entry=$prefix/share/applications/tr.korvena.zembera.desktop
 grep -qx 'Exec=zembera' "$entry" || tell "menü girdisi"

@@ -1,52 +1,13 @@
 #include "engine/catalog/system_tables.h"
 
 #include "engine/catalog/catalog_rows.h"
-#include "engine/value/collation.h"
+#include "engine/catalog/system_table_build.h"
 
 namespace engine {
 
+using namespace system_table;
+
 namespace {
-
-Type plain(TypeId id) {
-  return {id, 0, 0, 0};
-}
-Type sized(TypeId id, int length) {
-  return {id, static_cast<std::uint16_t>(length), 0, 0};
-}
-
-const Type sysname = nameType;
-const Type integer = plain(TypeId::Int);
-const Type small = plain(TypeId::SmallInt);
-const Type tiny = plain(TypeId::TinyInt);
-const Type datetime = plain(TypeId::DateTime);
-const Type sid = sized(TypeId::VarBinary, 85);
-const Type code = sized(TypeId::Char, 2);
-const Type longName = sized(TypeId::NVarChar, 260);
-const Type chunk = sized(TypeId::NVarChar, 4000);
-
-struct Field {
-  const char* name;
-  Type type;
-  const char* expression;
-  bool nullable = false;
-};
-
-SystemTable make(const char* name, bool masterOnly, const std::vector<Field>& fields,
-                 const std::string& from) {
-  SystemTable table;
-  table.name = name;
-  table.masterOnly = masterOnly;
-  for (const auto& field : fields) {
-    table.columns.push_back({field.name, field.type, field.nullable});
-    table.query += table.query.empty() ? "SELECT " : ", ";
-    table.query += field.expression;
-    if (isCharacter(field.type.id))
-      table.query += std::string(" COLLATE ") + (field.type == nameType ? sqliteNames : sqliteCollation);
-    table.query += std::string(" AS \"") + field.name + "\"";
-  }
-  table.query += " FROM " + from;
-  return table;
-}
 
 // TDS's number of the type and the old user type, by xtype.
 constexpr const char* tdsTypes =
@@ -176,15 +137,8 @@ SystemTable types() {
        {"scale", tiny, "CASE WHEN t.column5>0 THEN t.column6 END", true},
        {"collation", sysname, "CASE WHEN t.column2 IN (175,167,239,231,35,99) THEN 'Turkish_CI_AS' END",
         true}},
-      std::string("(VALUES('text',35,35,16,0,0),('tinyint',48,48,1,3,0),('smallint',52,52,2,5,0),"
-                  "('int',56,56,4,10,0),('smalldatetime',58,58,4,16,0),('real',59,59,4,24,0),"
-                  "('money',60,60,8,19,4),('datetime',61,61,8,23,3),('float',62,62,8,53,0),"
-                  "('ntext',99,99,16,0,0),('bit',104,104,1,1,0),('decimal',106,106,17,38,38),"
-                  "('numeric',108,108,17,38,38),('smallmoney',122,122,4,10,4),('bigint',127,127,8,19,0),"
-                  "('varbinary',165,165,8000,0,0),('varchar',167,167,8000,0,0),('binary',173,173,8000,0,0),"
-                  "('char',175,175,8000,0,0),('nvarchar',231,231,8000,0,0),('sysname',231,256,256,0,0),"
-                  "('nchar',239,239,8000,0,0)) t JOIN ") +
-          tdsTypes + " d ON d.x=t.column2 LEFT JOIN " + tdsTypes + " u ON u.x=t.column3");
+      std::string(typeRows) + " t JOIN " + tdsTypes + " d ON d.x=t.column2 LEFT JOIN " + tdsTypes +
+          " u ON u.x=t.column3");
 }
 
 SystemTable indexes() {
@@ -216,20 +170,20 @@ SystemTable indexKeys() {
 
 SystemTable comments() {
   // Long texts lie in pieces of 4000 characters.
-  return make(
-      "syscomments", false,
-      {{"id", integer, "p.id"},
-       {"number", small, "CASE WHEN p.xtype='D' THEN 0 ELSE 1 END"},
-       {"colid", small, "p.piece"},
-       {"status", small, "2"},
-       {"texttype", small, "2", true},
-       {"language", small, "0", true},
-       {"encrypted", plain(TypeId::Bit), "0", true},
-       {"compressed", plain(TypeId::Bit), "0", true},
-       {"text", chunk, "substr(p.text, p.piece*4000-3999, 4000)", true}},
-      "(WITH RECURSIVE piece(id, xtype, text, piece) AS (SELECT id, xtype, text, 1 FROM @.zb_objects WHERE "
-      "text<>'' UNION ALL SELECT id, xtype, text, piece+1 FROM piece WHERE length(text)>piece*4000) SELECT * "
-      "FROM piece) p");
+  return make("syscomments", false,
+              {{"id", integer, "p.id"},
+               {"number", small, "CASE WHEN p.xtype='D' THEN 0 ELSE 1 END"},
+               {"colid", small, "p.piece"},
+               {"status", small, "2"},
+               {"texttype", small, "2", true},
+               {"language", small, "0", true},
+               {"encrypted", plain(TypeId::Bit), "0", true},
+               {"compressed", plain(TypeId::Bit), "0", true},
+               {"text", chunk, "substr(p.text, p.piece*4000-3999, 4000)", true}},
+              "(WITH RECURSIVE piece(id, xtype, text, piece) AS (SELECT id, xtype, CASE xtype WHEN 'C' THEN "
+              "text->>'text' ELSE text END, 1 FROM @.zb_objects WHERE text<>'' AND xtype<>'F' UNION ALL "
+              "SELECT id, xtype, text, piece+1 FROM piece WHERE length(text)>piece*4000) SELECT * "
+              "FROM piece) p");
 }
 
 SystemTable users() {
@@ -339,7 +293,7 @@ SystemTable logins() {
       {"isntname", integer, "0", true},     {"isntgroup", integer, "0", true},
       {"isntuser", integer, "0", true}};
   for (std::size_t i = 0; i < std::size(roleFields); ++i)
-    fields.push_back({roleFields[i], integer, expressions[i].c_str(), true});
+    fields.push_back({roleFields[i], integer, expressions[i], true});
   fields.push_back({"loginname", sysname, "l.name"});
   return make("syslogins", true, fields, "@.zb_logins l");
 }
@@ -394,6 +348,27 @@ const SystemTable* findSystemTable(std::string_view name) {
   for (const auto& table : systemTables())
     if (table.name == folded) return &table;
   return nullptr;
+}
+
+namespace {
+constexpr std::string_view sysSchema = "sys";
+}
+
+bool isSystemSchema(std::string_view owner) {
+  const std::string folded = foldName(owner);
+  return folded == sysSchema || folded == "information_schema";
+}
+
+const std::vector<SystemTable>& schemaViews(std::string_view schema) {
+  static const std::vector<SystemTable> sys = buildSysViews(), information = buildInformationSchema();
+  return foldName(schema) == sysSchema ? sys : information;
+}
+
+const SystemTable* findSchemaView(std::string_view schema, std::string_view name) {
+  const std::string folded = foldName(name);
+  for (const auto& view : schemaViews(schema))
+    if (view.name == folded) return &view;
+  return foldName(schema) == sysSchema ? findSystemTable(name) : nullptr;
 }
 
 std::string systemTableSql(const SystemTable& table, std::string_view databaseAlias) {

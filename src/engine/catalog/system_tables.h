@@ -24,6 +24,12 @@ struct SystemTable {
 const SystemTable* findSystemTable(std::string_view name);
 const std::vector<SystemTable>& systemTables();
 
+// sys and INFORMATION_SCHEMA, whose views stand in every database.
+bool isSystemSchema(std::string_view owner);
+const std::vector<SystemTable>& schemaViews(std::string_view schema);
+// The old system tables stand in sys, too. Null when there is none.
+const SystemTable* findSchemaView(std::string_view schema, std::string_view name);
+
 // The table's rows as an SQLite subquery, without brackets or alias: columns are named as in
 // `columns`. `databaseAlias` is what Store::attach returned for the table's database.
 std::string systemTableSql(const SystemTable& table, std::string_view databaseAlias);

@@ -92,6 +92,8 @@ void run(Store& store, SessionContext& context, const CreateViewStatement& state
          const std::vector<ViewColumn>& columns);
 
 void dropDatabase(Store& store, const SessionContext& context, const std::string& name);
+// sp_detach_db: 3703, 7940.
+void detachDatabase(Store& store, const SessionContext& context, const std::string& name);
 // Ends what a broken-off CREATE or DROP DATABASE left behind; `only` empty: all of them. What cannot be
 // ended stays for the next time and keeps nobody else from working.
 std::vector<LeftOver> cleanUnfinished(Store& store, const std::string& only = {});

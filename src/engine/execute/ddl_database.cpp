@@ -330,6 +330,18 @@ void dropDatabase(Store& store, const SessionContext& context, const std::string
   }
 }
 
+// The files stay whole where they lie, and may be attached again under any name.
+void detachDatabase(Store& store, const SessionContext& context, const std::string& name) {
+  if (isSystem(name))
+    throw Error(7940, "System databases master, model, msdb, and tempdb cannot be detached.");
+  const DatabaseEntry entry = store.database(name);
+  LockFile lock(store.instance().lockFile());
+  if (foldName(context.database) == foldName(name) || !lock.tryExclusive(LockFile::databaseLock(entry.id)))
+    throw Error(3703, "Cannot detach the database '" + entry.name + "' because it is currently in use.");
+  store.detach(name);
+  strike(store, entry.id);
+}
+
 std::vector<LeftOver> cleanUnfinished(Store& store, const std::string& only) {
   std::vector<LeftOver> left;
   for (const auto& row : unfinishedRows(store, only)) {

@@ -49,6 +49,14 @@ struct Frame {
   int triesAround = 0;  // TRYs that it runs in
 };
 
+// What a text such as db.dbo.t names; all null when there is no such table or view.
+struct NamedObject {
+  std::shared_ptr<const DatabaseCatalog> catalog;
+  const TableInfo* table = nullptr;
+  const ViewInfo* view = nullptr;
+  std::string database, name;
+};
+
 class Executor {
  public:
   Executor(Store& store, SessionContext& context, std::atomic<bool>& cancelled);
@@ -190,6 +198,10 @@ class Executor {
   // session_functions.cpp
   void registerSessionFunctions();
   friend struct SessionFunctions;
+
+  // property_functions.cpp
+  NamedObject namedObject(const std::string& name);
+  friend struct PropertyFunctions;
 
   // procedures.cpp
   friend class ProcedureCall;

@@ -4,128 +4,12 @@
 #include <cmath>
 #include <optional>
 
-#include "engine/execute/catalog_procedures.h"
-#include "engine/execute/logins.h"
+#include "engine/execute/procedure_call.h"
 #include "engine/store/integrity.h"
 
 namespace engine {
 
-class ProcedureCall {
- public:
-  ProcedureCall(Executor& executor, const ExecStatement& statement, std::string database)
-      : executor_(executor), statement_(statement), database_(std::move(database)) {}
-
-  using Body = void (ProcedureCall::*)();
-  struct Parameter {
-    const char* name;
-    bool required;
-  };
-  static constexpr std::size_t mostParameters = 7;
-  struct Procedure {
-    const char* name;
-    std::array<Parameter, mostParameters> parameters;
-    Body body;
-  };
-
-  static const Procedure* find(const std::string& name);
-  void run(const Procedure& procedure) {
-    gather(procedure);
-    (this->*procedure.body)();
-  }
-
-  void addLogin() {
-    onlyAdministrators();
-    engine::addLogin(store(), text(0), text(1), values_[2] ? text(2) : "master");
-  }
-  void dropLogin() {
-    onlyAdministratorsOf(text(0));
-    engine::dropLogin(store(), text(0));
-  }
-  // sp_password old, new, login: without a login one's own, where the old one is asked for.
-  void password() {
-    const bool own = !values_[2] || foldName(text(2)) == foldName(executor_.context_.login);
-    if (!own) onlyAdministratorsOf(text(2));
-    const bool check = values_[0] || !isAdministrator();
-    engine::changePassword(store(), values_[2] ? text(2) : executor_.context_.login,
-                           check ? std::optional<std::string>(text(0)) : std::nullopt, text(1));
-  }
-  void addServerRole() {
-    onlyMembers(text(1));
-    setServerRole(store(), text(0), text(1), true);
-  }
-  void dropServerRole() {
-    onlyMembers(text(1));
-    setServerRole(store(), text(0), text(1), false);
-  }
-  void grantAccess() {
-    rights().needProcedure(here().users && (text(2).empty() || here().owner));
-    addUser(store(), database_, text(0), values_[1] ? text(1) : text(0), text(2));
-  }
-  void dropUser() {
-    rights().needProcedure(here().users);
-    engine::dropUser(store(), database_, text(0));
-  }
-  void addRole() {
-    rights().needProcedure(here().owner);
-    setRole(store(), database_, text(0), text(1), true);
-  }
-  void dropRole() {
-    rights().needProcedure(here().owner);
-    setRole(store(), database_, text(0), text(1), false);
-  }
-  void rename() {
-    rights().needProcedure(here().define);
-    renameItem(store(), database_, text(0), text(1), text(2));
-  }
-  void helpDatabases();
-  void databases();
-  void kill();  // KILL spid
-  void catalogQuery(const CatalogProcedure& procedure);
-  // DBCC CHECKDB (database | 0, NOINDEX), DBCC CHECKTABLE (table).
-  void checkDatabase();
-  void checkTable();
-  // ALTER DATABASE .. SET PAGE_VERIFY CHECKSUM
-  void verifyPages();
-  // ALTER DATABASE .. SET DELAYED_DURABILITY
-  void delayDurability();
-
- private:
-  void tellChecked(const std::string& database, const std::string& table);
-  Error refusedCheck(int number, const std::string& what, const std::string& name);
-  const std::string& altered();
-  Store& store() { return executor_.store_; }
-  std::string text(int index) const { return values_[static_cast<std::size_t>(index)].value_or(""); }
-  Rights& rights() { return executor_.rights_; }
-  // In the procedure's database: 916 for who is nobody there.
-  const DatabaseRights& here() {
-    rights().enter(database_);
-    return rights().in(database_);
-  }
-  bool isAdministrator() { return rights().serverRole("securityadmin"); }
-  void onlyAdministrators() { rights().needProcedure(isAdministrator()); }
-  // Nobody but sysadmin may take over one of its members.
-  void onlyAdministratorsOf(const std::string& login) {
-    rights().needProcedure(isAdministrator() && (rights().serverRole("sysadmin") ||
-                                                 !isServerRoleMember(store(), login, "sysadmin")));
-  }
-  // A role of the server is given by those who have it.
-  void onlyMembers(const std::string& role) { rights().needProcedure(rights().serverRole(foldName(role))); }
-  void gather(const Procedure& procedure);
-
-  Executor& executor_;
-  const ExecStatement& statement_;
-  std::string database_;
-  std::array<std::optional<std::string>, mostParameters> values_;  // absent: not given or NULL
-};
-
 namespace {
-
-ResultColumn column(const char* name, Type type) {
-  ResultColumn made;
-  made.name = name;
-  made.type = type;
-  return made;
-}
 
 using P = ProcedureCall;
 const P::Procedure procedures[] = {
@@ -149,6 +33,11 @@ const P::Procedure procedures[] = {
     {"sp_droprolemember", {{{"@rolename", true}, {"@membername", true}}}, &P::dropRole},
     {"sp_helpdb", {{{"@dbname", false}}}, &P::helpDatabases},
     {"sp_databases", {}, &P::databases},
+    {"sp_help", {{{"@objname", false}}}, &P::help},
+    {"sp_helptext", {{{"@objname", true}}}, &P::helpText},
+    {"sp_helpindex", {{{"@objname", true}}}, &P::helpIndexes},
+    {"sp_helpconstraint", {{{"@objname", true}, {"@nomsg", false}}}, &P::helpConstraints},
+    {"sp_detach_db", {{{"@dbname", true}, {"@skipchecks", false}}}, &P::detach},
     {"kill", {{{"@spid", true}}}, &P::kill},
     {"dbcc checkdb",
      {{{"@database", false}, {"@noindex", false}, {"@no_infomsgs", false}}},
@@ -321,13 +210,17 @@ void ProcedureCall::catalogQuery(const CatalogProcedure& procedure) {
   for (std::size_t i = 0; i < values_.size() && procedure.parameters[i]; ++i)
     variables.push_back(
         {procedure.parameters[i], {TypeId::NVarChar, longest}, values_[i] ? Datum(*values_[i]) : Datum()});
+  query(procedure.batch, variables);
+}
+
+void ProcedureCall::query(const std::string& batch, std::vector<engine::Parameter>& variables) {
   struct Restore {
     std::string& place;
     std::string before;
     ~Restore() { place = before; }
   } restore{executor_.context_.database, executor_.context_.database};
   executor_.context_.database = store().database(database_).name;
-  executor_.run(procedure.batch, variables, *executor_.sink_);
+  executor_.run(batch, variables, *executor_.sink_);
 }
 
 int runProcedure(Executor& executor, const ExecStatement& statement) {

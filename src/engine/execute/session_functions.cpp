@@ -1,17 +1,17 @@
 // SQL functions that need the session: variables, identity values, names of the catalog.
 
+#include "engine/execute/session_functions.h"
+
 #include <cmath>
 
 #include "engine/execute/executor.h"
 #include "engine/execute/logins.h"
-#include "engine/execute/server_identity.h"
 #include "engine/function/sqlite_values.h"
 
 namespace engine {
 
 struct SessionFunctions {
-  using Arguments = std::vector<Datum>;
-  using Function = Datum (*)(Executor& executor, const Arguments& arguments);
+  using Arguments = SessionArguments;
 
   static Datum variable(Executor& executor, const Arguments& arguments) {
     return executor.frame_->values.at(static_cast<std::size_t>(arguments[0].integer()));
@@ -46,93 +46,9 @@ struct SessionFunctions {
     return executor.store_.database(arguments[0].text()).id;
   }
 
-  struct Found {
-    std::shared_ptr<const DatabaseCatalog> catalog;
-    const TableInfo* table = nullptr;
-    const ViewInfo* view = nullptr;
-    const TriggerInfo* trigger = nullptr;
-    std::string database;
-  };
-
-  static Found findObject(Executor& executor, const std::string& name) {
-    const std::vector<std::string> parts = nameParts(name);
-    Found found;
-    found.database = executor.context_.database;
-    if (parts.size() == 3) found.database = parts[0];
-    if (parts.size() > 3 || !executor.store_.databaseExists(found.database)) return found;
-    if (!executor.rights_.in(found.database).enter) return found;
-    found.catalog = executor.store_.catalog(found.database);
-    found.table = found.catalog->table(parts.back());
-    found.view = found.catalog->view(parts.back());
-    for (const auto& [key, table] : found.catalog->tables)
-      for (const auto& trigger : table->triggers)
-        if (foldName(trigger->name) == foldName(parts.back())) found.trigger = trigger.get();
-    return found;
-  }
-
-  static Datum objectId(Executor& executor, const Arguments& arguments) {
-    if (!arguments[0].isText()) return {};
-    const Found found = findObject(executor, arguments[0].text());
-    const std::string kind =
-        arguments.size() > 1 && arguments[1].isText() ? foldName(arguments[1].text()) : "";
-    if (found.table && (kind.empty() || kind == "u")) return found.table->id;
-    if (found.view && (kind.empty() || kind == "v")) return found.view->id;
-    if (found.trigger && (kind.empty() || kind == "tr")) return found.trigger->id;
-    return {};
-  }
-
-  static Datum objectName(Executor& executor, const Arguments& arguments) {
-    if (!arguments[0].isInteger()) return {};
-    const std::int64_t id = arguments[0].integer();
-    const auto catalog = executor.store_.catalog(executor.context_.database);
-    for (const auto& [key, table] : catalog->tables) {
-      if (table->id == id) return table->name;
-      for (const auto& trigger : table->triggers)
-        if (trigger->id == id) return trigger->name;
-    }
-    for (const auto& [key, view] : catalog->views)
-      if (view->id == id) return view->name;
-    return {};
-  }
-
-  static Datum columnLength(Executor& executor, const Arguments& arguments) {
-    if (!arguments[0].isText() || !arguments[1].isText()) return {};
-    const Found found = findObject(executor, arguments[0].text());
-    if (found.table) {
-      const int ordinal = found.table->columnIndex(arguments[1].text());
-      if (ordinal < 0) return {};
-      return storageLength(found.table->columns[static_cast<std::size_t>(ordinal)].type);
-    }
-    if (found.view)
-      for (const ViewColumn& column : found.view->columns)
-        if (foldName(column.name) == foldName(arguments[1].text())) return storageLength(column.type);
-    return {};
-  }
-
-  static Datum objectProperty(Executor& executor, const Arguments& arguments) {
-    if (!arguments[0].isInteger() || !arguments[1].isText()) return {};
-    const std::int64_t id = arguments[0].integer();
-    const std::string property = foldName(arguments[1].text());
-    const auto catalog = executor.store_.catalog(executor.context_.database);
-    for (const auto& [key, table] : catalog->tables) {
-      if (table->id == id) {
-        if (property == "istable" || property == "isusertable") return 1;
-        if (property == "tablehasidentity") return table->identityColumn() >= 0 ? 1 : 0;
-        return property == "isview" || property == "istrigger" ? Datum(0) : Datum();
-      }
-      for (const auto& trigger : table->triggers)
-        if (trigger->id == id)
-          return property == "istrigger" ? Datum(1) : property.starts_with("is") ? Datum(0) : Datum();
-    }
-    for (const auto& [key, view] : catalog->views)
-      if (view->id == id)
-        return property == "isview" ? Datum(1) : property.starts_with("is") ? Datum(0) : Datum();
-    return {};
-  }
-
   static Datum identCurrent(Executor& executor, const Arguments& arguments) {
     if (!arguments[0].isText()) return {};
-    const Found found = findObject(executor, arguments[0].text());
+    const NamedObject found = executor.namedObject(arguments[0].text());
     if (!found.table || found.table->identityColumn() < 0) return {};
     const auto last = lastIdentity(executor.store_, found.database, *found.table);
     return last.value_or(found.table->columns[static_cast<std::size_t>(found.table->identityColumn())].seed);
@@ -183,43 +99,16 @@ struct SessionFunctions {
   }
 
   static Datum pick(Executor&, const Arguments& arguments) { return arguments[0]; }
-
-  struct Entry {
-    const char* name;
-    int arguments;  // -1: any number
-    Function function;
-    bool pure;
-  };
-
-  struct Registered {
-    Executor* executor;
-    Function function;
-  };
-
-  static void call(sqlite3_context* context, int count, sqlite3_value** values) {
-    const auto& registered = *static_cast<Registered*>(sqlite3_user_data(context));
-    try {
-      Arguments arguments;
-      for (int i = 0; i < count; ++i) arguments.push_back(datumOf(values[i]));
-      setDatum(context, registered.function(*registered.executor, arguments));
-    } catch (const Error& error) {
-      sqlite3_result_error(context, encodeError(error).c_str(), -1);
-    }
-  }
 };
 
 void Executor::registerSessionFunctions() {
   using F = SessionFunctions;
-  static const F::Entry entries[] = {
+  static const SqlEntry entries[] = {
       {"z_var", 1, F::variable, false},
       {"z_set", 3, F::set, false},
       {"z_identity", 0, F::identity, false},
       {"z_db_name", 1, F::databaseName, false},
       {"z_db_id", 1, F::databaseId, false},
-      {"z_object_id", -1, F::objectId, false},
-      {"z_object_name", 1, F::objectName, false},
-      {"z_col_length", 2, F::columnLength, false},
-      {"z_object_property", 2, F::objectProperty, false},
       {"z_ident_current", 1, F::identCurrent, false},
       {"z_user_name", 1, F::userName, false},
       {"z_suser_name", 1, F::loginName, false},
@@ -229,11 +118,36 @@ void Executor::registerSessionFunctions() {
       {"z_percent", 2, F::percent, true},
       {"z_pick", -1, F::pick, false},
   };
-  for (const F::Entry& entry : entries) {
+  registerEntries(*this, store_.handle(), entries);
+  registerEntries(*this, store_.handle(), propertyFunctions());
+}
+
+namespace {
+
+struct Registered {
+  Executor* executor;
+  SessionFunction function;
+};
+
+void call(sqlite3_context* context, int count, sqlite3_value** values) {
+  const auto& registered = *static_cast<Registered*>(sqlite3_user_data(context));
+  try {
+    SessionArguments arguments;
+    for (int i = 0; i < count; ++i) arguments.push_back(datumOf(values[i]));
+    setDatum(context, registered.function(*registered.executor, arguments));
+  } catch (const Error& error) {
+    sqlite3_result_error(context, encodeError(error).c_str(), -1);
+  }
+}
+
+}  // namespace
+
+void registerEntries(Executor& executor, sqlite3* connection, std::span<const SqlEntry> entries) {
+  for (const SqlEntry& entry : entries) {
     const int flags = SQLITE_UTF8 | (entry.pure ? SQLITE_DETERMINISTIC : 0);
-    sqlite3_create_function_v2(store_.handle(), entry.name, entry.arguments, flags,
-                               new F::Registered{this, entry.function}, F::call, nullptr, nullptr,
-                               [](void* data) { delete static_cast<F::Registered*>(data); });
+    sqlite3_create_function_v2(connection, entry.name, entry.arguments, flags,
+                               new Registered{&executor, entry.function}, call, nullptr, nullptr,
+                               [](void* data) { delete static_cast<Registered*>(data); });
   }
 }
 

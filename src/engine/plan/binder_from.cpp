@@ -136,6 +136,8 @@ Source& Binder::bindTarget(const ObjectName& name, Scope& scope) {
     throw Error(50000, "Changing rows through the common table expression '" + name.object +
                            "' is not supported by the embedded server.");
   const std::string database = resolveDatabase(name);
+  if (isSystemSchema(name.owner) && findSchemaView(name.owner, name.object))
+    throw Error(259, "Ad hoc updates to system catalogs are not allowed.");
   if (!isKnownOwner(name.owner)) throw invalidObject(name);
   catalogs_.push_back(context_.store->catalog(database));
   const TableInfo* table = catalogs_.back()->table(name.object);
@@ -244,11 +246,14 @@ Binder::FromPiece Binder::bindNamed(const TableSource& at, Scope& scope) {
     }
   } else {
     const std::string database = resolveDatabase(at.name);
-    if (!isKnownOwner(at.name.owner)) throw invalidObject(at.name);
+    const bool system = isSystemSchema(at.name.owner);
+    if (!system && !isKnownOwner(at.name.owner)) throw invalidObject(at.name);
     if (!source.aliased) source.database = foldName(database);
     catalogs_.push_back(context_.store->catalog(database));
     const auto catalog = catalogs_.back();
-    if (const TableInfo* table = catalog->table(at.name.object)) {
+    if (system) {
+      if (!bindSystemTable(database, at.name, source, piece.sql)) throw invalidObject(at.name);
+    } else if (const TableInfo* table = catalog->table(at.name.object)) {
       need(database, table->name, Action::Select);
       piece.sql = sqlName(*table, database);
       source.table = table;
@@ -319,10 +324,13 @@ Binder::FromPiece Binder::bindRecursiveReference(const TableSource& at, CommonEn
 }
 
 // System tables are subqueries too, whose columns keep their own names.
-bool Binder::bindSystemTable(const std::string& database, const ObjectName& name, Source& source,
+bool Binder::bindSystemTable(const std::string& in, const ObjectName& name, Source& source,
                              std::string& sql) {
-  const SystemTable* table = findSystemTable(name.object);
-  if (!table || (table->masterOnly && foldName(database) != "master")) return false;
+  constexpr const char* master = "master";
+  const bool named = isSystemSchema(name.owner);
+  const SystemTable* table = named ? findSchemaView(name.owner, name.object) : findSystemTable(name.object);
+  if (!table || (!named && table->masterOnly && foldName(in) != master)) return false;
+  const std::string database = table->masterOnly ? master : in;
   if (context_.access) context_.access->needSystem(database, table->name);
   databases_.insert(foldName(database));
   sql = "(" + systemTableSql(*table, context_.store->attach(database)) + ")";

@@ -26,7 +26,19 @@ const std::array systemFunctions = {
     SystemFunction{"db_name", "z_db_name", nameType, 0, 1, SystemValue::DatabaseName, true},
     SystemFunction{"db_id", "z_db_id", {TypeId::SmallInt}, 0, 1, SystemValue::DatabaseId, true},
     SystemFunction{"object_id", "z_object_id", intType, 1, 2, {}, false},
-    SystemFunction{"object_name", "z_object_name", nameType, 1, 1, {}, false},
+    SystemFunction{"object_name", "z_object_name", nameType, 1, 2, {}, false},
+    SystemFunction{"object_schema_name", "z_object_schema", nameType, 1, 2, {}, false},
+    SystemFunction{"col_name", "z_col_name", nameType, 2, 2, {}, false},
+    SystemFunction{"columnproperty", "z_column_property", intType, 3, 3, {}, false},
+    SystemFunction{"indexproperty", "z_index_property", intType, 3, 3, {}, false},
+    SystemFunction{"serverproperty", "z_server_property", nameType, 1, 1, {}, false},
+    SystemFunction{"databasepropertyex", "z_database_property", nameType, 2, 2, {}, false},
+    SystemFunction{"has_dbaccess", "z_has_dbaccess", intType, 1, 1, {}, false},
+    SystemFunction{"is_srvrolemember", "z_is_srvrolemember", intType, 1, 2, {}, false},
+    SystemFunction{"type_name", "z_type_name", nameType, 1, 1, {}, false},
+    SystemFunction{"type_id", "z_type_id", intType, 1, 1, {}, false},
+    SystemFunction{"schema_name", "z_schema_name", nameType, 0, 1, {}, false},
+    SystemFunction{"schema_id", "z_schema_id", intType, 0, 1, {}, false},
     SystemFunction{"col_length", "z_col_length", {TypeId::SmallInt}, 2, 2, {}, false},
     SystemFunction{"objectproperty", "z_object_property", intType, 2, 2, {}, false},
     SystemFunction{"ident_current", "z_ident_current", {TypeId::Decimal, 0, 18, 0}, 1, 1, {}, false},
@@ -49,6 +61,18 @@ const std::array systemFunctions = {
     SystemFunction{"getdate", nullptr, {TypeId::DateTime}, 0, 0, SystemValue::Now, true},
     SystemFunction{"current_timestamp", nullptr, {TypeId::DateTime}, 0, 0, SystemValue::Now, true},
 };
+
+// SQL_VARIANT there is none: a property that is a number has the type of one where it is written as a
+// literal.
+bool isVariant(std::string_view function) {
+  return function == "serverproperty" || function == "databasepropertyex";
+}
+bool isNumberProperty(const Expr& property) {
+  if (property.kind != Expr::Kind::Literal) return false;
+  const std::string name = foldName(property.literal.text);
+  return name.starts_with("is") || name == "engineedition" || name == "lcid" || name == "processid" ||
+         name == "version" || name == "sqlsortorder";
+}
 
 Error nestedAggregate() {
   return Error(
@@ -80,6 +104,15 @@ std::optional<BoundExpr> Binder::bindSystemFunction(const Expr& expr, const std:
       BoundExpr arg = bindValue(*expr.args[static_cast<std::size_t>(i)], scope);
       if (!isCharacter(arg.type.id)) arg = convert(arg, intType);
       bound.sql += (i ? "," : "") + arg.sql;
+    }
+    if (isVariant(name)) {
+      const Expr& property = *expr.args.back();
+      const bool number = isNumberProperty(property);
+      if (number) bound.type = intType;
+      bound.sql += number ? ",1" : ",0";
+      if (context_.structural && property.kind == Expr::Kind::Literal && property.literal.ordinal >= 0 &&
+          !context_.fixedLiterals)
+        context_.structural->push_back(property.literal.ordinal);
     }
     bound.sql += ")";
     return bound;

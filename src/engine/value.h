@@ -11,6 +11,7 @@
 #include "engine/value/datum.h"
 #include "engine/value/decimal.h"
 #include "engine/value/error.h"
+#include "engine/value/key_action.h"
 #include "engine/value/like.h"
 #include "engine/value/operator.h"
 #include "engine/value/result.h"

@@ -52,12 +52,33 @@ struct TriggerInfo {
   std::string text;  // from CREATE TRIGGER on
 };
 
+struct CheckInfo {
+  std::int64_t id = 0;
+  std::string name;
+  std::string text;          // the condition as written
+  std::vector<int> columns;  // colids that it names
+  bool disabled = false;
+  bool untrusted = false;  // rows from before were not looked at
+};
+
+struct ForeignKeyInfo {
+  std::int64_t id = 0;
+  std::string name;
+  std::int64_t table = 0;                    // referenced
+  int index = 0;                             // the unique one there, IndexInfo::id
+  std::vector<std::pair<int, int>> columns;  // colids here and there
+  KeyAction onDelete = KeyAction::NoAction, onUpdate = KeyAction::NoAction;
+  bool disabled = false, untrusted = false;
+};
+
 struct TableInfo {
   std::int64_t id = 0;
   std::string name;
   std::vector<ColumnInfo> columns;
   std::vector<IndexInfo> indexes;
   std::vector<std::shared_ptr<const TriggerInfo>> triggers;  // in order of creation
+  std::vector<CheckInfo> checks;
+  std::vector<ForeignKeyInfo> foreignKeys;
 
   int columnIndex(std::string_view name) const;  // -1 when there is none
   int identityColumn() const;                    // -1 when there is none

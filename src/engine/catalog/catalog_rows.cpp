@@ -71,6 +71,7 @@ class Loader {
     objects();
     columns();
     indexes();
+    if (rules_) rules();
   }
 
   std::map<std::int64_t, std::shared_ptr<TableInfo>> tables;
@@ -85,7 +86,7 @@ class Loader {
   void objects() {
     std::string sql =
         "SELECT id, name, xtype, parent, flags, CASE WHEN xtype IN ('V','TR') THEN text END "
-        "FROM @.zb_objects WHERE xtype IN ('U','V','TR')";
+        "FROM @.zb_objects WHERE xtype IN ('U','V','TR','F','C')";
     if (only_ != 0) sql += " AND (id=" + std::to_string(only_) + " OR parent=" + std::to_string(only_) + ")";
     lite::Stmt rows(db_, atAlias(sql + " ORDER BY id", alias_));
     std::vector<std::shared_ptr<TriggerInfo>> triggers;
@@ -103,8 +104,10 @@ class Loader {
         view->name = rows.text(1);
         view->text = rows.text(5);
         views[id] = view;
-      } else {
+      } else if (type == "TR") {
         triggers.push_back(readTrigger(rows));
+      } else {
+        rules_ = true;
       }
     }
     for (const auto& trigger : triggers)
@@ -183,9 +186,52 @@ class Loader {
     }
   }
 
+  // What CHECK and FOREIGN KEY say stands as JSON in their text; a row for each column.
+  void rules() {
+    constexpr int disabled = 1, untrusted = 2;
+    std::string from = "SELECT * FROM @.zb_objects WHERE xtype IN ('F','C')";
+    if (only_ != 0) from += " AND parent=" + std::to_string(only_);
+    lite::Stmt rows(db_, atAlias("SELECT o.id, o.name, o.xtype, o.parent, o.flags, o.text->>'text', "
+                                 "o.text->>'table', o.text->>'index', o.text->>'delete', o.text->>'update', "
+                                 "CASE o.xtype WHEN 'C' THEN j.value ELSE j.value->>0 END, "
+                                 "CASE o.xtype WHEN 'F' THEN j.value->>1 END FROM (" +
+                                     from +
+                                     " LIMIT -1 OFFSET 0) o LEFT JOIN json_each(o.text, '$.columns') j "
+                                     "ORDER BY o.id, j.key",
+                                 alias_));
+    while (rows.step()) {
+      const auto found = tables.find(rows.integer(3));
+      if (found == tables.end()) continue;
+      TableInfo& table = *found->second;
+      const auto id = rows.integer(0), flags = rows.integer(4);
+      const auto begin = [&](auto& list) -> auto& {
+        if (!list.empty() && list.back().id == id) return list.back();
+        auto& rule = list.emplace_back();
+        rule.id = id;
+        rule.name = rows.text(1);
+        rule.disabled = (flags & disabled) != 0;
+        rule.untrusted = (flags & untrusted) != 0;
+        return rule;
+      };
+      if (rows.text(2) == "C") {
+        CheckInfo& check = begin(table.checks);
+        check.text = rows.text(5);
+        if (!rows.isNull(10)) check.columns.push_back(static_cast<int>(rows.integer(10)));
+        continue;
+      }
+      ForeignKeyInfo& key = begin(table.foreignKeys);
+      key.table = rows.integer(6);
+      key.index = static_cast<int>(rows.integer(7));
+      key.onDelete = static_cast<KeyAction>(rows.integer(8));
+      key.onUpdate = static_cast<KeyAction>(rows.integer(9));
+      key.columns.emplace_back(static_cast<int>(rows.integer(10)), static_cast<int>(rows.integer(11)));
+    }
+  }
+
   sqlite3* db_;
   std::string_view alias_;
   std::int64_t only_;
+  bool rules_ = false;
 };
 
 }  // namespace
@@ -207,7 +253,7 @@ void makeSystemTables(sqlite3* db, std::string_view alias, const std::string& fa
   lite::exec(db, atAlias(systemTablesSql, alias));
   lite::Stmt meta(db, atAlias("INSERT INTO @.zb_meta(key, value) VALUES(?, ?)", alias));
   meta.bind("family").bind(family).run();
-  meta.bind("format").bind(fileFormat).run();
+  meta.bind("format").bind(plainFormat).run();
   meta.bind("version").bind(1).run();
   lite::Stmt user(
       db, atAlias("INSERT INTO @.zb_users(uid, name, sid, is_role, crdate) VALUES(?, ?, ?, ?, ?)", alias));
@@ -357,6 +403,10 @@ std::int64_t ObjectWriter::addObject(const std::string& name, const char* type, 
     throw Error(2714, "There is already an object named '" + name + "' in the database.", 16, 6);
   const std::int64_t id = insert.integer(0);
   insert.run();
+  const std::string_view kind = type;
+  if (kind == "F" || kind == "C")
+    lite::exec(db_, atAlias("UPDATE @.zb_meta SET value=", alias_) + std::to_string(fileFormat) +
+                        " WHERE key='format' AND value<" + std::to_string(fileFormat));
   return id;
 }
 

@@ -1,7 +1,8 @@
 // The zb_ tables of a database file: their making, reading and writing. `alias` is the attached name.
 //
 //   zb_meta           key, value: family, format, version (of the catalog), collation
-//   zb_objects        sysobjects: tables U, views V, triggers TR, constraints PK UQ D; names are unique
+//   zb_objects        sysobjects: tables U, views V, triggers TR, constraints PK UQ D F C; names are
+//                     unique
 //   zb_columns        columns of tables and views, in order of colid
 //   zb_indexes        indexes and keys of tables; the SQLite index is zi_<table>_<indid>
 //   zb_index_columns  their columns in order of keyno
@@ -19,8 +20,10 @@
 
 namespace engine {
 
-// 1: no checksums, the log in a file of SQLite's own; 2: as it is now.
-inline constexpr int fileFormat = 2;
+// 1: no checksums, the log in a file of SQLite's own; 2: both in place; 3: with foreign keys or conditions,
+// which a program that knows only format 2 would not keep. A file has the lowest number that is true of it.
+inline constexpr int plainFormat = 2;
+inline constexpr int fileFormat = 3;
 
 // `sql` with every "@." replaced by the alias.
 std::string atAlias(std::string_view sql, std::string_view alias);

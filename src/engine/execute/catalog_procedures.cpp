@@ -119,16 +119,23 @@ const std::string specialColumns =
     "(i.status & "
     "2048)<>0))) ORDER BY c.colorder";
 
-// There are no foreign keys and no procedures of the user's own: the columns stand over no rows.
 const std::string foreignKeys =
-    "SELECT DB_NAME() AS PKTABLE_QUALIFIER, N'dbo' AS PKTABLE_OWNER, o.name AS PKTABLE_NAME, o.name AS "
-    "PKCOLUMN_NAME, DB_NAME() AS FKTABLE_QUALIFIER, N'dbo' AS FKTABLE_OWNER, o.name AS FKTABLE_NAME, o.name "
+    "SELECT DB_NAME() AS PKTABLE_QUALIFIER, N'dbo' AS PKTABLE_OWNER, a.p AS PKTABLE_NAME, a.pc AS "
+    "PKCOLUMN_NAME, "
+    "DB_NAME() AS FKTABLE_QUALIFIER, N'dbo' AS FKTABLE_OWNER, a.f AS FKTABLE_NAME, a.fc AS FKCOLUMN_NAME, "
+    "CONVERT(SMALLINT, a.n) AS KEY_SEQ, CONVERT(SMALLINT, CASE a.u WHEN 0 THEN 1 WHEN 1 THEN 0 ELSE a.u END) "
     "AS "
-    "FKCOLUMN_NAME, CONVERT(SMALLINT,1) AS KEY_SEQ, CONVERT(SMALLINT,1) AS UPDATE_RULE, CONVERT(SMALLINT,1) "
-    "AS "
-    "DELETE_RULE, o.name AS FK_NAME, o.name AS PK_NAME, CONVERT(SMALLINT,7) AS DEFERRABILITY FROM sysobjects "
-    "o "
-    "WHERE o.xtype='F'";
+    "UPDATE_RULE, CONVERT(SMALLINT, CASE a.d WHEN 0 THEN 1 WHEN 1 THEN 0 ELSE a.d END) AS DELETE_RULE, a.k "
+    "AS FK_NAME, "
+    "a.i AS PK_NAME, CONVERT(SMALLINT,7) AS DEFERRABILITY FROM (SELECT OBJECT_NAME(k.referenced_object_id) "
+    "AS p, "
+    "COL_NAME(c.referenced_object_id, c.referenced_column_id) AS pc, OBJECT_NAME(k.parent_object_id) AS f, "
+    "COL_NAME(c.parent_object_id, c.parent_column_id) AS fc, c.constraint_column_id AS n, "
+    "k.update_referential_action AS u, k.delete_referential_action AS d, k.name AS k, i.name AS i FROM "
+    "sys.foreign_keys k JOIN sys.foreign_key_columns c ON c.constraint_object_id=k.object_id JOIN "
+    "sys.indexes i ON "
+    "i.object_id=k.referenced_object_id AND i.index_id=k.key_index_id) a WHERE (@pktable_name IS NULL OR "
+    "a.p=@pktable_name) AND (@fktable_name IS NULL OR a.f=@fktable_name) ORDER BY a.p, a.f, a.k, a.n";
 const std::string procedures =
     "SELECT DB_NAME() AS PROCEDURE_QUALIFIER, N'dbo' AS PROCEDURE_OWNER, o.name AS PROCEDURE_NAME, -1 AS "
     "NUM_INPUT_PARAMS, -1 AS NUM_OUTPUT_PARAMS, -1 AS NUM_RESULT_SETS, CONVERT(VARCHAR(254),NULL) AS "

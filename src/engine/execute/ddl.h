@@ -56,8 +56,21 @@ std::string columnSql(const ColumnInfo& column);
 ColumnInfo columnFrom(const ColumnDefinition& definition, const std::string& table);
 // The keys that the definitions of columns carry, as table constraints.
 std::vector<TableConstraint> columnKeys(const std::vector<ColumnDefinition>& columns);
-// Refuses what the server does not know (FOREIGN KEY, CHECK).
-void refuseUnknown(const TableConstraint& constraint);
+// ---- CHECK and FOREIGN KEY (ddl_constraint.cpp) ----
+
+bool isRule(const TableConstraint& constraint);
+void addRule(Change& change, const TableInfo& table, const TableConstraint& constraint, bool checkRows);
+void switchRules(Change& change, const TableInfo& table, const std::vector<std::string>& names, bool on,
+                 bool checkRows);
+void refuseReferenced(const Change& change, const TableInfo& table);  // 3726
+// A foreign key to this index, and the table that it is of; null when there is none.
+const ForeignKeyInfo* referenceTo(const Change& change, const TableInfo& table, int index,
+                                  std::string* from = nullptr);
+// The name of a rule over the column; null when there is none.
+const std::string* ruleOn(const TableInfo& table, int column, bool keysOnly = false);
+
+// ---- more of keys ----
+
 // Column ordinals of an index; 1911, 1909, 1904, 1919.
 std::vector<IndexPart> indexParts(const std::vector<IndexColumn>& columns, const TableInfo& table,
                                   const std::string& indexName);

@@ -71,6 +71,9 @@ void checkAlterDependents(const TableInfo& table, const ColumnInfo& from, const 
       refuseDependent(index->primaryKey || index->uniqueConstraint ? "object" : "index", index->name,
                       from.name, "ALTER COLUMN");
   }
+  const bool longer = sameKind && sameLengthFamily(to.type.id);
+  if (const std::string* rule = ruleOn(table, from.id, longer); rule && !(from.type == to.type))
+    refuseDependent("object", *rule, from.name, "ALTER COLUMN");
   if (!from.defaultText.empty() && !sameKind)
     refuseDependent("object", from.defaultName, from.name, "ALTER COLUMN");
 }
@@ -264,9 +267,10 @@ void add(Change& change, const AlterTableStatement& statement) {
     reread();
   }
   for (const auto& constraint : statement.constraints) {
-    refuseUnknown(constraint);
     TableInfo next = *table;
-    if (constraint.kind == TableConstraint::Kind::Default)
+    if (isRule(constraint))
+      addRule(change, *table, constraint, statement.checkRows);
+    else if (constraint.kind == TableConstraint::Kind::Default)
       addDefault(change, *table, constraint);
     else
       makeKey(change, next, keyFrom(constraint, next));
@@ -282,6 +286,8 @@ void dropColumn(Change& change, const TableInfo& table, const std::string& name)
     refuseDependent(index->primaryKey || index->uniqueConstraint ? "object" : "index", index->name,
                     column.name, "DROP COLUMN");
   if (!column.defaultText.empty()) refuseDependent("object", column.defaultName, column.name, "DROP COLUMN");
+  if (const std::string* rule = ruleOn(table, column.id))
+    refuseDependent("object", *rule, column.name, "DROP COLUMN");
   if (table.columns.size() == 1)
     throw Error(4923, "ALTER TABLE DROP COLUMN failed because '" + name +
                           "' is the only data column in table '" + table.name +
@@ -305,10 +311,15 @@ void dropColumn(Change& change, const TableInfo& table, const std::string& name)
 void dropConstraint(Change& change, const TableInfo& table, const std::string& name) {
   const ObjectRow object = findObject(change.db, change.alias, name);
   const bool key = object.type == "PK" || object.type == "UQ";
-  if (object.id == 0 || object.parent != table.id || !(key || object.type == "D"))
+  const bool rule = object.type == "F" || object.type == "C";
+  if (object.id == 0 || object.parent != table.id || !(key || rule || object.type == "D"))
     throw Error(3728, "'" + name + "' is not a constraint.");
   for (const auto& index : table.indexes) {
     if (!key || foldName(index.name) != foldName(name)) continue;
+    std::string from;
+    if (const ForeignKeyInfo* reference = referenceTo(change, table, index.id, &from))
+      throw Error(3725, "The constraint '" + index.name + "' is being referenced by table '" + from +
+                            "', foreign key constraint '" + reference->name + "'.");
     dropIndex(change, table, index.id);
     const std::string where =
         " WHERE table_id=" + std::to_string(table.id) + " AND indid=" + std::to_string(index.id);
@@ -334,6 +345,15 @@ void run(Store& store, SessionContext& context, const AlterTableStatement& state
     const auto table = change.table(statement.name);
     alterColumn(change, *table, statement.columns.front());
     change.reload(table->id, table->name);
+  }
+  if (statement.action == AlterTableStatement::Action::EnableConstraint ||
+      statement.action == AlterTableStatement::Action::DisableConstraint) {
+    const auto table = change.table(statement.name);
+    switchRules(change, *table, statement.dropped,
+                statement.action == AlterTableStatement::Action::EnableConstraint, statement.checkRows);
+    change.reload(table->id, table->name);
+    change.finish();
+    return;
   }
   for (const auto& name : statement.dropped) {
     const auto table = change.table(statement.name);

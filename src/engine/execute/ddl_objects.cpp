@@ -47,7 +47,10 @@ void dropObject(Change& change, const DropKind& kind, const std::string& name) {
   const ObjectRow object = findObject(change.db, change.alias, name);
   if (object.id == 0) failDrop(kind.word, name);
   if (object.type != kind.type) failKind(kind, object);
-  if (kind.kind == ObjectKind::Table) change.run("DROP TABLE " + change.at(object.name));
+  if (kind.kind == ObjectKind::Table) {
+    refuseReferenced(change, *change.catalog().table(object.name));
+    change.run("DROP TABLE " + change.at(object.name));
+  }
   removeObject(change.db, change.alias, object.id);
   if (kind.kind == ObjectKind::Trigger) {
     for (const auto& [folded, table] : change.catalog().tables)
@@ -74,6 +77,9 @@ void dropIndexByName(Change& change, const ObjectName& name) {
         throw Error(3723, "An explicit DROP INDEX is not allowed on index '" + full +
                               "'. It is being used for " + (index.primaryKey ? "PRIMARY KEY" : "UNIQUE KEY") +
                               " constraint enforcement.");
+      if (referenceTo(change, *table, index.id))
+        throw Error(3723, "An explicit DROP INDEX is not allowed on index '" + full +
+                              "'. It is being used for FOREIGN KEY constraint enforcement.");
       dropIndex(change, *table, index.id);
       const std::string where =
           " WHERE table_id=" + std::to_string(table->id) + " AND indid=" + std::to_string(index.id);
@@ -263,6 +269,10 @@ void renameColumn(Change& change, const TableInfo& table, const std::string& col
   if (taken >= 0 && taken != ordinal) failTaken(newName, "column");
   if (newName.empty()) throw Error(1038, "An object or column name is missing or empty.");
   const ColumnInfo& old = table.columns[static_cast<std::size_t>(ordinal)];
+  for (const CheckInfo& check : table.checks)
+    if (std::find(check.columns.begin(), check.columns.end(), old.id) != check.columns.end())
+      throw Error(15336, "Object '" + table.name + "." + old.name +
+                             "' cannot be renamed because the object participates in enforced dependencies.");
   change.run("ALTER TABLE " + change.at(table.name) + " RENAME COLUMN " + lite::quoted(old.name) + " TO " +
              lite::quoted(newName));
   lite::Stmt update(change.db,

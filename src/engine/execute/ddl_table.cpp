@@ -119,11 +119,6 @@ std::string columnSql(const ColumnInfo& column) {
   return lite::quoted(column.name) + " " + storageClass(column.type) + (column.nullable ? "" : " NOT NULL");
 }
 
-void refuseUnknown(const TableConstraint& constraint) {
-  if (constraint.kind == TableConstraint::Kind::ForeignKey) refuseConstruct("FOREIGN KEY");
-  if (constraint.kind == TableConstraint::Kind::Check) refuseConstruct("CHECK");
-}
-
 ColumnInfo columnFrom(const ColumnDefinition& definition, const std::string& table) {
   ColumnInfo column;
   column.name = definition.name;
@@ -355,7 +350,7 @@ void run(Store& store, SessionContext& context, const CreateTableStatement& stat
   for (const auto& definition : statement.columns) columns.push_back(columnFrom(definition, name));
   std::vector<TableConstraint> keys = columnKeys(statement.columns);
   for (const auto& constraint : statement.constraints) {
-    refuseUnknown(constraint);
+    if (isRule(constraint)) continue;
     if (constraint.kind == TableConstraint::Kind::Default) refuseConstruct("DEFAULT ... FOR in CREATE TABLE");
     TableConstraint key;
     key.kind = constraint.kind;
@@ -372,6 +367,8 @@ void run(Store& store, SessionContext& context, const CreateTableStatement& stat
   TableInfo table = writeTable(change, name, std::move(columns));
   for (const auto& key : keys) writeKey(change, table, keyFrom(key, table));
   makeTable(change, std::move(table));
+  for (const auto& constraint : statement.constraints)
+    if (isRule(constraint)) addRule(change, TableInfo(*change.catalog().table(name)), constraint, true);
   change.finish();
 }
 

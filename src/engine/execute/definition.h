@@ -20,6 +20,11 @@ struct SessionContext {
   // Value of a column default that is no plain literal, in the physical form of `type`; used by ADD
   // with NOT NULL on a table with rows. Without it such a default is refused.
   std::function<Datum(const Expr& expression, const Type& type)> evaluate;
+  // Throws where the condition or the key names what there is not, or (`rows`) where a row of the table
+  // breaks it; one of the two is given.
+  std::function<void(const std::string& database, const TableInfo& table, const CheckInfo* check,
+                     const ForeignKeyInfo* key, bool rows)>
+      verify;
 };
 void runDefinition(Store& store, SessionContext& context, const Statement& statement,
                    const std::vector<ViewColumn>& viewColumns = {});

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "engine/execute/constraint_plan.h"
 #include "engine/language.h"
 
 namespace engine {

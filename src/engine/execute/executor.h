@@ -57,6 +57,14 @@ struct NamedObject {
   std::string database, name;
 };
 
+struct CompiledRules;
+struct RuleTest;
+
+// Whether conditions or foreign keys ask for the rows that such a statement changes; `updated`: the ordinals
+// of the columns that an UPDATE sets.
+bool isConstrained(const TableInfo& table, const DatabaseCatalog& catalog, TriggerEvent event,
+                   const std::vector<int>* updated = nullptr);
+
 class Executor {
  public:
   Executor(Store& store, SessionContext& context, std::atomic<bool>& cancelled);
@@ -180,7 +188,31 @@ class Executor {
   void bindAssignments(const UpdateStatement& update, ChangeShape& shape, Binder& binder);
   void finishChange(CompiledChange& plan, const ChangeShape& shape, Binder& binder, TriggerEvent event);
   void runChange(CompiledChange& plan, TriggerEvent event);
+  void changeRows(CompiledChange& plan, TriggerEvent event);
+  std::int64_t captureRows(CompiledChange& plan, const TriggerTables& tables, TriggerEvent event);
+  void copyUpdated(const TriggerTables& tables);
   void detour(CompiledChange& plan);
+
+  // executor_constraint.cpp
+  struct Fired {  // tables of old and new rows that wait for their triggers
+    TriggerTables tables;
+    TriggerEvent event;
+    const std::vector<int>* updated;
+  };
+  BoundStatement checkStatement(const TableInfo& table, const std::string& database, const std::string& rows,
+                                const std::string& condition);
+  void compileOwnRules(CompiledRules& rules, const TriggerTables& tables, const DatabaseCatalog& catalog);
+  void compileStep(CompiledRules& rules, const TriggerTables& tables, TriggerEvent event,
+                   const std::shared_ptr<const TableInfo>& child, const ForeignKeyInfo& key,
+                   const std::shared_ptr<const DatabaseCatalog>& catalog);
+  void compileReferences(CompiledRules& rules, const TriggerTables& tables, TriggerEvent event,
+                         const std::shared_ptr<const DatabaseCatalog>& catalog);
+  CompiledRules& rulesOf(const TriggerTables& tables, TriggerEvent event);
+  void testRules(std::vector<RuleTest>& tests, const std::vector<int>* updated, const char* statement);
+  void keepRules(const TriggerTables& tables, TriggerEvent event, const std::vector<int>* updated,
+                 const char* statement, std::vector<Fired>& fired);
+  void verifyRule(const std::string& database, const TableInfo& table, const CheckInfo* check,
+                  const ForeignKeyInfo* key, bool rows);
 
   // executor_trigger.cpp
   std::vector<std::shared_ptr<const TriggerInfo>> triggersFor(const TableInfo& table,
@@ -253,8 +285,9 @@ class Executor {
     std::string columns;                     // their names, a comma before each
   };
   std::map<std::string, TemporaryTable> temporaryTables_;
-  std::unordered_map<std::string, Prepared> internals_;  // statements of the executor's own
-  struct IdentityRun {                                   // of the running INSERT
+  std::map<std::string, std::unique_ptr<CompiledRules>> rules_;  // by the tables of rows and the event
+  std::unordered_map<std::string, Prepared> internals_;          // statements of the executor's own
+  struct IdentityRun {                                           // of the running INSERT
     const TableInfo* table = nullptr;
     std::string database;
     std::int64_t first = 0, last = 0, step = 1;

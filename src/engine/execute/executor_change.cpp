@@ -150,7 +150,9 @@ void Executor::finishChange(CompiledChange& plan, const ChangeShape& shape, Bind
       std::any_of(plan.table->triggers.begin(), plan.table->triggers.end(),
                   [&](const auto& t) { return event == TriggerEvent::Update ? t->onUpdate : t->onDelete; });
   finishCompile(plan, binder);
-  if (!fires) return;
+  plan.constrained = isConstrained(*plan.table, *plan.catalog, event,
+                                   event == TriggerEvent::Update ? &plan.updated : nullptr);
+  if (!fires && !plan.constrained) return;
   const std::string rows = shape.from.empty() ? shape.sqlTable + " AS " + shape.handle : shape.from;
   const TriggerTables tables = triggerTables(plan.table, plan.tableDatabase);
   const std::string sql = "INSERT INTO " + tables.deleted + " SELECT rowid," + columnList(*plan.table) +
@@ -247,45 +249,58 @@ void Executor::detour(CompiledChange& plan) {
   transaction.commit();
 }
 
-void Executor::runChange(CompiledChange& plan, TriggerEvent event) {
-  const auto change = [&] {
-    bindParameters(plan.change);
-    int constraint = 0;
-    const ChangeNote note(store_);
-    {
-      PreparedUse use(plan.change);
-      while (plan.change.step(&constraint)) {
-      }
-      rowCount_ = sqlite3_changes64(store_.handle());
+void Executor::changeRows(CompiledChange& plan, TriggerEvent event) {
+  bindParameters(plan.change);
+  int constraint = 0;
+  const ChangeNote note(store_);
+  {
+    PreparedUse use(plan.change);
+    while (plan.change.step(&constraint)) {
     }
-    if (!constraint) return;
-    const Error error = constraintError(*plan.catalog, sqlite3_errmsg(store_.handle()),
-                                        event == TriggerEvent::Update ? "UPDATE" : "DELETE");
-    if (event != TriggerEvent::Update || constraint == SQLITE_CONSTRAINT_NOTNULL) throw error;
-    note.forget();
-    detour(plan);
-  };
-  const auto triggers = triggersFor(*plan.table, plan.tableDatabase, event);
-  if (triggers.empty()) {
+    rowCount_ = sqlite3_changes64(store_.handle());
+  }
+  if (!constraint) return;
+  const Error error = constraintError(*plan.catalog, sqlite3_errmsg(store_.handle()),
+                                      event == TriggerEvent::Update ? "UPDATE" : "DELETE");
+  if (event != TriggerEvent::Update || constraint == SQLITE_CONSTRAINT_NOTNULL) throw error;
+  note.forget();
+  detour(plan);
+}
+
+// The rows that are about to change, as they are; returns how many.
+std::int64_t Executor::captureRows(CompiledChange& plan, const TriggerTables& tables, TriggerEvent event) {
+  clearTriggerTables(tables, event);
+  bindParameters(plan.capture);
+  runPrepared(plan.capture, *plan.catalog, "UPDATE");
+  return sqlite3_changes64(store_.handle());
+}
+
+void Executor::copyUpdated(const TriggerTables& tables) {
+  Prepared& copy = internal("INSERT INTO " + tables.inserted + " SELECT rowid" + tables.columns + " FROM " +
+                            store_.attach(tables.database) + "." + quoteName(tables.table->name) +
+                            " WHERE rowid IN (SELECT zb_rid FROM " + tables.deleted + ")");
+  PreparedUse use(copy);
+  while (copy.step()) {
+  }
+}
+
+void Executor::runChange(CompiledChange& plan, TriggerEvent event) {
+  const bool updates = event == TriggerEvent::Update;
+  if (!plan.constrained && triggersFor(*plan.table, plan.tableDatabase, event).empty()) {
     levels_ > 0 ? store_.writeLock(plan.tableDatabase) : store_.expectWrite(plan.tableDatabase);
-    change();
+    changeRows(plan, event);
   } else {
-    TriggerTables tables = triggerTables(plan.table, plan.tableDatabase);
+    const TriggerTables tables = triggerTables(plan.table, plan.tableDatabase);
     Transaction transaction(*this);
     store_.writeLock(plan.tableDatabase);
-    clearTriggerTables(tables, event);
-    bindParameters(plan.capture);
-    runPrepared(plan.capture, *plan.catalog, "UPDATE");
-    change();
+    captureRows(plan, tables, event);
+    changeRows(plan, event);
     const std::int64_t count = rowCount_;
-    if (event == TriggerEvent::Update) {
-      Prepared& copy =
-          internal("INSERT INTO " + tables.inserted + " SELECT rowid" + tables.columns + " FROM " +
-                   store_.attach(plan.tableDatabase) + "." + quoteName(plan.table->name) +
-                   " WHERE rowid IN (SELECT zb_rid FROM " + tables.deleted + ")");
-      runPrepared(copy, *plan.catalog, "UPDATE");
-    }
-    fire(tables, event, event == TriggerEvent::Update ? &plan.updated : nullptr);
+    if (updates) copyUpdated(tables);
+    std::vector<Fired> fired{{tables, event, updates ? &plan.updated : nullptr}};
+    if (plan.constrained) keepRules(tables, event, fired[0].updated, updates ? "UPDATE" : "DELETE", fired);
+    for (auto each = fired.rbegin(); each != fired.rend(); ++each)
+      fire(each->tables, each->event, each->updated);
     rowCount_ = count;
     transaction.commit();
   }
@@ -325,6 +340,11 @@ void Executor::runTruncate(const TruncateStatement& truncate) {
   rights_.needAlter(source.tableDatabase, source.table->name);
   const std::string table = binder.sqlName(*source.table, source.tableDatabase);
   const auto catalog = store_.catalog(source.tableDatabase);
+  for (const auto& [folded, other] : catalog->tables)
+    for (const ForeignKeyInfo& key : other->foreignKeys)
+      if (key.table == source.table->id && other->id != key.table)
+        throw Error(4712, "Cannot truncate table '" + source.table->name +
+                              "' because it is being referenced by a FOREIGN KEY constraint.");
   Transaction transaction(*this);
   store_.writeLock(source.tableDatabase);
   lite::exec(store_.handle(), "DELETE FROM " + table);

@@ -396,6 +396,9 @@ void Executor::runDefinitionStatement(const Statement& statement) {
     bindParameters(value);
     return value.step() ? columnDatum(value.get(), 0) : Datum();
   };
+  context_.verify = [this](const std::string& database, const TableInfo& table, const CheckInfo* check,
+                           const ForeignKeyInfo* key,
+                           bool rows) { verifyRule(database, table, check, key, rows); };
   rights_.needDefinition(statement);
   std::vector<ViewColumn> columns;
   if (const auto* view = std::get_if<CreateViewStatement>(&statement.node)) columns = viewColumns(*view);

@@ -173,8 +173,10 @@ std::unique_ptr<CompiledInsert> Executor::compileInsert(const InsertStatement& i
   made->firesTriggers = std::any_of(made->table->triggers.begin(), made->table->triggers.end(),
                                     [](const auto& trigger) { return trigger->onInsert; });
   made->singleRow = shape.singleRow;
+  made->constrained = isConstrained(*made->table, *made->catalog, TriggerEvent::Insert);
   // One row is known by its number without RETURNING, which costs SQLite a temporary table.
-  if ((made->firesTriggers && !made->singleRow) || shape.explicitIdentity) sql += " RETURNING rowid";
+  if (((made->firesTriggers || made->constrained) && !made->singleRow) || shape.explicitIdentity)
+    sql += " RETURNING rowid";
   if (shape.explicitIdentity)
     sql += "," + quoteName(shape.table->columns[static_cast<std::size_t>(shape.identity)].name);
   made->insert = Prepared(store_.handle(), binder.finish(sql));
@@ -246,12 +248,13 @@ void Executor::runInsert(const InsertStatement& insert) {
   // Inside a transaction a single row needs no level of its own: should it be refused, its identity value
   // is spent all the same.
   const bool alone = plan.makesIdentity ? levels_ > 0 && plan.singleRow : plan.identityInput < 0;
-  if (!plan.firesTriggers && alone) {
+  if (!plan.firesTriggers && !plan.constrained && alone) {
     levels_ > 0 ? store_.writeLock(plan.tableDatabase) : store_.expectWrite(plan.tableDatabase);
     insertRows(plan, nullptr);
   } else {
     std::optional<TriggerTables> tables;
-    if (plan.firesTriggers && !triggersFor(*plan.table, plan.tableDatabase, TriggerEvent::Insert).empty())
+    if (plan.constrained ||
+        (plan.firesTriggers && !triggersFor(*plan.table, plan.tableDatabase, TriggerEvent::Insert).empty()))
       tables = triggerTables(plan.table, plan.tableDatabase);
     Transaction transaction(*this);
     store_.writeLock(plan.tableDatabase);
@@ -260,6 +263,8 @@ void Executor::runInsert(const InsertStatement& insert) {
     if (tables) {
       const std::int64_t count = rowCount_;
       copyInserted(*tables, rows);
+      std::vector<Fired> none;
+      if (plan.constrained) keepRules(*tables, TriggerEvent::Insert, nullptr, "INSERT", none);
       fire(*tables, TriggerEvent::Insert, nullptr);
       rowCount_ = count;
     }

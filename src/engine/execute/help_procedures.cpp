@@ -48,7 +48,7 @@ const std::string helpOnOne =
     "Seed, c.increment_value AS Increment, 0 AS [Not For Replication] FROM sys.identity_columns c WHERE "
     "c.object_id=@id ELSE SELECT N'No identity column defined.' AS [Identity], CONVERT(BIGINT,NULL) AS Seed, "
     "CONVERT(BIGINT,NULL) AS Increment, CONVERT(INT,NULL) AS [Not For Replication] "
-    "SELECT N'No rowguidcol column defined.' AS RowGuidCol END "
+    "SELECT N'No rowguidcol column defined.' AS [RowGuidCol] END "
     "IF @type='U' SELECT N'PRIMARY' AS Data_located_on_filegroup "
     "IF @type='P' SELECT c.name AS Parameter_name, TYPE_NAME(c.user_type_id) AS Type, " +
     std::string(lengthAndDigits) +
@@ -69,6 +69,28 @@ std::string describeIndex(const IndexInfo& index) {
   if (index.primaryKey) text += ", primary key";
   if (index.uniqueConstraint) text += ", unique key";
   return text + " located on PRIMARY";
+}
+
+std::string columnNames(const TableInfo& table, const std::vector<int>& ids) {
+  std::string names;
+  for (const int id : ids)
+    for (const ColumnInfo& column : table.columns)
+      if (column.id == id) names += (names.empty() ? "" : ", ") + column.name;
+  return names;
+}
+
+const char* actionWord(KeyAction action) {
+  switch (action) {
+    case KeyAction::Cascade:
+      return "Cascade";
+    case KeyAction::SetNull:
+      return "Set Null";
+    case KeyAction::SetDefault:
+      return "Set Default";
+    case KeyAction::NoAction:
+      break;
+  }
+  return "No Action";
 }
 
 // The text in lines with their ends; a longer line goes on in the next row.
@@ -186,6 +208,17 @@ void ProcedureCall::helpConstraints() {
       if (!of.defaultText.empty())
         add({"DEFAULT on column " + of.name, of.defaultName, "(n/a)", "(n/a)", "(n/a)", "(n/a)",
              "(" + of.defaultText + ")"});
+    for (const CheckInfo& check : table->checks)
+      add({check.columns.size() == 1 ? "CHECK on column " + columnNames(*table, check.columns)
+                                     : "CHECK Table Level ",
+           check.name, "(n/a)", "(n/a)", check.disabled ? "Disabled" : "Enabled", "Is_For_Replication",
+           "(" + check.text + ")"});
+    for (const ForeignKeyInfo& key : table->foreignKeys) {
+      std::vector<int> columns;
+      for (const auto& [mine, theirs] : key.columns) columns.push_back(mine);
+      add({"FOREIGN KEY", key.name, actionWord(key.onDelete), actionWord(key.onUpdate),
+           key.disabled ? "Disabled" : "Enabled", "Is_For_Replication", columnNames(*table, columns)});
+    }
   }
   if (set.rowCount() > 0) return tell(std::move(set));
   if (executor_.resultsWanted())

@@ -121,6 +121,8 @@ Datum tableProperty(const TableInfo& table, const std::string& property) {
   if (property == "tablehasinserttrigger") return hasTrigger(table, &TriggerInfo::onInsert);
   if (property == "tablehasupdatetrigger") return hasTrigger(table, &TriggerInfo::onUpdate);
   if (property == "tablehasdeletetrigger") return hasTrigger(table, &TriggerInfo::onDelete);
+  if (property == "tablehascheckcnst") return !table.checks.empty();
+  if (property == "tablehasforeignkey") return !table.foreignKeys.empty();
   if (property == "tablehasdefaultcnst")
     return std::any_of(table.columns.begin(), table.columns.end(),
                        [](const ColumnInfo& c) { return !c.defaultText.empty(); });

@@ -227,6 +227,7 @@ struct TableConstraint {
   std::string forColumn;  // Default ... FOR column
   ObjectName references;  // ForeignKey
   std::vector<std::string> referencedColumns;
+  KeyAction onDelete = KeyAction::NoAction, onUpdate = KeyAction::NoAction;
 };
 
 struct CreateTableStatement {
@@ -236,12 +237,20 @@ struct CreateTableStatement {
 };
 
 struct AlterTableStatement {
-  enum class Action : std::uint8_t { Add, AlterColumn, DropColumn, DropConstraint };
+  enum class Action : std::uint8_t {
+    Add,
+    AlterColumn,
+    DropColumn,
+    DropConstraint,
+    EnableConstraint,  // CHECK CONSTRAINT
+    DisableConstraint  // NOCHECK CONSTRAINT
+  };
   ObjectName name;
   Action action = Action::Add;
   std::vector<ColumnDefinition> columns;     // Add; AlterColumn has exactly one
   std::vector<TableConstraint> constraints;  // Add
-  std::vector<std::string> dropped;          // DropColumn, DropConstraint
+  std::vector<std::string> dropped;  // DropColumn, DropConstraint; Enable.., DisableConstraint: none for ALL
+  bool checkRows = true;             // WITH CHECK, which goes without saying for Add alone
 };
 
 struct CreateIndexStatement {

@@ -26,7 +26,9 @@ StatementPtr SqlParser::alterTable() {
   expect("TABLE");
   AlterTableStatement alter;
   alter.name = objectName();
-  if (isWord("WITH") && isAnyWord({"CHECK", "NOCHECK"}, 1)) pos_ += 2;
+  const bool told = isWord("WITH") && isAnyWord({"CHECK", "NOCHECK"}, 1);
+  alter.checkRows = told ? isWord("CHECK", 1) : isWord("ADD");
+  if (told) pos_ += 2;
   if (accept("ADD")) {
     do tableElement(alter.columns, alter.constraints);
     while (acceptSymbol(','));
@@ -36,12 +38,24 @@ StatementPtr SqlParser::alterTable() {
     alter.columns.push_back(alteredColumn());
   } else if (accept("DROP")) {
     alterDrop(alter);
-  } else if (isName() || isAnyWord({"CHECK", "NOCHECK"})) {
+  } else if (isAnyWord({"CHECK", "NOCHECK"}) && isWord("CONSTRAINT", 1)) {
+    alterSwitch(alter);
+  } else if (isName()) {
     unsupported("ALTER TABLE ... " + upperAscii(token().value()));
   } else {
     syntaxError();
   }
   return wrap(std::move(alter), atLine);
+}
+
+// CHECK | NOCHECK CONSTRAINT ALL | name, name
+void SqlParser::alterSwitch(AlterTableStatement& alter) {
+  using Action = AlterTableStatement::Action;
+  alter.action = isWord("CHECK") ? Action::EnableConstraint : Action::DisableConstraint;
+  pos_ += 2;
+  if (accept("ALL")) return;
+  do alter.dropped.push_back(name());
+  while (acceptSymbol(','));
 }
 
 ColumnDefinition SqlParser::alteredColumn() {
@@ -225,6 +239,7 @@ void SqlParser::keyConstraint(TableConstraint& constraint) {
 void SqlParser::checkConstraint(TableConstraint& constraint) {
   expect("CHECK");
   constraint.kind = TableConstraint::Kind::Check;
+  notForReplication();
   expectSymbol('(');
   std::size_t first = pos_;
   constraint.value = condition();
@@ -237,11 +252,29 @@ void SqlParser::referencesClause(TableConstraint& constraint) {
   constraint.references = objectName();
   if (isSymbol('(')) constraint.referencedColumns = bracketedNames();
   while (isWord("ON") && isAnyWord({"DELETE", "UPDATE"}, 1)) {
+    KeyAction& action = isWord("DELETE", 1) ? constraint.onDelete : constraint.onUpdate;
     pos_ += 2;
-    if (!(isWord("NO") && isWord("ACTION", 1)))
-      unsupported("ON DELETE or UPDATE " + upperAscii(token().value()));
-    pos_ += 2;
+    action = keyAction();
   }
+  notForReplication();
+}
+
+KeyAction SqlParser::keyAction() {
+  if (accept("CASCADE")) return KeyAction::Cascade;
+  if (accept("SET")) {
+    const bool null = isWord("NULL");
+    if (!null && !isWord("DEFAULT")) syntaxError();
+    ++pos_;
+    return null ? KeyAction::SetNull : KeyAction::SetDefault;
+  }
+  expect("NO");
+  expect("ACTION");
+  return KeyAction::NoAction;
+}
+
+// There is no replication, so that it says nothing.
+void SqlParser::notForReplication() {
+  if (isWord("NOT") && isWord("FOR", 1) && isWord("REPLICATION", 2)) pos_ += 3;
 }
 
 void SqlParser::clusteredWord(bool& clustered, bool& nonclustered) {

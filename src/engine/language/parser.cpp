@@ -343,6 +343,12 @@ ExprPtr SqlParser::singleExpression() {
   return result;
 }
 
+ExprPtr SqlParser::singleCondition() {
+  ExprPtr result = condition();
+  if (!atEnd()) syntaxError();
+  return result;
+}
+
 Batch parseTokens(std::string_view text, const std::vector<Token>& tokens) {
   return SqlParser(text, tokens).batch();
 }
@@ -354,6 +360,11 @@ Batch parseBatch(std::string_view text) {
 ExprPtr parseExpression(std::string_view text) {
   std::vector<Token> tokens = tokenize(text);
   return SqlParser(text, tokens).singleExpression();
+}
+
+ExprPtr parseCondition(std::string_view text) {
+  std::vector<Token> tokens = tokenize(text);
+  return SqlParser(text, tokens).singleCondition();
 }
 
 }  // namespace engine

@@ -45,6 +45,8 @@ Batch parseTokens(std::string_view text, const std::vector<Token>& tokens);
 
 // A stored column default or a single expression on its own.
 ExprPtr parseExpression(std::string_view text);
+// The stored condition of a CHECK.
+ExprPtr parseCondition(std::string_view text);
 
 // Nesting of brackets, CASE and functions; a subquery, a block, an IF or a WHILE counts for ten.
 inline constexpr int maxDepth = 1000;

@@ -19,6 +19,7 @@ class SqlParser {
 
   Batch batch();
   ExprPtr singleExpression();
+  ExprPtr singleCondition();
 
  private:
   using Sources = std::vector<std::unique_ptr<TableSource>>;
@@ -211,6 +212,9 @@ class SqlParser {
   void keyConstraint(TableConstraint& constraint);
   void checkConstraint(TableConstraint& constraint);
   void referencesClause(TableConstraint& constraint);
+  KeyAction keyAction();
+  void notForReplication();
+  void alterSwitch(AlterTableStatement& alter);
   std::vector<IndexColumn> indexColumns();
   void clusteredWord(bool& clustered, bool& nonclustered);
   void storageOptions();  // WITH FILLFACTOR.., WITH (..), ON filegroup: read and dropped

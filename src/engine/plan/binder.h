@@ -61,6 +61,9 @@ class Binder {
   void need(const std::string& database, const std::string& object, Action action) const;
   // Adds the base table `name` to the scope; throws 208. Views and system tables are refused by 4406.
   Source& bindTarget(const ObjectName& name, Scope& scope);
+  // Rows of the table's shape that are nobody's to refuse; whoever calls puts them into FROM under the
+  // handle.
+  Source& bindRows(const TableInfo& table, const std::string& database, Scope& scope);
   // "alias"."table" of a base table for SQLite.
   std::string sqlName(const TableInfo& table, const std::string& database);
   // Database that a name without one belongs to.

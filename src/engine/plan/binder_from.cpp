@@ -160,6 +160,19 @@ Source& Binder::bindTarget(const ObjectName& name, Scope& scope) {
   return scope.sources.back();
 }
 
+Source& Binder::bindRows(const TableInfo& table, const std::string& database, Scope& scope) {
+  Source source;
+  source.alias = foldName(table.name);
+  source.shown = source.title = table.name;
+  source.database = foldName(database);
+  source.handle = newHandle();
+  source.table = &table;
+  source.tableDatabase = database;
+  addTableColumns(table, database, source);
+  scope.sources.push_back(std::move(source));
+  return scope.sources.back();
+}
+
 std::string Binder::bindFrom(const std::vector<std::unique_ptr<TableSource>>& from, Scope& scope) {
   std::string sql;
   for (const auto& source : from) scope.outerJoins = scope.outerJoins || hasOuterJoin(*source);

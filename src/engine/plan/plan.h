@@ -42,6 +42,7 @@ struct CompiledInsert : Compiled {
   bool makesIdentity = false;
   int identityInput = -1;      // place of an explicit identity value among the columns
   bool firesTriggers = false;  // so that the new rows are wanted
+  bool constrained = false;    // and so they are for conditions and foreign keys
   bool singleRow = false;
   Prepared insert;
 };
@@ -52,7 +53,8 @@ struct CompiledChange : Compiled {  // UPDATE and DELETE
   std::string tableDatabase;
   std::vector<int> updated;  // ordinals of the columns that are set
   Prepared change;
-  // For triggers: copies the rows to be changed into the table of old rows.
+  bool constrained = false;  // conditions or foreign keys ask for the old and new rows
+  // For triggers and rules: copies the rows to be changed into the table of old rows.
   Prepared capture;
   // For an UPDATE that collides with itself on its way: new rows by way of a temporary table.
   BoundStatement detour;

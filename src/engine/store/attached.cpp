@@ -137,7 +137,7 @@ void Store::Impl::checkAttached(Attached& one, const std::string& family) {
 
 bool Store::Impl::isCurrent(const Attached& one) {
   lite::Stmt format(db, atAlias("SELECT value FROM @.zb_meta WHERE key='format'", one.alias));
-  return store::isChecksummed(db, one.alias) && format.step() && format.integer(0) == fileFormat;
+  return store::isChecksummed(db, one.alias) && format.step() && format.integer(0) >= plainFormat;
 }
 
 // Within a transaction an alias that failed stays until its end.

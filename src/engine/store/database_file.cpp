@@ -229,8 +229,8 @@ void renewDataFile(const DatabaseFiles& given) {
     }
     {
       const FileHandle copy({made, files.log, files.name}, false);
-      lite::exec(copy, "PRAGMA journal_mode=MEMORY; UPDATE zb_meta SET value=" + std::to_string(fileFormat) +
-                           " WHERE key='format'");
+      lite::exec(copy, "PRAGMA journal_mode=MEMORY; UPDATE zb_meta SET value=max(value, " +
+                           std::to_string(plainFormat) + ") WHERE key='format'");
     }
     store::finishCopy(files.data, made);
   } catch (...) {

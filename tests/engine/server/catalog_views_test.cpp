@@ -200,8 +200,8 @@ TEST_F(SessionTest, Helps) {
        "DEFAULT on column Ad\tDF_Ad\t(n/a)\t(n/a)\t(n/a)\t(n/a)\t('yok')\n"},
   });
   EXPECT_EQ(run("EXEC sp_help"),
-            "Liste\tdbo\tview\nUQ_Cari\tdbo\tunique cns\nPK_Cari\tdbo\tprimary key cns\n"
-            "Cari\tdbo\tuser table\nDF_Ad\tdbo\tdefault (maybe cns)\n");
+            "Liste\tdbo\tview\nCari\tdbo\tuser table\nUQ_Cari\tdbo\tunique cns\n"
+            "PK_Cari\tdbo\tprimary key cns\nDF_Ad\tdbo\tdefault (maybe cns)\n");
   const std::string help = run("EXEC sp_help Liste");
   EXPECT_EQ(help.substr(help.find('\n') + 1),
             "Kod\tchar\tno\t8\t8\t\tno\tno\tno\tTurkish_CI_AS\n"

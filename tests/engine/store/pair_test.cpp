@@ -206,13 +206,14 @@ TEST_F(PairTest, AFileOfALaterFormatIsToldAsSuchAndLeftAsItIs) {
   laterData = pair();
   const struct {
     Pair files;
-    const char* version;
-  } cases[] = {{laterLog, "3"}, {laterData, "7"}};
+    const char *version, *supported;
+  } cases[] = {{laterLog, "3", "2"}, {laterData, "7", "3"}};
   for (const auto& c : cases) {
     put(c.files);
     EXPECT_EQ(rows(), "!948");
     EXPECT_EQ(text, "The database 'A' cannot be opened because it is version " + std::string(c.version) +
-                        ". This server supports version 2 and earlier. A downgrade path is not supported.");
+                        ". This server supports version " + c.supported +
+                        " and earlier. A downgrade path is not supported.");
     server.reset();
     EXPECT_EQ(pair(), c.files) << c.version;
   }

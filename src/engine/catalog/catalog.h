@@ -97,6 +97,19 @@ struct ViewInfo {
   std::vector<ViewColumn> columns;  // fixed at creation
 };
 
+struct ProcedureInfo {
+  std::int64_t id = 0;
+  std::string name;
+  std::string text;  // from CREATE PROCEDURE on
+};
+
+// A parameter as the catalog shows it.
+struct ParameterInfo {
+  std::string name;  // with @
+  Type type;
+  bool output = false;
+};
+
 // Objects by foldName of their name. A copy shares what it does not change, since each definition
 // statement makes a new catalog of hundreds of objects that differs from the last one in one of them.
 template <class T>
@@ -174,6 +187,7 @@ struct DatabaseCatalog {
   std::int64_t version = 0;
   ObjectMap<TableInfo> tables;
   ObjectMap<ViewInfo> views;
+  ObjectMap<ProcedureInfo> procedures;
 
   const TableInfo* table(std::string_view name) const;
   const ViewInfo* view(std::string_view name) const;

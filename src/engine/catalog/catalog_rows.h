@@ -1,7 +1,8 @@
 // The zb_ tables of a database file: their making, reading and writing. `alias` is the attached name.
 //
 //   zb_meta           key, value: family, format, version (of the catalog), collation
-//   zb_objects        sysobjects: tables U, views V, triggers TR, constraints PK UQ D F C; names are
+//   zb_objects        sysobjects: tables U, views V, triggers TR, procedures P, constraints PK UQ D F C;
+//   names are
 //                     unique
 //   zb_columns        columns of tables and views, in order of colid
 //   zb_indexes        indexes and keys of tables; the SQLite index is zi_<table>_<indid>
@@ -20,8 +21,9 @@
 
 namespace engine {
 
-// 1: no checksums, the log in a file of SQLite's own; 2: both in place; 3: with foreign keys or conditions,
-// which a program that knows only format 2 would not keep. A file has the lowest number that is true of it.
+// 1: no checksums, the log in a file of SQLite's own; 2: both in place; 3: with foreign keys, conditions,
+// procedures or views WITH CHECK OPTION, which a program that knows only format 2 would not keep. A file has
+// the lowest number that is true of it.
 inline constexpr int plainFormat = 2;
 inline constexpr int fileFormat = 3;
 
@@ -31,11 +33,14 @@ std::string atAlias(std::string_view sql, std::string_view alias);
 // All zb_ tables of an empty file, with dbo and the fixed roles. Inside the caller's transaction.
 void makeSystemTables(sqlite3* db, std::string_view alias, const std::string& family);
 
+// To fileFormat: the file now holds what older programs would not keep.
+void raiseFormat(sqlite3* db, std::string_view alias);
 std::int64_t catalogVersion(sqlite3* db, std::string_view alias);
 std::shared_ptr<DatabaseCatalog> loadCatalog(sqlite3* db, std::string_view alias, const std::string& name);
 // Null when the object is gone.
 std::shared_ptr<TableInfo> loadTable(sqlite3* db, std::string_view alias, std::int64_t id);
 std::shared_ptr<ViewInfo> loadView(sqlite3* db, std::string_view alias, std::int64_t id);
+std::shared_ptr<ProcedureInfo> loadProcedure(sqlite3* db, std::string_view alias, std::int64_t id);
 
 struct ObjectRow {
   std::int64_t id = 0;  // 0: none
@@ -57,6 +62,7 @@ class ObjectWriter {
   // name). `first` is the first colid of a new table; 0 takes the next ones of a table that stands.
   void addColumns(const TableInfo& table, std::vector<ColumnInfo>& columns, int first = 0);
   void addViewColumns(std::int64_t view, const std::vector<ViewColumn>& columns);
+  void addParameters(std::int64_t procedure, const std::vector<ParameterInfo>& parameters);
   // Writes the rows of a new index of `table` as it stands and returns it with its number, a key with its
   // object and name. `column` of a part is an ordinal.
   IndexInfo addIndex(const TableInfo& table, IndexInfo index);

@@ -82,16 +82,17 @@ SystemTable columns() {
        {"xoffset", small, "0"},
        {"bitpos", tiny, "0"},
        {"reserved", tiny, "0"},
-       {"colstat", small, "c.identity"},
+       {"colstat", small, "CASE WHEN o.xtype='P' THEN 0 ELSE c.identity END"},
        {"cdefault", integer, "c.default_id"},
        {"domain", integer, "0"},
-       {"number", small, "0"},
+       {"number", small, "o.xtype='P'"},
        {"colorder", small,
         "(SELECT count(*) FROM @.zb_columns e WHERE e.table_id=c.table_id AND e.colid<=c.colid)"},
        {"offset", small, "0"},
        {"collationid", integer, "CASE WHEN c.xtype IN (175,167,239,231,35,99) THEN 53263 END", true},
        {"language", integer, "0"},
-       {"status", tiny, "c.identity*128 + c.nullable*8", true},
+       {"status", tiny, "CASE WHEN o.xtype='P' THEN c.identity*64 ELSE c.identity*128 END + c.nullable*8",
+        true},
        {"type", tiny, "t.t"},
        {"usertype", small, "t.u", true},
        {"printfmt", sized(TypeId::VarChar, 255), "NULL", true},
@@ -102,13 +103,14 @@ SystemTable columns() {
        {"scale", integer, "CASE WHEN c.xtype IN (175,167,239,231,35,99,173,165) THEN NULL ELSE c.xscale END",
         true},
        {"iscomputed", integer, "0", true},
-       {"isoutparam", integer, "0", true},
+       {"isoutparam", integer, "CASE WHEN o.xtype='P' THEN c.identity ELSE 0 END", true},
        {"isnullable", integer, "c.nullable", true},
        {"collation", sysname,
         "CASE WHEN c.xtype IN (175,167,239,231,35,99) THEN CASE c.collation WHEN '' THEN 'Turkish_CI_AS' "
         "ELSE c.collation END END",
         true}},
-      std::string("@.zb_columns c JOIN ") + tdsTypes + " t ON t.x=c.xtype");
+      std::string("@.zb_columns c JOIN @.zb_objects o ON o.id=c.table_id JOIN ") + tdsTypes +
+          " t ON t.x=c.xtype");
 }
 
 SystemTable types() {

@@ -140,7 +140,35 @@ const std::string procedures =
     "SELECT DB_NAME() AS PROCEDURE_QUALIFIER, N'dbo' AS PROCEDURE_OWNER, o.name AS PROCEDURE_NAME, -1 AS "
     "NUM_INPUT_PARAMS, -1 AS NUM_OUTPUT_PARAMS, -1 AS NUM_RESULT_SETS, CONVERT(VARCHAR(254),NULL) AS "
     "REMARKS, "
-    "CONVERT(SMALLINT,2) AS PROCEDURE_TYPE FROM sysobjects o WHERE o.xtype='P' ORDER BY o.name";
+    "CONVERT(SMALLINT,2) AS PROCEDURE_TYPE FROM sysobjects o WHERE o.xtype='P' AND (@sp_name IS NULL OR "
+    "o.name LIKE "
+    "@sp_name) ORDER BY o.name";
+
+// RETURN_VALUE first, then the parameters.
+const std::string procedureColumns =
+    "SELECT a.* FROM (SELECT DB_NAME() AS PROCEDURE_QUALIFIER, N'dbo' AS PROCEDURE_OWNER, o.name AS "
+    "PROCEDURE_NAME, "
+    "N'@RETURN_VALUE' AS COLUMN_NAME, CONVERT(SMALLINT,5) AS COLUMN_TYPE, CONVERT(SMALLINT,4) AS DATA_TYPE, "
+    "N'int' AS "
+    "TYPE_NAME, CONVERT(INT,10) AS \"PRECISION\", CONVERT(INT,4) AS LENGTH, CONVERT(SMALLINT,0) AS SCALE, "
+    "CONVERT(SMALLINT,10) AS RADIX, CONVERT(SMALLINT,0) AS NULLABLE, CONVERT(VARCHAR(254),NULL) AS REMARKS, "
+    "CONVERT(NVARCHAR(4000),NULL) AS COLUMN_DEF, CONVERT(SMALLINT,4) AS SQL_DATA_TYPE, "
+    "CONVERT(SMALLINT,NULL) AS "
+    "SQL_DATETIME_SUB, CONVERT(INT,NULL) AS CHAR_OCTET_LENGTH, CONVERT(INT,0) AS ORDINAL_POSITION, "
+    "CONVERT(VARCHAR(254),'NO') AS IS_NULLABLE, CONVERT(TINYINT,56) AS SS_DATA_TYPE FROM sysobjects o WHERE "
+    "o.xtype='P' AND o.name LIKE @procedure_name UNION ALL SELECT DB_NAME(), N'dbo', o.name, c.name, "
+    "CONVERT(SMALLINT, CASE c.isoutparam WHEN 1 THEN 2 ELSE 1 END), " +
+    std::string(columnFacts) +
+    ", CONVERT(SMALLINT, t.r), CONVERT(SMALLINT,1), NULL, NULL, CONVERT(SMALLINT, CASE WHEN t.d3=93 THEN 9 "
+    "ELSE t.d3 "
+    "END), CONVERT(SMALLINT, CASE WHEN t.d3=93 THEN 3 END), CONVERT(INT, CASE WHEN c.xtype IN (35,99) THEN "
+    "t.l WHEN "
+    "c.xtype IN (165,167,173,175,231,239) THEN c.length END), CONVERT(INT, c.colid), 'YES', CONVERT(TINYINT, "
+    "c.type) "
+    "FROM sysobjects o JOIN syscolumns c ON c.id=o.id " +
+    joinedTypes +
+    " WHERE o.xtype='P' AND o.name LIKE @procedure_name) a WHERE @column_name IS NULL OR a.COLUMN_NAME LIKE "
+    "@column_name ORDER BY a.PROCEDURE_NAME, a.ORDINAL_POSITION";
 
 const std::string dataTypes =
     "SELECT y.name AS TYPE_NAME, CONVERT(SMALLINT, CASE WHEN @ODBCVer='3' THEN t.d3 ELSE t.d2 END) AS "
@@ -227,6 +255,11 @@ const std::vector<CatalogProcedure>& all() {
         "@fktable_qualifier"},
        foreignKeys},
       {"sp_stored_procedures", {"@sp_name", "@sp_owner", "@sp_qualifier", "@fUsePattern"}, procedures},
+      {"sp_sproc_columns",
+       {"@procedure_name", "@procedure_owner", "@procedure_qualifier", "@column_name", "@ODBCVer",
+        "@fUsePattern"},
+       procedureColumns,
+       true},
       {"sp_datatype_info", {"@data_type", "@ODBCVer"}, dataTypes},
       {"sp_server_info", {"@attribute_id"}, serverInfo},
       {"sp_who", {"@loginame"}, who},

@@ -73,14 +73,22 @@ void Change::put(ViewInfo view) {
   next().views.put(folded, std::make_shared<ViewInfo>(std::move(view)));
 }
 
+void Change::put(ProcedureInfo procedure) {
+  const std::string folded = foldName(procedure.name);
+  next().procedures.put(folded, std::make_shared<ProcedureInfo>(std::move(procedure)));
+}
+
 void Change::reload(std::int64_t id, const std::string& oldName) {
   DatabaseCatalog& now = next();
   now.tables.erase(foldName(oldName));
   now.views.erase(foldName(oldName));
+  now.procedures.erase(foldName(oldName));
   if (const auto table = loadTable(db, alias, id))
     now.tables.put(foldName(table->name), table);
   else if (const auto view = loadView(db, alias, id))
     now.views.put(foldName(view->name), view);
+  else if (const auto procedure = loadProcedure(db, alias, id))
+    now.procedures.put(foldName(procedure->name), procedure);
 }
 
 void Change::finish() {
@@ -121,6 +129,8 @@ void runDefinition(Store& store, SessionContext& context, const Statement& state
     ddl::run(store, context, *base);
   else if (const auto* trigger = std::get_if<CreateTriggerStatement>(&node))
     ddl::run(store, context, *trigger);
+  else if (const auto* procedure = std::get_if<CreateProcedureStatement>(&node))
+    ddl::run(store, context, *procedure);
   else if (const auto* view = std::get_if<CreateViewStatement>(&node))
     ddl::run(store, context, *view, viewColumns);
   else

@@ -33,6 +33,7 @@ class Change {
   // Take over an object as it was just written, or what the zb_ tables now say of it.
   void put(TableInfo table);
   void put(ViewInfo view);
+  void put(ProcedureInfo procedure);
   void reload(std::int64_t id, const std::string& oldName);
   void finish();
 
@@ -101,6 +102,7 @@ void run(Store& store, SessionContext& context, const CreateIndexStatement& stat
 void run(Store& store, SessionContext& context, const DropStatement& statement);
 void run(Store& store, SessionContext& context, const CreateDatabaseStatement& statement);
 void run(Store& store, SessionContext& context, const CreateTriggerStatement& statement);
+void run(Store& store, SessionContext& context, const CreateProcedureStatement& statement);
 void run(Store& store, SessionContext& context, const CreateViewStatement& statement,
          const std::vector<ViewColumn>& columns);
 

@@ -19,6 +19,7 @@ constexpr DropKind dropKinds[] = {
     {ObjectKind::Table, "table", "U"},
     {ObjectKind::View, "view", "V"},
     {ObjectKind::Trigger, "trigger", "TR"},
+    {ObjectKind::Procedure, "procedure", "P"},
 };
 
 std::string upper(std::string word) {
@@ -159,7 +160,9 @@ void run(Store& store, SessionContext& context, const CreateViewStatement& state
          const std::vector<ViewColumn>& columns) {
   requireOwner(statement.name);
   Change change(store, context, databaseOf(statement.name, context));
-  const auto id = writeObject(change, statement.name, "V", statement.alter, 0, statement.text, 0);
+  const auto id = writeObject(change, statement.name, "V", statement.alter, 0, statement.text,
+                              statement.checkOption ? 1 : 0);
+  if (statement.checkOption) raiseFormat(change.db, change.alias);
   if (statement.alter)
     change.run(atAlias("DELETE FROM @.zb_columns WHERE table_id=", change.alias) + std::to_string(id));
   change.rows.addViewColumns(id, columns);
@@ -198,6 +201,21 @@ void run(Store& store, SessionContext& context, const CreateTriggerStatement& st
                                                   statement.onUpdate, statement.onDelete, statement.text}));
     change.put(std::move(next));
   }
+  change.finish();
+}
+
+void run(Store& store, SessionContext& context, const CreateProcedureStatement& statement) {
+  requireOwner(statement.name);
+  Change change(store, context, databaseOf(statement.name, context));
+  const auto id = writeObject(change, statement.name, "P", statement.alter, 0, statement.text, 0);
+  change.run(atAlias("DELETE FROM @.zb_columns WHERE table_id=", change.alias) + std::to_string(id));
+  std::vector<ParameterInfo> parameters;
+  for (const auto& each : statement.parameters) parameters.push_back({each.name, each.type, each.output});
+  change.rows.addParameters(id, parameters);
+  if (statement.alter)
+    change.reload(id, statement.name.object);
+  else
+    change.put(ProcedureInfo{id, statement.name.object, statement.text});
   change.finish();
 }
 

@@ -169,11 +169,11 @@ std::shared_ptr<Plan> Executor::planFor(std::string_view text, std::vector<Liter
   if (auto plan = plans_.find(key, literals)) return plan;
   auto plan = makePlan(parseTokens(text, tokens));
   plan->literals = shortLiterals(literals);
-  const bool stored = !plan->batch.statements.empty() &&
-                      std::holds_alternative<CreateTriggerStatement>(plan->batch.statements[0]->node);
-  if (stored) {
-    const auto& trigger = std::get<CreateTriggerStatement>(plan->batch.statements[0]->node);
-    checkVariables(tokens, trigger.body, collectVariables(trigger.body));
+  const Statement* first = plan->batch.statements.empty() ? nullptr : plan->batch.statements[0].get();
+  if (const auto* trigger = first ? std::get_if<CreateTriggerStatement>(&first->node) : nullptr) {
+    checkVariables(tokens, trigger->body, collectVariables(trigger->body));
+  } else if (const auto* procedure = first ? std::get_if<CreateProcedureStatement>(&first->node) : nullptr) {
+    checkVariables(tokens, procedure->body, procedureVariables(*procedure));
   } else {
     checkVariables(tokens, plan->batch.statements, plan->variables);
   }
@@ -241,10 +241,7 @@ void Executor::reset(const std::string& database, bool keepTransaction) {
   identity_ = topIdentity_ = {};
   const FunctionContext fresh;
   FunctionContext& now = store_.functions();
-  if (now.dateFormat != fresh.dateFormat) {
-    plans_.clear();
-    triggers_.clear();
-  }
+  if (now.dateFormat != fresh.dateFormat) forgetConstants();
   now.dateFormat = fresh.dateFormat;
   now.dateFirst = fresh.dateFirst;
   store_.setLockTimeout(-1);
@@ -411,10 +408,10 @@ Executor::Flow Executor::dispatch(const Statement& statement) {
   if (const auto* attempt = std::get_if<TryStatement>(&node)) return runTry(*attempt);
   if (std::holds_alternative<BreakStatement>(node)) return Flow::Break;
   if (std::holds_alternative<ContinueStatement>(node)) return Flow::Continue;
-  if (std::holds_alternative<ReturnStatement>(node)) return Flow::Return;
+  if (const auto* back = std::get_if<ReturnStatement>(&node)) return runReturn(*back), Flow::Return;
   if (const auto* exec = std::get_if<ExecStatement>(&node)) {
-    runExec(*exec);
-    if (!exec->text) lastError_ = 0;  // a text's own last statement has told its number
+    const bool ran = runExec(*exec);
+    if (!exec->text && !ran) lastError_ = 0;  // the last statement of a text or procedure has told its number
     return Flow::Next;
   }
 

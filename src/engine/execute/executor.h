@@ -47,6 +47,10 @@ struct Frame {
   const std::vector<int>* updated = nullptr;  // columns that the UPDATE has set
   Datum scopeIdentity;
   int triesAround = 0;  // TRYs that it runs in
+  bool stored = false;      // a trigger's or procedure's text: its literals are its own
+  bool procedure = false;   // triggerName is a procedure's
+  std::string chain;        // database whose objects are touched by their owner's right
+  std::int64_t status = 0;  // what a procedure returns
 };
 
 // What a text such as db.dbo.t names; all null when there is no such table or view.
@@ -134,7 +138,7 @@ class Executor {
   void forgetSavepoints();
   void runTransaction(const TransactionStatement& statement);
   void runUse(const UseStatement& statement);
-  void runExec(const ExecStatement& statement);
+  bool runExec(const ExecStatement& statement);  // true: a procedure of the user's own
   void runDefinitionStatement(const Statement& statement);
   std::vector<ViewColumn> viewColumns(const CreateViewStatement& statement);
   void runTruncate(const TruncateStatement& statement);
@@ -168,7 +172,7 @@ class Executor {
   void runPrepared(Prepared& prepared, const DatabaseCatalog& catalog, const char* verb);
   void insertRows(CompiledInsert& plan, std::vector<std::int64_t>* rows);
   struct InsertShape;
-  void insertColumns(const InsertStatement& insert, InsertShape& shape);
+  void insertColumns(const InsertStatement& insert, const Source& target, InsertShape& shape);
   std::string insertSource(const InsertStatement& insert, InsertShape& shape, Binder& binder);
   std::string insertValues(const InsertStatement& insert, InsertShape& shape, Binder& binder);
   std::string insertSelect(const InsertStatement& insert, InsertShape& shape, Binder& binder);
@@ -194,6 +198,8 @@ class Executor {
   void detour(CompiledChange& plan);
 
   // executor_constraint.cpp
+  void prepareViewCheck(Prepared& check, const Source& target, const TriggerTables& tables, Binder& binder);
+  void testView(Prepared& check);
   struct Fired {  // tables of old and new rows that wait for their triggers
     TriggerTables tables;
     TriggerEvent event;
@@ -234,6 +240,15 @@ class Executor {
   // property_functions.cpp
   NamedObject namedObject(const std::string& name);
   friend struct PropertyFunctions;
+
+  // executor_procedure.cpp
+  std::shared_ptr<const ProcedureInfo> findProcedure(const ObjectName& name, std::string& database);
+  std::shared_ptr<Plan> procedurePlan(const ProcedureInfo& procedure, const std::string& database);
+  bool runUserProcedure(const ExecStatement& statement);  // false: there is none of that name
+  void runProcedureBody(const std::vector<StatementPtr>& body, Frame& frame, const std::string& database);
+  void runReturn(const ReturnStatement& statement);
+  void forgetConstants();
+  Datum storedConstant(const Expr& expr, Type& type);
 
   // procedures.cpp
   friend class ProcedureCall;
@@ -278,7 +293,9 @@ class Executor {
     std::string text;
     std::shared_ptr<Plan> plan;
   };
-  std::map<std::string, CachedTrigger> triggers_;  // by database, id and level
+  std::map<std::string, CachedTrigger> triggers_;    // by database, id and level
+  std::map<std::string, CachedTrigger> procedures_;  // the same
+  int procedureDepth_ = 0;
   struct TemporaryTable {
     std::shared_ptr<const TableInfo> table;  // looked at last; as long as it is the same, so is its shape
     std::string definition;                  // that it was made with

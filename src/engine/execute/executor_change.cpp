@@ -81,16 +81,23 @@ void Executor::bindChangeTarget(const ObjectName& target,
     shape.target = static_cast<std::size_t>(found);
   }
   const Source& source = shape.scope.sources[shape.target];
-  if (!source.table) throw Error(4406, "'" + target.object + "' is not a table whose rows can be changed.");
-  binder.need(source.tableDatabase, source.table->name, action);
+  if (!source.table)
+    throw Error(4406, "'" + target.object + "' is not a table whose rows can be changed beside FROM.");
+  binder.needTarget(source, action);
   shape.handle = source.handle;
   shape.sqlTable = binder.sqlName(*source.table, source.tableDatabase);
-  if (where) shape.where = " WHERE " + binder.bindCondition(*where, &shape.scope).sql;
+  shape.where = source.rowFilter;
+  if (where) {
+    const std::string own = binder.bindCondition(*where, &shape.scope).sql;
+    shape.where = shape.where.empty() ? own : "(" + shape.where + ") AND (" + own + ")";
+  }
+  if (!shape.where.empty()) shape.where = " WHERE " + shape.where;
   if (top) shape.limit = binder.topLimit(*top, false, {});
 }
 
 void Executor::bindAssignments(const UpdateStatement& update, ChangeShape& shape, Binder& binder) {
-  const TableInfo& table = *shape.scope.sources[shape.target].table;
+  const Source& target = shape.scope.sources[shape.target];
+  const TableInfo& table = *target.table;
   std::vector<std::string> before, loose;  // SET @v = expr: evaluated beside the first column
   for (const Assignment& assignment : update.set) {
     std::string variable;
@@ -102,7 +109,7 @@ void Executor::bindAssignments(const UpdateStatement& update, ChangeShape& shape
           .push_back(variable + std::to_string(packType(value.type)) + "," + value.sql + ")");
       continue;
     }
-    const int ordinal = table.columnIndex(assignment.column);
+    const int ordinal = target.ordinalOf(assignment.column);
     if (ordinal < 0) throw Error(207, "Invalid column name '" + assignment.column + "'.");
     const ColumnInfo& column = table.columns[static_cast<std::size_t>(ordinal)];
     if (column.identity) throw Error(8102, "Cannot update identity column '" + column.name + "'.");
@@ -152,13 +159,15 @@ void Executor::finishChange(CompiledChange& plan, const ChangeShape& shape, Bind
   finishCompile(plan, binder);
   plan.constrained = isConstrained(*plan.table, *plan.catalog, event,
                                    event == TriggerEvent::Update ? &plan.updated : nullptr);
-  if (!fires && !plan.constrained) return;
+  const bool checked = event == TriggerEvent::Update && !target.checked.empty();
+  if (!fires && !plan.constrained && !checked) return;
   const std::string rows = shape.from.empty() ? shape.sqlTable + " AS " + shape.handle : shape.from;
   const TriggerTables tables = triggerTables(plan.table, plan.tableDatabase);
   const std::string sql = "INSERT INTO " + tables.deleted + " SELECT rowid," + columnList(*plan.table) +
                           " FROM " + shape.sqlTable + " WHERE rowid IN (SELECT " + shape.handle +
                           ".rowid FROM " + rows + shape.where + shape.limit + ")";
   plan.capture = Prepared(store_.handle(), binder.finish(sql));
+  if (checked) prepareViewCheck(plan.viewCheck, target, tables, binder);
 }
 
 std::unique_ptr<CompiledChange> Executor::compileUpdate(const UpdateStatement& update) {
@@ -175,9 +184,9 @@ std::unique_ptr<CompiledChange> Executor::compileUpdate(const UpdateStatement& u
   bindChangeTarget(update.target, update.from, update.where.get(), update.top.get(), Action::Update, shape,
                    binder);
   bindAssignments(update, shape, binder);
-  const TableInfo& table = *shape.scope.sources[shape.target].table;
+  const Source& target = shape.scope.sources[shape.target];
   for (const Assignment& assignment : update.set)
-    if (const int ordinal = table.columnIndex(assignment.column); ordinal >= 0)
+    if (const int ordinal = target.ordinalOf(assignment.column); ordinal >= 0)
       made->updated.push_back(ordinal);
 
   const std::string rows = shape.from.empty() ? shape.sqlTable + " AS " + shape.handle : shape.from;
@@ -286,7 +295,7 @@ void Executor::copyUpdated(const TriggerTables& tables) {
 
 void Executor::runChange(CompiledChange& plan, TriggerEvent event) {
   const bool updates = event == TriggerEvent::Update;
-  if (!plan.constrained && triggersFor(*plan.table, plan.tableDatabase, event).empty()) {
+  if (!plan.constrained && !plan.viewCheck && triggersFor(*plan.table, plan.tableDatabase, event).empty()) {
     levels_ > 0 ? store_.writeLock(plan.tableDatabase) : store_.expectWrite(plan.tableDatabase);
     changeRows(plan, event);
   } else {
@@ -298,6 +307,7 @@ void Executor::runChange(CompiledChange& plan, TriggerEvent event) {
     const std::int64_t count = rowCount_;
     if (updates) copyUpdated(tables);
     std::vector<Fired> fired{{tables, event, updates ? &plan.updated : nullptr}};
+    testView(plan.viewCheck);
     if (plan.constrained) keepRules(tables, event, fired[0].updated, updates ? "UPDATE" : "DELETE", fired);
     for (auto each = fired.rbegin(); each != fired.rend(); ++each)
       fire(each->tables, each->event, each->updated);
@@ -337,6 +347,8 @@ void Executor::runTruncate(const TruncateStatement& truncate) {
     throw Error(4701, "Cannot find the object \"" + truncate.table.object +
                           "\" because it does not exist or you do not have permissions.");
   const Source& source = binder.bindTarget(truncate.table, scope);
+  if (!source.view.empty())
+    throw Error(4708, "Could not truncate object '" + truncate.table.object + "' because it is not a table.");
   rights_.needAlter(source.tableDatabase, source.table->name);
   const std::string table = binder.sqlName(*source.table, source.tableDatabase);
   const auto catalog = store_.catalog(source.tableDatabase);

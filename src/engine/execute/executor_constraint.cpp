@@ -278,6 +278,27 @@ void Executor::keepRules(const TriggerTables& tables, TriggerEvent event, const 
   testRules(rules.references, updated, statement);
 }
 
+// The rows that a view made WITH CHECK OPTION would not show, among the new ones.
+void Executor::prepareViewCheck(Prepared& check, const Source& target, const TriggerTables& tables,
+                                Binder& binder) {
+  if (target.checked.empty()) return;
+  check =
+      Prepared(store_.handle(), binder.finish("SELECT 1 FROM " + tables.inserted + " AS " + target.handle +
+                                              " WHERE NOT coalesce((" + target.checked + "),0) LIMIT 1"));
+}
+
+void Executor::testView(Prepared& check) {
+  if (!check) return;
+  bindParameters(check);
+  PreparedUse use(check);
+  if (check.step())
+    throw Error(
+        550,
+        "The attempted insert or update failed because the target view either specifies WITH CHECK OPTION or "
+        "spans a view that specifies WITH CHECK OPTION and one or more rows resulting from the operation did "
+        "not qualify under the CHECK OPTION constraint.");
+}
+
 // For ALTER TABLE: 547 where a row of the table breaks the rule. Without `rows` only the names are looked at.
 void Executor::verifyRule(const std::string& database, const TableInfo& table, const CheckInfo* check,
                           const ForeignKeyInfo* key, bool rows) {

@@ -130,9 +130,8 @@ void Executor::runSetOption(const SetOptionStatement& statement) {
     abortOnError_ = isOn(statement);
   } else if (option == "DATEFORMAT") {
     store_.functions().dateFormat = parseDateFormat(statement.value);
-    // Constants of stored texts were read under the old order.
-    plans_.clear();
-    if (nesting_ == 0) triggers_.clear(), frame_->plan->compiled.clear();
+    forgetConstants();
+    if (nesting_ == 0) frame_->plan->compiled.clear();
   } else if (option == "LOCK_TIMEOUT") {
     store_.setLockTimeout(std::atoll(statement.value.c_str()));
   } else if (option == "DATEFIRST") {
@@ -143,6 +142,9 @@ void Executor::runSetOption(const SetOptionStatement& statement) {
     Binder binder(bindContext());
     Scope scope;
     const Source& source = binder.bindTarget(statement.table, scope);
+    if (!source.view.empty())
+      throw Error(8105,
+                  "'" + statement.table.object + "' is not a user table. Cannot perform SET operation.");
     rights_.needAlter(source.tableDatabase, source.table->name);
     if (source.table->identityColumn() < 0)
       throw Error(8106, "Table '" + source.table->name +
@@ -333,13 +335,14 @@ void Executor::runUse(const UseStatement& statement) {
   context_.database = name;
 }
 
-void Executor::runExec(const ExecStatement& statement) {
+bool Executor::runExec(const ExecStatement& statement) {
   if (!statement.text) {
+    if (!isServerProcedure(statement.procedure.object) && runUserProcedure(statement)) return true;
     StatementScope scope(*this);
     const int status = runProcedure(*this, statement);
     if (!statement.returnVariable.empty())
       assign(variableSlot(statement.returnVariable), status, {TypeId::Int});
-    return;
+    return false;
   }
   std::string text;
   {
@@ -362,6 +365,7 @@ void Executor::runExec(const ExecStatement& statement) {
     throw;
   }
   back();
+  return false;
 }
 
 std::vector<ViewColumn> Executor::viewColumns(const CreateViewStatement& statement) {

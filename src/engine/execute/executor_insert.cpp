@@ -44,7 +44,7 @@ bool Executor::identityInsertOn(const std::string& database, const TableInfo& ta
   return identityInsert_ == foldName(database) + "." + foldName(table.name);
 }
 
-void Executor::insertColumns(const InsertStatement& insert, InsertShape& shape) {
+void Executor::insertColumns(const InsertStatement& insert, const Source& target, InsertShape& shape) {
   const TableInfo& table = *shape.table;
   shape.identity = table.identityColumn();
   shape.named = !insert.columns.empty();
@@ -53,11 +53,12 @@ void Executor::insertColumns(const InsertStatement& insert, InsertShape& shape) 
   if (insert.defaultValues) {
     // every column fills itself
   } else if (!shape.named) {
-    for (int i = 0; i < static_cast<int>(table.columns.size()); ++i)
-      if (i != shape.identity) shape.given.push_back(i);
+    for (const SourceColumn& column : target.columns)
+      if (const int ordinal = target.ordinalOf(column.info.name); ordinal != shape.identity)
+        shape.given.push_back(ordinal);
   }
   for (const std::string& name : insert.columns) {
-    const int ordinal = table.columnIndex(name);
+    const int ordinal = target.ordinalOf(name);
     if (ordinal < 0) throw Error(207, "Invalid column name '" + name + "'.");
     if (seen[static_cast<std::size_t>(ordinal)])
       throw Error(264,
@@ -148,11 +149,11 @@ std::unique_ptr<CompiledInsert> Executor::compileInsert(const InsertStatement& i
   auto made = std::make_unique<CompiledInsert>();
   InsertShape shape;
   const Source& target = binder.bindTarget(insert.target, scope);
-  binder.need(target.tableDatabase, target.table->name, Action::Insert);
+  binder.needTarget(target, Action::Insert);
   shape.table = target.table;
   shape.database = target.tableDatabase;
   shape.sqlTable = binder.sqlName(*target.table, shape.database);
-  insertColumns(insert, shape);
+  insertColumns(insert, target, shape);
 
   const std::string rows =
       insert.select ? insertSelect(insert, shape, binder) : insertValues(insert, shape, binder);
@@ -173,13 +174,16 @@ std::unique_ptr<CompiledInsert> Executor::compileInsert(const InsertStatement& i
   made->firesTriggers = std::any_of(made->table->triggers.begin(), made->table->triggers.end(),
                                     [](const auto& trigger) { return trigger->onInsert; });
   made->singleRow = shape.singleRow;
-  made->constrained = isConstrained(*made->table, *made->catalog, TriggerEvent::Insert);
+  made->constrained =
+      isConstrained(*made->table, *made->catalog, TriggerEvent::Insert) || !target.checked.empty();
   // One row is known by its number without RETURNING, which costs SQLite a temporary table.
   if (((made->firesTriggers || made->constrained) && !made->singleRow) || shape.explicitIdentity)
     sql += " RETURNING rowid";
   if (shape.explicitIdentity)
     sql += "," + quoteName(shape.table->columns[static_cast<std::size_t>(shape.identity)].name);
   made->insert = Prepared(store_.handle(), binder.finish(sql));
+  if (!target.checked.empty())
+    prepareViewCheck(made->viewCheck, target, triggerTables(made->table, shape.database), binder);
   finishCompile(*made, binder);
   return made;
 }
@@ -233,7 +237,7 @@ void Executor::insertRows(CompiledInsert& plan, std::vector<std::int64_t>* rows)
   if (plan.table->identityColumn() < 0) identity_ = Datum();
   if (!furthest && !identityRun_.used) return;
   identity_ = furthest ? explicitLast : Datum(identityRun_.last);
-  (nesting_ > 0 ? frame_->scopeIdentity : topIdentity_) = identity_;
+  (nesting_ > 0 || frame_->procedure ? frame_->scopeIdentity : topIdentity_) = identity_;
 }
 
 void Executor::runInsert(const InsertStatement& insert) {
@@ -263,6 +267,7 @@ void Executor::runInsert(const InsertStatement& insert) {
     if (tables) {
       const std::int64_t count = rowCount_;
       copyInserted(*tables, rows);
+      testView(plan.viewCheck);
       std::vector<Fired> none;
       if (plan.constrained) keepRules(*tables, TriggerEvent::Insert, nullptr, "INSERT", none);
       fire(*tables, TriggerEvent::Insert, nullptr);

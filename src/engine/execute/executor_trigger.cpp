@@ -119,7 +119,7 @@ void Executor::fire(const TriggerTables& tables, TriggerEvent event, const std::
 
 void Executor::runTrigger(const TriggerInfo& trigger, const TriggerTables& tables, TriggerEvent event,
                           const std::vector<int>* updated) {
-  if (nesting_ >= nestingLimit)
+  if (nesting_ + procedureDepth_ >= nestingLimit)
     throw Error(217,
                 "Maximum stored procedure, function, trigger, or view nesting level exceeded (limit 32).");
   const std::string key = tables.deleted + "/" + std::to_string(trigger.id);
@@ -135,6 +135,8 @@ void Executor::runTrigger(const TriggerInfo& trigger, const TriggerTables& table
   static const std::vector<Literal> none;
   frame.literals = &none;
   frame.values.resize(frame.plan->variables.variables.size());
+  frame.stored = true;
+  frame.chain = tables.database;
   frame.trigger = &tables;
   frame.triggerName = &trigger.name;
   frame.triggerId = trigger.id;

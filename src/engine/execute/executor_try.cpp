@@ -27,7 +27,7 @@ bool holdsAny(const Statement& statement) {
 bool writes(const Statement& statement) {
   return holdsAny<InsertStatement, UpdateStatement, DeleteStatement, TruncateStatement, CreateTableStatement,
                   AlterTableStatement, CreateIndexStatement, DropStatement, CreateDatabaseStatement,
-                  CreateViewStatement, CreateTriggerStatement>(statement);
+                  CreateViewStatement, CreateTriggerStatement, CreateProcedureStatement>(statement);
 }
 
 }  // namespace

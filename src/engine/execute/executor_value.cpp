@@ -31,11 +31,11 @@ BindContext Executor::bindContext() {
   context.database = context_.database;
   context.variables = &frame_->plan->variables;
   context.trigger = frame_->trigger;
-  context.fixedLiterals = nesting_ > 0;
+  context.fixedLiterals = frame_->stored;
   context.structural = &frame_->plan->structural;
   context.views = &views_;
   context.access = &rights_;
-  if (frame_->trigger) context.chain = frame_->triggerDatabase;
+  context.chain = frame_->chain;
   return context;
 }
 
@@ -73,7 +73,7 @@ Datum Executor::systemValue(SystemValue value) {
     case SystemValue::Identity:
       return identity_;
     case SystemValue::ScopeIdentity:
-      return nesting_ > 0 ? frame_->scopeIdentity : topIdentity_;
+      return nesting_ > 0 || frame_->procedure ? frame_->scopeIdentity : topIdentity_;
     case SystemValue::TranCount:
       return userTransactions_ == 0 && nesting_ > 0 ? 1 : userTransactions_;
     case SystemValue::Spid:
@@ -103,7 +103,7 @@ Datum Executor::systemValue(SystemValue value) {
       identityRun_.used = true;
       return identityRun_.last;
     case SystemValue::NestLevel:
-      return nesting_;
+      return nesting_ + procedureDepth_;
     case SystemValue::ErrorNumber:
     case SystemValue::ErrorSeverity:
     case SystemValue::ErrorState:

@@ -60,6 +60,10 @@ void ProcedureCall::gather(const Procedure& procedure) {
   std::array<bool, mostParameters> given{};
   std::size_t position = 0;
   for (const ExecArgument& argument : statement_.args) {
+    if (argument.output)
+      throw Error(8162, "The formal parameter \"" + argument.name +
+                            "\" was not declared as an OUTPUT parameter, but the actual parameter passed in "
+                            "requested output.");
     std::size_t index = position++;
     if (!argument.name.empty()) {
       index = 0;
@@ -221,6 +225,10 @@ void ProcedureCall::query(const std::string& batch, std::vector<engine::Paramete
   } restore{executor_.context_.database, executor_.context_.database};
   executor_.context_.database = store().database(database_).name;
   executor_.run(batch, variables, *executor_.sink_);
+}
+
+bool isServerProcedure(const std::string& name) {
+  return findCatalogProcedure(name) || ProcedureCall::find(name);
 }
 
 int runProcedure(Executor& executor, const ExecStatement& statement) {

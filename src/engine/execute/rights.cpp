@@ -63,6 +63,8 @@ const char* wordOf(ObjectKind kind) {
       return "view";
     case ObjectKind::Trigger:
       return "trigger";
+    case ObjectKind::Procedure:
+      return "procedure";
     case ObjectKind::Index:
       return "index";
     case ObjectKind::Database:
@@ -161,6 +163,10 @@ void Rights::needAlter(const std::string& database, const std::string& object) {
   if (!in(database).define) throw missing(1088, object);
 }
 
+void Rights::needExecute(const std::string& database, const std::string& procedure) {
+  if (!in(database).owner) throw denied("EXECUTE", procedure, store_.database(database).name);
+}
+
 void Rights::needProcedure(bool allowed) {
   if (!allowed) throw Error(15247, "User does not have permission to perform this action.");
 }
@@ -186,6 +192,8 @@ void Rights::needDefinition(const Statement& statement) {
     define(trigger->table, 8197);
   } else if (const auto* view = std::get_if<CreateViewStatement>(&node)) {
     view->alter ? define(view->name, 208) : needCreate(where(view->name), "CREATE VIEW");
+  } else if (const auto* procedure = std::get_if<CreateProcedureStatement>(&node)) {
+    procedure->alter ? define(procedure->name, 208) : needCreate(where(procedure->name), "CREATE PROCEDURE");
   } else if (std::holds_alternative<CreateDatabaseStatement>(node)) {
     if (!serverRole("dbcreator"))
       throw Error(262, "CREATE DATABASE permission denied in database 'master'.", 14);

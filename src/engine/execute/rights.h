@@ -48,9 +48,10 @@ class Rights : public Access {
 
   // CREATE, ALTER, DROP, TRUNCATE: 262, 1088, 8197, 208, 3701.
   void needDefinition(const Statement& statement);
-  void needCreate(const std::string& database, const char* what);          // 262
-  void needAlter(const std::string& database, const std::string& object);  // 1088
-  void needProcedure(bool allowed);                                        // 15247
+  void needCreate(const std::string& database, const char* what);               // 262
+  void needAlter(const std::string& database, const std::string& object);       // 1088
+  void needExecute(const std::string& database, const std::string& procedure);  // 229: EXECUTE is its owner's
+  void needProcedure(bool allowed);                                             // 15247
 
  private:
   void refresh();

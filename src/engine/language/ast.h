@@ -260,7 +260,7 @@ struct CreateIndexStatement {
   std::vector<IndexColumn> columns;
 };
 
-enum class ObjectKind : std::uint8_t { Table, View, Trigger, Index, Database };
+enum class ObjectKind : std::uint8_t { Table, View, Trigger, Procedure, Index, Database };
 
 struct DropStatement {
   ObjectKind kind = ObjectKind::Table;
@@ -283,6 +283,7 @@ struct CreateViewStatement {
   ObjectName name;
   std::vector<std::string> columns;
   SelectPtr select;
+  bool checkOption = false;
   std::string text;  // whole statement as written, from CREATE or ALTER to the end of the batch
 };
 
@@ -291,6 +292,21 @@ struct CreateTriggerStatement {
   ObjectName name;
   ObjectName table;
   bool onInsert = false, onUpdate = false, onDelete = false;
+  std::vector<StatementPtr> body;
+  std::string text;
+};
+
+struct ProcedureParameter {
+  std::string name;  // with @
+  Type type;
+  ExprPtr value;  // default, a constant; null for none
+  bool output = false;
+};
+
+struct CreateProcedureStatement {
+  bool alter = false;
+  ObjectName name;
+  std::vector<ProcedureParameter> parameters;
   std::vector<StatementPtr> body;
   std::string text;
 };
@@ -329,7 +345,9 @@ struct BlockStatement {
 };
 struct BreakStatement {};
 struct ContinueStatement {};
-struct ReturnStatement {};
+struct ReturnStatement {
+  ExprPtr value;  // in procedures; null for none
+};
 struct PrintStatement {
   ExprPtr value;
 };
@@ -354,6 +372,7 @@ struct UseStatement {
 struct ExecArgument {
   std::string name;  // @name = value; empty when by position
   ExprPtr value;     // null for DEFAULT
+  bool output = false;
 };
 // EXEC procedure args. A bare procedure name as the first statement of a batch is an EXEC too.
 struct ExecStatement {
@@ -367,10 +386,11 @@ struct Statement {
   int line = 0;
   std::variant<SelectPtr, InsertStatement, UpdateStatement, DeleteStatement, TruncateStatement,
                CreateTableStatement, AlterTableStatement, CreateIndexStatement, DropStatement,
-               CreateDatabaseStatement, CreateViewStatement, CreateTriggerStatement, DeclareStatement,
-               SetVariableStatement, SetOptionStatement, IfStatement, WhileStatement, BlockStatement,
-               BreakStatement, ContinueStatement, ReturnStatement, PrintStatement, RaiserrorStatement,
-               ThrowStatement, TryStatement, TransactionStatement, UseStatement, ExecStatement>
+               CreateDatabaseStatement, CreateViewStatement, CreateTriggerStatement, CreateProcedureStatement,
+               DeclareStatement, SetVariableStatement, SetOptionStatement, IfStatement, WhileStatement,
+               BlockStatement, BreakStatement, ContinueStatement, ReturnStatement, PrintStatement,
+               RaiserrorStatement, ThrowStatement, TryStatement, TransactionStatement, UseStatement,
+               ExecStatement>
       node;
 };
 

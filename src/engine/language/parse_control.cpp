@@ -87,8 +87,11 @@ StatementPtr SqlParser::returnStatement() {
                isKind(TokenKind::GlobalVariable) || isSymbol('-') || isSymbol('+') ||
                (isSymbol('(') && !opensQuery()) || isAnyWord({"NULL", "CASE", "CONVERT"}) ||
                (isName() && isSymbol('(', 1));
-  if (value) fail(178, "A RETURN statement with a return value cannot be used in this context.");
-  return wrap(ReturnStatement{}, atLine);
+  if (value && !inProcedure_)
+    fail(178, "A RETURN statement with a return value cannot be used in this context.");
+  ReturnStatement result;
+  if (value) result.value = expression();
+  return wrap(std::move(result), atLine);
 }
 
 StatementPtr SqlParser::printStatement() {
@@ -176,6 +179,7 @@ StatementPtr SqlParser::transaction(TransactionAction action, bool wordNeeded) {
 
 StatementPtr SqlParser::useStatement() {
   int atLine = line();
+  if (inProcedure_) fail(154, "a USE database statement is not allowed in a procedure, function or trigger.");
   expect("USE");
   return wrap(UseStatement{name()}, atLine);
 }

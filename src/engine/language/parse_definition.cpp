@@ -13,12 +13,14 @@ StatementPtr SqlParser::createStatement() {
     result = createView(false);
   else if (isWord("TRIGGER", 1))
     result = createTrigger(false);
+  else if (isAnyWord({"PROC", "PROCEDURE"}, 1))
+    result = createProcedure(false);
   else if (isWord("DATABASE", 1))
     result = createDatabase();
   else if (isAnyWord({"UNIQUE", "CLUSTERED", "NONCLUSTERED", "INDEX"}, 1))
     result = createIndex();
   else if (isKind(TokenKind::Word, 1))
-    unsupported("CREATE " + (isWord("PROC", 1) ? "PROCEDURE" : upperAscii(token(1).source)));
+    unsupported("CREATE " + upperAscii(token(1).source));
   else
     syntaxError(1);
   markStructural(first, pos_);
@@ -34,10 +36,12 @@ StatementPtr SqlParser::alterStatement() {
     result = createView(true);
   else if (isWord("TRIGGER", 1))
     result = createTrigger(true);
+  else if (isAnyWord({"PROC", "PROCEDURE"}, 1))
+    result = createProcedure(true);
   else if (isWord("DATABASE", 1))
     result = alterDatabase();
   else if (isKind(TokenKind::Word, 1))
-    unsupported("ALTER " + (isWord("PROC", 1) ? "PROCEDURE" : upperAscii(token(1).source)));
+    unsupported("ALTER " + upperAscii(token(1).source));
   else
     syntaxError(1);
   markStructural(first, pos_);
@@ -45,11 +49,11 @@ StatementPtr SqlParser::alterStatement() {
 }
 
 StatementPtr SqlParser::dropStatement() {
-  static constexpr std::pair<std::string_view, ObjectKind> kinds[] = {{"TABLE", ObjectKind::Table},
-                                                                      {"VIEW", ObjectKind::View},
-                                                                      {"TRIGGER", ObjectKind::Trigger},
-                                                                      {"INDEX", ObjectKind::Index},
-                                                                      {"DATABASE", ObjectKind::Database}};
+  static constexpr std::pair<std::string_view, ObjectKind> kinds[] = {
+      {"TABLE", ObjectKind::Table},      {"VIEW", ObjectKind::View},
+      {"TRIGGER", ObjectKind::Trigger},  {"INDEX", ObjectKind::Index},
+      {"PROC", ObjectKind::Procedure},   {"PROCEDURE", ObjectKind::Procedure},
+      {"DATABASE", ObjectKind::Database}};
   int atLine = line();
   DropStatement drop;
   bool found = false;
@@ -59,7 +63,7 @@ StatementPtr SqlParser::dropStatement() {
     found = true;
   }
   if (!found && !isKind(TokenKind::Word, 1)) syntaxError(1);
-  if (!found) unsupported("DROP " + (isWord("PROC", 1) ? "PROCEDURE" : upperAscii(token(1).source)));
+  if (!found) unsupported("DROP " + upperAscii(token(1).source));
   pos_ += 2;
   do {
     if (drop.kind == ObjectKind::Index) {
@@ -142,7 +146,11 @@ StatementPtr SqlParser::createView(bool alter) {
   if (isWord("WITH")) with = commonTables();
   create.select = selectStatement();
   create.select->with = std::move(with);
-  if (isWord("WITH") && isWord("CHECK", 1)) unsupported("WITH CHECK OPTION");
+  if (isWord("WITH") && isWord("CHECK", 1)) {
+    pos_ += 2;
+    expect("OPTION");
+    create.checkOption = true;
+  }
   while (acceptSymbol(';')) {
   }
   if (!atEnd()) syntaxError();

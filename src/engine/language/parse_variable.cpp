@@ -122,7 +122,11 @@ void SqlParser::execArguments(ExecStatement& exec) {
       expectSymbol('=');
     }
     if (!accept("DEFAULT")) argument.value = execValue();
-    if (isAnyWord({"OUTPUT", "OUT"})) unsupported("OUTPUT");
+    if (!isAnyWord({"OUTPUT", "OUT"})) continue;
+    if (!argument.value || argument.value->kind != Expr::Kind::Variable)
+      fail(179, "Cannot use the OUTPUT option when passing a constant to a stored procedure.");
+    argument.output = true;
+    ++pos_;
   } while (acceptSymbol(','));
 }
 

@@ -228,6 +228,10 @@ class SqlParser {
   StatementPtr createView(bool alter);
   StatementPtr createTrigger(bool alter);
   void triggerEvents(CreateTriggerStatement& trigger);
+  // ---- procedures (parse_procedure.cpp) ----
+  StatementPtr createProcedure(bool alter);
+  void procedureParameters(CreateProcedureStatement& create);
+  void procedureOptions();
   void requireFirst(std::string_view what) const;
   ObjectName droppedIndex();
   StatementPtr createDatabase();
@@ -276,6 +280,7 @@ class SqlParser {
   int depth_ = 0;
   bool mayStore_ = false;  // the SELECT that comes is a statement of its own and may have INTO
   int cases_ = 0;          // CASE around the expression being parsed
+  bool inProcedure_ = false;
   int catches_ = 0;        // CATCH around the statement being parsed
   int loops_ = 0;          // WHILE around the statement being parsed
   int tallest_ = 0;        // height of the tallest expression of the select being parsed

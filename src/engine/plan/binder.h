@@ -59,7 +59,10 @@ class Binder {
   std::string bindFrom(const std::vector<std::unique_ptr<TableSource>>& from, Scope& scope);
   // Throws 229 unless the table or view may be touched so.
   void need(const std::string& database, const std::string& object, Action action) const;
-  // Adds the base table `name` to the scope; throws 208. Views and system tables are refused by 4406.
+  // 229 unless the target may be changed so.
+  void needTarget(const Source& source, Action action) const;
+  // Adds the table `name`, or the one under a view of that name, to the scope; 208, and 4403 and its kin for
+  // views that nobody writes through.
   Source& bindTarget(const ObjectName& name, Scope& scope);
   // Rows of the table's shape that are nobody's to refuse; whoever calls puts them into FROM under the
   // handle.
@@ -195,6 +198,11 @@ class Binder {
   FromPiece bindRecursiveReference(const TableSource& at, CommonEntry& entry, Scope& scope);
   BoundSelect bindRecursive(std::size_t index);
   std::string recursiveMember(std::size_t index, std::size_t member);
+  static void addTableColumns(const TableInfo& table, const std::string& database, Source& source);
+  std::shared_ptr<const Batch> viewBatch(const ViewInfo& view) const;
+  // binder_view_target.cpp
+  void bindUpdatable(const ObjectName& name, const std::string& database, Source& source);
+  void bindViewTarget(const ViewInfo& view, const std::string& database, Source& source);
   std::string bindView(const ViewInfo& view, const std::string& database, Source& source, const Scope& scope);
   bool bindSystemTable(const std::string& database, const ObjectName& name, Source& source, std::string& sql);
   const TableInfo* pseudoTable(const ObjectName& name, std::string& sql) const;

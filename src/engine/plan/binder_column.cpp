@@ -95,7 +95,7 @@ BoundExpr Binder::bindColumn(const Expr& expr, Scope* scope) {
     const BoundExpr* group = groupOf(*at, *found.column);
     if (at->grouped && at->inAggregate == 0 && !group)
       throw ungroupedColumn(*at, *found.source, *found.column);
-    if (found.source->target) need(found.source->tableDatabase, found.source->table->name, Action::Select);
+    if (found.source->target) needTarget(*found.source, Action::Select);
     BoundExpr bound;
     bound.sql = group ? group->sql : found.column->sql;
     bound.type = found.column->info.type;

@@ -21,7 +21,9 @@ bool isKeyPart(const TableInfo& table, int column) {
   return false;
 }
 
-void addTableColumns(const TableInfo& table, const std::string& database, Source& source) {
+}  // namespace
+
+void Binder::addTableColumns(const TableInfo& table, const std::string& database, Source& source) {
   source.columns.reserve(table.columns.size());
   for (std::size_t i = 0; i < table.columns.size(); ++i) {
     const ColumnInfo& info = table.columns[i];
@@ -30,9 +32,12 @@ void addTableColumns(const TableInfo& table, const std::string& database, Source
     column.sql = source.handle + "." + quoteName(info.name);
     column.info = {info.name, info.type,  info.nullable, info.identity, isKeyPart(table, static_cast<int>(i)),
                    database,  table.name, info.name};
+    column.ordinal = static_cast<int>(i);
     source.columns.push_back(std::move(column));
   }
 }
+
+namespace {
 
 void addDerivedColumn(const ResultColumn& from, const std::string& name, std::size_t position,
                       Source& source) {
@@ -140,10 +145,7 @@ Source& Binder::bindTarget(const ObjectName& name, Scope& scope) {
     throw Error(259, "Ad hoc updates to system catalogs are not allowed.");
   if (!isKnownOwner(name.owner)) throw invalidObject(name);
   catalogs_.push_back(context_.store->catalog(database));
-  const TableInfo* table = catalogs_.back()->table(name.object);
-  if (!table) {
-    if (catalogs_.back()->view(name.object))
-      throw Error(4406, "View '" + name.object + "' is not updatable: data is changed through its tables.");
+  if (!catalogs_.back()->table(name.object) && !catalogs_.back()->view(name.object)) {
     if (findSystemTable(name.object)) throw Error(259, "Ad hoc updates to system catalogs are not allowed.");
     throw invalidObject(name);
   }
@@ -152,10 +154,8 @@ Source& Binder::bindTarget(const ObjectName& name, Scope& scope) {
   source.shown = source.title = written(name);
   source.database = foldName(database);
   source.handle = newHandle();
-  source.table = table;
-  source.tableDatabase = database;
   source.target = true;
-  addTableColumns(*table, catalogs_.back()->name, source);
+  bindUpdatable(name, database, source);
   scope.sources.push_back(std::move(source));
   return scope.sources.back();
 }
@@ -375,10 +375,7 @@ std::string Binder::bindView(const ViewInfo& view, const std::string& database, 
   }
   if (++viewDepth_ > maxViewDepth)
     throw Error(4429, "View '" + view.name + "' refers to itself or nests more than 32 levels deep.");
-  std::shared_ptr<const Batch> batch;
-  if (context_.views) batch = (*context_.views)[view.text];
-  if (!batch) batch = std::make_shared<const Batch>(parseBatch(view.text));
-  if (context_.views) (*context_.views)[view.text] = batch;
+  const std::shared_ptr<const Batch> batch = viewBatch(view);
   const auto& statement = std::get<CreateViewStatement>(batch->statements.at(0)->node);
 
   const BindContext outside = context_;

@@ -77,6 +77,7 @@ struct SourceColumn {
   std::string key;  // foldName(name)
   std::string sql;
   ResultColumn info;
+  int ordinal = -1;  // of a change's target: the table's column; -1 for an expression
 };
 
 // One entry of FROM.
@@ -91,6 +92,12 @@ struct Source {
   std::string tableDatabase;         // its database as attached
   bool target = false;               // of a change: reading its columns asks for a right of its own
   std::vector<SourceColumn> columns;
+  // A target that is a view of `table`: its name and database, which rows it shows, and which rows may be
+  // written where it or a view below was made WITH CHECK OPTION.
+  std::string view, viewDatabase, rowFilter, checked;
+
+  // Of a target's column in the table; -1 when there is none. 4406 for an expression.
+  int ordinalOf(const std::string& column) const;
 };
 
 struct Scope {

@@ -44,6 +44,7 @@ struct CompiledInsert : Compiled {
   bool firesTriggers = false;  // so that the new rows are wanted
   bool constrained = false;    // and so they are for conditions and foreign keys
   bool singleRow = false;
+  Prepared viewCheck;  // WITH CHECK OPTION: a row is a new one that the view would not show
   Prepared insert;
 };
 
@@ -56,6 +57,7 @@ struct CompiledChange : Compiled {  // UPDATE and DELETE
   bool constrained = false;  // conditions or foreign keys ask for the old and new rows
   // For triggers and rules: copies the rows to be changed into the table of old rows.
   Prepared capture;
+  Prepared viewCheck;  // WITH CHECK OPTION: a row is a changed one that the view would not show
   // For an UPDATE that collides with itself on its way: new rows by way of a temporary table.
   BoundStatement detour;
 };
@@ -73,5 +75,7 @@ class Plan {
 
 // Collects the DECLAREs of a batch; throws 134 for a name declared twice.
 VariableTable collectVariables(const std::vector<StatementPtr>& statements);
+// Those of a procedure: its parameters, in their order, then what its body declares.
+VariableTable procedureVariables(const CreateProcedureStatement& procedure);
 
 }  // namespace engine

@@ -16,17 +16,19 @@ bool Plan::fits(const std::vector<Literal>& now) const {
 
 namespace {
 
+void add(const std::string& name, const Type& type, VariableTable& table) {
+  if (table.find(name) >= 0)
+    throw Error(134,
+                "The variable name '" + name +
+                    "' has already been declared. Variable names must be unique within a query "
+                    "batch or stored procedure.",
+                15);
+  table.variables.push_back({foldName(name), type});
+}
+
 void collect(const Statement& statement, VariableTable& table) {
   if (const auto* declare = std::get_if<DeclareStatement>(&statement.node)) {
-    for (const VariableDeclaration& variable : declare->variables) {
-      if (table.find(variable.name) >= 0)
-        throw Error(134,
-                    "The variable name '" + variable.name +
-                        "' has already been declared. Variable names must be unique within a query "
-                        "batch or stored procedure.",
-                    15);
-      table.variables.push_back({foldName(variable.name), variable.type});
-    }
+    for (const VariableDeclaration& variable : declare->variables) add(variable.name, variable.type, table);
   } else if (const auto* block = std::get_if<BlockStatement>(&statement.node)) {
     for (const StatementPtr& inner : block->body) collect(*inner, table);
   } else if (const auto* branch = std::get_if<IfStatement>(&statement.node)) {
@@ -45,6 +47,13 @@ void collect(const Statement& statement, VariableTable& table) {
 VariableTable collectVariables(const std::vector<StatementPtr>& statements) {
   VariableTable table;
   for (const StatementPtr& statement : statements) collect(*statement, table);
+  return table;
+}
+
+VariableTable procedureVariables(const CreateProcedureStatement& procedure) {
+  VariableTable table;
+  for (const ProcedureParameter& parameter : procedure.parameters) add(parameter.name, parameter.type, table);
+  for (const StatementPtr& statement : procedure.body) collect(*statement, table);
   return table;
 }
 

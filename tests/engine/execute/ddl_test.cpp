@@ -44,6 +44,23 @@ TEST_F(DdlTest, ColumnsKeepWhatTheyWereGiven) {
   EXPECT_EQ(errorNumber([&] { s.run("INSERT INTO @.T(Kod) VALUES('a')"); }), 8630);
 }
 
+// A program that knows format 2 alone would write past these.
+TEST_F(DdlTest, RaisesTheFormatOnlyOfAFileThatNeedsIt) {
+  const auto format = [&] { return s.values("SELECT value FROM @.zb_meta WHERE key='format'"); };
+  s.define("CREATE TABLE P (ID INT NOT NULL PRIMARY KEY, a INT DEFAULT 1)");
+  s.define("CREATE VIEW V AS SELECT ID FROM P");
+  s.define("CREATE TRIGGER R ON P FOR INSERT AS PRINT 'x'");
+  EXPECT_EQ(format(), "2");
+  for (const char* raising :
+       {"CREATE TABLE F (a INT REFERENCES P)", "ALTER TABLE P ADD CONSTRAINT C CHECK (a > 0)",
+        "CREATE PROCEDURE S AS PRINT 'x'",
+        "ALTER VIEW V AS SELECT ID FROM P WHERE ID > 0 WITH CHECK OPTION"}) {
+    s.run("UPDATE @.zb_meta SET value=2 WHERE key='format'");
+    s.define(raising);
+    EXPECT_EQ(format(), "3") << raising;
+  }
+}
+
 TEST_F(DdlTest, RefusedDefinitionsLeaveNothing) {
   s.define("CREATE TABLE Var (a INT, b VARCHAR(5) NOT NULL, c TEXT)");
   s.define("CREATE UNIQUE INDEX I ON Var (a)");

@@ -78,9 +78,9 @@ TEST(ParserError, SpeaksAsSqlServerDoes) {
 
 TEST(ParserError, NamesWhatTheServerDoesNotSpeak) {
   const std::pair<const char*, const char*> cases[] = {
-      {"CREATE PROC p AS SELECT 1", "CREATE PROCEDURE"},
+      {"CREATE PROC p WITH ENCRYPTION AS SELECT 1", "WITH ENCRYPTION"},
       {"create function f() returns int", "CREATE FUNCTION"},
-      {"DROP PROCEDURE p", "DROP PROCEDURE"},
+      {"CREATE PROC p;2 AS SELECT 1", "numbered procedure"},
       {"ALTER DATABASE d SET RECOVERY SIMPLE", "ALTER DATABASE"},
       {"DECLARE c CURSOR FOR SELECT 1", "DECLARE CURSOR"},
       {"DECLARE @t TABLE (a INT)", "TABLE"},

@@ -46,7 +46,7 @@ struct Frame {
   TriggerEvent event = TriggerEvent::Insert;
   const std::vector<int>* updated = nullptr;  // columns that the UPDATE has set
   Datum scopeIdentity;
-  int triesAround = 0;  // TRYs that it runs in
+  int triesAround = 0;      // TRYs that it runs in
   bool stored = false;      // a trigger's or procedure's text: its literals are its own
   bool procedure = false;   // triggerName is a procedure's
   std::string chain;        // database whose objects are touched by their owner's right

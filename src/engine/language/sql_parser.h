@@ -281,9 +281,9 @@ class SqlParser {
   bool mayStore_ = false;  // the SELECT that comes is a statement of its own and may have INTO
   int cases_ = 0;          // CASE around the expression being parsed
   bool inProcedure_ = false;
-  int catches_ = 0;        // CATCH around the statement being parsed
-  int loops_ = 0;          // WHILE around the statement being parsed
-  int tallest_ = 0;        // height of the tallest expression of the select being parsed
+  int catches_ = 0;  // CATCH around the statement being parsed
+  int loops_ = 0;    // WHILE around the statement being parsed
+  int tallest_ = 0;  // height of the tallest expression of the select being parsed
 };
 
 }  // namespace engine

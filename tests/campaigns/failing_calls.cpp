@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <stdarg.h>
 #include <stdio.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -24,9 +25,9 @@ struct System {
   std::array<std::atomic<bool>, 4096> watched{};  // by descriptor
 
   // The error of this call; 0: it passes.
-  int check() {
+  int check(bool room) {
     const std::lock_guard lock(mutex);
-    if (!armed || (struck && !call.lasting)) return 0;
+    if (!armed || (struck && !call.lasting) || (call.room && !room)) return 0;
     if (!struck && passed < call.after) return ++passed, 0;
     struck = true;
     return call.error;
@@ -56,16 +57,17 @@ int opened(const char* path, int flags, mode_t mode) {
   System& s = state();
   const bool ours = s.holds(path);
   if (ours)
-    if (const int error = s.check()) return errno = error, -1;
+    if (const int error = s.check((flags & O_CREAT) != 0 && ::access(path, F_OK) != 0))
+      return errno = error, -1;
   static const auto real = next<int (*)(int, const char*, int, ...)>("openat64");
   const int fd = real(AT_FDCWD, path, flags, mode);
   s.watch(fd, ours);
   return fd;
 }
 
-bool fails(bool ours) {
+bool fails(bool ours, bool room = false) {
   if (!ours) return false;
-  const int error = state().check();
+  const int error = state().check(room);
   if (error != 0) errno = error;
   return error != 0;
 }
@@ -98,29 +100,35 @@ int close(int fd) {
 }
 ssize_t write(int fd, const void* from, size_t size) {
   static const auto real = next<ssize_t (*)(int, const void*, size_t)>("write");
-  return fails(state().isWatched(fd)) ? -1 : real(fd, from, size);
+  return fails(state().isWatched(fd), true) ? -1 : real(fd, from, size);
 }
 ssize_t pwrite64(int fd, const void* from, size_t size, off64_t at) {
   static const auto real = next<ssize_t (*)(int, const void*, size_t, off64_t)>("pwrite64");
-  return fails(state().isWatched(fd)) ? -1 : real(fd, from, size, at);
+  return fails(state().isWatched(fd), true) ? -1 : real(fd, from, size, at);
 }
 ssize_t pwrite(int fd, const void* from, size_t size, off_t at) {
   return pwrite64(fd, from, size, at);
 }
 int fsync(int fd) {
   static const auto real = next<int (*)(int)>("fsync");
-  return fails(state().isWatched(fd)) ? -1 : real(fd);
+  return fails(state().isWatched(fd), true) ? -1 : real(fd);
 }
 int fdatasync(int fd) {
   static const auto real = next<int (*)(int)>("fdatasync");
-  return fails(state().isWatched(fd)) ? -1 : real(fd);
+  return fails(state().isWatched(fd), true) ? -1 : real(fd);
 }
 int ftruncate64(int fd, off64_t size) noexcept {
   static const auto real = next<int (*)(int, off64_t)>("ftruncate64");
-  return fails(state().isWatched(fd)) ? -1 : real(fd, size);
+  struct stat now = {};
+  const bool longer = ::fstat(fd, &now) == 0 && size > now.st_size;
+  return fails(state().isWatched(fd), longer) ? -1 : real(fd, size);
 }
 int ftruncate(int fd, off_t size) noexcept {
   return ftruncate64(fd, size);
+}
+int posix_fallocate(int fd, off_t from, off_t size) {
+  static const auto real = next<int (*)(int, off_t, off_t)>("posix_fallocate");
+  return fails(state().isWatched(fd), true) ? errno : real(fd, from, size);
 }
 int rename(const char* from, const char* to) noexcept {
   static const auto real = next<int (*)(const char*, const char*)>("rename");

@@ -10,6 +10,7 @@ struct FailingCall {
   int error = 0;         // errno
   int after = 0;         // so many calls pass first
   bool lasting = false;  // all later ones fail, too; else just the one
+  bool room = false;     // counts and fails only what asks for room on the disk: writes, longer and new files
 };
 
 class FailingCalls {

@@ -16,7 +16,6 @@ using rollover::DevirGirdisi;
 using rollover::DevirTarafi;
 using Tur = Secenek::Tur;
 
-constexpr std::array<std::string_view, 2> kanitBicimleri = {"metin", "json"};
 constexpr std::array<Secenek, 16> options = {{
     {"--kaynak", "Dönemi kapanan firmanın veritabanı adı", false, Tur::Metin, "FİRMA"},
     {"--hedef", "Devrin yapılacağı, var olan firma", false, Tur::Metin, "FİRMA"},
@@ -33,7 +32,7 @@ constexpr std::array<Secenek, 16> options = {{
     {"--dene", "Devri yapar, kanıtı gösterir, sonra hepsini geri alır", false, Tur::Bayrak, ""},
     {"--kanit", "Kanıtı dosyaya yazar; uzantısı biçimi söyler: html, csv, json ya da txt", false, Tur::Metin,
      "DOSYA"},
-    {"--bicim", "Ekrana yazılan kanıt (varsayılan metin)", false, Tur::Metin, "BİÇİM", kanitBicimleri},
+    bicimMetin,
     {"--yalnizca-farklar", "Ekrana yalnızca farklı satırları yazar", false, Tur::Bayrak, ""},
     {"--evet", "Soruları evet sayar", false, Tur::Bayrak, ""},
     {"--secenekler", "Devir seçeneklerini yerleriyle yazar", false, Tur::Bayrak, ""},
@@ -45,17 +44,12 @@ constexpr std::string_view more =
 constexpr CikisKodlari kodlar = {"tamam", "devir yapılamadı ya da kanıtta nedeni bilinmeyen bir fark var",
                                  "yanlış kullanım"};
 
-int secenekleriYaz(Ortam& ortam, bool json) {
-  if (json) {
-    static constexpr std::array<std::string_view, 2> basliklar = {"Yer", "Secenek"};
-    std::vector<std::vector<std::string>> satirlar;
-    for (const rollover::SecenekSatiri& satir : rollover::secenekSatirlari())
-      satirlar.push_back({rollover::secenekYolu(satir), std::string(satir.metin)});
-    sonucYaz(ortam, MetinSatirlari(basliklar, satirlar), Bicim::Json);
-    return tamam;
-  }
+int secenekleriYaz(Ortam& ortam, const Degerler& v) {
+  static constexpr std::array<std::string_view, 2> basliklar = {"Yer", "Secenek"};
+  std::vector<std::vector<std::string>> satirlar;
   for (const rollover::SecenekSatiri& satir : rollover::secenekSatirlari())
-    ortam.out << rollover::secenekYolu(satir) << "\t" << satir.metin << "\n";
+    satirlar.push_back({rollover::secenekYolu(satir), std::string(satir.metin)});
+  ikilileriYaz(ortam, v, basliklar, satirlar);
   return tamam;
 }
 
@@ -121,14 +115,26 @@ std::string kanitIcerigi(const rollover::Kanit& kanit, const std::string& dosya)
   return rollover::kanitHtml(kanit);
 }
 
+void kanitiYaz(Ortam& ortam, const Degerler& v, const rollover::Kanit& kanit) {
+  const bool yalnizcaFarklar = v.var("yalnizca-farklar");
+  const std::string bicim = v.metin("bicim", "metin");
+  if (bicim == "metin")
+    ortam.out << rollover::kanitMetni(kanit, yalnizcaFarklar);
+  else if (bicim == "json")
+    ortam.out << rollover::kanitJson(kanit);
+  else
+    sonucYaz(ortam,
+             MetinSatirlari(rollover::kanitBasliklari, rollover::kanitSatirlari(kanit, yalnizcaFarklar)),
+             bicimi(v, Bicim::Tablo));
+}
+
 int sonucuYaz(KomutOturumu& komut, const Degerler& v, const rollover::DevirSonucu& sonuc) {
   Ortam& ortam = komut.ortam;
   if (!sonuc.tamam) {
     ortam.err << (sonuc.iptal ? "Devirden vazgeçildi." : sonuc.hata) << "\nHedefte hiçbir şey değişmedi.\n";
     return reddedildi;
   }
-  ortam.out << (v.metin("bicim") == "json" ? rollover::kanitJson(sonuc.kanit)
-                                           : rollover::kanitMetni(sonuc.kanit, v.var("yalnizca-farklar")));
+  kanitiYaz(ortam, v, sonuc.kanit);
   ortam.bilgi() << (v.var("dene") ? "Deneme tamamlandı; hiçbir şey yazılmadı."
                                   : "Devir İşlemi Başarı İle Tamamlandı")
                 << "\n";
@@ -144,7 +150,7 @@ int sonucuYaz(KomutOturumu& komut, const Degerler& v, const rollover::DevirSonuc
 }
 
 int run(Ortam& ortam, const Degerler& v) {
-  if (v.var("secenekler")) return secenekleriYaz(ortam, v.metin("bicim") == "json");
+  if (v.var("secenekler")) return secenekleriYaz(ortam, v);
   DevirGirdisi girdi;
   std::string hata = yanlis(v);
   if (hata.empty()) hata = secenekleriKapat(v.metin("kapat"), girdi.secenekler);

@@ -12,9 +12,6 @@ namespace rollover {
 
 namespace {
 
-constexpr std::array<std::string_view, 7> basliklar = {"Tür",   "Kod",  "Ad",   "Kaynak",
-                                                       "Hedef", "Fark", "Neden"};
-
 std::string htmlMetni(std::string_view metin) {
   std::string out;
   for (const char c : metin) {
@@ -119,7 +116,7 @@ std::string kanitHtml(const Kanit& k) {
       htmlMetni(k.kaynakDonemi) + ")</p>\n<p>Hedef: <b>" + htmlMetni(k.hedef) + "</b> (" +
       htmlMetni(k.hedefDonemi) + ")</p>\n<p>" + htmlMetni(k.zaman) + "</p>\n<p><b>" + ozet(k) +
       "</b></p>\n<table><thead><tr>";
-  for (const std::string_view baslik : basliklar) out += "<th>" + std::string(baslik) + "</th>";
+  for (const std::string_view baslik : kanitBasliklari) out += "<th>" + std::string(baslik) + "</th>";
   out += "</tr></thead><tbody>\n";
   for (const KanitSatiri& s : k.satirlar) {
     std::string sinif = s.toplam ? "t" : "";
@@ -143,7 +140,8 @@ std::string kanitHtml(const Kanit& k) {
 
 std::string kanitCsv(const Kanit& k) {
   std::string out = "\xEF\xBB\xBF";  // spreadsheets take it for the sign of UTF-8
-  for (std::size_t i = 0; i < basliklar.size(); ++i) out += (i == 0 ? "" : ";") + csvMetni(basliklar[i]);
+  for (const std::string_view baslik : kanitBasliklari)
+    out += (out.size() == 3 ? "" : ";") + csvMetni(baslik);
   out += "\r\n";
   for (const KanitSatiri& s : k.satirlar)
     out += csvMetni(s.tur) + ";" + csvMetni(s.kod) + ";" + csvMetni(s.toplam ? "TOPLAM" : s.ad) + ";" +
@@ -155,16 +153,30 @@ std::string kanitCsv(const Kanit& k) {
   return out;
 }
 
+std::vector<std::vector<std::string>> kanitSatirlari(const Kanit& k, bool yalnizcaFarklar) {
+  std::vector<std::vector<std::string>> out;
+  for (const KanitSatiri& s : k.satirlar)
+    if (!yalnizcaFarklar || farkli(s))
+      out.push_back({s.tur, s.kod, s.toplam ? "TOPLAM" : s.ad, sqlMetni(s.kaynak), sqlMetni(s.hedef),
+                     sqlMetni(s.fark()), durum(s)});
+  for (const Atlanan& a : k.atlananlar) out.push_back({"Aktarılamayan", a.tablo, a.ad, "", "", "", a.neden});
+  return out;
+}
+
 std::string kanitMetni(const Kanit& k, bool yalnizcaFarklar) {
+  const auto adi = [](const KanitSatiri& s) { return s.toplam ? s.tur : "  " + s.kod + " " + s.ad; };
+  // The longest name is shown whole: the figures stand below each other.
+  std::size_t adEni = 34;
+  for (const KanitSatiri& s : k.satirlar)
+    if (!yalnizcaFarklar || farkli(s)) adEni = std::max(adEni, platform::toUtf32(adi(s)).size());
   std::string out = "Devir Kanıtı" + std::string(k.deneme ? " (deneme)" : "") + ": " + k.kaynak + " (" +
                     k.kaynakDonemi + ") -> " + k.hedef + " (" + k.hedefDonemi + ")\n";
-  constexpr std::size_t adEni = 34, sayiEni = 19;
+  constexpr std::size_t sayiEni = 19;
   out += doldur("", adEni, false) + doldur("Kaynak", sayiEni, true) + doldur("Hedef", sayiEni, true) +
          doldur("Fark", sayiEni, true) + "  Neden\n";
   for (const KanitSatiri& s : k.satirlar) {
     if (yalnizcaFarklar && !farkli(s)) continue;
-    const std::string ad = s.toplam ? s.tur : "  " + s.kod + " " + s.ad;
-    out += doldur(ad, adEni, false) + doldur(paraMetni(s.kaynak), sayiEni, true) +
+    out += doldur(adi(s), adEni, false) + doldur(paraMetni(s.kaynak), sayiEni, true) +
            doldur(paraMetni(s.hedef), sayiEni, true) + doldur(paraMetni(s.fark()), sayiEni, true) +
            (farkli(s) ? "  " + durum(s) : "") + "\n";
   }

@@ -2,6 +2,7 @@
 // its reason.
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,6 +41,10 @@ std::string kanitHtml(const Kanit& kanit);
 std::string kanitCsv(const Kanit& kanit);
 std::string kanitMetni(const Kanit& kanit, bool yalnizcaFarklar);
 std::string kanitJson(const Kanit& kanit);
+// The same as a table of texts: numbers with a point, behind the items the rows that were passed over.
+inline constexpr std::array<std::string_view, 7> kanitBasliklari = {"Tür",   "Kod",  "Ad",   "Kaynak",
+                                                                    "Hedef", "Fark", "Neden"};
+std::vector<std::vector<std::string>> kanitSatirlari(const Kanit& kanit, bool yalnizcaFarklar);
 // Writes `icerik` at once or not at all; empty on success, else a Turkish text.
 std::string dosyayaYaz(const std::string& yol, const std::string& icerik);
 

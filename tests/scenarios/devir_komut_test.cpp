@@ -99,7 +99,7 @@ TEST_F(DevirKomutTest, WrongUseSaysWhatIsWrong) {
        "Tarih GG/AA/YYYY biçiminde olmalı: 31/02/2013\n"},
       {{"devir", "--kaynak", "A2012", "--yeni-ad", "B", "--bicim", "xml"},
        2,
-       "Bilinmeyen biçim: xml (metin ya da json)\n"},
+       "Bilinmeyen biçim: xml (tsv, tablo, json ya da metin)\n"},
       {{"devir", "--kaynak", "A2012", "--yeni-ad", "B", "--ciro-suresi", "12x"},
        2,
        "Ciro takip süresi 0 ile 36500 arasında bir gün sayısı olmalı: 12x\n"},
@@ -248,6 +248,13 @@ TEST_F(DevirKomutTest, ADifferenceWithoutAReasonIsTheExitCode) {
          "\"\""}};
     EXPECT_NE(icerik.find(beklenen.at(uzanti)), std::string::npos) << icerik;
   }
+  EXPECT_EQ(devir({"--hedef", "A2013", "--evet", "--yalnizca-farklar", "--bicim", "tsv"}), 1);
+  EXPECT_EQ(cli.out.rfind("Tür\tKod\tAd\tKaynak\tHedef\tFark\tNeden\n"
+                          "Kasa bakiyeleri\t\tTOPLAM\t12.5\t13.5\t1\tAÇIKLANMAYAN FARK\n"
+                          "Kasa bakiyeleri\tK1\tMerkez\t12.5\t13.5\t1\tAÇIKLANMAYAN FARK\n",
+                          0),
+            0U)
+      << cli.out;
   // A place where no file can be written: said, and told by the exit code.
   EXPECT_EQ(devir({"--hedef", "A2013", "--evet", "--kanit", "/yok/kanit.html"}), 1);
   EXPECT_NE(cli.err.find("/yok/kanit.html yazılamadı: "), std::string::npos) << cli.err;

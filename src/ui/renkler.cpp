@@ -11,12 +11,13 @@ struct Es {
   QRgb acik, koyu;
 };
 // Surfaces, from the window up, and what stays as it is on both: the orange and the yellow of a field in
-// focus with the dark writing on them.
+// focus with the dark writing on them; at last rows that are explained and such that are not.
 constexpr Es esler[] = {
     {0xF3F5F8, 0x1B2027}, {0xE9EEF4, 0x20262E}, {0xFFFFFF, 0x262C34}, {0xF9F9F9, 0x2B323B},
     {0xF7F9FB, 0x2A3038}, {0xF8FAFC, 0x2A3038}, {0xF6F8FA, 0x232930}, {0xF0F2F5, 0x2F3740},
     {0xF3F6F9, 0x2A3139}, {0xFF8000, 0xFF8000}, {0xF8FBD5, 0xF8FBD5}, {0x1A1000, 0x1A1000},
-    {0x101C28, 0x101C28}, {0x7A3C00, 0x7A3C00}, {0xFFFFFE, 0xFFFFFE},
+    {0x101C28, 0x101C28}, {0x7A3C00, 0x7A3C00}, {0xFFFFFE, 0xFFFFFE}, {0xFFF6E0, 0x3B3420},
+    {0xFDE4E1, 0x4B2B2C},
 };
 
 RenkDuzeni secilen = RenkDuzeni::Masaustu;

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QFont>
 
+#include "ui/renkler.h"
 #include "ui/theme.h"
 
 namespace rollover_ui {
@@ -10,7 +11,7 @@ namespace rollover_ui {
 namespace {
 
 constexpr const char* basliklar[] = {"Tür", "Kod", "Ad", "Kaynak", "Hedef", "Fark", "Neden"};
-constexpr QRgb aciklanan = 0xFFFFF6E0, aciklanmayan = 0xFFFDE4E1, siyah = 0xFF1D2733;
+constexpr QRgb aciklanan = 0xFFFFF6E0, aciklanmayan = 0xFFFDE4E1, siyah = 0xFF1D2733;  // light scheme
 
 QString yazi(const rollover::KanitSatiri& s, int kolon) {
   const bool fark = s.fark() != rollover::Para{};
@@ -75,9 +76,9 @@ QVariant KanitModeli::data(const QModelIndex& index, int role) const {
     }
     case Qt::BackgroundRole:
       if (!fark) return {};
-      return QColor(s.neden.empty() ? aciklanmayan : aciklanan);
+      return ui::renk(QColor(s.neden.empty() ? aciklanmayan : aciklanan));
     case Qt::ForegroundRole:
-      return fark ? QVariant(QColor(siyah)) : QVariant();
+      return fark ? QVariant(ui::renk(QColor(siyah))) : QVariant();
     case Qt::ToolTipRole:
       return index.column() == Neden || index.column() == Ad ? yazi(s, index.column()) : QVariant();
     default:

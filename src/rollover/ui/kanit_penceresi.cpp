@@ -5,31 +5,51 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
+#include <QStyledItemDelegate>
 #include <QTableView>
 #include <QVBoxLayout>
 
 #include "rollover/ui/kanit_modeli.h"
 #include "rollover/ui/maliyet_penceresi.h"
+#include "ui/secili_kalir.h"
 #include "ui/theme.h"
+#include "ui/yer.h"
 
 namespace rollover_ui {
+
+namespace {
+
+// The style sheet draws items by its own rules, which know nothing of a row's colour.
+class RenkliSatir : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    if (const QVariant zemin = index.data(Qt::BackgroundRole); zemin.isValid())
+      painter->fillRect(option.rect, zemin.value<QColor>());
+    QStyledItemDelegate::paint(painter, option, index);
+  }
+};
+
+}  // namespace
 
 KanitPenceresi::KanitPenceresi(session::Oturum& oturum, rollover::Kanit kanit, QWidget* parent)
     : QDialog(parent),
       oturum_(oturum),
       kanit_(std::move(kanit)),
       model_(new KanitModeli(kanit_, this)),
-      tablo_(new QTableView),
+      tablo_(new ui::SeciliKalir<QTableView>),
       farklar_(new QCheckBox("Yalnızca farklar")) {
   dosyaSor = [this](const QString& filtre, const QString& onerilen) {
     return QFileDialog::getSaveFileName(this, "Devir Kanıtı", onerilen, filtre);
   };
   setObjectName("DevirKaniti");
   setWindowTitle(kanit_.deneme ? "Devir Kanıtı (deneme)" : "Devir Kanıtı");
-  resize(ui::byLetters(1110), 640);
+  ui::yerlestir(*this, *oturum_.platform, "DevirKaniti", {ui::byLetters(1200), ui::byLetters(640)});
   tablo_->setObjectName("KanitGrd");
   tablo_->setModel(model_);
+  tablo_->setItemDelegate(new RenkliSatir(tablo_));
   tablo_->verticalHeader()->hide();
   tablo_->setSelectionBehavior(QAbstractItemView::SelectRows);
   tablo_->setSelectionMode(QAbstractItemView::SingleSelection);

@@ -8,7 +8,9 @@
 
 #include "rollover/kanit.h"
 #include "rollover/maliyet_gecmisi.h"
+#include "ui/secili_kalir.h"
 #include "ui/theme.h"
+#include "ui/yer.h"
 
 namespace rollover_ui {
 
@@ -45,7 +47,7 @@ MaliyetPenceresi::MaliyetPenceresi(session::Oturum& oturum, const std::string& f
     : QDialog(parent) {
   setObjectName("MaliyetHesabi");
   setWindowTitle("Maliyet Hesabı");
-  resize(1100, 520);
+  ui::yerlestir(*this, *oturum.platform, "MaliyetHesabi", {ui::byLetters(1100), ui::byLetters(520)});
   const rollover::MaliyetGecmisi g = rollover::Maliyet_Gecmisi(oturum, firma, stokKod);
   const std::string sonuc = g.satirlar.empty() ? "0,00" : rollover::paraMetni(g.satirlar.back().birimMaliyet);
   auto* etiket = new QLabel(g.hata.empty() ? ui::text(g.firma + "   " + g.stokKod + "   " + g.stokAd + "\n" +
@@ -53,12 +55,12 @@ MaliyetPenceresi::MaliyetPenceresi(session::Oturum& oturum, const std::string& f
                                                       " hareket, dönem sonunda birim maliyet " + sonuc)
                                            : ui::text(g.hata));
   etiket->setObjectName("OzetLbl");
-  auto* tablo = new QTableView;
+  auto* tablo = new ui::SeciliKalir<QTableView>;
   tablo->setObjectName("MaliyetGrd");
   tablo->setModel(model(g, tablo));
   tablo->verticalHeader()->hide();
   tablo->setSelectionBehavior(QAbstractItemView::SelectRows);
-  static constexpr int enler[] = {90, 90, 170, 60, 85, 85, 85, 100, 110};
+  static constexpr int enler[] = {95, 115, 165, 60, 85, 85, 85, 100, 110};
   for (int i = 0; i < static_cast<int>(std::size(enler)); ++i)
     tablo->setColumnWidth(i, ui::byLetters(enler[i]));
   tablo->horizontalHeader()->setStretchLastSection(true);

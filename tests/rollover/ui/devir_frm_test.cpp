@@ -13,6 +13,7 @@
 #include "rollover/ui/kanit_penceresi.h"
 #include "rollover/ui/maliyet_penceresi.h"
 #include "ui/console_port.h"
+#include "ui/renkler.h"
 #include "ui/screen.h"
 #include "ui/tik_agaci.h"
 
@@ -101,6 +102,16 @@ TEST_F(DevirFrmTest, TrialShowsTheProofAndWritesNothing) {
   find<QCheckBox>(*pencere, "YalnizcaFarklar")->click();
   EXPECT_EQ(tablo->model()->rowCount(), 2);
   EXPECT_EQ(hucre(1, 1) + "|" + hucre(1, 6), "K1|Para biçimine yuvarlama");
+  // A row that differs stands out in its colour, and can be read on it.
+  for (const auto duzen : {ui::RenkDuzeni::Acik, ui::RenkDuzeni::Koyu}) {
+    ui::renkDuzeniSec(duzen);
+    const QModelIndex fark = tablo->model()->index(1, 0);
+    const QRect yer = tablo->visualRect(fark);
+    const QColor zemin = tablo->viewport()->grab().toImage().pixelColor(yer.right() - 3, yer.center().y());
+    EXPECT_EQ(zemin, ui::renk(QColor(0xFFF6E0)));
+    EXPECT_GT(ui::karsitlik(zemin, fark.data(Qt::ForegroundRole).value<QColor>()), 7);
+  }
+  ui::renkDuzeniSec(ui::RenkDuzeni::Masaustu);
   EXPECT_GT(hepsi, 20);
   QTemporaryDir klasor;
   pencere->dosyaSor = [&](const QString&, const QString& onerilen) { return klasor.filePath(onerilen); };
@@ -152,6 +163,13 @@ TEST_F(DevirFrmTest, CostingIsReplayedRowByRow) {
     son << model->index(model->rowCount() - 1, i).data().toString();
   EXPECT_EQ(son.join('|'), "06.01.2012|8|Satış Faturası|1|0,00|4,00|0,00|6,00|30,00|5,00");
   EXPECT_NE(find<QLabel>(pencere, "OzetLbl")->text().indexOf("birim maliyet 5,00"), -1);
+  // A click beside the rows leaves the chosen one seen.
+  screen::show(pencere);
+  auto* tablo = find<QTableView>(pencere, "MaliyetGrd");
+  QTest::mouseClick(tablo->viewport(), Qt::LeftButton, {}, tablo->visualRect(model->index(1, 2)).center());
+  QTest::mouseClick(tablo->viewport(), Qt::LeftButton, {},
+                    tablo->viewport()->rect().bottomLeft() + QPoint(40, -4));
+  EXPECT_TRUE(tablo->selectionModel()->isRowSelected(1));
   rollover_ui::MaliyetPenceresi olmayan(s().s.oturum, kaynak, "YOK");
   EXPECT_EQ(find<QLabel>(olmayan, "OzetLbl")->text(), "Stok kartı bulunamadı: YOK");
 }

@@ -90,6 +90,26 @@ for shell in bash fish zsh; do
   for line in "${wrong[@]}"; do tell "$shell: beklenen '$line', gelen: ${found[*]}"; done
 done
 
+# Colours and bars are for a terminal, and there not against NO_COLOR, TERM=dumb and --sessiz.
+if command -v script >/dev/null; then
+  table='zembera-cli sunucu --bicim tablo' trial='guncelle --ad KURULUM --dene'
+  bold=$'\033\\[1m' bar=$'\033\\[K%'
+  # written EXPECTED MARK COMMAND [VARIABLE=VALUE...]
+  written() {
+    local found=yok
+    if env TERM=xterm NO_COLOR= "${@:4}" script -qec "$3" /dev/null </dev/null | grep "$2" >/dev/null; then found=var; fi
+    same "terminalde ${*:3}" "$1" "$found"
+  }
+  written var "$bold" "$table"
+  written yok "$bold" "$table" NO_COLOR=1
+  written yok "$bold" "$table" TERM=dumb
+  written yok "$bold" "$table | cat"
+  written var "$bar" "zembera-cli $trial >/dev/null"
+  written yok "$bar" "zembera-cli $trial >/dev/null" TERM=dumb
+  written yok "$bar" "zembera-cli --sessiz $trial >/dev/null"
+  written yok "$bar" "zembera-cli $trial 2>&1 | cat"
+fi
+
 # Manual pages in both languages, without a complaint of the formatter.
 for program in zembera-cli zembera zembera-sunucu; do
   for page in man1 tr/man1; do

@@ -40,6 +40,9 @@ for package in zembera zembera-cli zembera-sunucu; do
   done
   rm -rf "$work/control"
 done
+if command -v lintian >/dev/null; then
+  lintian --allow-root --fail-on error,warning "$work"/1/*.deb || tell "lintian"
+fi
 
 # The server's scripts, with a manager that writes down what it is asked for and runs the program itself.
 bin=$build/bin

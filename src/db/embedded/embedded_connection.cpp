@@ -30,7 +30,7 @@ constexpr int loginFailed = 18456, notTrusted = 18452;
 
 // What SQL Server says at a login stays as it is; a file that cannot be read is this server's own affair.
 SqlError openingError(const engine::Error& error, const std::string& database) {
-  static constexpr std::array serversWords = {4060, 17142, notTrusted, loginFailed};
+  static constexpr std::array serversWords = {4060, 4064, 17142, notTrusted, loginFailed};
   SqlError failure = fromEngine(error, true);
   if (std::find(serversWords.begin(), serversWords.end(), error.number()) != serversWords.end()) {
     return failure;

@@ -9,7 +9,7 @@
 namespace db {
 namespace {
 
-constexpr int cannotOpenDatabase = 4060, notTrusted = 18452;
+constexpr int cannotOpenDatabase = 4060, cannotOpenDefault = 4064, notTrusted = 18452;
 // FreeTDS's own number that says no more than that there is no connection.
 constexpr int connectionFailed = 20002;
 
@@ -133,7 +133,8 @@ SqlError SqlServerDialect::error(const std::vector<Diagnostic>& diagnostics, boo
   const auto find = [&](auto wanted) { return std::find_if(diagnostics.begin(), diagnostics.end(), wanted); };
   if (opening) {
     // A missing database comes with a login failure behind it; the database is the reason.
-    const auto database = find([](const Diagnostic& d) { return d.native == cannotOpenDatabase; });
+    const auto database = find(
+        [](const Diagnostic& d) { return d.native == cannotOpenDatabase || d.native == cannotOpenDefault; });
     if (database != diagnostics.end()) {
       return {ErrorKind::LinkBroken, database->native, withoutDriverNames(database->text)};
     }
@@ -149,7 +150,8 @@ SqlError SqlServerDialect::error(const std::vector<Diagnostic>& diagnostics, boo
 SqlError SqlServerDialect::openingError(const std::vector<Diagnostic>& diagnostics,
                                         const ConnectionParts& parts) const {
   SqlError failure = error(diagnostics, true);
-  if (failure.kind() != ErrorKind::LinkBroken || failure.serverNumber() == cannotOpenDatabase) {
+  if (failure.kind() != ErrorKind::LinkBroken || failure.serverNumber() == cannotOpenDatabase ||
+      failure.serverNumber() == cannotOpenDefault) {
     return failure;
   }
   const auto reason = std::find_if(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& d) {

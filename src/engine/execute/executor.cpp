@@ -235,7 +235,7 @@ std::vector<ResultColumn> Executor::describe(std::string_view text,
 
 void Executor::reset(const std::string& database, bool keepTransaction) {
   if (!keepTransaction) rollbackAll();
-  afterLoss_ = noCount_ = abortOnError_ = false;
+  afterLoss_ = noCount_ = abortOnError_ = implicit_ = repeatable_ = false;
   identityInsert_.clear();
   rowCount_ = lastError_ = 0;
   identity_ = topIdentity_ = {};
@@ -417,6 +417,7 @@ Executor::Flow Executor::dispatch(const Statement& statement) {
 
   if (doomed_) refuseDoomed(statement);
   StatementScope scope(*this);
+  beginImplicitly(statement);
   if (const auto* select = std::get_if<SelectPtr>(&node))
     runSelect(**select);
   else if (const auto* insert = std::get_if<InsertStatement>(&node))

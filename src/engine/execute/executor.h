@@ -109,6 +109,10 @@ class Executor {
   bool noteLoss();
   void refuseAfterLoss(const Statement& statement);
   bool resultsWanted() const { return !firstError_; }
+  // What a statement has done goes to the client; statements of triggers stay among themselves.
+  void told(Command command, bool counts) {
+    if (resultsWanted() && nesting_ == 0) sink_->onCommand(command, rowCount_, counts && !noCount_);
+  }
 
   // executor_try.cpp
   Flow runStatements(const std::vector<StatementPtr>& statements);
@@ -137,6 +141,7 @@ class Executor {
   void rollbackTo(const std::string& name);
   void forgetSavepoints();
   void runTransaction(const TransactionStatement& statement);
+  void beginImplicitly(const Statement& statement);  // executor_implicit.cpp
   void runUse(const UseStatement& statement);
   bool runExec(const ExecStatement& statement);  // true: a procedure of the user's own
   void runDefinitionStatement(const Statement& statement);
@@ -270,6 +275,8 @@ class Executor {
   Datum topIdentity_;  // SCOPE_IDENTITY() outside of triggers
   bool noCount_ = false;
   bool abortOnError_ = false;
+  bool implicit_ = false;       // SET IMPLICIT_TRANSACTIONS
+  bool repeatable_ = false;     // an isolation level above READ COMMITTED
   std::string identityInsert_;  // folded "db.table" under SET IDENTITY_INSERT, or empty
 
   int userTransactions_ = 0;  // @@TRANCOUNT as BEGIN TRAN counts it

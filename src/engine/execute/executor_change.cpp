@@ -314,7 +314,7 @@ void Executor::runChange(CompiledChange& plan, TriggerEvent event) {
     rowCount_ = count;
     transaction.commit();
   }
-  if (!noCount_ && resultsWanted() && nesting_ == 0) sink_->onRowCount(rowCount_);
+  told(event == TriggerEvent::Update ? Command::Update : Command::Delete, true);
 }
 
 // A transaction that has read a database can no longer wait for its lock without finding what it read

@@ -12,22 +12,11 @@ namespace {
 
 // Options whose setting changes nothing here, because the server's way is the only one.
 constexpr std::array acceptedOptions = {
-    "ANSI_NULLS",
-    "ANSI_PADDING",
-    "ANSI_WARNINGS",
-    "ANSI_NULL_DFLT_ON",
-    "ANSI_NULL_DFLT_OFF",
-    "ANSI_DEFAULTS",
-    "ARITHABORT",
-    "ARITHIGNORE",
-    "CURSOR_CLOSE_ON_COMMIT",
-    "NUMERIC_ROUNDABORT",
-    "QUOTED_IDENTIFIER",
-    "TEXTSIZE",
-    "LANGUAGE",
-    "STATISTICS",
-    "DEADLOCK_PRIORITY",
-    "TRANSACTION ISOLATION LEVEL",
+    "ANSI_NULLS",         "ANSI_PADDING",       "ANSI_WARNINGS",
+    "ANSI_NULL_DFLT_ON",  "ANSI_NULL_DFLT_OFF", "ANSI_DEFAULTS",
+    "ARITHABORT",         "ARITHIGNORE",        "CURSOR_CLOSE_ON_COMMIT",
+    "NUMERIC_ROUNDABORT", "QUOTED_IDENTIFIER",  "TEXTSIZE",
+    "LANGUAGE",           "STATISTICS",         "DEADLOCK_PRIORITY",
     "TRANSACTION",
 };
 
@@ -37,7 +26,6 @@ struct FixedOption {
 };
 constexpr FixedOption fixedOptions[] = {
     {"CONCAT_NULL_YIELDS_NULL", "ON"},
-    {"IMPLICIT_TRANSACTIONS", "OFF"},
     {"ROWCOUNT", "0"},
     {"FMTONLY", "OFF"},
     {"NOEXEC", "OFF"},
@@ -128,6 +116,10 @@ void Executor::runSetOption(const SetOptionStatement& statement) {
     noCount_ = isOn(statement);
   } else if (option == "XACT_ABORT") {
     abortOnError_ = isOn(statement);
+  } else if (option == "IMPLICIT_TRANSACTIONS") {
+    implicit_ = isOn(statement);
+  } else if (option == "TRANSACTION ISOLATION LEVEL") {
+    repeatable_ = !statement.value.starts_with("READ ");
   } else if (option == "DATEFORMAT") {
     store_.functions().dateFormat = parseDateFormat(statement.value);
     forgetConstants();
@@ -309,7 +301,7 @@ void Executor::runTransaction(const TransactionStatement& statement) {
     case TransactionAction::Commit:
       if (userTransactions_ == 0)
         throw Error(3902, "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION.");
-      if (--userTransactions_ > 0 || nesting_ > 0 || levels_ == 0) return;
+      if (--userTransactions_ > 0 || nesting_ > 0) return;
       return commitTransaction();
     case TransactionAction::Rollback:
       if (userTransactions_ == 0 && nesting_ == 0)
@@ -391,6 +383,38 @@ std::vector<ViewColumn> Executor::viewColumns(const CreateViewStatement& stateme
   return columns;
 }
 
+namespace {
+
+std::optional<Command> commandOf(const Statement& statement) {
+  const auto& node = statement.node;
+  if (std::holds_alternative<CreateTableStatement>(node)) return Command::CreateTable;
+  if (std::holds_alternative<AlterTableStatement>(node)) return Command::AlterTable;
+  if (std::holds_alternative<CreateIndexStatement>(node)) return Command::CreateIndex;
+  if (std::holds_alternative<CreateDatabaseStatement>(node)) return Command::CreateDatabase;
+  if (std::holds_alternative<CreateViewStatement>(node)) return Command::CreateView;
+  if (std::holds_alternative<CreateTriggerStatement>(node)) return Command::CreateTrigger;
+  if (std::holds_alternative<CreateProcedureStatement>(node)) return Command::CreateProcedure;
+  const auto* drop = std::get_if<DropStatement>(&node);
+  if (!drop) return std::nullopt;
+  switch (drop->kind) {
+    case ObjectKind::Table:
+      return Command::DropTable;
+    case ObjectKind::View:
+      return Command::DropView;
+    case ObjectKind::Trigger:
+      return Command::DropTrigger;
+    case ObjectKind::Procedure:
+      return Command::DropProcedure;
+    case ObjectKind::Index:
+      return Command::DropIndex;
+    case ObjectKind::Database:
+      return Command::DropDatabase;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
 void Executor::runDefinitionStatement(const Statement& statement) {
   context_.evaluate = [this](const Expr& expression, const Type& type) {
     Binder binder(bindContext());
@@ -415,6 +439,7 @@ void Executor::runDefinitionStatement(const Statement& statement) {
     transaction.commit();
   }
   rowCount_ = 0;
+  if (const auto command = commandOf(statement)) told(*command, false);
 }
 
 }  // namespace engine

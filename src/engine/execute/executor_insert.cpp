@@ -275,7 +275,7 @@ void Executor::runInsert(const InsertStatement& insert) {
     }
     transaction.commit();
   }
-  if (!noCount_ && resultsWanted() && nesting_ == 0) sink_->onRowCount(rowCount_);
+  told(Command::Insert, true);
 }
 
 }  // namespace engine

@@ -156,7 +156,9 @@ bool Executor::runUserProcedure(const ExecStatement& statement) {
     if (arguments[i].output >= 0) assign(arguments[i].output, frame.values[i], parameters[i].type);
   if (!statement.returnVariable.empty())
     assign(variableSlot(statement.returnVariable), frame.status, {TypeId::Int});
-  if (nesting_ == 0 && userTransactions_ != transactions)
+  // What it has begun without a BEGIN TRANSACTION is the client's to end.
+  const bool implicitly = implicit_ && transactions == 0;
+  if (nesting_ == 0 && userTransactions_ != transactions && !implicitly)
     keepError(Error(266,
                     "Transaction count after EXECUTE indicates a mismatching number of BEGIN and COMMIT "
                     "statements. Previous count = " +

@@ -182,7 +182,7 @@ void Executor::selectInto(const SelectStatement& select, const BoundSelect& boun
   }
   transaction.commit();
   rowCount_ = rows;
-  if (!noCount_ && resultsWanted()) sink_->onRowCount(rows);
+  told(Command::SelectInto, true);
 }
 
 }  // namespace engine

@@ -75,6 +75,9 @@ Datum Executor::systemValue(SystemValue value) {
     case SystemValue::ScopeIdentity:
       return nesting_ > 0 || frame_->procedure ? frame_->scopeIdentity : topIdentity_;
     case SystemValue::TranCount:
+      // Clients that commit by hand ask whether there is anything to end, and send nothing else when there is
+      // not.
+      if (implicit_) afterLoss_ = false;
       return userTransactions_ == 0 && nesting_ > 0 ? 1 : userTransactions_;
     case SystemValue::Spid:
       return context_.spid;

@@ -82,6 +82,12 @@ LoginRow needLogin(Store& store, const std::string& login) {
   return row;
 }
 
+void needDatabase(Store& store, const std::string& database) {
+  if (!store.databaseExists(database))
+    throw Error(15010,
+                "The database '" + database + "' does not exist. Use sp_helpdb to show available databases.");
+}
+
 void checkName(const std::string& name) {
   if (name.empty()) throw Error(15004, "Name cannot be NULL.");
   if (characterCount(name) > 128 || name.find('\\') != std::string::npos ||
@@ -140,10 +146,7 @@ std::string verifyLogin(Store& store, const std::string& login, const std::strin
 void addLogin(Store& store, const std::string& login, const std::string& password,
               const std::string& defaultDatabase) {
   checkName(login);
-  if (!store.databaseExists(defaultDatabase))
-    throw Error(15010, "The database '" + defaultDatabase +
-                           "' does not exist. Use sp_helpdb to show available "
-                           "databases.");
+  needDatabase(store, defaultDatabase);
   const std::string hash = hashPassword(password);
   std::array<char, 16> sid{};
   randombytes_buf(sid.data(), sid.size());
@@ -241,6 +244,14 @@ std::string sidOf(Store& store, const std::string& login) {
 
 std::string defaultDatabaseOf(Store& store, const std::string& login) {
   return needLogin(store, login).database;
+}
+
+void setDefaultDatabase(Store& store, const std::string& login, const std::string& database) {
+  needDatabase(store, database);
+  Work work(store, master);
+  auto update = query(store, master, "UPDATE @.zb_logins SET default_database=? WHERE id=?");
+  update.bind(store.database(database).name).bind(needLogin(store, login).id).run();
+  work.finish();
 }
 
 // ---- users ----

@@ -35,6 +35,8 @@ std::vector<std::string> databaseRolesOf(Store& store, const std::string& databa
                                          bool& user, bool& dbo);
 std::string sidOf(Store& store, const std::string& login);
 std::string defaultDatabaseOf(Store& store, const std::string& login);
+// 15007, 15010 no such database.
+void setDefaultDatabase(Store& store, const std::string& login, const std::string& database);
 
 // sp_grantdbaccess, sp_adduser: 15007 / 15401 no such login, 15023 user exists, 15063 the login has a
 // user under another name. `group` (sp_adduser's third argument) may be empty.

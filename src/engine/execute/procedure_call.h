@@ -43,6 +43,10 @@ class ProcedureCall {
     onlyAdministratorsOf(text(0));
     engine::dropLogin(store(), text(0));
   }
+  void defaultDatabase() {
+    if (foldName(text(0)) != foldName(executor_.context_.login)) onlyAdministratorsOf(text(0));
+    engine::setDefaultDatabase(store(), text(0), text(1));
+  }
   // sp_password old, new, login: without a login one's own, where the old one is asked for.
   void password() {
     const bool own = !values_[2] || foldName(text(2)) == foldName(executor_.context_.login);

@@ -22,6 +22,7 @@ const P::Procedure procedures[] = {
        {"@encryptopt", false}}},
      &P::addLogin},
     {"sp_droplogin", {{{"@loginame", true}}}, &P::dropLogin},
+    {"sp_defaultdb", {{{"@loginame", true}, {"@defdb", true}}}, &P::defaultDatabase},
     {"sp_password", {{{"@old", false}, {"@new", true}, {"@loginame", false}}}, &P::password},
     {"sp_addsrvrolemember", {{{"@loginame", true}, {"@rolename", true}}}, &P::addServerRole},
     {"sp_dropsrvrolemember", {{{"@loginame", true}, {"@rolename", true}}}, &P::dropServerRole},

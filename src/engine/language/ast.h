@@ -98,7 +98,8 @@ struct TableSource {
   enum class Kind : std::uint8_t { Table, Derived, Join };
   Kind kind = Kind::Table;
   int line = 0;
-  ObjectName name;                         // Table; hints such as (NOLOCK) are read and dropped
+  ObjectName name;                         // Table
+  bool keepsLock = false;                  // Table: by a hint such as (UPDLOCK); others are read and dropped
   SelectPtr select;                        // Derived
   std::string alias;                       // Table, Derived; empty when absent
   std::vector<std::string> columnAliases;  // Derived: AS t(a, b)

@@ -1,4 +1,6 @@
 // FROM: tables, derived tables and joins.
+#include <algorithm>
+
 #include "engine/language/keywords.h"
 #include "engine/language/sql_parser.h"
 
@@ -11,6 +13,9 @@ constexpr std::string_view hintWords[] = {
     "NOLOCK",   "READUNCOMMITTED", "READCOMMITTED", "REPEATABLEREAD", "SERIALIZABLE", "HOLDLOCK",
     "ROWLOCK",  "PAGLOCK",         "TABLOCK",       "TABLOCKX",       "UPDLOCK",      "XLOCK",
     "READPAST", "NOWAIT",          "INDEX",         "FASTFIRSTROW",   "NOEXPAND",     "FORCESEEK"};
+
+constexpr std::string_view keepingHints[] = {"UPDLOCK",      "XLOCK",          "HOLDLOCK",
+                                             "SERIALIZABLE", "REPEATABLEREAD", "TABLOCKX"};
 
 }  // namespace
 
@@ -116,23 +121,31 @@ std::unique_ptr<TableSource> SqlParser::tableSource() {
   auto result = std::make_unique<TableSource>();
   result->line = line();
   result->name = objectName();
-  tableHints();
+  result->keepsLock = tableHints();
   if (isSymbol('(')) unsupported("table-valued function " + result->name.object);
   if (accept("AS") || isName()) result->alias = name();
-  tableHints();
+  result->keepsLock = tableHints() || result->keepsLock;
   return result;
 }
 
-// WITH (NOLOCK), (NOLOCK): locking is the storage's own affair, so hints mean nothing here.
-void SqlParser::tableHints() {
+// WITH (NOLOCK), (NOLOCK): locking is the storage's own affair. True: what is read is to stay as it is until
+// the transaction ends.
+bool SqlParser::tableHints() {
   std::size_t open = isWord("WITH") ? 1 : 0;
-  if (!isSymbol('(', open)) return;
+  if (!isSymbol('(', open)) return false;
   for (std::string_view hint : hintWords) {
     if (!isWord(hint, open + 1)) continue;
-    pos_ += open;
-    return skipBrackets();
+    const std::size_t first = pos_ += open;
+    skipBrackets();
+    return std::any_of(tokens_.begin() + static_cast<std::ptrdiff_t>(first),
+                       tokens_.begin() + static_cast<std::ptrdiff_t>(pos_), [](const Token& word) {
+                         const std::string upper = upperAscii(word.source);
+                         return std::find(std::begin(keepingHints), std::end(keepingHints), upper) !=
+                                std::end(keepingHints);
+                       });
   }
   if (open == 1) syntaxError(2);
+  return false;
 }
 
 }  // namespace engine

@@ -182,7 +182,7 @@ class SqlParser {
   std::unique_ptr<TableSource> tableSource();
   bool joinKind(JoinKind& kind);
   bool startsJoin() const;
-  void tableHints();
+  bool tableHints();
 
   // ---- parse_data.cpp ----
   StatementPtr selectNode();

@@ -4,8 +4,9 @@
 //   engine::Session session(server, "sa", password, "master");
 //   session.execute("SELECT 1", sink);
 //
-// Errors are engine::Error. Connection level numbers: 18456 login failed, 4060 cannot open database,
-// 17142 service is stopped or paused (the clients' 0x80004005), 5120 / 9004 / 823 damaged or locked file.
+// Errors are engine::Error. Connection level numbers: 18456 login failed, 4060 cannot open database, 4064 nor
+// the login's default one, 17142 service is stopped or paused (the clients' 0x80004005), 5120 / 9004 / 823
+// damaged or locked file.
 #pragma once
 
 #include <filesystem>
@@ -100,7 +101,7 @@ class Server {
 
 class Session {
  public:
-  // Throws 18456, 4060, 17142. `database` empty: master. The client is for sysprocesses.
+  // Throws 18456, 4060, 4064, 17142. `database` empty: the login's default. The client is for sysprocesses.
   Session(std::shared_ptr<Server> server, const std::string& login, const std::string& password,
           const std::string& database, const SessionClient& client = {});
   ~Session();
@@ -124,6 +125,8 @@ class Session {
   bool committed() const;        // how the last of them has ended
   // Settings and database as after the login. An open transaction is rolled back unless it is to be kept.
   void reset(bool keepTransaction);
+  // Gives back memory that only makes the next batch faster, for a session that is likely to stay idle.
+  void rest();
   int spid() const;     // @@SPID
   bool killed() const;  // by KILL; every batch from then on is refused (596). From any thread.
   // Interrupts a running execute() from another thread; it ends with Error 3617.

@@ -47,6 +47,7 @@ class SessionImpl {
     cancelled_ = true;
     sqlite3_interrupt(store_.handle());
   }
+  void rest() { store_.rest(); }
   const std::string& database() const { return context_.database; }
   PlanStatistics statistics() const { return executor_.statistics(); }
   Executor& executor() { return executor_; }
@@ -68,8 +69,9 @@ class SessionImpl {
     SessionImpl& self;
   };
   void open(const std::string& wanted) {
-    const std::string database = wanted.empty() ? "master" : wanted;
+    const std::string database = wanted.empty() ? defaultDatabaseOf(store_, context_.login) : wanted;
     const auto refuse = [&] {
+      if (wanted.empty()) return Error(4064, "Cannot open user default database. Login failed.", 11);
       return Error(4060,
                    "Cannot open database \"" + database + "\" requested by the login. The login failed.", 11);
     };
@@ -107,6 +109,9 @@ std::vector<ResultColumn> Session::describe(std::string_view batch,
 }
 int Session::openTransactions() const {
   return impl_->executor().openTransactions();
+}
+void Session::rest() {
+  impl_->rest();
 }
 int Session::spid() const {
   return impl_->entry().spid;

@@ -39,6 +39,9 @@ sqlite3* openHandle(FunctionContext* functions) {
     sqlite3_close(db);
     throw Error(701, "There is insufficient system memory to run this query.", 17);
   }
+  // A quarter of the usual: it is memory that every idle session would hold, and prepared plans are kept.
+  constexpr int lookasideSize = 256, lookasideCount = 48;
+  sqlite3_db_config(db, SQLITE_DBCONFIG_LOOKASIDE, nullptr, lookasideSize, lookasideCount);
   sqlite3_extended_result_codes(db, 1);
   sqlite3_wal_autocheckpoint(db, checkpointPages);
   sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
@@ -292,6 +295,11 @@ void Store::closeIfIdle() {
   } catch (const Error&) {
     // It closes them itself at its next statement.
   }
+}
+
+void Store::rest() {
+  const std::unique_lock lock(impl_->busy, std::try_to_lock);
+  if (lock.owns_lock()) sqlite3_db_release_memory(impl_->db);
 }
 
 void Store::closeMovedIfIdle() {

@@ -125,6 +125,8 @@ class Store {
   void setSession(const SessionEntry* session);
   // Called from other threads when the service stops: closes this handle's files if no statement runs.
   void closeIfIdle();
+  // Gives back what pages of files are kept for reading; not while a statement runs.
+  void rest();
   // The same for files that lie where they were opened no more; an open transaction keeps its own.
   void closeMovedIfIdle();
 

@@ -77,6 +77,27 @@ class ResultSet {
   std::int64_t rows_ = 0;
 };
 
+// A statement that changes rows or definitions.
+enum class Command : std::uint8_t {
+  Insert,
+  Update,
+  Delete,
+  SelectInto,
+  CreateTable,
+  AlterTable,
+  DropTable,
+  CreateIndex,
+  DropIndex,
+  CreateDatabase,
+  DropDatabase,
+  CreateView,
+  DropView,
+  CreateTrigger,
+  DropTrigger,
+  CreateProcedure,
+  DropProcedure,
+};
+
 // Receives the results of a batch in order.
 class ResultSink {
  public:
@@ -87,7 +108,11 @@ class ResultSink {
 
   // ---- for those who pass on what comes while the batch still runs ----
 
-  // The same with severity, state and line.
+  // The end of such a statement; `counted`: it has changed `rows`, not under NOCOUNT.
+  virtual void onCommand(Command /*command*/, std::int64_t rows, bool counted) {
+    if (counted) onRowCount(rows);
+  }
+  // The same as onMessage() with severity, state and line.
   virtual void onInfo(const Error& message) { onMessage(message.number(), message.what()); }
   // An error that ends no more than its statement. True: it has been told, and what follows is wanted, too;
   // otherwise it is thrown at the end of the batch.

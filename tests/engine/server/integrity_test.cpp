@@ -176,4 +176,29 @@ TEST_F(FullDiskTest, ATransactionIsWholeOrGone) {
   EXPECT_GT(whole, 0);
 }
 
+// A client that commits by hand ends what is gone by asking for it, and nothing of the rest is stored before.
+TEST_F(FullDiskTest, AnImplicitTransactionIsAskedForWhenItIsGone) {
+  EXPECT_EQ(run("CREATE TABLE T (A INT, B CHAR(200)) INSERT INTO T VALUES (0,'')"), "");
+  EXPECT_EQ(run("SET IMPLICIT_TRANSACTIONS ON"), "");
+  bool struck = true, gone = false;
+  for (int n = 0; struck && !gone; n += n > 12 ? 997 : 1) {
+    EXPECT_EQ(run("INSERT INTO T VALUES (1,'')"), "");
+    disk.arm({SQLITE_FULL, n, true});
+    run("DECLARE @i INT SET @i=0 WHILE @i<60 BEGIN INSERT INTO T SELECT 2,REPLICATE('x',200) FROM T WHERE "
+        "A=0 SET "
+        "@i=@i+1 END INSERT INTO T SELECT TOP 50000 3,x.B FROM T x,T y,T z");
+    struck = disk.disarm();
+    gone = run("INSERT INTO T VALUES (4,'')") == "!3998\n";
+    if (!gone) {
+      EXPECT_EQ(run("ROLLBACK"), "");
+    }
+  }
+  ASSERT_TRUE(gone);
+  follow({{"SELECT COUNT(*) FROM T", "1\n"},
+          {"INSERT INTO T VALUES (5,'')", "!3998\n"},
+          {"IF @@TRANCOUNT>0 COMMIT TRAN", ""},
+          {"INSERT INTO T VALUES (6,'') SELECT @@TRANCOUNT", "1\n"},
+          {"IF @@TRANCOUNT>0 ROLLBACK TRAN SELECT A FROM T", "0\n"}});
+}
+
 }  // namespace engine::test

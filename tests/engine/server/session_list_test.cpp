@@ -60,4 +60,26 @@ TEST_F(SessionTest, AKilledSessionIsRolledBackAtOnce) {
   EXPECT_EQ(run(plain, "KILL 51"), "!15247\n");
 }
 
+// A login without a database enters its own.
+TEST_F(SessionTest, LoginsHaveADefaultDatabase) {
+  run("EXEC sp_addlogin 'kasa','k','FIRMA' EXEC sp_grantdbaccess 'kasa' CREATE DATABASE IKI");
+  const auto enters = [&] {
+    try {
+      return Session(server, "kasa", "k", "").database();
+    } catch (const Error& error) {
+      return std::to_string(error.number()) + " " + error.what();
+    }
+  };
+  const std::string refused = "4064 Cannot open user default database. Login failed.";
+  EXPECT_EQ(enters(), "FIRMA");
+  Session own(server, "kasa", "k", "FIRMA");
+  follow({{"EXEC sp_defaultdb 'kasa','YOK'", "!15010\n"}, {"EXEC sp_defaultdb 'yok','FIRMA'", "!15007\n"}});
+  EXPECT_EQ(run(own, "EXEC sp_defaultdb 'sa','FIRMA'"), "!15247\n");
+  EXPECT_EQ(run(own, "EXEC sp_defaultdb 'kasa','iki'"), "");
+  EXPECT_EQ(enters(), refused);
+  run("EXEC sp_defaultdb 'kasa','FIRMA' DROP DATABASE IKI EXEC sp_grantdbaccess 'kasa'");
+  EXPECT_EQ(enters(), "FIRMA");
+  EXPECT_EQ(Session(server, "sa", "gizli", "").database(), "master");
+}
+
 }  // namespace engine::test

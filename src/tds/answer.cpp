@@ -19,6 +19,7 @@ void Answer::flushDone() {
   if (!waiting_) return;
   const Done done = *waiting_;
   waiting_.reset();
+  if (done.silent) return;
   putDone(writer_.tokens(), done.token, done.status | doneMore, done.command, done.rows, version_);
 }
 
@@ -64,14 +65,14 @@ void Answer::fail(const engine::Error& error) {
   failed_ = true;
   tellState();
   putMessage(tokens(), error, true, server_, version_);
-  statementEnd(doneError, commandNone, 0);
+  statementEnd(doneError, commandOther, 0);
 }
 
 void Answer::endProcedure() {
   tellState();
   flushDone();
   inProcedure_ = false;
-  waiting_ = {token::doneProcedure, static_cast<std::uint16_t>(failed_ ? doneError : 0), commandNone, 0};
+  waiting_ = {token::doneProcedure, static_cast<std::uint16_t>(failed_ ? doneError : 0), commandExecute, 0};
   failed_ = false;
 }
 
@@ -79,7 +80,7 @@ void Answer::end() {
   tellState();
   if (!waiting_) {
     const std::uint16_t status = session_.openTransactions() > 0 ? doneInTransaction : 0;
-    waiting_ = {token::done, status, commandNone, 0};
+    waiting_ = {token::done, status, commandOther, 0};
   }
   const Done done = *waiting_;
   waiting_.reset();
@@ -111,7 +112,18 @@ void Answer::onResultSet(engine::ResultSet&& set) {
 }
 
 void Answer::onRowCount(std::int64_t rows) {
-  statementEnd(doneCount, commandNone, rows);
+  statementEnd(doneCount, commandOther, rows);
+}
+
+// A change under NOCOUNT is told by the end of its batch alone; a loop of many would send nothing else.
+void Answer::onCommand(engine::Command command, std::int64_t rows, bool counted) {
+  using engine::Command;
+  const bool changesRows = command == Command::Insert || command == Command::Update ||
+                           command == Command::Delete || command == Command::SelectInto;
+  const bool silent = !counted && (changesRows || inProcedure_);
+  if (silent && inProcedure_) return;
+  statementEnd(counted ? doneCount : 0, commandNumber(command), counted ? rows : 0);
+  waiting_->silent = silent;
 }
 
 void Answer::onMessage(int number, const std::string& text) {

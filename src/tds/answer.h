@@ -42,6 +42,7 @@ class Answer : public engine::ResultSink {
 
   void onResultSet(engine::ResultSet&& set) override;
   void onRowCount(std::int64_t rows) override;
+  void onCommand(engine::Command command, std::int64_t rows, bool counted) override;
   void onMessage(int number, const std::string& text) override;
   void onInfo(const engine::Error& message) override;
   bool onError(const engine::Error& error) override;
@@ -54,6 +55,7 @@ class Answer : public engine::ResultSink {
     std::uint8_t token;
     std::uint16_t status, command;
     std::int64_t rows;
+    bool silent = false;  // told only when nothing follows it
   };
   void remember();
   void flushDone();

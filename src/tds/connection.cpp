@@ -1,7 +1,10 @@
 #include "tds/connection.h"
 
 #include <poll.h>
+#include <pthread.h>
+#include <sys/mman.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <algorithm>
 
@@ -14,10 +17,28 @@ namespace {
 
 // PRELOGIN and LOGIN7, which anybody may send.
 constexpr std::size_t largestGreeting = std::size_t{16} * 1024;
-constexpr int loginFailed = 18456, cannotOpenDatabase = 4060, cancelled = 3617;
+// From a request on; then what only makes the next one faster is given back.
+constexpr std::chrono::seconds beforeRest{1};
+constexpr int loginFailed = 18456, cannotOpenDatabase = 4060, cannotOpenDefault = 4064, cancelled = 3617;
 
 engine::Error loginError(const std::string& user) {
   return {loginFailed, "Login failed for user '" + user + "'.", 14};
+}
+
+// The part of this thread's stack below the present call: a login or a batch has been there, and nobody will
+// be again before the next one.
+void giveBackStack() {
+  pthread_attr_t attributes;
+  if (pthread_getattr_np(pthread_self(), &attributes) != 0) return;
+  void* low = nullptr;
+  std::size_t size = 0;
+  pthread_attr_getstack(&attributes, &low, &size);
+  pthread_attr_destroy(&attributes);
+  const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+  const auto begin = reinterpret_cast<std::uintptr_t>(low);
+  const auto here = reinterpret_cast<std::uintptr_t>(&attributes);
+  const std::uintptr_t end = here / page * page - page;  // what this call itself needs stays
+  if (end > begin) madvise(low, end - begin, MADV_DONTNEED);
 }
 
 // For the log: texts of the client may hold anything.
@@ -30,7 +51,7 @@ std::string printable(const std::string& text) {
 }  // namespace
 
 Connection::Connection(std::shared_ptr<engine::Server> server, const Options& options, const TlsContext& tls,
-                       int descriptor, std::string peer, bool local)
+                       int descriptor, std::string peer, bool local, bool turnedAway)
     : server_(std::move(server)),
       options_(options),
       socket_(descriptor),
@@ -40,7 +61,8 @@ Connection::Connection(std::shared_ptr<engine::Server> server, const Options& op
       writer_(socket_),
       peer_(std::move(peer)),
       serverName_(engine::Server::machineName()),
-      local_(local) {}
+      local_(local),
+      turnedAway_(turnedAway) {}
 
 Connection::~Connection() = default;
 
@@ -50,11 +72,12 @@ void Connection::log(const std::string& line) const {
 
 void Connection::serve() noexcept {
   try {
-    socket_.setPatience(static_cast<int>(options_.loginPatience.count()));
-    if (login(greet())) {
-      socket_.setPatience(0);
-      serveRequests();
+    const Message message = greet();
+    {
+      const std::lock_guard lock(mutex_);
+      greeting_ = false;
     }
+    if (login(message)) serveRequests();
   } catch (const LinkLost&) {
     // The usual end.
   } catch (const std::exception& error) {
@@ -66,7 +89,7 @@ void Connection::serve() noexcept {
   }
   {
     const std::lock_guard lock(mutex_);
-    running_ = serving_ = false;
+    greeting_ = running_ = serving_ = false;
   }
   socket_.shut();
   session_.reset();  // an open transaction is rolled back
@@ -92,13 +115,34 @@ Encryption Connection::agree(Encryption wanted) {
 
 // Up to the login itself, which is returned.
 Message Connection::greet() {
+  constexpr std::uint8_t tlsHandshake = 0x16;  // of a record of TLS; no message of the protocol begins so
+  if (socket_.peek() == tlsHandshake) return greetStrict();
   Message first = reader_.next(largestGreeting);
   // Old clients that want no TLS begin with their login.
   if (first.type == MessageType::Login && options_.plainOnThisMachine && local_) return first;
+  return greetFirst(first);
+}
+
+// TDS 8: everything lies inside of TLS, and what PRELOGIN says of it has no meaning.
+Message Connection::greetStrict() {
+  strict_ = true;
+  tls_.emplace(tlsContext_.strict(), socket_);
+  tls_->handshakeFirst();
+  use(*tls_);
+  const Message first = reader_.next(largestGreeting);
   if (first.type != MessageType::PreLogin) throw ProtocolError("the first message is no PRELOGIN");
-  const Encryption agreed = agree(readPreLogin(first.data).encryption);
+  writer_.tokens() += writePreLogin(readPreLogin(first.data).encryption);
+  writer_.end();
+  return reader_.next(largestGreeting);
+}
+
+Message Connection::greetFirst(const Message& first) {
+  if (first.type != MessageType::PreLogin) throw ProtocolError("the first message is no PRELOGIN");
+  const Encryption wanted = readPreLogin(first.data).encryption;
+  if (wanted == Encryption::Strict) throw ProtocolError("TDS 8 without TLS before it");
+  const Encryption agreed = agree(wanted);
   if (agreed == Encryption::NotSupported) return reader_.next(largestGreeting);
-  tls_.emplace(tlsContext_, socket_);
+  tls_.emplace(tlsContext_.get(), socket_);
   tls_->handshake(reader_, writer_);
   use(*tls_);
   Message login = reader_.next(largestGreeting);
@@ -109,30 +153,41 @@ Message Connection::greet() {
   return login;
 }
 
+void Connection::enter(const Login& login) {
+  if (turnedAway_)
+    throw engine::Error(17809,
+                        "Could not connect because the maximum number of '" +
+                            std::to_string(options_.mostConnections) +
+                            "' user connections has already been reached. The system administrator can use "
+                            "sp_configure to increase the maximum value. The connection has been closed.",
+                        20);
+  if (login.integrated)
+    throw engine::Error(18452,
+                        "Login failed for user '" + login.user +
+                            "'. Reason: Not associated with a trusted SQL Server connection.",
+                        14);
+  session_ =
+      std::make_unique<engine::Session>(server_, login.user, login.password, login.database,
+                                        engine::SessionClient{login.host, login.program, login.process});
+}
+
 bool Connection::login(const Message& message) {
   if (message.type != MessageType::Login) throw ProtocolError("no LOGIN7 behind the PRELOGIN");
-  const Login login = readLogin(message.data);
+  const Login login = readLogin(message.data, strict_);
   version_ = login.version;
   try {
-    if (login.integrated)
-      throw engine::Error(18452,
-                          "Login failed for user '" + login.user +
-                              "'. Reason: Not associated with a trusted SQL Server connection.",
-                          14);
-    session_ =
-        std::make_unique<engine::Session>(server_, login.user, login.password, login.database,
-                                          engine::SessionClient{login.host, login.program, login.process});
+    enter(login);
   } catch (const engine::Error& error) {
     log("oturum reddedildi: kullanıcı '" + printable(login.user) + "', " + std::to_string(error.number()));
     std::string& to = writer_.tokens();
     putMessage(to, error, true, serverName_, version_);
-    if (error.number() == cannotOpenDatabase)
+    if (error.number() == cannotOpenDatabase || error.number() == cannotOpenDefault)
       putMessage(to, loginError(login.user), true, serverName_, version_);
     putDone(to, token::done, doneError, commandNone, 0, version_);
     writer_.end();
     return false;
   }
-  procedures_.emplace(*session_);
+  procedures_.emplace(*session_, options_.largestKept);
   welcome(login);
   return true;
 }
@@ -148,7 +203,7 @@ void Connection::welcome(const Login& login) {
   putEnvironmentBytes(to, Environment::Collation, turkishCollation, {});
   putEnvironment(to, Environment::Language, "us_english", "");
   putMessage(to, language, false, serverName_, version_);
-  putLoginAck(to, version_);
+  putLoginAck(to, login.acknowledged);
   putEnvironment(to, Environment::PacketSize, std::to_string(size), std::to_string(firstPacket));
   putDone(to, token::done, 0, commandNone, 0, version_);
   writer_.end();
@@ -165,6 +220,7 @@ bool Connection::setRunning(bool running) {
 void Connection::look() {
   const std::lock_guard lock(mutex_);
   if (serving_ && session_->killed()) socket_.shut();
+  if (greeting_ && std::chrono::steady_clock::now() - begun_ > options_.loginPatience) socket_.shut();
   if (!running_) return;
   pollfd state{socket_.descriptor(), POLLIN | POLLRDHUP, 0};
   if (poll(&state, 1, 0) <= 0) return;
@@ -192,7 +248,12 @@ void Connection::serveRequests() {
     serving_ = true;
   }
   for (;;) {
-    const Message message = reader_.next(options_.largestRequest);
+    if ((!tls_ || tls_->isDrained()) && !socket_.waits(beforeRest)) {
+      session_->rest();
+      giveBackStack();
+      rested_ = true;
+    }
+    const Message message = reader_.nextOrTooLong(options_.largestRequest);
     if ((message.status & ignoreMessage) != 0) continue;
     if (!setRunning(true)) return;
     serveRequest(message);
@@ -204,6 +265,11 @@ void Connection::serveRequest(const Message& message) {
   if (message.type == MessageType::Attention) return acknowledgeAttention();
   Answer answer(writer_, *session_, version_, serverName_);
   try {
+    if (message.tooLong)
+      throw engine::Error(701,
+                          "There is insufficient system memory to run this query: a request may have " +
+                              std::to_string(options_.largestRequest) + " bytes.",
+                          17);
     if ((message.status & (resetConnection | resetKeepingTransaction)) != 0) {
       session_->reset((message.status & resetKeepingTransaction) != 0);
       procedures_->reset();
@@ -250,7 +316,7 @@ void Connection::runCalls(std::string_view data, Answer& answer) {
 }
 
 void Connection::acknowledgeAttention() {
-  putDone(writer_.tokens(), token::done, doneAttention, commandNone, 0, version_);
+  putDone(writer_.tokens(), token::done, doneAttention, commandOther, 0, version_);
   writer_.end();
 }
 

@@ -13,7 +13,6 @@ using engine::Datum;
 using engine::Type;
 using engine::TypeId;
 
-constexpr std::size_t mostCursors = 200, mostBytes = std::size_t{64} * 1024 * 1024;
 const Type integer{TypeId::Int};
 
 constexpr std::int64_t fetchFirst = 1, fetchNext = 2, fetchPrevious = 4, fetchLast = 8, fetchAbsolute = 16,
@@ -80,9 +79,7 @@ class Cursors::Reader : public engine::ResultSink {
       writer.row(row.bytes, rows, i);
       row.bytes.shrink_to_fit();
       for (const std::size_t key : cursor_.keys) row.key.push_back(rows.datum(i, static_cast<int>(key)));
-      size_ += row.bytes.size() + sizeof(Row);
-      if (size_ > mostBytes)
-        throw engine::Error(701, "There is insufficient system memory to run this query.", 17);
+      cursor_.memory.take(sizeof(Row) + row.bytes.size() + row.key.size() * sizeof(Datum));
     }
   }
   void onRowsEnd(std::int64_t, bool) override { done_ = true; }
@@ -96,7 +93,6 @@ class Cursors::Reader : public engine::ResultSink {
 
  private:
   Cursor& cursor_;
-  std::size_t size_ = 0;
   bool done_ = false;
 };
 
@@ -106,11 +102,11 @@ void Cursors::open(const Call& call, Answer& answer) {
   if (call.parameters.size() < 2)
     throw engine::Error(
         201, "Procedure or function 'sp_cursoropen' expects parameter '@stmt', which was not supplied.");
-  if (cursors_.size() >= mostCursors)
-    throw engine::Error(701, "There is insufficient system memory to run this query.", 17);
   constexpr std::size_t declarations = 5;
   Cursor made;
+  made.memory = Share(allowance_);
   made.text = call.text(1);
+  made.memory.take(sizeof(Cursor) + made.text.size());
   made.parameters = bindValues(parseDeclarations(call.text(declarations)), call.parameters,
                                std::min(call.parameters.size(), declarations + 1));
   Reader reader(made);
@@ -144,6 +140,7 @@ void Cursors::refresh(Cursor& cursor) {
   if (!cursor.stale) return;
   cursor.stale = false;
   Cursor now;
+  now.memory = Share(allowance_);
   Reader reader(now);
   std::vector<engine::Parameter> values = cursor.parameters;
   session_.execute(cursor.text, values, reader);
@@ -167,8 +164,11 @@ void Cursors::refresh(Cursor& cursor) {
     row.bytes = std::move(found->second->bytes);
     byKey.erase(found);
   }
-  for (Row& row : now.rows)
-    if (byKey.contains(name(row))) cursor.rows.push_back(std::move(row));
+  for (Row& row : now.rows) {
+    if (!byKey.contains(name(row))) continue;
+    cursor.memory.take(sizeof(Row) + row.bytes.size() + row.key.size() * sizeof(Datum));
+    cursor.rows.push_back(std::move(row));
+  }
 }
 
 void Cursors::move(Cursor& cursor, std::int64_t kind, std::int64_t row, std::int64_t count) const {

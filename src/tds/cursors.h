@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tds/allowance.h"
 #include "tds/answer.h"
 #include "tds/rpc.h"
 
@@ -15,7 +16,7 @@ namespace tds {
 
 class Cursors {
  public:
-  explicit Cursors(engine::Session& session) : session_(session) {}
+  Cursors(engine::Session& session, Allowance& allowance) : session_(session), allowance_(allowance) {}
 
   void open(const Call& call, Answer& answer);
   void fetch(const Call& call, Answer& answer);
@@ -38,6 +39,7 @@ class Cursors {
     std::vector<Row> rows;
     std::int64_t first = 0, last = 0;  // of the rows that were fetched last, from 1; 0 before the first
     bool stale = false;
+    Share memory;
   };
   class Reader;
   struct Change;
@@ -50,6 +52,7 @@ class Cursors {
   void insertRow(const Cursor& cursor, const Call& call, Answer& answer);
 
   engine::Session& session_;
+  Allowance& allowance_;
   std::map<std::int32_t, Cursor> cursors_;
   std::int32_t lastHandle_ = 180150000;  // as large as drivers expect them; told apart from statements
 };

@@ -48,11 +48,14 @@ std::string plainPassword(std::string_view scrambled) {
 
 }  // namespace
 
-Login readLogin(std::string_view data) {
+Login readLogin(std::string_view data, bool strict) {
   ByteReader reader(data);
   if (reader.u32() > data.size()) throw ProtocolError("a login that tells more than it holds");
   Login login;
-  login.version = agreed(reader.u32());
+  const std::uint32_t wanted = reader.u32();
+  const bool eight = strict && wanted == strictVersion;
+  login.version = eight ? Version::V74 : agreed(wanted);
+  login.acknowledged = eight ? strictVersion : static_cast<std::uint32_t>(login.version);
   login.packetSize = reader.u32();
   reader.u32();  // version of the client's program
   login.process = reader.u32();

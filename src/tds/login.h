@@ -16,8 +16,12 @@ enum class Version : std::uint32_t {
   V74 = 0x74000004,
 };
 
+// TDS 8 is 7.4 inside of TLS; a client tells it by this number and wants to hear it.
+inline constexpr std::uint32_t strictVersion = 0x08000000;
+
 struct Login {
   Version version = Version::V74;
+  std::uint32_t acknowledged = 0;  // what LOGINACK says
   std::uint32_t packetSize = 0;
   bool integrated = false;  // a ticket instead of a password
   bool readOnly = false;
@@ -25,7 +29,7 @@ struct Login {
   std::string host, user, password, program, server, library, language, database;
 };
 
-// Throws ProtocolError, also for versions before 7.1.
-Login readLogin(std::string_view data);
+// Throws ProtocolError, also for versions before 7.1 and for TDS 8 unless `strict`.
+Login readLogin(std::string_view data, bool strict = false);
 
 }  // namespace tds

@@ -15,6 +15,14 @@ void PacketReader::fill(char* to, std::size_t size) {
 }
 
 Message PacketReader::next(std::size_t largest) {
+  return read(largest, false);
+}
+
+Message PacketReader::nextOrTooLong(std::size_t largest) {
+  return read(largest, true);
+}
+
+Message PacketReader::read(std::size_t largest, bool toItsEnd) {
   Message message;
   for (bool first = true;; first = false) {
     unsigned char header[headerSize];
@@ -29,7 +37,15 @@ Message PacketReader::next(std::size_t largest) {
       throw ProtocolError("a packet of another type within a message");
     }
     const std::size_t size = length - headerSize, before = message.data.size();
-    if (before + size > largest) throw ProtocolError("a message that is too long");
+    if (message.tooLong || before + size > largest) {
+      if (!toItsEnd) throw ProtocolError("a message that is too long");
+      message.tooLong = true;
+      message.data = std::string(size, '\0');
+      fill(message.data.data(), size);
+      message.data = {};
+      if ((header[1] & lastPacket) != 0) return message;
+      continue;
+    }
     message.data.resize(before + size);
     fill(message.data.data() + before, size);
     if ((header[1] & lastPacket) == 0) continue;

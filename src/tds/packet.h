@@ -34,6 +34,7 @@ struct Message {
   MessageType type = MessageType::SqlBatch;
   std::uint8_t status = 0;  // of the first packet, with ignoreMessage from the last
   std::string data;
+  bool tooLong = false;  // the data is not kept
 };
 
 class PacketReader {
@@ -42,9 +43,12 @@ class PacketReader {
   void setTransport(Transport& transport) { transport_ = &transport; }
   // The next whole message of at most `largest` bytes. Throws ProtocolError, LinkLost.
   Message next(std::size_t largest);
+  // The same, but a message that is too long is read to its end and comes without its data.
+  Message nextOrTooLong(std::size_t largest);
 
  private:
   void fill(char* to, std::size_t size);
+  Message read(std::size_t largest, bool toItsEnd);
 
   Transport* transport_;
 };

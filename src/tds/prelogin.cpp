@@ -27,7 +27,7 @@ PreLogin readPreLogin(std::string_view data) {
     value.seek(offset);
     const std::string_view bytes = value.bytes(length);
     if (token != encryption) continue;
-    if (length != 1 || static_cast<unsigned char>(bytes[0]) > 3) throw ProtocolError("an unknown encryption");
+    if (length != 1 || static_cast<unsigned char>(bytes[0]) > 4) throw ProtocolError("an unknown encryption");
     found.encryption = static_cast<Encryption>(bytes[0]);
   }
   return found;

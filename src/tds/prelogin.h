@@ -10,7 +10,7 @@
 
 namespace tds {
 
-enum class Encryption : std::uint8_t { Off = 0, On = 1, NotSupported = 2, Required = 3 };
+enum class Encryption : std::uint8_t { Off = 0, On = 1, NotSupported = 2, Required = 3, Strict = 4 };
 
 struct PreLogin {
   Encryption encryption = Encryption::NotSupported;

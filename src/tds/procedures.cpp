@@ -8,7 +8,6 @@ namespace tds {
 
 namespace {
 
-constexpr std::size_t mostPrepared = 10000;
 const engine::Type handleType{engine::TypeId::Int};
 
 // Each part of a name in brackets; a number behind a semicolon, which clients add, is left out.
@@ -97,10 +96,10 @@ void Procedures::runNamed(const Call& call, Answer& answer) {
   putReturnStatus(answer.tokens(), answer.failed() ? 1 : 0);
 }
 
-void Procedures::runPrepared(const Prepared& prepared, const Call& call, std::size_t from, Answer& answer,
-                             std::optional<std::int32_t> handle) {
-  std::vector<engine::Parameter> values = bindValues(prepared.parameters, call.parameters, from);
-  session_.execute(prepared.text, values, answer);
+void Procedures::runPrepared(const std::string& text, const std::vector<Declared>& declared, const Call& call,
+                             std::size_t from, Answer& answer, std::optional<std::int32_t> handle) {
+  std::vector<engine::Parameter> values = bindValues(declared, call.parameters, from);
+  session_.execute(text, values, answer);
   std::string& to = answer.tokens();
   putReturnStatus(to, answer.failed() ? 1 : 0);
   if (handle) putReturnValue(to, 0, call.parameters[0].name, handleType, *handle, answer.version());
@@ -120,7 +119,7 @@ void Procedures::runPrepared(const Prepared& prepared, const Call& call, std::si
 
 // sp_executesql statement [, declarations, values ...]
 void Procedures::executeSql(const Call& call, Answer& answer) {
-  runPrepared({call.text(0), parseDeclarations(call.text(1))}, call,
+  runPrepared(call.text(0), parseDeclarations(call.text(1)), call,
               std::min<std::size_t>(call.parameters.size(), 2), answer, std::nullopt);
 }
 
@@ -129,11 +128,11 @@ std::int32_t Procedures::prepare(const Call& call) {
   if (call.parameters.size() < 3)
     throw engine::Error(
         201, "Procedure or function '" + call.name + "' expects parameter '@stmt', which was not supplied.");
-  if (prepared_.size() >= mostPrepared)
-    throw engine::Error(701, "There is insufficient system memory to run this query.", 17);
   // A client that prepares anew under its old handle gives that up.
   if (const auto old = call.number(0)) prepared_.erase(static_cast<std::int32_t>(*old));
-  prepared_[++lastHandle_] = {call.text(2), parseDeclarations(call.text(1))};
+  Prepared made{call.text(2), parseDeclarations(call.text(1)), Share(allowance_)};
+  made.memory.take(sizeof(Prepared) + made.text.size() + made.parameters.size() * sizeof(Declared));
+  prepared_[++lastHandle_] = std::move(made);
   return lastHandle_;
 }
 
@@ -160,8 +159,8 @@ void Procedures::prepareOnly(const Call& call, Answer& answer) {
 
 void Procedures::prepareAndExecute(const Call& call, Answer& answer) {
   const std::int32_t handle = prepare(call);
-  const Prepared made = prepared_[handle];
-  runPrepared(made, call, 3, answer, handle);
+  const Prepared& made = prepared_[handle];
+  runPrepared(made.text, made.parameters, call, 3, answer, handle);
 }
 
 const Procedures::Prepared& Procedures::preparedAt(const Call& call) const {
@@ -172,7 +171,8 @@ const Procedures::Prepared& Procedures::preparedAt(const Call& call) const {
 }
 
 void Procedures::execute(const Call& call, Answer& answer) {
-  runPrepared(preparedAt(call), call, 1, answer, std::nullopt);
+  const Prepared& made = preparedAt(call);
+  runPrepared(made.text, made.parameters, call, 1, answer, std::nullopt);
 }
 
 void Procedures::unprepare(const Call& call) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tds/allowance.h"
 #include "tds/answer.h"
 #include "tds/cursors.h"
 #include "tds/rpc.h"
@@ -14,7 +15,9 @@ namespace tds {
 // The calls of one connection.
 class Procedures {
  public:
-  explicit Procedures(engine::Session& session) : session_(session), cursors_(session) {}
+  // `most`: bytes that prepared statements and cursors may take together; 701 beyond.
+  Procedures(engine::Session& session, std::size_t most)
+      : session_(session), allowance_(most), cursors_(session, allowance_) {}
 
   // One call, to the end of its DONEPROC. Throws what ends the batch; the caller tells that.
   void run(const Call& call, Answer& answer);
@@ -28,6 +31,7 @@ class Procedures {
   struct Prepared {
     std::string text;
     std::vector<Declared> parameters;
+    Share memory;
   };
 
   void runNamed(const Call& call, Answer& answer);
@@ -37,11 +41,12 @@ class Procedures {
   void prepareAndExecute(const Call& call, Answer& answer);
   void execute(const Call& call, Answer& answer);
   void unprepare(const Call& call);
-  void runPrepared(const Prepared& prepared, const Call& call, std::size_t from, Answer& answer,
-                   std::optional<std::int32_t> handle);
+  void runPrepared(const std::string& text, const std::vector<Declared>& declared, const Call& call,
+                   std::size_t from, Answer& answer, std::optional<std::int32_t> handle);
   const Prepared& preparedAt(const Call& call) const;
 
   engine::Session& session_;
+  Allowance allowance_;
   Cursors cursors_;
   std::map<std::int32_t, Prepared> prepared_;
   std::int32_t lastHandle_ = 0;

@@ -53,6 +53,13 @@ void readName(ByteReader& from, Call& call) {
   call.procedure = procedureOf(call.name);
 }
 
+[[noreturn]] void failParameters() {
+  throw engine::Error(8003,
+                      "The incoming tabular data stream (TDS) remote procedure call (RPC) protocol stream is "
+                      "incorrect. Too many parameters were provided in this RPC request. The maximum is " +
+                          std::to_string(mostParameters) + ".");
+}
+
 bool isSeparator(std::uint8_t byte, Version version) {
   return version < Version::V72 ? byte == oldSeparator : byte == separator || byte == noExecution;
 }
@@ -110,15 +117,18 @@ std::string Call::text(std::size_t index) const {
 std::vector<Call> readCalls(std::string_view data, Version version) {
   constexpr std::uint16_t noMetadata = 2;
   constexpr std::uint8_t output = 1, byDefault = 2;
+  constexpr std::size_t mostCalls = 65536;
   std::vector<Call> calls;
   ByteReader from(data);
   while (!from.atEnd()) {
+    if (calls.size() == mostCalls) throw ProtocolError("too many calls in one message");
     Call& call = calls.emplace_back();
     readName(from, call);
     call.noMetadata = (from.u16() & noMetadata) != 0;
     while (!from.atEnd()) {
       const std::uint8_t length = from.u8();
       if (isSeparator(length, version)) break;
+      if (call.parameters.size() == mostParameters) failParameters();
       CallParameter& parameter = call.parameters.emplace_back();
       parameter.name = fromUtf16(from.bytes(std::size_t{2} * length));
       const std::uint8_t status = from.u8();
@@ -142,6 +152,7 @@ std::vector<Declared> parseDeclarations(std::string_view text) {
     if (c == ')') --depth;
     if (i < text.size() && (c != ',' || depth > 0)) continue;
     const std::string_view part = trimmed(text.substr(start, i - start));
+    if (found.size() == mostParameters) failParameters();
     if (!part.empty() || i < text.size()) found.push_back(parseDeclaration(part));
     start = i + 1;
   }

@@ -52,7 +52,11 @@ struct Call {
   std::string text(std::size_t index) const;
 };
 
-// `data` behind its headers. Throws ProtocolError, and Error for types that the server does not have.
+// Of one call, as a SQL Server has it.
+inline constexpr std::size_t mostParameters = 2100;
+
+// `data` behind its headers. Throws ProtocolError, and Error for types that the server does not have and for
+// too many parameters (8003).
 std::vector<Call> readCalls(std::string_view data, Version version);
 
 // "@P1 int, @P2 varchar(20) OUTPUT" as variables without values. Throws Error 2715, 102.

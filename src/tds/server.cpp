@@ -1,6 +1,7 @@
 #include "tds/server.h"
 
 #include <arpa/inet.h>
+#include <malloc.h>
 #include <netdb.h>
 #include <netinet/tcp.h>
 #include <poll.h>
@@ -12,6 +13,7 @@
 #include <condition_variable>
 #include <list>
 #include <mutex>
+#include <optional>
 #include <system_error>
 #include <thread>
 
@@ -22,7 +24,11 @@ namespace tds {
 namespace {
 
 constexpr std::chrono::milliseconds lookInterval{50};
+constexpr std::chrono::seconds trimInterval{5};
 constexpr int waitingClients = 512;  // that the system keeps until they are accepted
+// Clients beyond the limit who are told so at the same time; others are hung up on.
+constexpr std::size_t mostTurnedAway = 64;
+constexpr std::chrono::seconds threadPatience{10};  // of a thread without a client
 
 [[noreturn]] void fail(const std::string& what) {
   throw std::system_error(errno, std::generic_category(), what);
@@ -114,7 +120,7 @@ class Server::Impl {
 
   std::size_t connections() const {
     const std::lock_guard lock(mutex_);
-    return clients_.size();
+    return clients_.size() - turnedAway_;
   }
 
   void stop() {
@@ -127,7 +133,8 @@ class Server::Impl {
     listening_.join();
     std::unique_lock lock(mutex_);
     for (auto& client : clients_) client->stop(false);
-    const auto empty = [this] { return clients_.empty(); };
+    work_.notify_all();
+    const auto empty = [this] { return clients_.empty() && threads_ == 0; };
     if (!left_.wait_for(lock, options_.stopPatience, empty)) {
       for (auto& client : clients_) client->stop(true);
       left_.wait(lock, empty);
@@ -139,6 +146,8 @@ class Server::Impl {
   }
 
  private:
+  using Client = std::list<std::unique_ptr<Connection>>::iterator;
+
   void acceptClients() {
     for (;;) {
       pollfd waiting[2] = {{listener_, POLLIN, 0}, {wake_, POLLIN, 0}};
@@ -158,34 +167,73 @@ class Server::Impl {
 
   void admit(int descriptor, const std::string& peer, bool local) {
     const std::lock_guard lock(mutex_);
-    if (stopping_ || clients_.size() >= options_.mostConnections) {
-      if (options_.log && !stopping_) options_.log(peer + ": bağlantı sınırı dolu, kabul edilmedi");
+    const bool full = clients_.size() - turnedAway_ >= options_.mostConnections;
+    if (full && options_.log && !stopping_) options_.log(peer + ": bağlantı sınırı dolu, kabul edilmedi");
+    if (stopping_ || (full && turnedAway_ >= mostTurnedAway)) {
       close(descriptor);
       return;
     }
     tune(descriptor);
     const auto client = clients_.insert(
-        clients_.end(), std::make_unique<Connection>(server_, options_, tls_, descriptor, peer, local));
+        clients_.end(), std::make_unique<Connection>(server_, options_, tls_, descriptor, peer, local, full));
+    turnedAway_ += full ? 1 : 0;
+    if (waiting_.size() < freeThreads_) {
+      waiting_.push_back(client);
+      work_.notify_one();
+      return;
+    }
     try {
-      std::thread([this, client] {
-        (*client)->serve();
-        leave(client);
-      }).detach();
+      std::thread([this, client] { serveClients(client); }).detach();
+      ++threads_;
     } catch (const std::system_error&) {
-      clients_.erase(client);
+      remove(client);
     }
   }
 
-  void leave(std::list<std::unique_ptr<Connection>>::iterator client) {
-    const std::lock_guard lock(mutex_);
+  // A thread takes the next client when it is done with one, so that a login does not wait for a new thread.
+  void serveClients(Client client) {
+    for (std::optional<Client> next = client; next;) {
+      (**next)->serve();
+      std::unique_lock lock(mutex_);
+      remove(*next);
+      left_.notify_all();
+      ++freeThreads_;
+      work_.wait_for(lock, threadPatience, [this] { return stopping_ || !waiting_.empty(); });
+      --freeThreads_;
+      next.reset();
+      if (!waiting_.empty()) {
+        next = waiting_.front();
+        waiting_.pop_front();
+      } else {
+        --threads_;
+        left_.notify_all();
+      }
+    }
+  }
+
+  void remove(Client client) {
+    turnedAway_ -= (*client)->isTurnedAway() ? 1 : 0;
     clients_.erase(client);
-    left_.notify_all();
   }
 
   void watch() {
     std::unique_lock lock(mutex_);
-    while (!watchEnd_.wait_for(lock, lookInterval, [this] { return ended_; }))
-      for (auto& client : clients_) client->look();
+    bool rested = false;
+    auto trimmed = std::chrono::steady_clock::now();
+    while (!watchEnd_.wait_for(lock, lookInterval, [this] { return ended_; })) {
+      for (auto& client : clients_) {
+        client->look();
+        rested = client->takeRested() || rested;
+      }
+      const auto now = std::chrono::steady_clock::now();
+      if (!rested || now - trimmed < trimInterval) continue;
+      // What sessions have freed lies between what others still hold.
+      lock.unlock();
+      malloc_trim(0);
+      lock.lock();
+      rested = false;
+      trimmed = now;
+    }
   }
 
   std::shared_ptr<engine::Server> server_;
@@ -194,6 +242,10 @@ class Server::Impl {
   int listener_, wake_;
   mutable std::mutex mutex_;  // guards what follows
   std::list<std::unique_ptr<Connection>> clients_;
+  std::size_t turnedAway_ = 0;  // of the clients
+  std::list<Client> waiting_;   // for a thread that is free
+  std::size_t threads_ = 0, freeThreads_ = 0;
+  std::condition_variable work_;
   bool stopping_ = false, ended_ = false;
   std::condition_variable left_, watchEnd_;
   std::thread listening_, watching_;

@@ -20,12 +20,13 @@
 namespace tds {
 
 struct Options {
-  std::string address = "127.0.0.1";  // of IPv4 or IPv6, in figures
-  std::uint16_t port = 1433;          // 0: any free one
-  std::size_t mostConnections = 1000;
-  std::size_t largestRequest = std::size_t{64} * 1024 * 1024;  // bytes of one message
-  std::chrono::seconds loginPatience{15};                      // from the connection to the end of the login
-  std::chrono::seconds stopPatience{30};                       // for statements that run when stop() comes
+  std::string address = "127.0.0.1";                           // of IPv4 or IPv6, in figures
+  std::uint16_t port = 1433;                                   // 0: any free one
+  std::size_t mostConnections = 1000;                          // who comes beyond gets 17809
+  std::size_t largestRequest = std::size_t{64} * 1024 * 1024;  // bytes of one message; 701 beyond
+  std::size_t largestKept = std::size_t{64} * 1024 * 1024;  // of a client's prepared statements and cursors
+  std::chrono::seconds loginPatience{15};                   // from the connection to the whole LOGIN7
+  std::chrono::seconds stopPatience{30};                    // for statements that run when stop() comes
   // TLS: a chain and its key in PEM. Empty: a pair of the server's own, made in the data folder when missing.
   std::filesystem::path certificate, key;
   // Clients on this machine may do without TLS; those on others never.
@@ -44,7 +45,7 @@ class Server {
   Server& operator=(const Server&) = delete;
 
   std::uint16_t port() const;
-  std::size_t connections() const;
+  std::size_t connections() const;  // without those that are only told that there are too many
   // No new clients; idle ones are let go at once, the others when their statement has ended or patience has.
   void stop();
 

@@ -23,18 +23,22 @@ class TlsContext {
   static std::filesystem::path ownCertificate(const std::filesystem::path& folder);
 
   SSL_CTX* get() const { return context_.get(); }
+  // For clients that begin with TLS (TDS 8), 1.3 among it.
+  SSL_CTX* strict() const { return strict_.get(); }
 
  private:
-  std::shared_ptr<SSL_CTX> context_;
+  std::shared_ptr<SSL_CTX> context_, strict_;
 };
 
 class TlsTransport : public Transport {
  public:
-  TlsTransport(const TlsContext& context, Transport& below);
+  TlsTransport(SSL_CTX* context, Transport& below);
   ~TlsTransport() override;
 
   // Throws ProtocolError when it does not come about, LinkLost.
   void handshake(PacketReader& reader, PacketWriter& writer);
+  // The same without packets, for a client that begins with it and has to name TDS 8 there.
+  void handshakeFirst();
   std::size_t read(char* to, std::size_t most) override;
   void write(std::string_view bytes) override;
   // Nothing has come that was not read: the connection may go on without TLS.
@@ -42,6 +46,7 @@ class TlsTransport : public Transport {
 
  private:
   std::string takeOutput();
+  void feed();
 
   Transport& below_;
   std::unique_ptr<SSL, void (*)(SSL*)> ssl_;

@@ -53,10 +53,50 @@ void putEnvironmentBytes(std::string& to, Environment what, std::string_view now
   putSized(to, token::environment, inside);
 }
 
-void putLoginAck(std::string& to, Version version) {
+std::uint16_t commandNumber(engine::Command command) {
+  using engine::Command;
+  switch (command) {
+    case Command::Insert:
+      return 0xC3;
+    case Command::Update:
+      return 0xC5;
+    case Command::Delete:
+      return 0xC4;
+    case Command::SelectInto:
+      return 0xC2;
+    case Command::CreateTable:
+      return 0xC6;
+    case Command::AlterTable:
+      return 0xD8;
+    case Command::DropTable:
+      return 0xC7;
+    case Command::CreateIndex:
+      return 0xC8;
+    case Command::DropIndex:
+      return 0xC9;
+    case Command::CreateDatabase:
+      return 0xCB;
+    case Command::DropDatabase:
+      return 0xCC;
+    case Command::CreateView:
+      return 0xCF;
+    case Command::DropView:
+      return 0xD0;
+    case Command::CreateTrigger:
+      return 0xDD;
+    case Command::DropTrigger:
+      return 0xE1;
+    case Command::CreateProcedure:
+      return 0xDE;
+    case Command::DropProcedure:
+      return 0xDF;
+  }
+  return commandOther;
+}
+
+void putLoginAck(std::string& to, std::uint32_t version) {
   std::string inside(1, '\1');
-  for (int shift = 24; shift >= 0; shift -= 8)
-    inside += static_cast<char>(static_cast<std::uint32_t>(version) >> shift & 0xFF);
+  for (int shift = 24; shift >= 0; shift -= 8) inside += static_cast<char>(version >> shift & 0xFF);
   putText(inside, productName, 1);
   inside += {static_cast<char>(productMajor), static_cast<char>(productMinor),
              static_cast<char>(productBuild >> 8), static_cast<char>(productBuild & 0xFF)};

@@ -18,7 +18,10 @@ inline constexpr std::uint16_t productBuild = 2012;
 
 inline constexpr std::uint16_t doneMore = 0x01, doneError = 0x02, doneInTransaction = 0x04, doneCount = 0x10,
                                doneAttention = 0x20;
-inline constexpr std::uint16_t commandSelect = 0xC1, commandNone = 0;
+// What a DONE tells of its statement.
+inline constexpr std::uint16_t commandNone = 0, commandSelect = 0xC1, commandExecute = 0xE0,
+                               commandOther = 0xFD;
+std::uint16_t commandNumber(engine::Command command);
 
 enum class Environment : std::uint8_t {
   Database = 1,
@@ -39,7 +42,7 @@ void putDone(std::string& to, std::uint8_t token, std::uint16_t status, std::uin
 void putEnvironment(std::string& to, Environment what, std::string_view now, std::string_view before);
 // The same with bytes instead of texts.
 void putEnvironmentBytes(std::string& to, Environment what, std::string_view now, std::string_view before);
-void putLoginAck(std::string& to, Version version);
+void putLoginAck(std::string& to, std::uint32_t version);
 void putReturnStatus(std::string& to, std::int32_t status);
 void putReturnValue(std::string& to, std::uint16_t ordinal, const std::string& name, const engine::Type& type,
                     const engine::Datum& value, Version version);

@@ -1,7 +1,7 @@
 #include "tds/transport.h"
 
+#include <poll.h>
 #include <sys/socket.h>
-#include <sys/time.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -30,10 +30,19 @@ void SocketTransport::write(std::string_view bytes) {
   }
 }
 
-void SocketTransport::setPatience(int seconds) {
-  timeval patience{};
-  patience.tv_sec = seconds;
-  setsockopt(descriptor_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+bool SocketTransport::waits(std::chrono::milliseconds most) const {
+  pollfd state{descriptor_, POLLIN, 0};
+  return poll(&state, 1, static_cast<int>(most.count())) != 0;
+}
+
+std::uint8_t SocketTransport::peek() const {
+  for (;;) {
+    std::uint8_t byte = 0;
+    const ssize_t got = recv(descriptor_, &byte, 1, MSG_PEEK);
+    if (got == 1) return byte;
+    if (got < 0 && errno == EINTR) continue;
+    throw LinkLost("the client has closed the connection");
+  }
 }
 
 void SocketTransport::shut() {

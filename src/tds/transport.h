@@ -1,8 +1,9 @@
 // The bytes of one connection, plain or inside TLS.
 #pragma once
 
-#include <atomic>
+#include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <stdexcept>
 #include <string_view>
 
@@ -33,8 +34,10 @@ class SocketTransport : public Transport {
 
   std::size_t read(char* to, std::size_t most) override;
   void write(std::string_view bytes) override;
-  // How long a read waits for its first byte; 0: without limit.
-  void setPatience(int seconds);
+  // Waits for at most so long; true when something can be read (the end, too).
+  bool waits(std::chrono::milliseconds most) const;
+  // The next byte, which stays; waits for it. Throws LinkLost.
+  std::uint8_t peek() const;
   // Both directions end; whoever waits in read() or write() gets LinkLost.
   void shut();
   int descriptor() const { return descriptor_; }

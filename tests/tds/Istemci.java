@@ -7,13 +7,12 @@ import java.sql.SQLException;
 import java.sql.Statement;
 
 public class Istemci {
-  static void begin(Connection connection) throws SQLException {
-    end(connection, "BEGIN TRANSACTION");
-  }
-
-  static void end(Connection connection, String statement) throws SQLException {
-    try (Statement each = connection.createStatement()) {
-      each.execute(statement);
+  static int count(String url, String password) throws SQLException {
+    try (Connection other = DriverManager.getConnection(url, "sa", password);
+        Statement statement = other.createStatement();
+        ResultSet rows = statement.executeQuery("SELECT COUNT(*) FROM J")) {
+      rows.next();
+      return rows.getInt(1);
     }
   }
 
@@ -24,7 +23,7 @@ public class Istemci {
       try (Statement statement = connection.createStatement()) {
         statement.execute("CREATE TABLE J(ID INT IDENTITY PRIMARY KEY, Ad VARCHAR(20), Tutar DECIMAL(9,2))");
       }
-      begin(connection);
+      connection.setAutoCommit(false);
       try (PreparedStatement insert = connection.prepareStatement("INSERT INTO J(Ad,Tutar) VALUES(?,?)")) {
         for (int i = 1; i <= 3; i++) {
           insert.setString(1, "Şık " + i);
@@ -32,12 +31,14 @@ public class Istemci {
           insert.executeUpdate();
         }
       }
-      end(connection, "COMMIT");
-      begin(connection);
+      System.out.print(count(url, arguments[1]) + " ");
+      connection.commit();
+      System.out.println(count(url, arguments[1]));
       try (Statement statement = connection.createStatement()) {
         statement.executeUpdate("DELETE FROM J");
       }
-      end(connection, "ROLLBACK");
+      connection.rollback();
+      connection.setAutoCommit(true);
       try (Statement statement =
               connection.createStatement(ResultSet.TYPE_SCROLL_SENSITIVE, ResultSet.CONCUR_UPDATABLE);
           ResultSet rows = statement.executeQuery("SELECT ID, Ad, Tutar FROM J")) {

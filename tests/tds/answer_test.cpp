@@ -87,7 +87,7 @@ TEST_F(Served, SendsEveryType) {
     EXPECT_EQ(client.batch("SELECT * FROM T ORDER BY ID"),
               columns + first + (version == v74 ? "packed " : "") + nulls + "done select 2\n");
     EXPECT_EQ(client.batch("SELECT CONVERT(DATETIME,'18991231 23:59:59') AS a DROP TABLE T"),
-              "columns a:datetime8\nrow -1d25919700\ndone select 1\n");
+              "columns a:datetime8\nrow -1d25919700\ndone select 1 more\ndone\n");
   }
 }
 
@@ -108,7 +108,7 @@ TEST_F(Served, TellsStatementsErrorsAndMessagesInTheirOrder) {
       {"PRINT 'bir'\nRAISERROR('iki', 10, 4) RAISERROR('%s!', 16, 3, 'uc')",
        "info 0/0/1 line 1: bir\ninfo 50000/10/4 line 2: iki\nerror 50000/16/3 line 2: uc!\ndone error\n"},
       {"SET NOCOUNT ON SELECT A FROM T WHERE A=1 DELETE FROM T WHERE A=1 SET NOCOUNT OFF",
-       "columns A:int4\nrow 1\ndone select\n"},
+       "columns A:int4\nrow 1\ndone select more\ndone\n"},
       {"DELETE FROM T WHERE A=3", "error 50000/15/7 line 3 in TR: Silinemez 3\ndone more error\ndone 1\n"},
       {"SELECT 1 AS a SELECT * FROM YOK SELECT 2",
        "columns a:int4\nrow 1\ndone select 1 more\nerror 208/16/1 line 1: Invalid object name 'YOK'.\ndone "
@@ -234,6 +234,52 @@ TEST_F(Served, ResetsASession) {
   client.batch("BEGIN TRAN INSERT INTO T VALUES(2)");
   EXPECT_EQ(client.batch("SELECT MONTH('01/02/2024') AS m, @@TRANCOUNT AS t FROM T", resetKeeping),
             "environment 18: 0x <- 0x\ncolumns m:int4 t:int4\nrow 1 1\ndone select 1 transaction\n");
+}
+
+// The number of its command that a DONE tells.
+TEST_F(Served, NamesTheCommandInItsDone) {
+  Client client(server->port());
+  client.open(v74, "FIRMA");
+  const struct {
+    const char* batch;
+    int command;
+  } cases[] = {{"CREATE TABLE T(A INT)", 0xC6},
+               {"ALTER TABLE T ADD B INT", 0xD8},
+               {"CREATE INDEX I ON T(A)", 0xC8},
+               {"DROP INDEX T.I", 0xC9},
+               {"INSERT INTO T(A) VALUES(1)", 0xC3},
+               {"SET NOCOUNT ON INSERT INTO T(A) VALUES(1)", 0xC3},
+               {"SET NOCOUNT OFF UPDATE T SET B=1", 0xC5},
+               {"SELECT * FROM T", 0xC1},
+               {"SELECT * INTO U FROM T", 0xC2},
+               {"DELETE FROM T", 0xC4},
+               {"CREATE VIEW V AS SELECT A FROM T", 0xCF},
+               {"DROP VIEW V", 0xD0},
+               {"CREATE TRIGGER R ON T FOR INSERT AS PRINT 'x'", 0xDD},
+               {"DROP TRIGGER R", 0xE1},
+               {"CREATE PROCEDURE P AS SELECT 1", 0xDE},
+               {"DROP PROCEDURE P", 0xDF},
+               {"DROP TABLE T", 0xC7},
+               {"CREATE DATABASE IKI", 0xCB},
+               {"DROP DATABASE IKI", 0xCC},
+               {"SET DATEFORMAT dmy", 0xFD},
+               {"DROP TABLE YOK", 0xFD}};
+  const auto commandOf = [](const std::string& answer) {
+    constexpr std::size_t doneSize = 13, commandAt = 3;
+    const std::size_t at = answer.size() - doneSize + commandAt;
+    return static_cast<unsigned char>(answer.at(at)) | static_cast<unsigned char>(answer.at(at + 1)) << 8;
+  };
+  for (const auto& each : cases) {
+    client.send(1, headers() + utf16(each.batch));
+    EXPECT_EQ(commandOf(client.receive()), each.command) << each.batch;
+  }
+  client.send(3, headers() + namedCall("sp_databases", {}));
+  EXPECT_EQ(commandOf(client.receive()), 0xE0);
+  // Each by itself; changes under NOCOUNT only where nothing follows.
+  EXPECT_EQ(client.batch("CREATE TABLE T(A INT) INSERT INTO T VALUES(1) DROP TABLE T"),
+            "done more\ndone 1 more\ndone\n");
+  EXPECT_EQ(client.batch("SET NOCOUNT ON CREATE TABLE T(A INT) INSERT INTO T VALUES(1) SELECT A FROM T"),
+            "done more\ncolumns A:int4\nrow 1\ndone select\n");
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 // Clients that break off, go away, send rubbish or stop reading.
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -141,6 +142,17 @@ TEST_F(Breaking, ALoginThatNeverComesIsNotWaitedFor) {
   half.receive();
   EXPECT_TRUE(silent.closed());
   EXPECT_TRUE(half.closed());
+  // One that goes on talking, a byte at a time, gets no longer.
+  Client slow(server->port());
+  const std::string greeting = packet(0x12, preLogin(2));
+  const auto begun = steady_clock::now();
+  std::size_t sent = 0;
+  for (char byte = 0; sent < greeting.size(); ++sent) {
+    if (recv(slow.descriptor(), &byte, 1, MSG_DONTWAIT) == 0) break;
+    slow.sendRaw(greeting.substr(sent, 1));
+    std::this_thread::sleep_for(milliseconds(100));
+  }
+  EXPECT_LT(sent, greeting.size()) << (steady_clock::now() - begun) / milliseconds(1);
   EXPECT_TRUE(onlyConnection(patience));
 }
 
@@ -153,11 +165,72 @@ TEST_F(Breaking, ConnectionsHaveALimit) {
     EXPECT_NE(clients.back()->open().find("login"), std::string::npos);
   }
   Client fourth(server->port());
+  EXPECT_EQ(
+      fourth.open(),
+      "error 17809/20/1 line 0: Could not connect because the maximum number of '3' user connections has "
+      "already been reached. The system administrator can use sp_configure to increase the maximum value. "
+      "The connection has been closed.\ndone error\n");
   EXPECT_TRUE(fourth.closed());
+  EXPECT_EQ(server->connections(), 3u);
   clients.pop_back();
   for (int i = 0; i < 100 && server->connections() > 2; ++i) std::this_thread::sleep_for(milliseconds(10));
   Client again(server->port());
   EXPECT_NE(again.open().find("login"), std::string::npos);
+}
+
+// What a client leaves behind here and what it sends at once.
+TEST_F(Breaking, TheMemoryOfAClientIsLimited) {
+  options.largestKept = 100000;
+  options.largestRequest = 200000;
+  start();
+  Client client(server->port());
+  client.open(0x74000004, "FIRMA");
+  const std::string statement = "SELECT 1 AS a --" + std::string(2000, 'x');
+  const auto prepare = [&] {
+    return client.rpc(
+        call(11, {nullIntParameter("", true), textParameter("", ""), textParameter("", statement)}));
+  };
+  const auto prepared = [](int handle) {
+    return "status 0\nreturn  int4 " + std::to_string(handle) + "\ndoneproc\n";
+  };
+  const auto tooMuch = [](int line) {
+    return "error 701/17/1 line " + std::to_string(line) +
+           ": There is insufficient system memory to run this query.\ndoneinproc more error\ndoneproc "
+           "error\n";
+  };
+  int handles = 0;
+  while (handles < 100 && prepare() == prepared(handles + 1)) ++handles;
+  EXPECT_GT(handles, 30);
+  EXPECT_LT(handles, 50);
+  EXPECT_EQ(prepare(), tooMuch(0));
+  EXPECT_EQ(client.rpc(call(15, {intParameter("", 1)})), "status 0\ndoneproc\n");
+  EXPECT_EQ(prepare(), prepared(handles + 1));
+  // A reset gives all of it back.
+  EXPECT_EQ(client.batch("SELECT 1 AS a", 8),
+            "environment 18: 0x <- 0x\ncolumns a:int4\nrow 1\ndone select 1\n");
+  EXPECT_EQ(prepare(), prepared(handles + 2));
+
+  client.batch(
+      "CREATE TABLE T(A CHAR(1000)) INSERT INTO T VALUES('x') DECLARE @i INT SET @i=0 SET NOCOUNT ON WHILE "
+      "@i<8 "
+      "BEGIN INSERT INTO T SELECT * FROM T SET @i=@i+1 END SET NOCOUNT OFF");
+  const auto open = [&](const std::string& query) {
+    return client.rpc(call(2, {nullIntParameter("", true), textParameter("", query)}));
+  };
+  EXPECT_EQ(open("SELECT A FROM T"), tooMuch(1));
+  EXPECT_EQ(open("SELECT TOP 1 A FROM T").find("error"), std::string::npos);
+
+  EXPECT_EQ(client.batch("SELECT 1 --" + std::string(120000, 'x')),
+            "error 701/17/1 line 0: There is insufficient system memory to run this query: a request may "
+            "have 200000 "
+            "bytes.\ndone error\n");
+  std::vector<std::string> parameters(2101, intParameter("", 1));
+  EXPECT_EQ(
+      client.rpc(namedCall("sp_x", parameters)),
+      "error 8003/16/1 line 0: The incoming tabular data stream (TDS) remote procedure call (RPC) protocol "
+      "stream is incorrect. Too many parameters were provided in this RPC request. The maximum is 2100.\n"
+      "done error\n");
+  EXPECT_EQ(client.batch("SELECT 1 AS a"), "columns a:int4\nrow 1\ndone select 1\n");
 }
 
 TEST_F(Breaking, AStopLetsStatementsFinishAndIdleClientsGo) {

@@ -50,13 +50,19 @@ iki None
 ['ID']
 42S02"
 java -cp /usr/share/java/jtds.jar "$here/Istemci.java" "$port" "$password" 2>"$work/java" |
-  expect jdbc "3 Şık 3 3.75
+  expect jdbc "0 3
+3 Şık 3 3.75
 değişti 1.25
 Şık 3 3.75
 ID int identity
 Ad varchar
 Tutar decimal
 208 Invalid object name 'YOK'." || { cat "$work/java" >&2; exit 1; }
+
+/usr/bin/python3 "$here/kati.py" "$port" "$password" | expect "TDS 8" "TLSv1.3 tds/8.0 4 True True
+TLSv1.2 tds/8.0 4 True True
+refused
+refused"
 
 kill "$server"
 wait "$server"

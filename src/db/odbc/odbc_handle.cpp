@@ -34,6 +34,7 @@ WideText::WideText(std::string_view utf8) {
 }
 
 std::string fromWide(const SQLWCHAR* text, std::size_t size) {
+  if (std::all_of(text, text + size, [](SQLWCHAR unit) { return unit < 0x80; })) return {text, text + size};
   std::string out;
   icu::UnicodeString(reinterpret_cast<const char16_t*>(text), static_cast<int>(size)).toUTF8String(out);
   return out;

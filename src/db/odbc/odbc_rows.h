@@ -22,14 +22,27 @@ class OdbcRows : public Rows {
   const std::vector<FieldInfo>& fields() const override { return fields_; }
   std::int64_t count() const override { return rows_; }
   Value value(std::int64_t row, int column) const override {
-    return cells_.at(static_cast<std::size_t>(row) * fields_.size() + static_cast<std::size_t>(column));
+    const std::size_t at = static_cast<std::size_t>(row) * fields_.size() + static_cast<std::size_t>(column);
+    return cells_.at(at / chunkSize).at(at % chunkSize);
   }
 
  private:
+  // The place that the driver puts a column's value to while it fetches a row.
+  struct Place {
+    SQLSMALLINT type = 0;
+    std::vector<char> room;
+    SQLLEN length = 0;
+  };
   bool fetchRow(SQLHSTMT statement);
+  void bind(SQLHSTMT statement);
+  bool takePlace(const Place& place, const FieldInfo& field, Value& out) const;
 
   std::vector<FieldInfo> fields_;
-  std::vector<Value> cells_;
+  std::vector<Place> places_;  // of the first columns; none before many rows have come
+  Value& newCell();
+
+  static constexpr std::size_t chunkSize = 8192;
+  std::vector<std::vector<Value>> cells_;  // row after row, cut into chunks that need not move
   std::int64_t rows_ = 0;
 };
 

@@ -14,7 +14,8 @@ namespace {
 // The embedded servers of one program folder, each with a listener of its own from the first connection on.
 class Sunucular {
  public:
-  explicit Sunucular(const std::filesystem::path& dizin) : servers_(std::make_shared<db::EmbeddedServers>(dizin)) {}
+  explicit Sunucular(const std::filesystem::path& dizin)
+      : servers_(std::make_shared<db::EmbeddedServers>(dizin)) {}
 
   std::uint16_t kapi(const std::string& server) {
     const auto folder = servers_->folderOf(server);

@@ -5,9 +5,9 @@
 #include <fstream>
 #include <iterator>
 
-#include "db/drivers.h"
 #include "fault_vfs.h"
 #include "support/komut_satiri.h"
+#include "support/surucu.h"
 
 namespace scenarios {
 namespace {
@@ -19,7 +19,7 @@ struct IlkDisk {
 
 class DevirDiskTest : public IlkDisk, public testing::Test {
  protected:
-  support::KomutSatiri cli{db::makeConnectionFactory};
+  support::KomutSatiri cli{support::surucuYap};
 
   void yap(const std::vector<std::string>& argumanlar, const std::string& girdi = "") {
     ASSERT_EQ(cli.calistir(argumanlar, girdi), 0) << cli.err;

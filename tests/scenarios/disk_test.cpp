@@ -1,6 +1,7 @@
 // A disk that is full or fails at the n-th write, for every n until the statement gets through.
 #include "fault_vfs.h"
 #include "folder_fixture.h"
+#include "istemci.h"
 
 namespace scenarios {
 namespace {
@@ -16,7 +17,7 @@ struct DiskFirst {
   FaultyDisk disk;
 };
 
-class BadDisk : public DiskFirst, public DataFolder {
+class BadDisk : public DiskFirst, public FolderOf<Istemci> {
  protected:
   std::string content() {
     return run(

@@ -12,7 +12,6 @@
 
 #include "catalog/sunucu_hazirla.h"
 #include "company/sema.h"
-#include "db/drivers.h"
 #include "engine/server.h"
 #include "fault_vfs.h"
 #include "other_process.h"
@@ -21,6 +20,7 @@
 #include "support/fakes.h"
 #include "support/firma_karti.h"
 #include "support/izleyen_surucu.h"
+#include "support/surucu.h"
 
 namespace scenarios {
 namespace {
@@ -36,7 +36,7 @@ const std::string plansiz = "Standart hesap planı yüklenemedi.";
 // One program on the server's folder.
 class Program {
  public:
-  explicit Program(const fs::path& folder) : surucu(db::makeConnectionFactory(folder)) {
+  explicit Program(const fs::path& folder) : surucu(support::surucuYap(folder)) {
     s.oturum.surucu = &surucu;
     s.oturum.Server_Adi = "(yerel)";
     s.oturum.Tanim_DB_Versiyon = "2012.002";

@@ -19,11 +19,13 @@
 
 namespace scenarios {
 
-class DataFolder : public testing::Test {
+// `Client`: what runs the batches, made and used like a session.
+template <class Client>
+class FolderOf : public testing::Test {
  protected:
   static constexpr const char* password = "Parola1";
 
-  DataFolder() {
+  FolderOf() {
     std::string name = (std::filesystem::temp_directory_path() / "zembera-scene-XXXXXX").string();
     base_ = ::mkdtemp(name.data());
     folder = base_ / "veri";
@@ -32,7 +34,7 @@ class DataFolder : public testing::Test {
     must("CREATE DATABASE FIRMA");
     must("USE FIRMA");
   }
-  ~DataFolder() override {
+  ~FolderOf() override {
     close();
     std::error_code ignored;
     std::filesystem::remove_all(base_, ignored);
@@ -43,7 +45,7 @@ class DataFolder : public testing::Test {
     if (server->serviceState() == engine::ServiceState::Stopped) {
       EXPECT_TRUE(server->start().empty());
     }
-    session = std::make_unique<engine::Session>(server, "sa", password, database);
+    session = std::make_unique<Client>(server, "sa", password, database);
   }
   void close() {
     session.reset();
@@ -103,11 +105,13 @@ class DataFolder : public testing::Test {
 
   std::filesystem::path folder;
   std::shared_ptr<engine::Server> server;
-  std::unique_ptr<engine::Session> session;
+  std::unique_ptr<Client> session;
   std::string message;
 
  private:
   std::filesystem::path base_;
 };
+
+using DataFolder = FolderOf<engine::Session>;
 
 }  // namespace scenarios

@@ -1,11 +1,12 @@
 // Two processes on one data folder.
 #include "folder_fixture.h"
+#include "istemci.h"
 #include "other_process.h"
 
 namespace scenarios {
 namespace {
 
-class TwoProcesses : public DataFolder {
+class TwoProcesses : public FolderOf<Istemci> {
  protected:
   void SetUp() override {
     must("CREATE TABLE T (ID INT IDENTITY PRIMARY KEY, A INT)");

@@ -3,9 +3,9 @@
 
 #include <map>
 
-#include "db/drivers.h"
 #include "platform/files.h"
 #include "support/komut_satiri.h"
+#include "support/surucu.h"
 
 namespace {
 
@@ -36,7 +36,7 @@ class Klasor : public testing::Test {
     return text;
   }
 
-  support::KomutSatiri cli{db::makeConnectionFactory};
+  support::KomutSatiri cli{support::surucuYap};
 };
 
 TEST_F(Klasor, OpenOnesAreToldUntilTheyAreClosed) {

@@ -8,20 +8,20 @@
 #include <thread>
 
 #include "folder_fixture.h"
+#include "istemci.h"
 #include "other_process.h"
 
 namespace scenarios {
 namespace {
 
 using engine::Server;
-using engine::Session;
 
-class Killed : public DataFolder {
+class Killed : public FolderOf<Istemci> {
  protected:
   static constexpr int rounds = 6;
 
   // Work of the child: acknowledge() after each step until it is killed.
-  using Work = std::function<void(Server&, Session&, const std::function<void()>& acknowledge)>;
+  using Work = std::function<void(Server&, Istemci&, const std::function<void()>& acknowledge)>;
 
   // Runs the work in a child, kills it after some acknowledgements and a moment more, opens the folder
   // again, and returns how many steps were acknowledged.
@@ -33,7 +33,7 @@ class Killed : public DataFolder {
       ::close(acknowledged[0]);
       auto own = Server::open(folder);
       if (own->serviceState() == engine::ServiceState::Stopped) own->start();
-      Session session(own, "sa", password, "FIRMA");
+      Istemci session(own, "sa", password, "FIRMA");
       work(*own, session, [&] {
         if (::write(acknowledged[1], "x", 1) != 1) ::_exit(3);
       });
@@ -55,7 +55,7 @@ class Killed : public DataFolder {
     return steps;
   }
 
-  static void execute(Session& session, const std::string& batch) {
+  static void execute(Istemci& session, const std::string& batch) {
     engine::test::PrintingSink sink;
     session.execute(batch, sink);
   }
@@ -83,7 +83,7 @@ TEST_F(Killed, WhileItMakesACompany) {
     SCOPED_TRACE(round);
     const auto before = number("SELECT COUNT(*) FROM sysobjects WHERE xtype IN ('U','V','TR')");
     const int steps = killDuring(
-        [&](Server&, Session& own, const auto& acknowledge) {
+        [&](Server&, Istemci& own, const auto& acknowledge) {
           for (int i = 0;; ++i)
             for (const std::string& statement : statements(round, i)) {
               execute(own, statement);
@@ -125,7 +125,7 @@ TEST_F(Killed, WhileItInsertsUnderTriggers) {
   for (int round = 0; round < rounds; ++round) {
     SCOPED_TRACE(round);
     const int steps = killDuring(
-        [](Server&, Session& own, const auto& acknowledge) {
+        [](Server&, Istemci& own, const auto& acknowledge) {
           for (;;) {
             execute(own, "INSERT INTO KAYNAK (TUR,TUTAR) SELECT 1,x.A+y.A FROM ON_SATIR x,ON_SATIR y");
             acknowledge();
@@ -149,7 +149,7 @@ TEST_F(Killed, WhileItsTransactionsRun) {
   std::int64_t rows = 0;
   for (int round = 0; round < rounds; ++round) {
     const int steps = killDuring(
-        [](Server&, Session& own, const auto& acknowledge) {
+        [](Server&, Istemci& own, const auto& acknowledge) {
           for (int i = 0;; ++i) {
             execute(own, "BEGIN TRAN INSERT INTO SOL VALUES (" + text(i) + ")");
             execute(own, "INSERT INTO SAG SELECT " + text(i));
@@ -192,7 +192,7 @@ TEST_F(Killed, WhileItAltersATableWithRows) {
   for (int round = 0; round < rounds; ++round) {
     SCOPED_TRACE(round);
     const int done = killDuring(
-        [](Server&, Session& own, const auto& acknowledge) {
+        [](Server&, Istemci& own, const auto& acknowledge) {
           for (;;)
             for (const char* step : steps) {
               execute(own, step);
@@ -219,7 +219,7 @@ TEST_F(Killed, WhileItMakesAndDropsDatabases) {
   for (int round = 0; round < rounds; ++round) {
     SCOPED_TRACE(round);
     const int steps = killDuring(
-        [](Server&, Session& own, const auto& acknowledge) {
+        [](Server&, Istemci& own, const auto& acknowledge) {
           for (int i = 0;; ++i) {
             const std::string name = "D" + text(i % 3);
             execute(own, "CREATE DATABASE " + name);
@@ -259,7 +259,7 @@ TEST_F(Killed, WhileTheServiceStopsAndStarts) {
   std::int64_t rows = 0;
   for (int round = 0; round < rounds; ++round) {
     const int steps = killDuring(
-        [](Server& server, Session& own, const auto& acknowledge) {
+        [](Server& server, Istemci& own, const auto& acknowledge) {
           for (;;) {
             execute(own, "INSERT INTO T VALUES (1)");
             acknowledge();

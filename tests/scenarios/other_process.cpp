@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include "engine/session_fixture.h"
+#include "istemci.h"
 
 namespace scenarios {
 
@@ -40,7 +41,7 @@ bool get(int fd, std::string& text) {
   return readWhole(fd, text.data(), size);
 }
 
-std::string runOne(engine::Server& server, engine::Session& session, const std::string& batch) {
+std::string runOne(engine::Server& server, Istemci& session, const std::string& batch) {
   engine::test::PrintingSink sink;
   try {
     if (batch == "stop")
@@ -90,7 +91,7 @@ OtherProcess::OtherProcess(const std::filesystem::path& folder, const std::strin
     ::close(to[1]);
     ::close(from[0]);
     auto server = engine::Server::open(folder);
-    engine::Session session(server, "sa", password, database);
+    Istemci session(server, "sa", password, database);
     put(from[1], "ready");
     for (std::string batch; get(to[0], batch);) put(from[1], runOne(*server, session, batch));
   });

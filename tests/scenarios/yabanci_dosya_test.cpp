@@ -3,11 +3,12 @@
 #include <set>
 
 #include "folder_fixture.h"
+#include "istemci.h"
 
 namespace scenarios {
 namespace {
 
-class ForeignFiles : public DataFolder {
+class ForeignFiles : public FolderOf<Istemci> {
  protected:
   void SetUp() override {
     must("CREATE TABLE T (A INT, B CHAR(100))");
@@ -74,7 +75,7 @@ TEST_F(ForeignFiles, AreNamedAndLeftAlone) {
     const auto damaged = server->start();
     ASSERT_EQ(damaged.size(), 1U);
     EXPECT_EQ(damaged[0].name, "FIRMA");
-    session = std::make_unique<engine::Session>(server, "sa", password, "KOMSU");
+    session = std::make_unique<Istemci>(server, "sa", password, "KOMSU");
     for (const char* statement : statements) {
       const std::string printed = run(statement);
       ASSERT_TRUE(printed.starts_with("!")) << statement;
@@ -136,7 +137,7 @@ TEST_F(ForeignFiles, ADamagedMasterIsRefusedAndLeftAlone) {
         {
           server = engine::Server::open(folder);
           server->start();
-          session = std::make_unique<engine::Session>(server, "sa", password, "master");
+          session = std::make_unique<Istemci>(server, "sa", password, "master");
         },
         engine::Error);
     close();

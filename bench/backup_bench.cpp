@@ -8,7 +8,6 @@
 //   live        four processes that commit one row at a time, with a live backup under way and without
 #include <fcntl.h>
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,6 +18,7 @@
 #include <functional>
 
 #include "bench/bare.h"
+#include "bench/status.h"
 #include "maintenance/ortam.h"
 #include "maintenance/yedek.h"
 #include "maintenance/yedek_denetim.h"
@@ -33,7 +33,7 @@ constexpr int rounds = 3, writers = 4;
 
 struct Figures {
   double time = 0, down = 0;
-  long peak = 0;  // MB of the process
+  long peak = 0;  // MB of the process since loggedIn()
   bool good = false;
 };
 
@@ -51,6 +51,16 @@ T* shared() {
   return new (at) T{};
 }
 
+// The hash of a password takes 64 MB for a moment, in every program that logs in: what comes after it counts
+// anew.
+void loggedIn(Ortam& o) {
+  o.calistir("BUYUK", "SELECT 1");
+  if (std::FILE* peak = std::fopen("/proc/self/clear_refs", "w")) {
+    std::fputs("5", peak);
+    std::fclose(peak);
+  }
+}
+
 // Runs `work` in a child; what it puts into its figures comes back with its peak of memory.
 Figures apart(const std::function<void(Figures&)>& work) {
   auto* figures = shared<Figures>();
@@ -58,6 +68,7 @@ Figures apart(const std::function<void(Figures&)>& work) {
   if (child == 0) {
     try {
       work(*figures);
+      figures->peak = bench::statusKilobytes("VmHWM") / 1024;
       ::_exit(0);
     } catch (const std::exception& error) {
       std::fprintf(stderr, "%s\n", error.what());
@@ -65,12 +76,10 @@ Figures apart(const std::function<void(Figures&)>& work) {
     }
   }
   int status = 0;
-  rusage usage{};
-  ::wait4(child, &status, 0, &usage);
+  ::waitpid(child, &status, 0);
   Figures out = *figures;
   ::munmap(figures, sizeof(Figures));
   if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) std::exit(1);
-  out.peak = usage.ru_maxrss / 1024;
   return out;
 }
 
@@ -97,6 +106,7 @@ class Bench {
       const Figures ours = apart([&](Figures& out) {
         Ortam o(folder_.path);
         maintenance::YedekSonucu result;
+        loggedIn(o);
         out.time = seconds([&] { result = maintenance::Yedekle(o.s.oturum, "BUYUK", target()); });
         out.down = result.kesinti;
         out.good = result.tamam;
@@ -125,6 +135,7 @@ class Bench {
       const Figures ours = apart([&](Figures& out) {
         Ortam o(folder_.path);
         maintenance::YedekDenetimi result;
+        loggedIn(o);
         out.time = seconds([&] { result = maintenance::Yedek_Denetle(o.s.oturum, copy); });
         out.good = result.calisti && result.tablo == 2;
       });
@@ -144,6 +155,7 @@ class Bench {
     const auto busy = writing([&] {
       copied = apart([&](Figures& out) {
         Ortam o(folder_.path);
+        loggedIn(o);
         out.time =
             seconds([&] { out.good = maintenance::Canli_Yedekle(o.s.oturum, "BUYUK", target()).tamam; });
       });

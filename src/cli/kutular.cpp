@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "session/metin.h"
+#include "session/sure.h"
 
 namespace cli {
 
@@ -42,6 +43,8 @@ KomutIlerlemesi::~KomutIlerlemesi() {
 void KomutIlerlemesi::bitir() {
   if (drawn_) ortam_.err << "\r\033[K" << std::flush;
   drawn_ = false;
+  value_ = -1;
+  interrupt_.reset();
 }
 
 void KomutIlerlemesi::text(const std::string& text) {
@@ -59,14 +62,41 @@ void KomutIlerlemesi::step(std::int64_t value, std::int64_t maximum) {
 
 // By bytes, where they are known.
 void KomutIlerlemesi::whole(std::int64_t value, std::int64_t maximum) {
-  if (maximum <= 0 || value * 100 / maximum == percent_) return;
+  if (maximum <= 0) return;
+  if (value_ < 0 || value < value_ || maximum != maximum_) {
+    first_ = value;
+    begun_ = Clock::now();
+  }
+  value_ = value;
+  maximum_ = maximum;
+  if (value * 100 / maximum == percent_) return;
   percent_ = value * 100 / maximum;
   draw();
 }
 
+// The time that is left goes on while the percentage stands.
+void KomutIlerlemesi::pump() {
+  constexpr std::chrono::milliseconds often{500};
+  if (drawn_ && Clock::now() - written_ >= often) draw();
+}
+
+bool KomutIlerlemesi::cancelled() {
+  if (!interrupt_) interrupt_.emplace();
+  return platform::Interrupt::wished();
+}
+
+std::string KomutIlerlemesi::left() const {
+  if (value_ < 0 || maximum_ <= first_) return {};
+  const auto passed = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begun_).count();
+  const std::string time = session::kalanYazisi(
+      passed, static_cast<double>(value_ - first_) / static_cast<double>(maximum_ - first_));
+  return time.empty() ? time : ", kalan yaklaşık " + time;
+}
+
 void KomutIlerlemesi::draw() {
   if (!ortam_.hataTerminal || ortam_.sessiz) return;
-  ortam_.err << "\r\033[K%" << percent_ << " " << text_ << std::flush;
+  ortam_.err << "\r\033[K%" << percent_ << " " << text_ << left() << std::flush;
+  written_ = Clock::now();
   drawn_ = true;
 }
 

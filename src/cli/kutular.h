@@ -1,10 +1,13 @@
 // Boxes and progress on the command line: both on the error stream, so that results stay clean.
 #pragma once
 
+#include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "cli/ortam.h"
+#include "platform/interrupt.h"
 #include "session/ports.h"
 
 namespace cli {
@@ -34,18 +37,26 @@ class KomutIlerlemesi : public session::Progress {
   void text(const std::string& text) override;
   void step(std::int64_t value, std::int64_t maximum) override;
   void whole(std::int64_t value, std::int64_t maximum) override;
-  void pump() override {}
+  void pump() override;
+  // Ctrl-C, from the first time that the work asks until it has ended: it can end with nothing half done.
+  bool cancelled() override;
   // Takes the line away, so that something else can be written.
   void bitir();
 
   bool satirlarla = false;  // without a terminal: each text once, in a line of its own
 
  private:
+  using Clock = std::chrono::steady_clock;
   void draw();
+  std::string left() const;
 
   Ortam& ortam_;
   std::string text_;
   std::int64_t percent_ = 0;
+  // Of the run by bytes that is under way: how much was done when it began, and how much is now.
+  std::int64_t first_ = 0, value_ = -1, maximum_ = 0;
+  Clock::time_point begun_, written_;
+  std::optional<platform::Interrupt> interrupt_;
   bool drawn_ = false;
 };
 

@@ -27,6 +27,7 @@ int run(Ortam& ortam, const Degerler& values) {
   if (!komut.sunucuyuOku()) return reddedildi;
   const auto denetim = maintenance::Yedek_Denetle(komut.oturum, tamYol(values.metin("KLASOR")));
   komut.ilerleme.bitir();
+  if (denetim.vazgecildi) ortam.err << "Vazgeçildi; yedek denetlenmedi.\n";
   if (!denetim.calisti) return reddedildi;
   const bool tablolar = values.var("tablolar");
   std::vector<std::vector<std::string>> satirlar;

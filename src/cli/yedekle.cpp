@@ -63,6 +63,10 @@ maintenance::YedekSonucu al(KomutOturumu& komut, const Is& is, const std::string
       komut.ortam.err << satir.konu << ": " << satir.aciklama << "\n";
       if (sonuc.hata.empty()) sonuc.hata = "Denetimden geçmedi: " + satir.aciklama;
     }
+  if (!denetim.calisti) {
+    sonuc.hata = "Yedek alındı, denetlenmedi.";
+    komut.ortam.err << sonuc.hata << "\n";
+  }
   if (sonuc.hata.empty())
     komut.ortam.bilgi() << "Yedek denetlendi: " << denetim.tablo << " tablo, " << denetim.satir
                         << " satır.\n";

@@ -134,11 +134,29 @@ struct TableDigest {
   bool operator==(const TableDigest&) const = default;
 };
 
+// What one reading of a whole copy has found.
+struct CopyFindings {
+  bool told = false;                // false: this way says nothing of such a file
+  std::string doubt;                // empty: all is well; what is damaged tells DBCC
+  std::vector<TableDigest> tables;  // when all is well
+};
+
+// Pages, indexes and rows of a copy checked while the bytes of its data file pass by, once and in order.
+class CopyReading {
+ public:
+  virtual ~CopyReading() = default;
+  virtual void take(const char* bytes, std::size_t count) = 0;
+  virtual CopyFindings finish() = 0;
+};
+
 // A pair of database files that no server has open, for reading.
 class DatabaseCopy {
  public:
   virtual ~DatabaseCopy() = default;
   virtual Connection& connection() = 0;  // stands on the database
+  // The data file that is read: the pair's own, or one that has taken its log in.
+  virtual std::filesystem::path file() const = 0;
+  virtual std::unique_ptr<CopyReading> read() = 0;
   virtual std::vector<TableDigest> tables() = 0;
 };
 
@@ -153,8 +171,10 @@ class LocalServer {
   virtual bool running() const = 0;  // false also when it does not exist
   virtual void stop() = 0;           // no effect on a stopped one
   // Reads every page of a pair of files that no server has open, and holds both against each other.
+  // `step` gets pages done and in all; false breaks off with an error.
+  using Step = std::function<bool(std::int64_t, std::int64_t)>;
   virtual void check(const std::filesystem::path& data, const std::filesystem::path& log,
-                     const std::string& name) = 0;
+                     const std::string& name, const Step& step) = 0;
   virtual void start() = 0;
   // The pair as it lies there; it stays as it is. Where its log has to be taken in first, that is done with
   // a copy in the scratch folder.
@@ -162,11 +182,9 @@ class LocalServer {
                                                  const std::filesystem::path& log, const std::string& name,
                                                  const std::filesystem::path& scratch) = 0;
   // The database as it is at this moment, as a pair under names that must be free, while others go on
-  // writing. `step` gets pages done and in all; false breaks off, and nothing is left. What the original's
-  // tables held at that moment.
+  // writing. False breaks off, and nothing is left. What the original's tables held at that moment.
   virtual std::vector<TableDigest> copyLive(const std::string& database, const std::filesystem::path& data,
-                                            const std::filesystem::path& log,
-                                            const std::function<bool(std::int64_t, std::int64_t)>& step) = 0;
+                                            const std::filesystem::path& log, const Step& step) = 0;
   // What an administrator should know: files open to others, databases that could not be opened or cleaned
   // up. Empty when all is well. `close` shuts what is open to others first.
   virtual std::vector<std::string> remarks(bool /*close*/ = false) { return {}; }

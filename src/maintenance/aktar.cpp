@@ -128,7 +128,7 @@ std::string kopyala(Is& is, Bakim& bakim, std::vector<Degisim>& degisimler) {
       is.oturum.ilerleme->pump();
       return !is.oturum.ilerleme->cancelled();
     });
-    if (neden == std::errc::operation_canceled) return "Vazgeçildi; hiçbir şey değişmedi.";
+    if (neden == std::errc::operation_canceled) return std::string(vazgecildi);
     if (neden) return "Kopyalanamadı (" + kaynak.string() + "): " + neden.message();
     yapilan += fs::file_size(degisim.yeni, hata);
     degisimler.push_back(std::move(degisim));
@@ -139,9 +139,12 @@ std::string kopyala(Is& is, Bakim& bakim, std::vector<Degisim>& degisimler) {
 std::string kopyalariDenetle(Is& is, const std::vector<Degisim>& degisimler) {
   const auto server = is.oturum.surucu->local(is.oturum.Server_Adi);
   for (std::size_t i = 0; server && i < is.adlar.size(); ++i) {
+    is.oturum.ilerleme->text(is.adlar[i] + " denetleniyor");
+    PaylasilanIs okuma(is.oturum);
     try {
-      server->check(degisimler[i * 2].yeni, degisimler[i * 2 + 1].yeni, is.adlar[i]);
+      server->check(degisimler[i * 2].yeni, degisimler[i * 2 + 1].yeni, is.adlar[i], okuma.adimi());
     } catch (const db::SqlError& hata) {
+      if (okuma.birakildi()) return std::string(vazgecildi);
       return "\"" + is.adlar[i] + "\" aktarılamaz: " + hata.what();
     }
   }

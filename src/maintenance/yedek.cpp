@@ -48,7 +48,7 @@ std::string kopyala(Oturum& oturum, const Kopya& kopya, const std::string& metin
         return !oturum.ilerleme->cancelled();
       },
       kopya.ozet);
-  if (hata == std::errc::operation_canceled) return "Vazgeçildi; hiçbir şey değişmedi.";
+  if (hata == std::errc::operation_canceled) return std::string(vazgecildi);
   return hata ? metin + " yazılamadı (" + kopya.hedef.string() + "): " + hata.message() : std::string();
 }
 
@@ -207,11 +207,13 @@ fs::path ekli(const fs::path& yol, const char* ek) {
 std::string kopyayiDenetle(Oturum& oturum, const fs::path& data, const fs::path& log, const std::string& ad) {
   const auto server = oturum.surucu->local(oturum.Server_Adi);
   if (!server) return {};
+  oturum.ilerleme->text("Kopya Denetleniyor");
+  PaylasilanIs is(oturum);
   try {
-    server->check(data, log, ad);
+    server->check(data, log, ad, is.adimi());
     return {};
   } catch (const db::SqlError& hata) {
-    return std::string("Bu yedek kullanılamaz: ") + hata.what();
+    return is.birakildi() ? std::string(vazgecildi) : std::string("Bu yedek kullanılamaz: ") + hata.what();
   }
 }
 

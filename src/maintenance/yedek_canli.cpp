@@ -14,7 +14,6 @@ using session::Icon;
 using session::Oturum;
 
 constexpr std::int64_t canliAdimi = 5;
-constexpr std::string_view vazgecildi = "Vazgeçildi; hiçbir şey değişmedi.";
 
 std::string canliAl(Oturum& oturum, Bakim& bakim, const VeriDosyalari& dosyalar, const fs::path& dizin,
                     const std::string& firma, Cubuk& cubuk, YedekSonucu& sonuc,
@@ -25,26 +24,24 @@ std::string canliAl(Oturum& oturum, Bakim& bakim, const VeriDosyalari& dosyalar,
   cubuk.yaz("Canlı Yedek Alınıyor");
   cubuk.adim();
   const auto sunucu = oturum.surucu->local(oturum.Server_Adi);
-  bool birakildi = false;
+  PaylasilanIs is(oturum);
   try {
-    tablolar = sunucu->copyLive(firma, yarim / dosyalar.dataAdi, yarim / dosyalar.logAdi,
-                                [&](std::int64_t yapilan, std::int64_t hepsi) {
-                                  oturum.ilerleme->whole(yapilan, std::max<std::int64_t>(hepsi, 1));
-                                  oturum.ilerleme->pump();
-                                  birakildi = oturum.ilerleme->cancelled();
-                                  return !birakildi;
-                                });
+    tablolar = sunucu->copyLive(firma, yarim / dosyalar.dataAdi, yarim / dosyalar.logAdi, is.adimi());
   } catch (const db::SqlError& hata) {
-    return birakildi ? std::string(vazgecildi) : hata.what();
+    return is.birakildi() ? std::string(vazgecildi) : hata.what();
   }
+  cubuk.yaz("Alınan Yedek Okunuyor");
   cubuk.adim();
   const std::pair<fs::path, std::string*> ozetler[] = {{yarim / dosyalar.dataAdi, &sonuc.dataOzeti},
                                                        {yarim / dosyalar.logAdi, &sonuc.logOzeti}};
-  for (const auto& [dosya, ozet] : ozetler)
-    if (const auto hata = platform::digestFile(
-            dosya, [&](std::uintmax_t) { return !oturum.ilerleme->cancelled(); }, *ozet))
+  const std::uintmax_t toplam = boyut(ozetler[0].first) + boyut(ozetler[1].first);
+  std::uintmax_t onceki = 0;
+  for (const auto& [dosya, ozet] : ozetler) {
+    if (const auto hata = ozetle(oturum, dosya, onceki, toplam, *ozet))
       return hata == std::errc::operation_canceled ? std::string(vazgecildi)
                                                    : dosya.string() + " okunamadı: " + hata.message();
+    onceki += boyut(dosya);
+  }
   cubuk.adim();
   return adlandir(oturum, yarim, firma, sonuc.klasor);
 }

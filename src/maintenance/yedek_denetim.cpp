@@ -10,7 +10,7 @@
 #include "db/table_name.h"
 #include "maintenance/denetim_klasoru.h"
 #include "maintenance/yedek.h"
-#include "platform/file_copy.h"
+#include "maintenance/yedek_ortak.h"
 #include "platform/folders.h"
 #include "session/metin.h"
 
@@ -50,10 +50,18 @@ class Denetci {
       : o_(o), klasor_(std::move(klasor)), data_(std::move(data)), log_(std::move(log)), sonuc_(sonuc) {}
 
   void calistir(db::LocalServer& sunucu) {
-    dosyalar();
     o_.ilerleme->text("Yedek açılıyor");
+    o_.ilerleme->pump();
     const DenetimKlasoru yer(o_.platform->programFolder());
-    const auto kopya = sunucu.openCopy(klasor_ / data_, klasor_ / log_, sonuc_.firma, yer.yol());
+    std::unique_ptr<db::DatabaseCopy> kopya;
+    std::string neden;
+    try {
+      kopya = sunucu.openCopy(klasor_ / data_, klasor_ / log_, sonuc_.firma, yer.yol());
+    } catch (const std::exception& hata) {
+      neden = hata.what();
+    }
+    dosyalar(kopya.get());
+    if (!kopya) return acilmadi(neden);
     sayfalar(kopya->connection());
     sema(kopya->connection());
     tablolar(*kopya);
@@ -86,27 +94,35 @@ class Denetci {
     sonuc_.satirlar.push_back({std::move(konu), std::move(aciklama), durum});
   }
 
-  void dosyalar() {
-    o_.ilerleme->text("Yedek dosyaları okunuyor");
-    const fs::path yollar[] = {klasor_ / data_, klasor_ / log_};
+  // Everything that the data file holds is checked while its bytes pass by for the hash.
+  void dosyalar(db::DatabaseCopy* kopya) {
+    o_.ilerleme->text("Yedek okunuyor ve denetleniyor");
+    std::unique_ptr<db::CopyReading> okuma;
+    try {
+      if (kopya) okuma = kopya->read();
+    } catch (const db::SqlError&) {
+      // What is wrong is told page by page.
+    }
+    const platform::TakeBytes al = [&](const char* bayt, std::size_t sayi) { okuma->take(bayt, sayi); };
+    const bool kendisi = kopya && fs::equivalent(kopya->file(), klasor_ / data_);
+    const fs::path yollar[] = {klasor_ / data_, klasor_ / log_, kopya ? kopya->file() : fs::path()};
+    const int okunacak = !kopya || kendisi ? 2 : 3;  // the third: what has taken the log in
     std::uintmax_t onceki = 0, toplam = 0;
-    for (int i = 0; i < 2; ++i) toplam += ozetler_[i].boyut = fs::file_size(yollar[i]);
-    for (int i = 0; i < 2; ++i) {
-      const auto hata = platform::digestFile(
-          yollar[i],
-          [&](std::uintmax_t okunan) {
-            o_.ilerleme->whole(static_cast<std::int64_t>(onceki + okunan),
-                               static_cast<std::int64_t>(std::max<std::uintmax_t>(toplam, 1)));
-            o_.ilerleme->pump();
-            return !o_.ilerleme->cancelled();
-          },
-          ozetler_[i].ozet);
+    std::string yok;
+    for (int i = 0; i < okunacak; ++i) toplam += fs::file_size(yollar[i]);
+    for (int i = 0; i < okunacak; ++i) {
+      const bool denetlenen = kendisi ? i == 0 : i == 2;
+      const auto hata = ozetle(o_, yollar[i], onceki, toplam, i < 2 ? ozetler_[i].ozet : yok,
+                               okuma && denetlenen ? al : platform::TakeBytes());
       if (hata == std::errc::operation_canceled) throw Vazgecildi{};
       if (hata) return ekle("Dosyalar", yollar[i].string() + " okunamadı: " + hata.message(), Durum::Kusur);
-      onceki += ozetler_[i].boyut;
+      onceki += fs::file_size(yollar[i]);
+      if (i < 2) ozetler_[i].boyut = fs::file_size(yollar[i]);
     }
+    if (okuma) bulgu_ = okuma->finish();
     karsilastir();
   }
+  bool butun() const { return bulgu_.told && bulgu_.doubt.empty(); }
   void karsilastir() {
     if (const std::string baskasi = baskasininYedegi(o_, sonuc_.firma, data().ozet); !baskasi.empty())
       ekle("Dosyalar", baskasi, Durum::Kusur);
@@ -134,7 +150,8 @@ class Denetci {
   }
 
   void sayfalar(db::Connection& baglanti) {
-    o_.ilerleme->text("Sayfalar ve dizinler denetleniyor");
+    if (butun()) return ekle("Sayfalar ve dizinler", "Hepsi okundu, hasar yok.");
+    o_.ilerleme->text("Sayfalar ve dizinler tek tek denetleniyor");
     o_.ilerleme->pump();
     Bulgular bulgular;
     std::string hata;
@@ -144,6 +161,7 @@ class Denetci {
       hata = e.what();
     }
     if (bulgular.satirlar.empty() && !hata.empty()) bulgular.satirlar.push_back(hata);
+    if (bulgular.satirlar.empty() && !bulgu_.doubt.empty()) bulgular.satirlar.push_back(bulgu_.doubt);
     for (const std::string& satir : bulgular.satirlar) ekle("Sayfalar ve dizinler", satir, Durum::Kusur);
     if (bulgular.satirlar.empty()) ekle("Sayfalar ve dizinler", "Hepsi okundu, hasar yok.");
   }
@@ -196,7 +214,7 @@ class Denetci {
   void tablolar(db::DatabaseCopy& kopya) {
     o_.ilerleme->text("Tablolar sayılıyor ve toplanıyor");
     o_.ilerleme->pump();
-    sayilan_ = kopya.tables();
+    sayilan_ = butun() ? bulgu_.tables : kopya.tables();
     sonuc_.tablo = static_cast<std::int64_t>(sayilan_.size());
     for (const auto& t : sayilan_) sonuc_.satir += t.rows;
     sonuc_.tablolar = sayilan_;
@@ -233,6 +251,7 @@ class Denetci {
   YedekDenetimi& sonuc_;
   DosyaOzeti ozetler_[2];
   YedekKaniti kanit_;
+  db::CopyFindings bulgu_;
   std::vector<db::TableDigest> sayilan_;
   bool ayniBayt_ = false;
 };
@@ -254,6 +273,7 @@ YedekDenetimi Yedek_Denetle(Oturum& oturum, const fs::path& klasor) {
   try {
     denetci.calistir(*sunucu);
   } catch (const Vazgecildi&) {
+    sonuc.vazgecildi = true;
     oturum.ilerleme->text("");
     return sonuc;
   } catch (const std::exception& e) {

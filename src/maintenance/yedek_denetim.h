@@ -20,7 +20,8 @@ struct DenetimSatiri {
 
 struct YedekDenetimi {
   bool calisti = false;  // false: nothing could be said, the reason has been shown
-  bool saglam = false;   // no row is a Kusur
+  bool vazgecildi = false;
+  bool saglam = false;  // no row is a Kusur
   std::string firma;
   std::vector<DenetimSatiri> satirlar;
   std::optional<db::DateTime> onceki;  // when it was last found whole

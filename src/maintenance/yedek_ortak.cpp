@@ -19,6 +19,19 @@ constexpr std::uintmax_t emniyet = std::uintmax_t{16} << 20;  // room that stays
 
 }  // namespace
 
+std::error_code ozetle(Oturum& oturum, const fs::path& dosya, std::uintmax_t onceki, std::uintmax_t toplam,
+                       std::string& ozet, const platform::TakeBytes& al) {
+  return platform::digestFile(
+      dosya,
+      [&](std::uintmax_t okunan) {
+        oturum.ilerleme->whole(static_cast<std::int64_t>(onceki + okunan),
+                               static_cast<std::int64_t>(std::max<std::uintmax_t>(toplam, 1)));
+        oturum.ilerleme->pump();
+        return !oturum.ilerleme->cancelled();
+      },
+      ozet, al);
+}
+
 bool red(Oturum& oturum, const std::string& metin) {
   oturum.ilerleme->text("");
   oturum.kutular->message(metin, Icon::Stop);

@@ -1,12 +1,14 @@
 // What the two kinds of backup share.
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "db/connection.h"
 #include "maintenance/yedek.h"
+#include "platform/file_copy.h"
 
 namespace maintenance {
 
@@ -28,6 +30,31 @@ class Cubuk {
   session::Oturum& oturum_;
   std::int64_t ust_, deger_ = 0;
 };
+
+constexpr std::string_view vazgecildi = "Vazgeçildi; hiçbir şey değişmedi.";
+
+// Work of the server's that tells how far it is and can be broken off.
+class PaylasilanIs {
+ public:
+  explicit PaylasilanIs(session::Oturum& oturum) : oturum_(oturum) {}
+  db::LocalServer::Step adimi() {
+    return [this](std::int64_t yapilan, std::int64_t hepsi) {
+      oturum_.ilerleme->whole(yapilan, std::max<std::int64_t>(hepsi, 1));
+      oturum_.ilerleme->pump();
+      birakildi_ = oturum_.ilerleme->cancelled();
+      return !birakildi_;
+    };
+  }
+  bool birakildi() const { return birakildi_; }
+
+ private:
+  session::Oturum& oturum_;
+  bool birakildi_ = false;
+};
+
+// The hash of a file, by bytes on the bar, of which `onceki` are done. `al` gets what is read.
+std::error_code ozetle(session::Oturum& oturum, const std::filesystem::path& dosya, std::uintmax_t onceki,
+                       std::uintmax_t toplam, std::string& ozet, const platform::TakeBytes& al = {});
 
 // Shows the text; false.
 bool red(session::Oturum& oturum, const std::string& metin);

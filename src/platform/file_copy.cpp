@@ -215,7 +215,8 @@ std::error_code copyFile(const fs::path& from, const fs::path& to, const CopyPro
   return error;
 }
 
-std::error_code digestFile(const fs::path& file, const CopyProgress& progress, std::string& digest) {
+std::error_code digestFile(const fs::path& file, const CopyProgress& progress, std::string& digest,
+                           const TakeBytes& take) {
   int raw = -1;
   if (const std::error_code error = openRegular(file, raw)) {
     const Descriptor closing(raw);
@@ -224,7 +225,10 @@ std::error_code digestFile(const fs::path& file, const CopyProgress& progress, s
   const Descriptor source(raw);
   ::posix_fadvise(raw, 0, 0, POSIX_FADV_DONTNEED);
   ::posix_fadvise(raw, 0, 0, POSIX_FADV_SEQUENTIAL);
-  return readAll(raw, progress, &digest, [](const char*, std::size_t) { return std::error_code(); });
+  return readAll(raw, progress, &digest, [&](const char* bytes, std::size_t count) {
+    if (take) take(bytes, count);
+    return std::error_code();
+  });
 }
 
 void flushFolder(const fs::path& folder) {
@@ -272,14 +276,15 @@ std::error_code last() {
   return {static_cast<int>(GetLastError()), std::system_category()};
 }
 
-std::error_code readAll(const fs::path& file, const CopyProgress& progress, std::ofstream* out,
-                        Digest* hash) {
+std::error_code readAll(const fs::path& file, const CopyProgress& progress, std::ofstream* out, Digest* hash,
+                        const TakeBytes& take = {}) {
   std::ifstream in(file, std::ios::binary);
   if (!in) return std::make_error_code(std::errc::no_such_file_or_directory);
   std::vector<char> buffer(chunk);
   std::uintmax_t done = 0;
   while (in.read(buffer.data(), static_cast<std::streamsize>(buffer.size())), in.gcount() > 0) {
     if (hash) hash->add(buffer.data(), static_cast<std::size_t>(in.gcount()));
+    if (take) take(buffer.data(), static_cast<std::size_t>(in.gcount()));
     if (out && !out->write(buffer.data(), in.gcount())) return std::make_error_code(std::errc::io_error);
     done += static_cast<std::uintmax_t>(in.gcount());
     if (progress && !progress(done)) return std::make_error_code(std::errc::operation_canceled);
@@ -311,9 +316,10 @@ std::error_code copyFile(const fs::path& from, const fs::path& to, const CopyPro
   return error;
 }
 
-std::error_code digestFile(const fs::path& file, const CopyProgress& progress, std::string& digest) {
+std::error_code digestFile(const fs::path& file, const CopyProgress& progress, std::string& digest,
+                           const TakeBytes& take) {
   Digest hash;
-  const std::error_code error = readAll(file, progress, nullptr, &hash);
+  const std::error_code error = readAll(file, progress, nullptr, &hash, take);
   if (!error) digest = hash.hex();
   return error;
 }

@@ -18,8 +18,10 @@ using CopyProgress = std::function<bool(std::uintmax_t done)>;
 std::error_code copyFile(const std::filesystem::path& from, const std::filesystem::path& to,
                          const CopyProgress& progress, std::string* digest = nullptr);
 // The same hash of a file as it stands, read past the system's memory of it where that can be asked for.
+// `take` gets the same bytes in their order, in pieces.
+using TakeBytes = std::function<void(const char* bytes, std::size_t count)>;
 std::error_code digestFile(const std::filesystem::path& file, const CopyProgress& progress,
-                           std::string& digest);
+                           std::string& digest, const TakeBytes& take = {});
 
 // rename() that lasts: source and target folder are flushed after it. An existing target is replaced.
 std::error_code renameDurably(const std::filesystem::path& from, const std::filesystem::path& to);

@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "session/sure.h"
 #include "ui/progress.h"
 #include "ui/theme.h"
 
@@ -13,20 +14,15 @@ namespace ui {
 namespace {
 
 constexpr int kartWidth = 460;
-constexpr qint64 ilkTahmin = 1500;  // milliseconds; before that a guess would jump
-constexpr double ilkPay = 0.02;
 
 }  // namespace
 
 QString sureYazisi(qint64 saniye) {
-  if (saniye < 60) return QString::number(saniye) + " sn";
-  if (saniye < 3600) return QString("%1 dk %2 sn").arg(saniye / 60).arg(saniye % 60);
-  return QString("%1 sa %2 dk").arg(saniye / 3600).arg(saniye % 3600 / 60);
+  return text(session::sureYazisi(saniye));
 }
 
 QString kalanYazisi(qint64 gecen, double pay) {
-  if (gecen < ilkTahmin || pay < ilkPay || pay >= 1) return {};
-  return sureYazisi(qRound64(static_cast<double>(gecen) / pay * (1 - pay) / 1000));
+  return text(session::kalanYazisi(gecen, pay));
 }
 
 IsPaneli::IsPaneli(QWidget* pencere, const QString& baslik, bool vazgecilir)

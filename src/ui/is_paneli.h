@@ -11,10 +11,8 @@ namespace ui {
 
 class ProgressPanel;
 
-// "8 sn", "2 dk 5 sn", "1 sa 4 dk"
+// session/sure.h
 QString sureYazisi(qint64 saniye);
-// What is left of a run that did `pay` (0 to 1) of the whole in `gecen` milliseconds; empty while that
-// cannot be told.
 QString kalanYazisi(qint64 gecen, double pay);
 
 class IsPaneli : public QWidget {

@@ -2,7 +2,14 @@
 // told.
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <csignal>
+#include <regex>
+#include <sstream>
+#include <thread>
+
 #include "cli/komut.h"
+#include "cli/kutular.h"
 #include "db/drivers.h"
 #include "settings/tanim_dosyasi.h"
 #include "support/komut_satiri.h"
@@ -183,6 +190,29 @@ TEST(Komutlar, KnowEveryKindOfDefinition) {
   for (const std::string_view tur : cli::tanimKomutu().secenekler[0].secimler)
     turler.append(turler.empty() ? "" : ", ").append(tur);
   EXPECT_EQ(turler, settings::listeTurleri());
+}
+
+// From the first time that a work asks, Ctrl-C is a wish; afterwards it ends the program as ever.
+TEST(Ilerleme, TellsWhatIsLeftAndHearsCtrlC) {
+  std::istringstream in;
+  std::ostringstream out, err;
+  cli::Ortam ortam{.in = in, .out = out, .err = err, .dizin = {}, .surucuYap = {}};
+  ortam.hataTerminal = true;
+  cli::KomutIlerlemesi ilerleme(ortam);
+  ilerleme.text("Data Dosyası Yedekleniyor");
+  ilerleme.whole(0, 100);
+  std::this_thread::sleep_for(std::chrono::milliseconds(1600));
+  ilerleme.whole(50, 100);
+  EXPECT_TRUE(std::regex_search(
+      err.str(), std::regex("\r\033\\[K%50 Data Dosyası Yedekleniyor, kalan yaklaşık [2-9] sn$")))
+      << err.str();
+  EXPECT_FALSE(ilerleme.cancelled());
+  std::raise(SIGINT);
+  EXPECT_TRUE(ilerleme.cancelled());
+  ilerleme.bitir();
+  EXPECT_TRUE(err.str().ends_with("\r\033[K"));
+  EXPECT_EQ(std::signal(SIGINT, SIG_DFL), SIG_DFL);
+  EXPECT_EQ(out.str(), "");
 }
 
 }  // namespace

@@ -135,14 +135,37 @@ TEST_F(Denetim, ALiveBackupStopsNobodyAndIsHeldAgainstTheLiveTables) {
   EXPECT_EQ(o.oku("Defination_DB", "SELECT COUNT(*) FROM NOTLAR"), Adlar{"2"});
 }
 
+struct Birakan : session::Progress {
+  void text(const std::string&) override {}
+  void step(std::int64_t, std::int64_t) override {}
+  void whole(std::int64_t deger, std::int64_t ust) override { paylar.emplace_back(deger, ust); }
+  void pump() override {}
+  bool cancelled() override { return birak; }
+  std::vector<std::pair<std::int64_t, std::int64_t>> paylar;
+  bool birak = true;
+};
+
+TEST_F(Denetim, TellsItsBytesAndABrokenOffOneKeepsNothing) {
+  const fs::path klasor = yedekle();
+  const auto bayt = static_cast<std::int64_t>(fs::file_size(klasor / "Defination_DB.mdf") +
+                                              fs::file_size(klasor / "Defination_DB_LOG.ldf"));
+  Birakan ilerleme;
+  o.s.oturum.ilerleme = &ilerleme;
+  const Adlar kanitlar = icerik(o.klasor / "yedek_kanit");
+  EXPECT_EQ(denetle(klasor), Adlar{});
+  EXPECT_TRUE(sonuc.vazgecildi);
+  EXPECT_FALSE(sonuc.calisti);
+  EXPECT_EQ(icerik(o.klasor / "yedek_kanit"), kanitlar);
+  ilerleme.birak = false;
+  ilerleme.paylar.clear();
+  EXPECT_EQ(denetle(klasor).size(), 3U);
+  EXPECT_FALSE(sonuc.onceki);
+  EXPECT_TRUE(std::ranges::is_sorted(ilerleme.paylar));
+  EXPECT_EQ(ilerleme.paylar.back(), std::pair(bayt, bayt));
+}
+
 TEST_F(Denetim, ABrokenOffLiveBackupLeavesNothing) {
-  struct Birakan : session::Progress {
-    void text(const std::string&) override {}
-    void step(std::int64_t, std::int64_t) override {}
-    void whole(std::int64_t, std::int64_t) override {}
-    void pump() override {}
-    bool cancelled() override { return true; }
-  } birakan;
+  Birakan birakan;
   o.s.oturum.ilerleme = &birakan;
   EXPECT_EQ(Canli_Yedekle(o.s.oturum, "Defination_DB", hedef).hata, "Vazgeçildi; hiçbir şey değişmedi.");
   EXPECT_EQ(icerik(hedef), Adlar{});

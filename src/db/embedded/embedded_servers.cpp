@@ -27,6 +27,20 @@ std::vector<TableDigest> digests(const std::vector<engine::TableDigest>& tables)
   return out;
 }
 
+class EmbeddedReading : public CopyReading {
+ public:
+  EmbeddedReading(const std::shared_ptr<engine::Server>& server, const std::string& name)
+      : reading_(server, name) {}
+  void take(const char* bytes, std::size_t count) override { reading_.take(bytes, count); }
+  CopyFindings finish() override {
+    const engine::DataFindings found = guarded([&] { return reading_.finish(); });
+    return {found.told, found.doubt, digests(found.tables)};
+  }
+
+ private:
+  engine::CopyReading reading_;
+};
+
 class EmbeddedCopy : public DatabaseCopy {
  public:
   EmbeddedCopy(const std::filesystem::path& data, const std::filesystem::path& log, const std::string& name,
@@ -35,6 +49,10 @@ class EmbeddedCopy : public DatabaseCopy {
     connection_.openAt(copy_.server, {"(kopya)", copy_.login, copy_.password, name, false});
   }
   Connection& connection() override { return connection_; }
+  std::filesystem::path file() const override { return copy_.data; }
+  std::unique_ptr<CopyReading> read() override {
+    return guarded([&] { return std::make_unique<EmbeddedReading>(copy_.server, name_); });
+  }
   std::vector<TableDigest> tables() override {
     return guarded([&] { return digests(copy_.server->digest(name_)); });
   }
@@ -89,13 +107,9 @@ class EmbeddedService : public LocalServer {
       throw fromEngine(error, true);
     }
   }
-  void check(const std::filesystem::path& data, const std::filesystem::path& log,
-             const std::string& name) override {
-    try {
-      engine::Server::checkFiles(data, log, name);
-    } catch (const engine::Error& error) {
-      throw fromEngine(error, true);
-    }
+  void check(const std::filesystem::path& data, const std::filesystem::path& log, const std::string& name,
+             const Step& step) override {
+    guarded([&] { engine::Server::checkFiles(data, log, name, step); });
   }
 
   std::unique_ptr<DatabaseCopy> openCopy(const std::filesystem::path& data, const std::filesystem::path& log,
@@ -104,8 +118,7 @@ class EmbeddedService : public LocalServer {
     return guarded([&] { return std::make_unique<EmbeddedCopy>(data, log, name, scratch); });
   }
   std::vector<TableDigest> copyLive(const std::string& database, const std::filesystem::path& data,
-                                    const std::filesystem::path& log,
-                                    const std::function<bool(std::int64_t, std::int64_t)>& step) override {
+                                    const std::filesystem::path& log, const Step& step) override {
     return guarded([&] { return digests(servers_->at(folder_)->copyLive(database, data, log, step)); });
   }
 

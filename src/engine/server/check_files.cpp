@@ -4,8 +4,8 @@
 namespace engine {
 
 void Server::checkFiles(const std::filesystem::path& data, const std::filesystem::path& log,
-                        const std::string& name) {
-  checkPages({data, log, name});
+                        const std::string& name, const CopyStep& step) {
+  checkPages({data, log, name}, step);
 }
 
 }  // namespace engine

@@ -12,6 +12,7 @@
 #include "engine/store.h"
 #include "engine/store/companion.h"
 #include "engine/store/copy.h"
+#include "engine/store/data_reading.h"
 
 namespace engine {
 
@@ -130,15 +131,50 @@ Server::Copy Server::openCopy(const fs::path& data, const fs::path& log, const s
   Copy copy;
   copy.login = "sa";
   copy.password = newFamily();
-  copy.server = create(scratch->path / "sunucu", copy.login, copy.password);
+  const std::string hash = hashSecret(copy.password);
+  copy.server = make(scratch->path / "sunucu", copy.login, hash);
+  copy.server->instance_->logins().trust(foldName(copy.login), copy.password, hash);
   copy.server->scratch_ = scratch;
   if (settled) copy.server->instance_->setCopy(files.data);
-  Store store(copy.server->instance_);
-  store.beginStatement();
-  registerDatabase(store, files, readCompanion(files.log, name));
-  store.attach(name);
-  store.endStatement();
+  {
+    Store store(copy.server->instance_);
+    store.beginStatement();
+    registerDatabase(store, files, readCompanion(files.log, name));
+    store.attach(name);
+    store.endStatement();
+  }
+  // What the log held lies in the data file from now on.
+  if (!settled && settleDataFile(files) && isSettled(files)) copy.server->instance_->setCopy(files.data);
+  copy.data = files.data;
   return copy;
+}
+
+struct CopyReading::Impl {
+  explicit Impl(const std::shared_ptr<Server>& server) : store(server->sharedInstance()) {}
+
+  Store store;
+  std::optional<store::DataReading> reading;
+};
+
+CopyReading::CopyReading(const std::shared_ptr<Server>& server, const std::string& database)
+    : impl_(std::make_unique<Impl>(server)) {
+  impl_->store.beginStatement();
+  const std::string alias = impl_->store.attach(database);
+  if (impl_->store.instance().isCopy(impl_->store.database(database).data))
+    impl_->reading.emplace(impl_->store.handle(), alias, *impl_->store.catalog(database));
+}
+
+CopyReading::~CopyReading() {
+  impl_->reading.reset();
+  impl_->store.endStatement();
+}
+
+void CopyReading::take(const char* bytes, std::size_t count) {
+  if (impl_->reading) impl_->reading->take(bytes, count);
+}
+
+DataFindings CopyReading::finish() {
+  return impl_->reading ? impl_->reading->finish() : DataFindings();
 }
 
 std::vector<TableDigest> Server::digest(const std::string& database) {

@@ -43,7 +43,7 @@ fs::path masterLogOf(const fs::path& folder) {
 }
 
 void fillMaster(sqlite3* db, const fs::path& folder, const std::string& family, const std::string& login,
-                const std::string& password) {
+                const std::string& passwordHash) {
   lite::exec(db, masterTablesSql);
   lite::Stmt self(db,
                   "INSERT INTO zb_databases(id, name, data, log, file_name, crdate, state, family) VALUES(1, "
@@ -53,7 +53,7 @@ void fillMaster(sqlite3* db, const fs::path& folder, const std::string& family, 
       db,
       "INSERT INTO zb_logins(name, sid, password_hash, default_database, crdate) VALUES(?, x'01', "
       "?, 'master', ?)");
-  user.bind(login).bind(hashPassword(password)).bind(currentTicks()).run();
+  user.bind(login).bind(passwordHash).bind(currentTicks()).run();
   lite::exec(db, "INSERT INTO zb_server_roles VALUES(last_insert_rowid(), 'sysadmin')");
 }
 
@@ -104,10 +104,15 @@ std::shared_ptr<Server> Server::open(const fs::path& given) {
 
 std::shared_ptr<Server> Server::create(const fs::path& given, const std::string& login,
                                        const std::string& password) {
-  const fs::path folder = absoluteFolder(given);
-  if (exists(folder))
-    throw Error(1802, "The folder '" + folder.string() + "' holds a master database already.");
+  if (exists(absoluteFolder(given)))
+    throw Error(1802, "The folder '" + absoluteFolder(given).string() + "' holds a master database already.");
   if (login.empty()) throw Error(15004, "Name cannot be NULL.");
+  return make(given, login, hashPassword(password));
+}
+
+std::shared_ptr<Server> Server::make(const fs::path& given, const std::string& login,
+                                     const std::string& passwordHash) {
+  const fs::path folder = absoluteFolder(given);
   std::error_code error;
   const bool made = fs::create_directories(folder, error);
   if (error) failFolder(folder, error.message());
@@ -120,7 +125,7 @@ std::shared_ptr<Server> Server::create(const fs::path& given, const std::string&
   const std::string family = newFamily();
   const fs::path data = unfinishedName(masterOf(folder)), log = unfinishedName(masterLogOf(folder));
   buildDataFile({data, log, "master"}, family,
-                [&](sqlite3* db) { fillMaster(db, folder, family, login, password); });
+                [&](sqlite3* db) { fillMaster(db, folder, family, login, passwordHash); });
   makePrivate(log);
   fs::rename(log, masterLogOf(folder), error);
   if (error) failFolder(folder, error.message());

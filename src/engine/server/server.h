@@ -66,9 +66,9 @@ class Server {
   std::vector<DamagedDatabase> start();
 
   // Holds a pair of files that no server has open against each other and reads every page. Throws what a
-  // statement that needs it would get.
+  // statement that needs it would get, and 3617 when `step` breaks off.
   static void checkFiles(const std::filesystem::path& data, const std::filesystem::path& log,
-                         const std::string& name);
+                         const std::string& name, const CopyStep& step = {});
 
   // A pair of files that no server has open, as the only company of a server of its own, which goes with
   // its last user. What is settled is read where it lies and cannot be written (3906); another pair, whose
@@ -77,6 +77,7 @@ class Server {
   struct Copy {
     std::shared_ptr<Server> server;
     std::string login, password;
+    std::filesystem::path data;  // the file that is read, the pair's own or the one in the scratch folder
   };
   static Copy openCopy(const std::filesystem::path& data, const std::filesystem::path& log,
                        const std::string& name, const std::filesystem::path& scratch);
@@ -94,9 +95,28 @@ class Server {
 
  private:
   explicit Server(std::shared_ptr<Instance> instance);
+  static std::shared_ptr<Server> make(const std::filesystem::path& folder, const std::string& login,
+                                      const std::string& passwordHash);
   std::shared_ptr<void> scratch_;  // goes last
   std::shared_ptr<Instance> instance_;
   std::vector<DamagedDatabase> leftOvers_;
+};
+
+// Checks a database of an opened copy while the bytes of its data file pass by once and in order: what it
+// tells is in store/data_reading.h.
+class CopyReading {
+ public:
+  CopyReading(const std::shared_ptr<Server>& server, const std::string& database);
+  ~CopyReading();
+  CopyReading(const CopyReading&) = delete;
+  CopyReading& operator=(const CopyReading&) = delete;
+
+  void take(const char* bytes, std::size_t count);
+  DataFindings finish();
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
 };
 
 class Session {

@@ -1,13 +1,13 @@
 #include "engine/store/copy.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "engine/catalog.h"
 #include "engine/store/companion.h"
 #include "engine/store/file_handle.h"
 #include "engine/store/file_layer.h"
 #include "engine/store/log_format.h"
+#include "engine/store/row_mix.h"
 
 namespace engine {
 
@@ -15,29 +15,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
+using store::Mix;
+
 constexpr int pagesAtOnce = 512;
-
-// 64 bits of everything that was added, in its order.
-class Mix {
- public:
-  void add(std::uint64_t value) {
-    sum_ = (sum_ ^ value) * 0x9E3779B97F4A7C15;
-    sum_ ^= sum_ >> 29;
-  }
-  void add(const void* bytes, int size) {
-    const auto* at = static_cast<const unsigned char*>(bytes);
-    add(static_cast<std::uint64_t>(size));
-    for (; size > 0; at += sizeof(std::uint64_t), size -= static_cast<int>(sizeof(std::uint64_t))) {
-      std::uint64_t word = 0;
-      std::memcpy(&word, at, std::min<std::size_t>(sizeof word, static_cast<std::size_t>(size)));
-      add(word);
-    }
-  }
-  std::uint64_t sum() const { return sum_; }
-
- private:
-  std::uint64_t sum_ = 0x2545F4914F6CDD1D;
-};
 
 void addValue(Mix& mix, sqlite3_stmt* row, int column) {
   const int type = sqlite3_column_type(row, column);
@@ -46,17 +26,13 @@ void addValue(Mix& mix, sqlite3_stmt* row, int column) {
     case SQLITE_INTEGER:
       mix.add(static_cast<std::uint64_t>(sqlite3_column_int64(row, column)));
       break;
-    case SQLITE_FLOAT: {
-      const double value = sqlite3_column_double(row, column);
-      std::uint64_t bits = 0;
-      std::memcpy(&bits, &value, sizeof bits);
-      mix.add(bits);
+    case SQLITE_FLOAT:
+      mix.add(sqlite3_column_double(row, column));
       break;
-    }
     case SQLITE_TEXT:
     case SQLITE_BLOB: {
       const void* bytes = sqlite3_column_blob(row, column);
-      mix.add(bytes, sqlite3_column_bytes(row, column));
+      mix.add(bytes, static_cast<std::size_t>(sqlite3_column_bytes(row, column)));
       break;
     }
     default:
@@ -64,7 +40,24 @@ void addValue(Mix& mix, sqlite3_stmt* row, int column) {
   }
 }
 
-TableDigest digest(sqlite3* db, const std::string& alias, const TableInfo& table) {
+// How far the rows of all tables have come, as far as their numbers tell.
+class RowCount {
+ public:
+  explicit RowCount(const CopyStep& step) : step_(step) {}
+
+  void expect(std::int64_t rows) { all_ += rows; }
+  void add() {
+    constexpr std::int64_t often = 20000;
+    if (++done_ % often == 0 && step_ && !step_(std::min(done_, all_), std::max<std::int64_t>(all_, 1)))
+      throw Error(3617, "The statement has been terminated by the user.");
+  }
+
+ private:
+  const CopyStep& step_;
+  std::int64_t done_ = 0, all_ = 0;
+};
+
+TableDigest digest(sqlite3* db, const std::string& alias, const TableInfo& table, RowCount& count) {
   std::string columns;
   for (const ColumnInfo& column : table.columns)
     columns += (columns.empty() ? "" : ",") + lite::quoted(column.name);
@@ -79,6 +72,12 @@ TableDigest digest(sqlite3* db, const std::string& alias, const TableInfo& table
     for (int i = 0, count = sqlite3_column_count(rows); i < count; ++i) addValue(mix, rows, i);
     ++out.rows;
     out.sum += mix.sum();
+    try {
+      count.add();
+    } catch (...) {
+      sqlite3_finalize(rows);
+      throw;
+    }
   }
   sqlite3_finalize(rows);
   if (rc != SQLITE_DONE) lite::fail(db, rc);
@@ -112,10 +111,15 @@ class Backup {
 
 }  // namespace
 
-std::vector<TableDigest> digestTables(sqlite3* db, const std::string& alias) {
+std::vector<TableDigest> digestTables(sqlite3* db, const std::string& alias, const CopyStep& step) {
   std::vector<TableDigest> out;
+  RowCount count(step);
   const auto catalog = loadCatalog(db, alias, "");
-  for (const auto& [folded, table] : catalog->tables) out.push_back(digest(db, alias, *table));
+  for (const auto& [folded, table] : catalog->tables) {
+    lite::Stmt last(db, "SELECT max(rowid) FROM " + alias + "." + lite::quoted(table->name));
+    if (last.step()) count.expect(last.integer(0));
+  }
+  for (const auto& [folded, table] : catalog->tables) out.push_back(digest(db, alias, *table, count));
   std::ranges::sort(out, {}, &TableDigest::name);
   return out;
 }
@@ -154,8 +158,13 @@ std::vector<TableDigest> copyLive(const DatabaseFiles& given, const DatabaseFile
     lite::exec(copy, "PRAGMA journal_mode=OFF");
     // The moment of the copy: whatever is committed later is seen neither by it nor by the digests.
     lite::exec(source, "BEGIN; SELECT count(*) FROM sqlite_master");
-    Backup(copy, source).run(step);
-    digests = digestTables(source, "main");
+    // The pages count for one half of the work, the rows for the other.
+    Backup(copy, source).run([&](std::int64_t done, std::int64_t all) {
+      return !step || step(done, 2 * all);
+    });
+    digests = digestTables(source, "main", [&](std::int64_t done, std::int64_t all) {
+      return !step || step(all + done, 2 * all);
+    });
     lite::exec(source, "COMMIT");
   }
   if (!settleDataFile(to)) throw Error(823, "I/O error detected in file '" + to.data.string() + "'.", 24);

@@ -10,7 +10,7 @@
 namespace engine {
 
 // All tables of an open file, in order of their names.
-std::vector<TableDigest> digestTables(sqlite3* db, const std::string& alias);
+std::vector<TableDigest> digestTables(sqlite3* db, const std::string& alias, const CopyStep& step = {});
 
 // Makes the pair `to`, whose names must be free, as the pair `from` is at this moment, and brings it to the
 // disk. Others go on writing. What comes back was read from the original at the moment of the copy. A copy

@@ -3,15 +3,18 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <thread>
 
 #include "engine/catalog.h"
 #include "engine/function.h"
 #include "engine/store/companion.h"
+#include "engine/store/data_reading.h"
 #include "engine/store/file_handle.h"
 #include "engine/store/file_layer.h"
 #include "engine/store/file_names.h"
@@ -169,7 +172,33 @@ std::string takeOldLogIn(const fs::path& data, const std::string& wanted) {
   return family;
 }
 
-void checkPages(const DatabaseFiles& given) {
+namespace {
+
+// Nothing where the file is of another make.
+std::unique_ptr<store::DataReading> readingOf(const FileHandle& db) {
+  try {
+    return std::make_unique<store::DataReading>(db, "main", *loadCatalog(db, "main", ""));
+  } catch (const Error&) {
+    return nullptr;  // SQLite's own look tells what is wrong
+  }
+}
+
+void readPages(sqlite3* db, store::DataReading* reading, const CopyStep& step) {
+  constexpr std::uint32_t often = 1024;
+  std::array<unsigned char, 65536> bytes;
+  lite::Stmt size(db, "PRAGMA page_size");
+  size.step();
+  const auto pageSize = static_cast<std::size_t>(size.integer(0));
+  for (std::uint32_t page = 1, pages = store::pageCount(db, "main"); page <= pages; ++page) {
+    if (const auto damage = store::readPage(db, "main", page, bytes.data())) throw Error(*damage);
+    if (reading) reading->take(reinterpret_cast<const char*>(bytes.data()), pageSize);
+    if (page % often == 0 && step && !step(page, pages)) throw lite::cancelled();
+  }
+}
+
+}  // namespace
+
+void checkPages(const DatabaseFiles& given, const CopyStep& step) {
   const DatabaseFiles files = ready(given);
   const FileHandle db(files, false);
   const auto fail = [&](const std::string& found) {
@@ -180,11 +209,14 @@ void checkPages(const DatabaseFiles& given) {
   };
   try {
     lite::exec(db, "SELECT count(*) FROM sqlite_master; PRAGMA wal_checkpoint");
-    for (std::uint32_t page = 1, pages = store::pageCount(db, "main"); page <= pages; ++page)
-      if (const auto damage = store::checkPage(db, "main", page)) throw Error(*damage);
-    lite::Stmt check(db, "PRAGMA quick_check(1)");
+    const auto reading = readingOf(db);
+    readPages(db, reading.get(), step);
+    if (const auto found = reading ? reading->finish() : DataFindings(); found.told && found.doubt.empty())
+      return;
+    lite::Stmt check(db, "PRAGMA integrity_check(1)");
     if (!check.step() || check.text(0) != "ok") fail(check.text(0));
   } catch (const Error& error) {
+    if (error.number() == lite::cancelled().number()) throw;
     const bool told =
         std::string_view(error.what()).find(files.data.parent_path().string()) != std::string::npos;
     if (told || error.number() == 1222) throw;

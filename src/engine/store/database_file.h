@@ -7,6 +7,8 @@
 #include <functional>
 #include <string>
 
+#include "engine/store/table_digest.h"
+
 namespace engine {
 
 // One database on the disk. `name` is told in errors.
@@ -34,8 +36,8 @@ std::string familyInPages(const std::filesystem::path& data);
 // that is the wanted one, or none is given.
 std::string takeOldLogIn(const std::filesystem::path& data, const std::string& wanted = {});
 
-// Reads every page. 824 with the first damage found.
-void checkPages(const DatabaseFiles& files);
+// Reads every page. 824 with the first damage found. `step` may break off (3617).
+void checkPages(const DatabaseFiles& files, const CopyStep& step = {});
 
 // Writes the log into the data file and leaves the companion empty. False while somebody else has the file
 // open; the pair is whole even then.

@@ -314,13 +314,19 @@ bool isChecksummed(sqlite3* db, const std::string& alias) {
 std::optional<Error> checkPage(sqlite3* db, const std::string& alias, std::uint32_t page) {
   sqlite3_file* file = fileOf(db, alias);
   if (!file) return std::nullopt;
+  std::vector<unsigned char> buffer(dataOf(file).pageSize);
+  return readPage(db, alias, page, buffer.data());
+}
+
+std::optional<Error> readPage(sqlite3* db, const std::string& alias, std::uint32_t page, unsigned char* to) {
+  sqlite3_file* file = fileOf(db, alias);
+  if (!file) return Error(823, "I/O error detected: the file is not open.", 24);
   DataState& data = dataOf(file);
-  std::vector<unsigned char> buffer(data.pageSize);
-  const int code = data.real.read(buffer.data(), buffer.size(), std::int64_t{page - 1} * data.pageSize);
+  const int code = data.real.read(to, data.pageSize, (std::int64_t{page} - 1) * data.pageSize);
   if (code != SQLITE_OK)
     return Error(823, "I/O error detected in file '" + data.path + "' at page " + std::to_string(page) + ".",
                  24);
-  if (!data.checksummed || verifyPage(data, buffer.data(), page) == SQLITE_OK) return std::nullopt;
+  if (!data.checksummed || verifyPage(data, to, page) == SQLITE_OK) return std::nullopt;
   return lite::takeFailure(SQLITE_IOERR_DATA);
 }
 

@@ -73,6 +73,8 @@ void finishCopy(const std::filesystem::path& original, const std::filesystem::pa
 
 // One page of the file: nothing, or what is wrong with it.
 std::optional<Error> checkPage(sqlite3* db, const std::string& alias, std::uint32_t page);
+// The same, which leaves the page in `to`, a page's size.
+std::optional<Error> readPage(sqlite3* db, const std::string& alias, std::uint32_t page, unsigned char* to);
 std::uint32_t pageCount(sqlite3* db, const std::string& alias);
 bool isChecksummed(sqlite3* db, const std::string& alias);
 

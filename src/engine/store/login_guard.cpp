@@ -27,12 +27,23 @@ bool hashMatches(const std::string& hash, std::string_view password) {
 }
 }  // namespace
 
-std::string hashPassword(std::string_view password) {
+namespace {
+
+std::string hashAt(std::string_view password, unsigned long long operations, std::size_t memory) {
   std::array<char, crypto_pwhash_STRBYTES> out{};
-  if (crypto_pwhash_str(out.data(), password.data(), password.size(), crypto_pwhash_OPSLIMIT_INTERACTIVE,
-                        crypto_pwhash_MEMLIMIT_INTERACTIVE) != 0)
+  if (crypto_pwhash_str(out.data(), password.data(), password.size(), operations, memory) != 0)
     throw Error(701, "There is insufficient system memory to run this query.", 17);
   return out.data();
+}
+
+}  // namespace
+
+std::string hashPassword(std::string_view password) {
+  return hashAt(password, crypto_pwhash_OPSLIMIT_INTERACTIVE, crypto_pwhash_MEMLIMIT_INTERACTIVE);
+}
+
+std::string hashSecret(std::string_view secret) {
+  return hashAt(secret, crypto_pwhash_OPSLIMIT_MIN, crypto_pwhash_MEMLIMIT_MIN);
 }
 
 LoginGuard::LoginGuard()
@@ -80,6 +91,11 @@ bool LoginGuard::verify(const std::string& login, std::string_view password, con
     passed_.insert(pair);
   }
   return passed;
+}
+
+void LoginGuard::trust(const std::string& login, std::string_view password, const std::string& hash) {
+  const std::lock_guard lock(mutex_);
+  passed_.insert(mark(login, password, hash));
 }
 
 // The name's own place, else a free one, else the one that was not needed for the longest time.

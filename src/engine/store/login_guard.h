@@ -18,6 +18,8 @@ namespace engine {
 
 // The salted slow hash of a password. Error 701 when the memory for it is missing.
 std::string hashPassword(std::string_view password);
+// Of a random password that lives as long as its process: nobody guesses it, so it need not be slow.
+std::string hashSecret(std::string_view secret);
 
 class LoginGuard {
  public:
@@ -38,6 +40,8 @@ class LoginGuard {
   // True when the password belongs to the hash. An empty hash (no such login) takes as long as a wrong
   // password. A pair that passed once passes again without the slow work as long as the hash is the same.
   bool verify(const std::string& foldedLogin, std::string_view password, const std::string& hash);
+  // The pair passes from now on without the slow work.
+  void trust(const std::string& foldedLogin, std::string_view password, const std::string& hash);
 
  private:
   using Mark = std::array<unsigned char, crypto_generichash_BYTES>;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace engine {
 
@@ -15,7 +16,14 @@ struct TableDigest {
   std::uint64_t sum = 0;
 };
 
-// Of a copy under way: gets pages done and pages in all; false breaks off with Error 3617.
+// What one reading of a whole data file has found.
+struct DataFindings {
+  bool told = false;                // false: an object is not the engine's own, and this way says nothing
+  std::string doubt;                // empty: all is well
+  std::vector<TableDigest> tables;  // in order of their names, when all is well
+};
+
+// Of a copy under way: gets what is done and what is to do in all; false breaks off with Error 3617.
 using CopyStep = std::function<bool(std::int64_t done, std::int64_t all)>;
 
 }  // namespace engine

@@ -99,6 +99,7 @@ void YedekFrm::denetimKur() {
   denetim_->setColumnCount(3);
   denetim_->setHorizontalHeaderLabels({"Konu", "Durum", "Açıklama"});
   denetim_->verticalHeader()->hide();
+  denetim_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   for (int i = 0; i < denetim_->columnCount(); ++i)
     denetim_->horizontalHeader()->setSectionResizeMode(
         i, i == 2 ? QHeaderView::Stretch : QHeaderView::ResizeToContents);

@@ -1,7 +1,12 @@
 // Copies of a database: read where they lie, and made while others write.
+#include <functional>
 #include <map>
+#include <random>
 
+#include "engine/store.h"
+#include "engine/store/file_handle.h"
 #include "engine/store/log_format.h"
+#include "engine/store/page_checksum.h"
 #include "scenarios/folder_fixture.h"
 
 namespace {
@@ -57,6 +62,166 @@ class Copies : public scenarios::DataFolder {
 
   fs::path aside;
 };
+
+// One reading of the bytes against what statements and DBCC say of the same file.
+class Reading : public Copies {
+ protected:
+  Reading() {
+    must(
+        "CREATE TABLE K(ID INT IDENTITY PRIMARY KEY, Ad VARCHAR(30) NULL, Tutar MONEY NULL, Oran FLOAT NULL, "
+        "Gun DATETIME NULL, Buyuk DECIMAL(30,2) NULL, Yazi TEXT NULL, B BIT NOT NULL)");
+    must(
+        "CREATE UNIQUE INDEX KU ON K(Ad,Oran) CREATE INDEX KT ON K(Tutar DESC,Ad) CREATE INDEX KB ON K(B) "
+        "CREATE UNIQUE INDEX KS ON K(Buyuk)");
+    must(
+        "BEGIN TRAN DECLARE @i INT SET @i=1 WHILE @i<1500 BEGIN INSERT INTO K VALUES(CASE WHEN @i%11=0 THEN "
+        "NULL ELSE 'İsim ı '+CONVERT(VARCHAR(10),@i*7919%1500) END,CASE WHEN @i%5=0 THEN NULL ELSE @i%13 "
+        "END,@i/4.0,DATEADD(day,@i,'20120314'),CAST(@i AS DECIMAL(30,2))*1000000000,CASE WHEN @i%50=0 THEN "
+        "REPLICATE('uzun ',3000) "
+        "ELSE NULL END,@i%2) SET @i=@i+1 END COMMIT");
+    must("DELETE FROM K WHERE ID%3=0 AND ID<700");
+    must("ALTER TABLE K ADD Sonra INT NOT NULL DEFAULT 5 ALTER TABLE K ADD Bos VARCHAR(10) NULL");
+    must("INSERT INTO K(Ad,Oran,B,Sonra) VALUES('yeni',NULL,1,6)");
+    live = sums(server->digest("FIRMA"));
+    server->stop();
+  }
+  engine::DatabaseFiles pair() const { return {aside / "FIRMA.mdf", aside / "FIRMA_log.ldf", "FIRMA"}; }
+  // SQLite's own pen, past every rule of the server. A definition that is written takes effect in the next.
+  void write(const std::string& sql) {
+    engine::lite::exec(engine::FileHandle(pair(), false), "PRAGMA writable_schema=ON;" + sql);
+    ASSERT_TRUE(engine::settleDataFile(pair()));
+  }
+  // While the index whose definition holds the words is not there.
+  void writeWithout(const std::string& words, const std::string& sql) {
+    std::string row;
+    {
+      const engine::FileHandle db(pair(), false);
+      engine::lite::Stmt index(
+          db,
+          "SELECT quote(type)||','||quote(name)||','||quote(tbl_name)||','||rootpage||','"
+          "||quote(sql) FROM sqlite_master WHERE type='index' AND sql LIKE ?");
+      index.bind("%" + words + "%");
+      ASSERT_TRUE(index.step()) << words;
+      row = index.text(0);
+    }
+    write("DELETE FROM sqlite_master WHERE type='index' AND sql LIKE '%" + words + "%'");
+    if (!sql.empty()) write(sql);
+    if (!sql.empty()) write("INSERT INTO sqlite_master VALUES(" + row + ")");
+  }
+  std::string root(const std::string& which) const {
+    const engine::FileHandle db(pair(), false);
+    engine::lite::Stmt row(db, "SELECT rootpage FROM sqlite_master WHERE " + which);
+    return row.step() ? row.text(0) : "";
+  }
+  engine::DataFindings read(const Server::Copy& copy, std::size_t piece) {
+    engine::CopyReading reading(copy.server, "FIRMA");
+    const std::string bytes = readAll(copy.data);
+    for (std::size_t at = 0; at < bytes.size(); at += piece)
+      reading.take(bytes.data() + at, std::min(piece, bytes.size() - at));
+    return reading.finish();
+  }
+
+  std::map<std::string, std::pair<std::int64_t, std::uint64_t>> live;
+};
+
+TEST_F(Reading, OfAWholeFileSeesWhatStatementsSee) {
+  copyFiles();
+  for (const std::size_t piece : {std::size_t{1} << 18, std::size_t{4096}, std::size_t{1000}}) {
+    const auto found = read(openAside(), piece);
+    EXPECT_TRUE(found.told);
+    EXPECT_EQ(found.doubt, "");
+    EXPECT_EQ(sums(found.tables), live);
+  }
+  EXPECT_EQ(read(openAside(), 100000000).doubt, "");
+}
+
+TEST_F(Reading, NoDamageIsPassedOver) {
+  const std::string kt = "Tutar\" DESC", sql = "UPDATE sqlite_master SET sql=replace(sql,";
+  struct Damage {
+    const char* what;
+    std::function<void()> spoil;
+    const char* doubt;  // a part of it
+    bool dbcc;          // sees it, too
+  };
+  const Damage damages[] = {
+      {"a row without its entry",
+       [&] {
+         writeWithout(kt,
+                      "INSERT INTO K(ID,Ad,Oran,Buyuk,B,Sonra) "
+                      "VALUES(9000,'x',-1,x'00112233445566778899AABBCCDDEEFF',1,5)");
+       },
+       "do not fit", true},
+      {"an entry without its row", [&] { writeWithout(kt, "DELETE FROM K WHERE ID=7"); }, "do not fit", true},
+      {"an entry of another row", [&] { writeWithout(kt, "UPDATE K SET Tutar=123456 WHERE ID=7"); },
+       "do not fit", true},
+      {"two entries changed for each other",
+       [&] { writeWithout("(\"B\")", "UPDATE K SET B=1-B WHERE ID IN (7,8)"); }, "do not fit", true},
+      {"an entry of NULLs", [&] { writeWithout("ifnull(\"Ad\"", "UPDATE K SET Ad='dolu' WHERE ID=11"); },
+       "do not fit", true},
+      {"wrong order", [&] { write(sql + "' DESC','') WHERE sql LIKE '%Tutar%DESC%' AND type='index'"); },
+       "out of order", true},
+      {"a key twice in a unique index",
+       [&] { write(sql + "'CREATE INDEX','CREATE UNIQUE INDEX') WHERE sql LIKE '%(\"B\")'"); },
+       "stands twice", true},
+      {"a value beyond its type", [&] { write("UPDATE K SET B=7 WHERE ID=2"); }, "cannot have", true},
+      {"a text that is too long", [&] { write("UPDATE K SET Bos='on bir harf' WHERE ID=2"); }, "cannot have",
+       true},
+      {"two trees in one place",
+       [&] { write("UPDATE sqlite_master SET rootpage=" + root("name='U'") + " WHERE sql LIKE '%(\"B\")'"); },
+       "referred to twice", true},
+      {"two trees changed for each other",
+       [&] {
+         const std::string b = root("sql LIKE '%(\"B\")'"), u = root("name='U'");
+         write("UPDATE sqlite_master SET rootpage=CASE rootpage WHEN " + b + " THEN " + u + " ELSE " + b +
+               " END WHERE rootpage IN (" + b + "," + u + ")");
+       },
+       "another kind", true},
+      {"pages of nobody", [&] { writeWithout("(\"B\")", ""); }, "belongs to nobody", false},
+      {"a flipped bit",
+       [&] {
+         std::string bytes = readAll(aside / "FIRMA.mdf");
+         bytes[bytes.size() / 2] ^= 1;
+         writeAll(aside / "FIRMA.mdf", bytes);
+       },
+       "does not fit its checksum", true},
+  };
+  for (const Damage& damage : damages) {
+    SCOPED_TRACE(damage.what);
+    copyFiles();
+    damage.spoil();
+    const auto copy = openAside();
+    const auto found = read(copy, std::size_t{1} << 18);
+    EXPECT_TRUE(found.told);
+    EXPECT_NE(found.doubt, "");
+    EXPECT_NE(found.doubt.find(damage.doubt), std::string::npos) << found.doubt;
+    EXPECT_TRUE(found.tables.empty());
+    EXPECT_EQ(runOn(copy, "DBCC CHECKDB (FIRMA) WITH NO_INFOMSGS") != "", damage.dbcc) << message;
+  }
+}
+
+// Whatever the bytes are: no reading ends in anything but a doubt.
+TEST_F(Reading, SurvivesAnyBytes) {
+  copyFiles();
+  const auto copy = openAside();
+  const std::string bytes = readAll(copy.data);
+  std::minstd_rand random(11);
+  for (int round = 0; round < 300; ++round) {
+    std::string spoilt = bytes;
+    // The sum of each page is made to fit, so that the page itself is looked at.
+    for (int hit = 0; hit < 3; ++hit) {
+      const std::size_t page = 1 + random() % (bytes.size() / 4096 - 1), at = random() % 4088;
+      auto* const start = reinterpret_cast<unsigned char*>(spoilt.data()) + page * 4096;
+      start[random() % 3 == 0 ? at % 16 : at] = static_cast<unsigned char>(random());
+      engine::store::storeChecksum(
+          start, 4096, engine::store::pageChecksum(start, 4096, static_cast<std::uint32_t>(page + 1)));
+    }
+    engine::CopyReading reading(copy.server, "FIRMA");
+    reading.take(spoilt.data(), spoilt.size());
+    const auto found = reading.finish();
+    EXPECT_TRUE(found.told);
+    EXPECT_EQ(found.tables.empty(), !found.doubt.empty());
+  }
+}
 
 TEST_F(Copies, ASettledPairIsReadWhereItLiesAndStaysAsItIs) {
   const auto live = sums(server->digest("FIRMA"));

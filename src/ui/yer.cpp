@@ -45,6 +45,13 @@ void yerlestir(QWidget& window, session::Platform& platform, std::string_view na
   if (known && kept[4] != 0) window.setWindowState(window.windowState() | Qt::WindowMaximized);
 }
 
+void ortala(QWidget& window) {
+  window.adjustSize();
+  const QRect room = window.screen()->availableGeometry();
+  const QSize frame = window.size() + frameGuess;
+  window.move(inside(QRect(room.center() - QRect(QPoint(), frame).center(), frame), room).topLeft());
+}
+
 void ekranaSigdir(QWidget& window) {
   if (window.isMaximized() || window.isFullScreen()) return;
   const QRect room = window.screen()->availableGeometry();

@@ -24,6 +24,7 @@
 #include "ui/tekrar.h"
 #include "ui/theme.h"
 #include "ui/uzun_is.h"
+#include "ui/yer.h"
 
 namespace session_ui {
 namespace {
@@ -236,6 +237,7 @@ void GirisFrm::baglantiAyari() {
   if (suruyor_ || bitti_) return;
   const QScopedValueRollback suruyor(suruyor_, true);
   IlkKurulumPenceresi pencere(oturum_, ui::text(company::Kurulum_Eksigi(oturum_)), this);
+  ui::ortala(pencere);
   const bool kuruldu = pencere.exec() == QDialog::Accepted;
   ui::ekranDegisti();
   sunucuyuYaz();

@@ -1,6 +1,7 @@
 #include "session/ui/pencereler.h"
 
 #include "ui/tekrar.h"
+#include "ui/yer.h"
 
 namespace session_ui {
 
@@ -18,6 +19,7 @@ void Pencereler::girisAc() {
   connect(giris_.get(), &GirisFrm::konsolAc, this, &Pencereler::konsolAc, Qt::QueuedConnection);
   if (konsol_) konsol_->hide();
   konsol_.reset();
+  ui::ortala(*giris_);
   giris_->show();
   ui::ekranDegisti();
 }

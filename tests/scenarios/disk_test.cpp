@@ -83,6 +83,39 @@ TEST_F(BadDisk, AFailedStatementLeavesNothing) {
   expectWhole();
 }
 
+class BadOpen : public DiskFirst, public DataFolder {};
+
+TEST_F(BadOpen, AFileThatCannotBeOpenedOnceIsOpenedTheNextTime) {
+  must("CREATE TABLE T (ID INT IDENTITY PRIMARY KEY, A INT)");
+  for (int i = 0; i < 9; ++i) must("INSERT INTO T VALUES (" + std::to_string(i) + ")");
+  bool struck = true;
+  for (int n = 0; struck; ++n) {
+    SCOPED_TRACE(n);
+    disk.arm({SQLITE_CANTOPEN, n, false, false, true});
+    const std::string printed = run("CREATE DATABASE YENI");
+    struck = disk.disarm();
+    EXPECT_TRUE(printed.empty() || printed == "!5120\n") << printed << message;
+    if (!printed.empty()) must("CREATE DATABASE YENI");
+    must("CREATE TABLE YENI..T (A INT) INSERT INTO YENI..T VALUES (1)");
+    must("DROP DATABASE YENI");
+  }
+  // By a second session, which then writes the log into the file and is the last to close it.
+  for (int n = 0; n < 4; ++n) {
+    SCOPED_TRACE(n);
+    must("UPDATE T SET A=A+1");
+    auto first = std::move(session);
+    session = std::make_unique<engine::Session>(server, "sa", password, "master");
+    disk.arm({SQLITE_CANTOPEN, n, false, false, true});
+    run("SELECT COUNT(*) FROM FIRMA..T");
+    disk.disarm();
+    must("UPDATE FIRMA..T SET A=A-1 DBCC CHECKDB ('FIRMA') WITH NO_INFOMSGS");
+    first.reset();
+    close();
+    open();
+    EXPECT_EQ(run("SELECT COUNT(*),SUM(A) FROM T"), "9\t36\n") << message;
+  }
+}
+
 TEST_F(BadDisk, DatabasesAreMadeAndDroppedWholly) {
   const auto stands = [&] {
     return number("SELECT COUNT(*) FROM master..sysdatabases WHERE name='YENI'") != 0;

@@ -16,9 +16,9 @@ struct Disk {
   Fault fault;
   int passed = 0;
 
-  int check() {
+  int check(bool opens = false) {
     const std::lock_guard lock(mutex);
-    if (!armed || (struck && !fault.lasting)) return SQLITE_OK;
+    if (!armed || opens != fault.opens || (struck && !fault.lasting)) return SQLITE_OK;
     if (!struck && passed++ < fault.after) return SQLITE_OK;
     struck = true;
     if (fault.kill) ::raise(SIGKILL);
@@ -74,6 +74,8 @@ const sqlite3_io_methods methods = {
 int openFile(sqlite3_vfs* vfs, const char* name, sqlite3_file* file, int flags, int* outFlags) {
   auto* under = static_cast<sqlite3_vfs*>(vfs->pAppData);
   auto* wrapped = reinterpret_cast<File*>(file);
+  file->pMethods = nullptr;
+  if (const int code = disk.check(true); code != SQLITE_OK) return code;
   wrapped->real = reinterpret_cast<sqlite3_file*>(wrapped + 1);
   const int code = under->xOpen(under, name, wrapped->real, flags, outFlags);
   file->pMethods = wrapped->real->pMethods ? &methods : nullptr;

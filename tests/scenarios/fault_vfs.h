@@ -10,6 +10,7 @@ struct Fault {
   int after = 0;           // so many writes, truncations and syncs pass first
   bool lasting = false;    // all later ones fail, too; else just the one
   bool kill = false;       // the process is killed in place of the call
+  bool opens = false;      // the calls that open a file are meant, and none else
 };
 
 // While it lives, SQLite's default VFS is one that can fail. Make it before any database is opened.

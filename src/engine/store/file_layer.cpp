@@ -38,7 +38,8 @@ bool isDataHeader(const unsigned char* header) {
   return std::memcmp(header, magic, sizeof magic) == 0;
 }
 
-// The identity that the companion tells; what it is worth is seen when the log is taken in.
+// The identity that the companion tells, 0 when it cannot be read; what it is worth is seen when the log is
+// taken in.
 std::uint32_t identityInLog(sqlite3_vfs* vfs, const std::string& path) {
   RealFile log;
   LogPage page{};
@@ -61,6 +62,8 @@ int openData(sqlite3_vfs* vfs, const char* name, sqlite3_file* file, int flags, 
   data->identity = identityInLog(vfs, data->logPath);
   const std::int64_t size = data->real.size();
   if (size == 0 && (flags & SQLITE_OPEN_CREATE) != 0) {
+    // A mark without an identity would tie the new file to no log at all.
+    if (data->identity == 0) return failOpen(data->logPath);
     data->pageSize = pageSize;
     data->checksummed = true;
     data->mark.identity = data->identity;
@@ -73,6 +76,8 @@ int openData(sqlite3_vfs* vfs, const char* name, sqlite3_file* file, int flags, 
       return failWith(SQLITE_CANTOPEN, Error(5172, "The header for file '" + data->path +
                                                        "' is not a valid database file header."));
     if (const int code = data->learn(); code != SQLITE_OK) return code;
+    // Nor may this handle take away what the file knows when others have taken the log in already.
+    if (data->identity == 0) data->identity = data->mark.identity;
   }
   data->inode = RealFile::inodeAt(data->path);
   data->shared = sharedLog(data->path, data->inode);

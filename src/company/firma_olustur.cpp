@@ -84,7 +84,11 @@ bool sahipsizVeritabani(Oturum& oturum) {
         "SELECT (SELECT COUNT(*) FROM sysobjects WHERE xtype IN ('U','V'))+(SELECT COUNT(*) FROM "
         "master.dbo.sysprocesses WHERE dbid=DB_ID() AND spid<>@@SPID)");
     return nesneler && nesneler->count() > 0 && nesneler->value(0, 0).integer() == 0;
-  } catch (const db::SqlError&) {
+  } catch (const db::SqlError& hata) {
+    // Who could not look does not say that the name is taken.
+    constexpr int durdu = 17142, duruyor = 6005;
+    const bool koptu = hata.kind() == db::ErrorKind::LinkBroken && hata.serverNumber() == 0;
+    if (koptu || hata.serverNumber() == durdu || hata.serverNumber() == duruyor) throw;
     return false;
   }
 }

@@ -396,8 +396,10 @@ bool inTheWay(const std::string& told) {
       }
       if (step.again.empty()) end = run(folder, step.command);
       for (const Command& command : step.again) {
+        const std::string before = end.text;
         do end = run(folder, command);
         while (end.code != 0 && inTheWay(end.text));
+        if (end.code != 0) end.text = before + end.text;
       }
     }
     step.effect(model);

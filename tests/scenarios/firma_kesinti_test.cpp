@@ -274,6 +274,20 @@ TEST_F(FirmaKesinti, DatabaseWithoutARowIsTakenUpOnlyWhenItIsEmptyAndWanted) {
   EXPECT_TRUE(p->s.boxes.shown[0].question);
   EXPECT_TRUE(p->s.boxes.shown[1].question);
   EXPECT_TRUE(p->dugumler(firma).empty());
+  // A service that stops while that is being found out has not told that the name is taken.
+  for (std::size_t at = 1; at < 4; ++at) {
+    SCOPED_TRACE(at);
+    p->surucu.izleme.sifirla();
+    p->surucu.izleme.once = [&](std::size_t number) {
+      if (number == at + 1) p->surucu.local("(yerel)")->stop();
+    };
+    p->olustur(firma);
+    p->surucu.izleme.sifirla();
+    EXPECT_EQ(p->s.oturum.Son_Hata.find("Zaten Var"), std::string::npos);
+    EXPECT_FALSE(p->s.boxes.texts().empty());
+    yenidenAc();
+    p->surucu.local("(yerel)")->start();
+  }
   toparlan();
 
   p->bagla("master").execute("CREATE DATABASE BASKA CREATE TABLE BASKA..T (A INT)");

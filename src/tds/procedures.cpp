@@ -83,17 +83,29 @@ void Procedures::run(const Call& call, Answer& answer) {
 
 void Procedures::runNamed(const Call& call, Answer& answer) {
   std::vector<engine::Parameter> values;
-  std::string text = "EXEC " + quotedName(call.name);
+  // The first variable takes what the procedure returns.
+  values.push_back({"@tds0", {engine::TypeId::Int}, 0});
+  std::string text = "EXEC @tds0=" + quotedName(call.name);
   for (const CallParameter& parameter : call.parameters) {
     if (parameter.byDefault) continue;
     const std::string variable = "@tds" + std::to_string(values.size());
-    text += values.empty() ? " " : ",";
+    text += values.size() == 1 ? " " : ",";
     if (!parameter.name.empty()) text += parameter.name + "=";
-    text += variable;
+    text += variable + (parameter.output ? " OUTPUT" : "");
     values.push_back({variable, parameter.type, parameter.value});
   }
   session_.execute(text, values, answer);
-  putReturnStatus(answer.tokens(), answer.failed() ? 1 : 0);
+  std::string& to = answer.tokens();
+  const auto status = static_cast<std::int32_t>(values[0].value.isInteger() ? values[0].value.integer() : 0);
+  putReturnStatus(to, status == 0 && answer.failed() ? 1 : status);
+  std::size_t at = 0;
+  for (std::size_t i = 0; i < call.parameters.size(); ++i) {
+    if (call.parameters[i].byDefault) continue;
+    const engine::Parameter& value = values[++at];
+    if (call.parameters[i].output)
+      putReturnValue(to, static_cast<std::uint16_t>(i), call.parameters[i].name, value.type, value.value,
+                     answer.version());
+  }
 }
 
 void Procedures::runPrepared(const std::string& text, const std::vector<Declared>& declared, const Call& call,

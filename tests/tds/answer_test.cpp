@@ -194,6 +194,22 @@ TEST_F(Served, RunsCallsOfStatementsWithParameters) {
                 "'\ndoneinproc select 1 more\nstatus 0\ndoneproc\n");
 }
 
+TEST_F(Served, CallsProceduresOfTheUsersOwn) {
+  Client client(server->port());
+  client.open(v74, "FIRMA");
+  client.batch(
+      "CREATE PROCEDURE Topla @a INT, @b INT = 5, @s INT = 0 OUTPUT AS SET @s = @a + @b SELECT @s AS toplam "
+      "RETURN @s + 1");
+  EXPECT_EQ(client.rpc(namedCall("Topla", {intParameter("@a", 4), nullIntParameter("@s", true)})),
+            "columns toplam:int4\nrow 9\ndoneinproc select 1 more\nstatus 10\nreturn @s int4 9\ndoneproc\n");
+  EXPECT_EQ(client.rpc(namedCall("dbo.Topla", {intParameter("", 4), intParameter("", 6)})),
+            "columns toplam:int4\nrow 10\ndoneinproc select 1 more\nstatus 11\ndoneproc\n");
+  EXPECT_EQ(
+      client.rpc(namedCall("Topla", {})),
+      "error 201/16/1 line 1: Procedure or function 'Topla' expects parameter '@a', which was not supplied.\n"
+      "doneinproc more error\nstatus 1\ndoneproc error\n");
+}
+
 TEST_F(Served, ServesTheTransactionManager) {
   Client client(server->port());
   client.open(v74, "FIRMA");

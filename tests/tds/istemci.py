@@ -25,3 +25,22 @@ try:
     cursor.execute("SELECT * FROM YOK")
 except pyodbc.Error as refused:
     print(refused.args[0])
+
+cursor.execute("ALTER TABLE P ADD CONSTRAINT CK_P CHECK (Tutar > 0)")
+cursor.execute("CREATE PROCEDURE Pahali @en DECIMAL(9,2), @kac INT = NULL OUTPUT AS SET NOCOUNT ON "
+               "SELECT Ad FROM P WHERE Tutar >= @en SET @kac = @@ROWCOUNT RETURN 7")
+connection.commit()
+print([row.Ad for row in cursor.execute("{CALL Pahali(?)}", (decimal.Decimal("1"),)).fetchall()])
+cursor.execute("DECLARE @r INT, @k INT EXEC @r = Pahali 1, @k OUTPUT SELECT @r, @k")
+print([row.Ad for row in cursor.fetchall()])
+while cursor.nextset():
+    if cursor.description:
+        print(*cursor.fetchone())
+for row in cursor.execute("SELECT COLUMN_NAME, DATA_TYPE, NUMERIC_PRECISION FROM INFORMATION_SCHEMA.COLUMNS "
+                          "WHERE TABLE_NAME = 'P' ORDER BY ORDINAL_POSITION").fetchall():
+    print(*row)
+print(*cursor.execute("SELECT ROUTINE_NAME, ROUTINE_TYPE FROM INFORMATION_SCHEMA.ROUTINES").fetchone())
+try:
+    cursor.execute("INSERT INTO P(Ad, Tutar) VALUES(?, ?)", ("eksi", decimal.Decimal("-1")))
+except pyodbc.Error as refused:
+    print(refused.args[0])

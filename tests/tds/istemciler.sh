@@ -48,7 +48,15 @@ iki None
 ['ID', 'Ad', 'Tutar']
 ['P']
 ['ID']
-42S02"
+42S02
+['Şık']
+['Şık']
+7 1
+ID int 10
+Ad varchar None
+Tutar decimal 9
+Pahali PROCEDURE
+23000"
 java -cp /usr/share/java/jtds.jar "$here/Istemci.java" "$port" "$password" 2>"$work/java" |
   expect jdbc "0 3
 3 Şık 3 3.75

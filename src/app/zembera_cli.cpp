@@ -16,5 +16,5 @@ int main(int argc, char** argv) {
                    db::makeConnectionFactory,
                    platform::outputIsTerminal() && platform::coloursWanted(),
                    platform::errorIsTerminal() && platform::coloursWanted()};
-  return cli::calistir(ortam, {argv + 1, argv + argc});
+  return cli::calistir(ortam, platform::arguments(argc, argv));
 }

@@ -6,6 +6,8 @@
 #ifdef _WIN32
 #include <io.h>
 #include <windows.h>
+// After it.
+#include <shellapi.h>
 #else
 #include <termios.h>
 #include <unistd.h>
@@ -28,6 +30,23 @@ bool setEcho(bool on) {
 }
 
 }  // namespace
+
+std::vector<std::string> arguments(int, char**) {
+  SetConsoleOutputCP(CP_UTF8);
+  SetConsoleCP(CP_UTF8);
+  int count = 0;
+  wchar_t** const given = CommandLineToArgvW(GetCommandLineW(), &count);
+  std::vector<std::string> texts;
+  for (int i = 1; given && i < count; ++i) {
+    const int bytes = WideCharToMultiByte(CP_UTF8, 0, given[i], -1, nullptr, 0, nullptr, nullptr);
+    std::string text(static_cast<std::size_t>(bytes > 0 ? bytes : 1), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, given[i], -1, text.data(), bytes, nullptr, nullptr);
+    text.pop_back();  // the end that it counts as well
+    texts.push_back(std::move(text));
+  }
+  LocalFree(given);
+  return texts;
+}
 
 bool inputIsTerminal() {
   return _isatty(0) != 0;
@@ -83,6 +102,10 @@ bool setEcho(bool on) {
 }
 
 }  // namespace
+
+std::vector<std::string> arguments(int argc, char** argv) {
+  return {argv + 1, argv + argc};
+}
 
 bool inputIsTerminal() {
   return isatty(STDIN_FILENO) != 0;

@@ -1,7 +1,14 @@
 // The terminal behind standard input and error.
 #pragma once
 
+#include <string>
+#include <vector>
+
 namespace platform {
+
+// What the program was called with, without its own name, in UTF-8; makes the terminal take UTF-8 where it
+// would not by itself.
+std::vector<std::string> arguments(int argc, char** argv);
 
 bool inputIsTerminal();
 bool outputIsTerminal();

@@ -1,6 +1,10 @@
 // Owned ODBC handles and what they have to say.
 #pragma once
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+// After it, where there is one.
 #include <sql.h>
 #include <sqlext.h>
 #include <sqlucode.h>

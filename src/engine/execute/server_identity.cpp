@@ -1,13 +1,12 @@
 #include "engine/execute/server_identity.h"
 
-#include <unistd.h>
+#include "engine/store/system_file.h"
 
 namespace engine {
 
 std::string serverName() {
-  char name[256] = {};
-  if (gethostname(name, sizeof name - 1) != 0) return "YEREL";
-  std::string text(name);
+  std::string text = system::hostName();
+  if (text.empty()) return "YEREL";
   for (char& c : text)
     if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
   return text;

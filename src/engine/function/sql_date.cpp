@@ -16,7 +16,11 @@ std::int64_t clockTicks(bool local) {
   const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
   const auto fraction = now - std::chrono::system_clock::from_time_t(seconds);
   std::tm tm{};
+#ifdef _WIN32
+  local ? localtime_s(&tm, &seconds) : gmtime_s(&tm, &seconds);
+#else
   local ? localtime_r(&seconds, &tm) : gmtime_r(&seconds, &tm);
+#endif
   Civil civil{tm.tm_year + 1900, tm.tm_mon + 1, tm.tm_mday, tm.tm_hour, tm.tm_min, tm.tm_sec, 0};
   if (civil.second > 59) civil.second = 59;  // a leap second
   civil.millisecond =

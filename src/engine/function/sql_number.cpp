@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 #include <limits>
+#include <numbers>
 #include <random>
 
 #include "engine/function/sqlite_values.h"
@@ -120,10 +121,10 @@ double cotangent(double x) {
   return 1 / std::tan(x);
 }
 double degrees(double x) {
-  return x * (180 / M_PI);
+  return x * (180 / std::numbers::pi);
 }
 double radians(double x) {
-  return x * (M_PI / 180);
+  return x * (std::numbers::pi / 180);
 }
 double logarithm(double x) {
   return x > 0 ? std::log(x) : std::nan("");

@@ -1,11 +1,4 @@
 // Copies of databases, as a server makes and reads them.
-#include <fcntl.h>
-#include <sodium.h>
-#include <stdlib.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include "engine/catalog.h"
 #include "engine/function.h"
 #include "engine/server/server.h"
@@ -13,6 +6,7 @@
 #include "engine/store/companion.h"
 #include "engine/store/copy.h"
 #include "engine/store/data_reading.h"
+#include "engine/store/system_file.h"
 
 namespace engine {
 
@@ -22,29 +16,6 @@ namespace {
 
 constexpr std::string_view scratchName = "zembera-kopya-";
 
-// A folder that this process holds as long as it is open, whatever ends the process.
-class HeldFolder {
- public:
-  // False when it is another user's, no folder, or held by somebody else.
-  bool hold(const fs::path& path) {
-    fd_ = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    struct stat held {
-    }, there{};
-    return fd_ >= 0 && ::fstat(fd_, &held) == 0 && held.st_uid == ::geteuid() &&
-           ::flock(fd_, LOCK_EX | LOCK_NB) == 0 && ::lstat(path.c_str(), &there) == 0 &&
-           there.st_ino == held.st_ino && there.st_dev == held.st_dev;
-  }
-  HeldFolder() = default;
-  ~HeldFolder() {
-    if (fd_ >= 0) ::close(fd_);
-  }
-  HeldFolder(const HeldFolder&) = delete;
-  HeldFolder& operator=(const HeldFolder&) = delete;
-
- private:
-  int fd_ = -1;
-};
-
 // Those of processes that were killed.
 void removeLeftScratch(const fs::path& parent) {
   std::error_code error;
@@ -52,7 +23,7 @@ void removeLeftScratch(const fs::path& parent) {
   for (fs::directory_iterator it(parent, error), end; !error && it != end; it.increment(error))
     if (it->path().filename().string().starts_with(scratchName)) found.push_back(it->path());
   for (const fs::path& each : found) {
-    HeldFolder left;
+    system::HeldFolder left;
     if (left.hold(each)) fs::remove_all(each, error);
   }
 }
@@ -62,14 +33,13 @@ class ScratchFolder {
   explicit ScratchFolder(const fs::path& parent) {
     removeLeftScratch(parent);
     do {  // another process that looks for left ones may take it before it is held
-      std::string name = (parent / scratchName).string() + "XXXXXX";
-      if (!::mkdtemp(name.data()))
+      path = system::makeFolder(parent / scratchName);
+      if (path.empty())
         throw Error(5123,
                     "CREATE FILE encountered operating system error while attempting to create the "
                     "scratch folder '" +
-                        name + "'.");
-      path = name;
-      held_ = std::make_unique<HeldFolder>();
+                        (parent / scratchName).string() + "XXXXXX'.");
+      held_ = std::make_unique<system::HeldFolder>();
     } while (!held_->hold(path));
   }
   ~ScratchFolder() {
@@ -82,7 +52,7 @@ class ScratchFolder {
   fs::path path;
 
  private:
-  std::unique_ptr<HeldFolder> held_;
+  std::unique_ptr<system::HeldFolder> held_;
 };
 
 void copyFile(const fs::path& from, const fs::path& to) {

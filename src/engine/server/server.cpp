@@ -1,8 +1,6 @@
 // The folder: made, opened, stopped and started.
 #include "engine/server/server.h"
 
-#include <sys/stat.h>
-
 #include <array>
 #include <chrono>
 #include <map>
@@ -170,12 +168,12 @@ class Untouched {
  public:
   void left(const fs::path& file) {
     const std::lock_guard guard(busy_);
-    stamps_[file] = stampOf(file);
+    stamps_[file] = system::stampOf(file);
   }
   // Once: what happens to it while the service runs is not watched.
   bool still(const fs::path& file) {
     const std::lock_guard guard(busy_);
-    const auto stamp = stampOf(file);
+    const auto stamp = system::stampOf(file);
     const auto at = stamps_.find(file);
     const bool same = at != stamps_.end() && stamp && at->second == stamp;
     stamps_.erase(file);
@@ -183,16 +181,8 @@ class Untouched {
   }
 
  private:
-  using Stamp = std::array<std::int64_t, 5>;
-  static std::optional<Stamp> stampOf(const fs::path& file) {
-    struct stat info {};
-    if (::stat(file.c_str(), &info) != 0) return std::nullopt;
-    return Stamp{static_cast<std::int64_t>(info.st_dev), static_cast<std::int64_t>(info.st_ino), info.st_size,
-                 info.st_ctim.tv_sec, info.st_ctim.tv_nsec};
-  }
-
   std::mutex busy_;
-  std::map<fs::path, std::optional<Stamp>> stamps_;
+  std::map<fs::path, std::optional<system::Stamp>> stamps_;
 };
 Untouched untouched;
 

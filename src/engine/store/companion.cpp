@@ -1,9 +1,6 @@
 #include "engine/store/companion.h"
 
-#include <fcntl.h>
 #include <sodium.h>
-#include <sys/file.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -17,6 +14,7 @@
 #include "engine/store/file_layer.h"
 #include "engine/store/file_names.h"
 #include "engine/store/log_format.h"
+#include "engine/store/system_file.h"
 #include "engine/value.h"
 
 namespace engine {
@@ -24,8 +22,6 @@ namespace engine {
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr mode_t privateMode = 0600;
 
 // The first page of a companion; less when it is shorter.
 std::string startOf(const fs::path& file) {
@@ -50,14 +46,15 @@ std::optional<store::LogHead> headOf(const fs::path& file) {
 }
 
 void writePage(const fs::path& file, const store::LogPage& page) {
-  const int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, privateMode);
-  bool good = fd >= 0;
-  int reason = errno;
-  if (good) {
-    good = ::write(fd, page.data(), page.size()) == static_cast<ssize_t>(page.size()) && ::fsync(fd) == 0;
+  const std::string_view bytes(reinterpret_cast<const char*>(page.data()), page.size());
+  bool good = true;
+  int reason = 0;
+  {
+    const auto made = system::File::createNew(file);
+    const bool begun = made.valid();
+    good = begun && made.writeAll(bytes) && made.flush();
     reason = errno;
-    ::close(fd);
-    if (!good) ::unlink(file.c_str());
+    if (begun && !good) system::remove(file);
   }
   if (!good)
     throw Error(5123, "CREATE FILE encountered operating system error " + std::to_string(reason) + "(" +
@@ -68,17 +65,13 @@ void writePage(const fs::path& file, const store::LogPage& page) {
 // Held while a companion of the first format is converted, so that two processes do not both do it.
 class FileTurn {
  public:
-  explicit FileTurn(const fs::path& file) : fd_(::open(file.c_str(), O_RDONLY | O_CLOEXEC)) {
-    if (fd_ >= 0) ::flock(fd_, LOCK_EX);
+  explicit FileTurn(const fs::path& file) : file_(system::File::openExisting(file)) {
+    if (file_.valid()) file_.lock(beyondEverything, system::File::Lock::Exclusive, true);
   }
-  ~FileTurn() {
-    if (fd_ >= 0) ::close(fd_);
-  }
-  FileTurn(const FileTurn&) = delete;
-  FileTurn& operator=(const FileTurn&) = delete;
 
  private:
-  int fd_;
+  static constexpr std::int64_t beyondEverything = std::int64_t{1} << 60;
+  system::File file_;
 };
 
 void convertCompanion(const fs::path& data, const fs::path& log, const std::string& database) {

@@ -1,8 +1,5 @@
 #include "engine/store/database_file.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -19,6 +16,7 @@
 #include "engine/store/file_layer.h"
 #include "engine/store/file_names.h"
 #include "engine/store/page_checksum.h"
+#include "engine/store/system_file.h"
 #include "engine/value.h"
 
 namespace engine {
@@ -26,8 +24,6 @@ namespace engine {
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr mode_t privateMode = 0600;
 
 [[noreturn]] void failCreate(const fs::path& file, int reason) {
   throw Error(5123, "CREATE FILE encountered operating system error " + std::to_string(reason) + "(" +
@@ -39,13 +35,6 @@ constexpr mode_t privateMode = 0600;
   const std::string text = error.what();
   if (text.find(file.string()) != std::string::npos) throw Error(error);
   throw Error(error.number(), "The database file '" + file.string() + "' is damaged: " + text, 24);
-}
-
-void syncFolder(const fs::path& folder) {
-  const int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (fd < 0) return;
-  ::fsync(fd);
-  ::close(fd);
 }
 
 // The companion, where it is ready; opening makes what is needed of it.
@@ -89,9 +78,7 @@ bool isLeft(const fs::path& data) {
 }  // namespace
 
 void makeEmpty(const fs::path& file) {
-  const int fd = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, privateMode);
-  if (fd < 0) failCreate(file, errno);
-  ::close(fd);
+  if (!system::File::createNew(file).valid()) failCreate(file, errno);
 }
 
 void reserveChecksums(sqlite3* db) {
@@ -130,14 +117,8 @@ void buildDataFile(const DatabaseFiles& files, const std::string& family,
 
 void putInPlace(const fs::path& from, const fs::path& to) {
   makePrivate(from);
-  int rc = ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
-  if (rc != 0 && errno == EINVAL) {
-    // A file system without that flag: the name was looked for before.
-    std::error_code error;
-    rc = fs::exists(to, error) ? (errno = EEXIST, -1) : ::rename(from.c_str(), to.c_str());
-  }
-  if (rc == 0) {
-    syncFolder(to.parent_path());
+  if (system::renameNew(from, to)) {
+    system::flushFolder(to.parent_path());
     return;
   }
   if (errno == EEXIST)
@@ -269,8 +250,8 @@ void renewDataFile(const DatabaseFiles& given) {
     removeDataFile(made);
     throw;
   }
-  if (::rename(made.c_str(), files.data.c_str()) != 0) failCreate(files.data, errno);
-  syncFolder(files.data.parent_path());
+  if (!system::replace(made, files.data)) failCreate(files.data, errno);
+  system::flushFolder(files.data.parent_path());
 }
 
 void removeDataFile(const fs::path& file) {

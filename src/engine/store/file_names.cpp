@@ -1,15 +1,11 @@
 #include "engine/store/file_names.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <cstring>
 
 #include "engine/store/database_file.h"
+#include "engine/store/system_file.h"
 #include "engine/value.h"
 
 namespace engine {
@@ -19,6 +15,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::string_view longestEnding = "-journal";
+constexpr std::size_t longestName = 255;
 constexpr std::size_t longestPath = 4000;
 
 [[noreturn]] void failFile(const fs::path& file, int error) {
@@ -37,7 +34,7 @@ std::string beginning(const std::string& text, std::size_t bytes) {
 }  // namespace
 
 bool fitsFileSystem(const fs::path& file) {
-  return unfinishedName(file).filename().string().size() + longestEnding.size() <= NAME_MAX &&
+  return unfinishedName(file).filename().string().size() + longestEnding.size() <= longestName &&
          file.string().size() <= longestPath;
 }
 
@@ -52,24 +49,14 @@ void checkFileName(const fs::path& file) {
 }
 
 void tryFile(const fs::path& file) {
-#ifdef O_TMPFILE
   // Without a name, for nobody would remove what a kill leaves here: it stands in no record yet.
-  const int nameless = ::open(file.parent_path().c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
-  if (nameless >= 0) {
-    ::close(nameless);
-    return;
-  }
-  // What a file system or a system says that has no such files.
-  if (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL) failFile(file, errno);
-#endif
+  if (system::File::createNameless(file.parent_path()).valid()) return;
+  if (errno != ENOTSUP) failFile(file, errno);
   const fs::path trial = unfinishedName(file);
-  const int handle = ::open(trial.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
-  if (handle < 0) {
-    if (errno != EEXIST) failFile(file, errno);
-    return;  // what a broken-off attempt has left is replaced
-  }
-  ::close(handle);
-  ::unlink(trial.c_str());
+  if (system::File::createNew(trial).valid())
+    system::remove(trial);
+  else if (errno != EEXIST)  // what a broken-off attempt has left is replaced
+    failFile(file, errno);
 }
 
 void removeFile(const fs::path& file) {
@@ -79,11 +66,9 @@ void removeFile(const fs::path& file) {
 }
 
 std::string reasonNotOpened(const fs::path& file) {
-  struct stat status {};
-  if (::stat(file.c_str(), &status) == 0 && !S_ISREG(status.st_mode))
-    return "It is no file, but a folder, a pipe or a device.";
+  if (system::isOtherThanAFile(file)) return "It is no file, but a folder, a pipe or a device.";
   // Not by opening it: to close it again would take the locks away that this process has on it.
-  const int error = ::access(file.c_str(), R_OK | W_OK) == 0 ? 0 : errno;
+  const int error = system::accessError(file);
   if (error == 0 || error == ENOENT)
     return "Operating system error 2: \"2(The system cannot find the file specified.)\".";
   return "Operating system error " + std::to_string(error) + ": \"" + std::to_string(error) + "(" +
@@ -98,16 +83,13 @@ void makePrivate(const fs::path& path) {
 }
 
 std::vector<fs::path> openToOthers(const fs::path& folder) {
-  constexpr fs::perms others = fs::perms::group_all | fs::perms::others_all;
   std::error_code error;
-  const auto open = [&](const fs::path& path) {
-    return (fs::symlink_status(path, error).permissions() & others) != fs::perms::none;
-  };
   std::vector<fs::path> found;
-  if (open(folder)) found.push_back(folder);
+  if (system::isOpenToOthers(folder)) found.push_back(folder);
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
     std::error_code ignored;
-    if (entry->is_regular_file(ignored) && open(entry->path())) found.push_back(entry->path());
+    if (entry->is_regular_file(ignored) && system::isOpenToOthers(entry->path()))
+      found.push_back(entry->path());
   }
   return found;
 }

@@ -1,9 +1,6 @@
 #include "engine/store/intent.h"
 
-#include <fcntl.h>
 #include <sodium.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -191,44 +188,16 @@ std::string contentOf(const fs::path& file) {
 }
 
 // Held by the owner. Whoever ends what he left needs none: one alone does so at a time.
-struct flock ownersLock() {
-  struct flock lock {};
-  lock.l_type = F_WRLCK;
-  lock.l_whence = SEEK_SET;
-  lock.l_len = 1;
-  return lock;
-}
-bool lockAsOwner(int handle) {
-  struct flock lock = ownersLock();
-  return ::fcntl(handle, F_OFD_SETLK, &lock) == 0;
-}
-bool ownerLives(int handle) {
-  struct flock lock = ownersLock();
-  return ::fcntl(handle, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
-}
-
-void syncFolder(const fs::path& folder) {
-  const int handle = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (handle < 0) return;
-  ::fsync(handle);
-  ::close(handle);
-}
+constexpr std::int64_t ownersLock = 0;
 
 [[noreturn]] void failWrite(const fs::path& file, int error) {
-  if (error == ENOSPC || error == EDQUOT) throw lite::diskFull();
+#ifdef EDQUOT
+  if (error == EDQUOT) throw lite::diskFull();
+#endif
+  if (error == ENOSPC) throw lite::diskFull();
   throw Error(5123, "CREATE FILE encountered operating system error " + std::to_string(error) + "(" +
                         std::strerror(error) + ") while attempting to open or create the physical file '" +
                         file.string() + "'.");
-}
-
-bool writeAll(int handle, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = ::write(handle, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return ::fsync(handle) == 0;
 }
 
 void bindRow(lite::Stmt& statement, const StoredRow& row) {
@@ -264,77 +233,76 @@ IntentFile::IntentFile(const fs::path& folder, const Intent& intent, SharedPage&
     : file_(intentFile(folder, intent.number)), page_(page), number_(intent.number) {
   const fs::path temporary = file_.string() + std::string(temporaryEnding);
   page_.intentsBegun.fetch_add(1);
-  handle_ = ::open(temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-  if (handle_ < 0) {
+  handle_ = system::File::createNew(temporary);
+  if (!handle_.valid()) {
     const int error = errno;
     page_.intentsEnded.fetch_add(1);
     failWrite(temporary, error);
   }
   atIntentStep("made");
-  const bool whole = lockAsOwner(handle_) && writeAll(handle_, written(intent));
+  const bool whole = handle_.lock(ownersLock, system::File::Lock::Exclusive, false) &&
+                     handle_.writeAll(written(intent)) && handle_.flush();
   atIntentStep("written");
-  if (!whole || ::rename(temporary.c_str(), file_.c_str()) != 0) {
+  if (!whole || !system::replace(temporary, file_)) {
     const int error = errno;
-    ::unlink(temporary.c_str());
-    ::close(handle_);
+    system::remove(temporary);
     page_.intentsEnded.fetch_add(1);
     failWrite(file_, error);
   }
-  syncFolder(folder);
+  system::flushFolder(folder);
   atIntentStep("named");
 }
 
 IntentFile::~IntentFile() {
-  if (!keep_) {
-    atIntentStep("committed");
-    // In this order: a record that nobody knows of does no harm, a commit that nobody knows of does.
-    page_.intentsEnded.fetch_add(1);
-    ::unlink(file_.c_str());
-    atIntentStep("removed");
-  }
-  ::close(handle_);
+  if (keep_) return;
+  atIntentStep("committed");
+  // In this order: a record that nobody knows of does no harm, a commit that nobody knows of does.
+  page_.intentsEnded.fetch_add(1);
+  system::remove(file_);
+  atIntentStep("removed");
 }
 
 std::unique_ptr<LeftIntent> LeftIntent::take(const fs::path& file) {
-  const int handle = ::open(file.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-  if (handle < 0) return nullptr;
-  std::unique_ptr<LeftIntent> left(new LeftIntent(file, handle));
-  if (ownerLives(handle)) return nullptr;
+  auto handle = system::File::openExisting(file);
+  if (!handle.valid() || handle.lockedByOthers(ownersLock)) return nullptr;
+  std::unique_ptr<LeftIntent> left(new LeftIntent(file, std::move(handle)));
   if (parsed(contentOf(file), left->intent) && !file.string().ends_with(temporaryEnding)) return left;
   left->remove();
   return nullptr;
 }
 
-LeftIntent::~LeftIntent() {
-  ::close(handle_);
-}
-
 void LeftIntent::remove() {
-  ::unlink(file_.c_str());
+  system::remove(file_);
 }
 
 void LeftIntent::rewrite() const {
   const fs::path temporary = file_.string() + std::string(temporaryEnding);
-  ::unlink(temporary.c_str());
-  const int handle = ::open(temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-  if (handle < 0) failWrite(temporary, errno);
-  const bool whole = writeAll(handle, written(intent));
-  const int error = errno;
-  ::close(handle);
-  if (!whole || ::rename(temporary.c_str(), file_.c_str()) != 0) {
-    ::unlink(temporary.c_str());
-    failWrite(file_, whole ? errno : error);
+  system::remove(temporary);
+  {
+    const auto made = system::File::createNew(temporary);
+    if (!made.valid()) failWrite(temporary, errno);
+    if (!made.writeAll(written(intent)) || !made.flush()) {
+      const int error = errno;
+      system::remove(temporary);
+      failWrite(file_, error);
+    }
   }
-  syncFolder(file_.parent_path());
+  if (!system::replace(temporary, file_)) {
+    const int error = errno;
+    system::remove(temporary);
+    failWrite(file_, error);
+  }
+  system::flushFolder(file_.parent_path());
 }
 
 bool isLeft(const fs::path& file, const std::vector<std::string>& databases) {
-  const int handle = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-  if (handle < 0) return false;
-  const bool alive = ownerLives(handle);
-  ::close(handle);
+  {
+    const auto handle = system::File::openForReading(file);
+    if (!handle.valid() || handle.lockedByOthers(ownersLock) || file.string().ends_with(temporaryEnding))
+      return false;
+  }
   Intent intent;
-  if (alive || file.string().ends_with(temporaryEnding) || !parsed(contentOf(file), intent)) return false;
+  if (!parsed(contentOf(file), intent)) return false;
   return std::any_of(databases.begin(), databases.end(),
                      [&](const std::string& name) { return intent.concerns(name); });
 }

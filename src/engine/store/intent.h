@@ -36,6 +36,7 @@
 #include <vector>
 
 #include "engine/store/file_layer.h"
+#include "engine/store/system_file.h"
 #include "engine/value.h"
 
 namespace engine {
@@ -89,7 +90,7 @@ class IntentFile {
   std::filesystem::path file_;
   SharedPage& page_;
   std::int64_t number_;
-  int handle_ = -1;
+  system::File handle_;
   bool keep_ = false;
 };
 
@@ -98,9 +99,6 @@ class LeftIntent {
  public:
   // Null while its owner lives, or when there is nothing to end: a record that is not whole is removed.
   static std::unique_ptr<LeftIntent> take(const std::filesystem::path& file);
-  ~LeftIntent();
-  LeftIntent(const LeftIntent&) = delete;
-  LeftIntent& operator=(const LeftIntent&) = delete;
 
   Intent intent;
   void remove();
@@ -108,9 +106,10 @@ class LeftIntent {
   void rewrite() const;
 
  private:
-  LeftIntent(std::filesystem::path file, int handle) : file_(std::move(file)), handle_(handle) {}
+  LeftIntent(std::filesystem::path file, system::File handle)
+      : file_(std::move(file)), handle_(std::move(handle)) {}
   std::filesystem::path file_;
-  int handle_;
+  system::File handle_;
 };
 
 // Whether the record concerns one of the databases (folded names) and its owner is gone.

@@ -1,9 +1,8 @@
-#include <sys/stat.h>
-
 #include <cstdlib>
 #include <cstring>
 
 #include "engine/store/layer_files.h"
+#include "engine/store/system_file.h"
 
 namespace engine::store {
 
@@ -11,14 +10,9 @@ RealFile::~RealFile() {
   close();
 }
 
-// Opening a pipe waits for somebody at its other end.
-static bool isOtherThanAFile(const char* name) {
-  struct stat status {};
-  return ::stat(name, &status) == 0 && !S_ISREG(status.st_mode);
-}
-
 int RealFile::open(sqlite3_vfs* vfs, const char* name, int flags, int* outFlags) {
-  if (isOtherThanAFile(name)) return SQLITE_CANTOPEN;
+  // Opening a pipe waits for somebody at its other end.
+  if (system::isOtherThanAFile(name)) return SQLITE_CANTOPEN;
   file_ = static_cast<sqlite3_file*>(std::calloc(1, static_cast<std::size_t>(vfs->szOsFile)));
   if (!file_) return SQLITE_NOMEM;
   const int code = vfs->xOpen(vfs, name, file_, flags, outFlags);
@@ -27,8 +21,7 @@ int RealFile::open(sqlite3_vfs* vfs, const char* name, int flags, int* outFlags)
 }
 
 std::uint64_t RealFile::inodeAt(const std::string& path) {
-  struct stat status {};
-  return ::stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
+  return system::numberOf(path);
 }
 
 int RealFile::close() {

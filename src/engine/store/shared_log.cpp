@@ -1,7 +1,6 @@
 // One flush for all who wait for it.
-#include <unistd.h>
-
 #include <chrono>
+#include <filesystem>
 #include <map>
 
 #include "engine/store/layer_files.h"
@@ -25,12 +24,13 @@ std::shared_ptr<SharedLog> sharedLog(const std::string& dataPath, std::uint64_t 
   // Never destroyed: sessions that live as long as the process close their files after the statics have gone.
   static auto& mutex = *new std::mutex;
   static auto& logs = *new std::map<std::string, std::weak_ptr<SharedLog>>;
+  std::error_code error;
   const std::lock_guard lock(mutex);
   std::erase_if(logs, [](const auto& each) { return each.second.expired(); });
   std::weak_ptr<SharedLog>& kept = logs[dataPath];
   auto log = kept.lock();
   const bool former = log && inode != 0 && log->inode != 0 && log->inode != inode;
-  if (former && ::access((dataPath + "-shm").c_str(), F_OK) == 0) return nullptr;
+  if (former && std::filesystem::exists(dataPath + "-shm", error)) return nullptr;
   if (!log || former) kept = log = std::make_shared<SharedLog>();
   if (inode != 0) log->inode = inode;
   return log;

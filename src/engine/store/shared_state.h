@@ -18,6 +18,8 @@
 #include <cstdint>
 #include <filesystem>
 
+#include "engine/store/system_file.h"
+
 namespace engine {
 
 struct SharedPage {
@@ -49,9 +51,6 @@ inline constexpr std::uint64_t stoppedMark = 0x5a42444f54505053;  // no stray by
 class LockFile {
  public:
   explicit LockFile(const std::filesystem::path& file);  // creates it; Error 5120
-  ~LockFile();
-  LockFile(const LockFile&) = delete;
-  LockFile& operator=(const LockFile&) = delete;
 
   static constexpr std::int64_t statementLock = 64;
   static constexpr std::int64_t serviceLock = 65;
@@ -69,11 +68,10 @@ class LockFile {
   void release(std::int64_t offset);
   // True when somebody else, in this process or another, holds the lock.
   bool heldByOthers(std::int64_t offset) const;
-  int descriptor() const { return fd_; }
+  const system::File& file() const { return file_; }
 
  private:
-  bool apply(int type, std::int64_t offset, bool wait);
-  int fd_;
+  system::File file_;
 };
 
 // The mapped counters. Error 5120 when the disk has no room for the page.

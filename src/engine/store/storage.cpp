@@ -77,7 +77,8 @@ Store::Impl::Impl(std::shared_ptr<Instance> shared, Store& self)
   };
   const auto folder = [](sqlite3_context* context, int, sqlite3_value**) {
     const auto* self = static_cast<const Impl*>(sqlite3_user_data(context));
-    sqlite3_result_text(context, self->instance->folder().c_str(), -1, SQLITE_TRANSIENT);
+    const std::string text = self->instance->folder().string();
+    sqlite3_result_text(context, text.c_str(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
   };
   const auto sessions = [](sqlite3_context* context, int, sqlite3_value**) {
     const auto* self = static_cast<const Impl*>(sqlite3_user_data(context));

@@ -21,6 +21,15 @@ for row in cursor.execute("SELECT Ad, Tutar FROM P WHERE ID>? ORDER BY ID", (0,)
 print([row.column_name for row in cursor.columns(table="P")])
 print([row.table_name for row in cursor.tables(table="P")])
 print([row.column_name for row in cursor.primaryKeys(table="P")])
+cursor.execute("SELECT ID, Ad INTO #p FROM P WHERE ID>1")
+cursor.execute("INSERT INTO #p(Ad) VALUES(?)", ("üç",))
+cursor.execute("BEGIN TRY INSERT INTO #p(Ad) VALUES('x') SELECT 1/0 a FROM #p END TRY "
+               "BEGIN CATCH SELECT ERROR_NUMBER(), ERROR_MESSAGE(), XACT_STATE() END CATCH")
+while cursor.description is None:
+    cursor.nextset()
+print(*cursor.fetchone())
+print([row.Ad for row in cursor.execute("SELECT Ad FROM #p ORDER BY ID").fetchall()])
+connection.rollback()
 try:
     cursor.execute("SELECT * FROM YOK")
 except pyodbc.Error as refused:

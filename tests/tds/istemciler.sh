@@ -48,6 +48,8 @@ iki None
 ['ID', 'Ad', 'Tutar']
 ['P']
 ['ID']
+8134 Divide by zero error encountered. 1
+['iki', 'üç', 'x']
 42S02
 ['Şık']
 ['Şık']

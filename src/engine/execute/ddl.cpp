@@ -97,9 +97,11 @@ void Change::finish() {
   finished_ = true;
 }
 
-void checkObjectName(const std::string& name) {
+void checkObjectName(const std::string& name, const std::string& database) {
   if (name.empty()) throw Error(1038, "An object or column name is missing or empty.");
-  if (name.front() == '#') refuseConstruct("temporary table " + name);
+  const bool temporary = name.front() == '#' || name.front() == '@';
+  if (database == temporaryDatabase && !temporary) refuseConstruct("table in tempdb that is not temporary");
+  if (database != temporaryDatabase && name.front() == '#') refuseConstruct("temporary name " + name);
   const std::string folded = foldName(name);
   if (findSystemTable(name))
     throw Error(2714, "There is already an object named '" + name + "' in the database.", 16, 6);

@@ -91,8 +91,12 @@ bool hasRows(const Change& change, const TableInfo& table);
 void rebuild(Change& change, const TableInfo& table, const std::vector<ColumnInfo>& columns,
              const std::vector<std::string>& values);
 
-void checkObjectName(const std::string& name);
+// `database`: where it is to lie; tempdb takes temporary names, and no other does.
+void checkObjectName(const std::string& name, const std::string& database = {});
 [[noreturn]] void refuseConstruct(const std::string& construct);
+
+void createTable(Store& store, SessionContext& context, const std::string& database, const std::string& name,
+                 const CreateTableStatement& statement);
 
 // ---- one per statement ----
 

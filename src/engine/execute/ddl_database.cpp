@@ -291,6 +291,8 @@ void run(Store& store, SessionContext& context, const CreateDatabaseStatement& s
   if (const auto left = cleanUnfinished(store, statement.name); !left.empty()) throw left.front().error;
   if (store.databaseExists(statement.name) || isSystem(statement.name))
     throw Error(1801, "Database '" + statement.name + "' already exists. Choose a different database name.");
+  if (foldName(statement.name) == temporaryDatabase)
+    throw Error(1801, "Database '" + statement.name + "' already exists. Choose a different database name.");
   Files files = filesOf(statement, store.instance().folder());
   const std::string master = store.database("master").fileName;
   const fs::path recorded = resolve({}, master).parent_path();

@@ -317,7 +317,7 @@ namespace {
 
 // The table's rows; what SQLite knows of it comes last (makeTable), see ObjectWriter.
 TableInfo writeTable(Change& change, const std::string& name, std::vector<ColumnInfo> columns) {
-  checkObjectName(name);
+  checkObjectName(name, change.database);
   checkColumns(columns, name);
   TableInfo table;
   table.name = name;
@@ -343,9 +343,13 @@ void makeTable(Change& change, TableInfo table) {
 }  // namespace
 
 void run(Store& store, SessionContext& context, const CreateTableStatement& statement) {
-  Change change(store, context, databaseOf(statement.name, context));
-  const std::string& name = statement.name.object;
   requireOwner(statement.name);
+  createTable(store, context, databaseOf(statement.name, context), statement.name.object, statement);
+}
+
+void createTable(Store& store, SessionContext& context, const std::string& database, const std::string& name,
+                 const CreateTableStatement& statement) {
+  Change change(store, context, database);
   std::vector<ColumnInfo> columns;
   for (const auto& definition : statement.columns) columns.push_back(columnFrom(definition, name));
   std::vector<TableConstraint> keys = columnKeys(statement.columns);
@@ -367,12 +371,22 @@ void run(Store& store, SessionContext& context, const CreateTableStatement& stat
   TableInfo table = writeTable(change, name, std::move(columns));
   for (const auto& key : keys) writeKey(change, table, keyFrom(key, table));
   makeTable(change, std::move(table));
+  // As documented, a temporary table may write foreign keys, and nobody enforces them.
+  const auto isKept = [&](const TableConstraint& constraint) {
+    return isRule(constraint) &&
+           (database != temporaryDatabase || constraint.kind != TableConstraint::Kind::ForeignKey);
+  };
   for (const auto& constraint : statement.constraints)
-    if (isRule(constraint)) addRule(change, TableInfo(*change.catalog().table(name)), constraint, true);
+    if (isKept(constraint)) addRule(change, TableInfo(*change.catalog().table(name)), constraint, true);
   change.finish();
 }
 
 }  // namespace ddl
+
+void createTableVariable(Store& store, SessionContext& context, const CreateTableStatement& statement,
+                         const std::string& name) {
+  ddl::createTable(store, context, temporaryDatabase, name, statement);
+}
 
 void createTableFrom(Store& store, const std::string& database, const std::string& name,
                      const std::vector<ColumnInfo>& columns) {

@@ -29,6 +29,10 @@ struct SessionContext {
 void runDefinition(Store& store, SessionContext& context, const Statement& statement,
                    const std::vector<ViewColumn>& viewColumns = {});
 
+// The table of a DECLARE @t TABLE, in tempdb under `name`.
+void createTableVariable(Store& store, SessionContext& context, const CreateTableStatement& statement,
+                         const std::string& name);
+
 // An empty table for SELECT INTO: types, NULL and identity as given, no keys. 2714, 2705, 1038 (a column
 // without a name).
 void createTableFrom(Store& store, const std::string& database, const std::string& name,

@@ -1,8 +1,7 @@
-#include "engine/execute/executor.h"
-
 #include <algorithm>
 
 #include "engine/execute/constraint_plan.h"
+#include "engine/execute/executor_temporary.h"
 #include "engine/language.h"
 
 namespace engine {
@@ -98,10 +97,12 @@ void Executor::rollbackAll() noexcept {
   try {
     std::optional<StatementScope> scope;
     if (open) scope.emplace(*this);
+    const std::vector<KeptRows> kept = open ? keepTableVariables() : std::vector<KeptRows>();
     while (levels_ > 0) {
       --levels_;
       store_.rollback();
     }
+    restoreTableVariables(kept);
   } catch (const Error&) {
     levels_ = 0;
   }
@@ -146,15 +147,26 @@ std::vector<Literal> shortLiterals(const std::vector<Literal>& literals) {
   return out;
 }
 
+constexpr const char* tableWords[] = {"from", "join", "into", "insert", "update", "delete"};
+
 // Every variable of the batch must be declared in it; names of procedure arguments are none.
 void checkVariables(const std::vector<Token>& tokens, const std::vector<StatementPtr>& statements,
                     const VariableTable& variables) {
   std::vector<std::string> arguments;
   for (const StatementPtr& statement : statements) collectArguments(*statement, arguments);
   for (const Token& token : tokens) {
-    if (token.kind != TokenKind::Variable || variables.find(token.source) >= 0) continue;
+    if (token.kind != TokenKind::Variable || variables.find(token.source) >= 0 ||
+        variables.hasTable(token.source))
+      continue;
     if (std::find(arguments.begin(), arguments.end(), foldName(token.source)) != arguments.end()) continue;
-    Error error(137, "Must declare the scalar variable \"" + std::string(token.source) + "\".", 15);
+    const Token* before = &token == tokens.data() ? nullptr : &token - 1;
+    const bool table =
+        before && std::any_of(std::begin(tableWords), std::end(tableWords),
+                              [&](const char* word) { return foldName(before->source) == word; });
+    Error error(table ? 1087 : 137,
+                std::string("Must declare the ") + (table ? "table" : "scalar") + " variable \"" +
+                    std::string(token.source) + "\".",
+                15);
     error.setLine(token.line);
     throw error;
   }
@@ -165,7 +177,8 @@ void checkVariables(const std::vector<Token>& tokens, const std::vector<Statemen
 std::shared_ptr<Plan> Executor::planFor(std::string_view text, std::vector<Literal>& literals) {
   const std::vector<Token> tokens = tokenize(text);
   std::string key = planKey(tokens, literals) + '\n' + foldName(context_.database);
-  if (nesting_ > 0) key += '\n' + std::to_string(nesting_);
+  if (nesting_ > 0 || execDepth_ > 1)
+    key += '\n' + std::to_string(nesting_) + ' ' + std::to_string(execDepth_);
   if (auto plan = plans_.find(key, literals)) return plan;
   auto plan = makePlan(parseTokens(text, tokens));
   plan->literals = shortLiterals(literals);
@@ -220,6 +233,7 @@ std::vector<ResultColumn> Executor::describe(std::string_view text,
     ~Restore() { place = frame; }
   } restore{frame_, frame_};
   frame_ = &frame;
+  if (!frame.plan->variables.tables.empty()) return {};
   for (const StatementPtr& statement : frame.plan->batch.statements) {
     if (std::holds_alternative<DeclareStatement>(statement->node)) continue;
     const auto* select = std::get_if<SelectPtr>(&statement->node);
@@ -245,6 +259,12 @@ void Executor::reset(const std::string& database, bool keepTransaction) {
   now.dateFormat = fresh.dateFormat;
   now.dateFirst = fresh.dateFirst;
   store_.setLockTimeout(-1);
+  if (store_.hasTemporary()) {
+    StatementScope scope(*this);
+    std::vector<std::string> names;
+    for (const auto& [folded, table] : store_.temporaryCatalog()->tables) names.push_back(table->name);
+    dropTemporaries(names);
+  }
   if (context_.database == database) return;
   StatementScope scope(*this);
   store_.useDatabase(database);
@@ -287,6 +307,8 @@ void Executor::runBatch(std::string_view text, std::vector<Parameter>* parameter
   }
   sink_ = &sink;
   frame_ = &frame;
+  // What a batch within another one, or one with parameters, makes of temporary tables goes at its end.
+  const TemporaryScope temporaries(*this, frame, !outermost || parameters);
   try {
     for (const StatementPtr& statement : frame.plan->batch.statements)
       if (runStatement(*statement) == Flow::Return) break;

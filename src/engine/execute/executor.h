@@ -128,6 +128,24 @@ class Executor {
   void endDoomed();
   void noteCompileError(const Error& error);
 
+  // executor_temporary.cpp
+  class TemporaryScope;
+  struct KeptRows {
+    const CreateTableStatement* table;
+    std::string name;
+    std::int64_t identity = 0;
+    std::vector<std::vector<Datum>> rows;
+  };
+  struct LiveTable {
+    const CreateTableStatement* table;
+    std::string name;  // as it lies in tempdb
+  };
+  std::string tableSuffix() const;
+  void makeTableVariable(const LiveTable& table);
+  std::vector<KeptRows> keepTableVariables();
+  void restoreTableVariables(const std::vector<KeptRows>& kept);
+  void dropTemporaries(const std::vector<std::string>& names);
+
   // executor_control.cpp
   void runDeclare(const DeclareStatement& statement);
   void setVariable(const std::string& name, const Expr& value);
@@ -291,6 +309,7 @@ class Executor {
   bool afterLoss_ = false;             // the client does not know yet that its transaction is gone
   std::string transactionName_;        // of the outermost BEGIN TRAN, folded
   int tries_ = 0, triggerTries_ = 0;   // TRYs whose body runs; those around the running trigger
+  std::vector<LiveTable> liveTables_;  // the table variables of all running batches
   std::vector<Error> caught_;          // by the CATCHes that run
   const Frame* uncaughtIn_ = nullptr;  // where the error on its way came up while a statement was compiled
   bool doomed_ = false;                // the transaction can only be rolled back

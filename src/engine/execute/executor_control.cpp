@@ -284,7 +284,9 @@ void Executor::rollbackTo(const std::string& name) {
         50000,
         "ROLLBACK to a savepoint from outside of the trigger is not supported by the embedded server.");
   const int level = point->level;
+  const std::vector<KeptRows> kept = keepTableVariables();
   for (; levels_ > level; --levels_) store_.rollback();
+  restoreTableVariables(kept);
   savepoints_.erase(point.base(), savepoints_.end());
   temporaryTables_.clear();
   store_.begin();
@@ -313,6 +315,8 @@ void Executor::runTransaction(const TransactionStatement& statement) {
 }
 
 void Executor::runUse(const UseStatement& statement) {
+  if (foldName(statement.database) == temporaryDatabase)
+    throw Error(50000, "'USE tempdb' is not supported by the embedded server.");
   if (!store_.databaseExists(statement.database)) {
     // What is left of it may go now; or it tells what is the matter.
     if (levels_ == 0)

@@ -4,7 +4,7 @@
 // statements fail one by one as those of a batch do; what it has SET is as before when it returns.
 #include <algorithm>
 
-#include "engine/execute/executor.h"
+#include "engine/execute/executor_temporary.h"
 #include "engine/language.h"
 #include "engine/value.h"
 
@@ -143,6 +143,7 @@ bool Executor::runUserProcedure(const ExecStatement& statement) {
   for (std::size_t i = 0; i < arguments.size(); ++i) frame.values[i] = arguments[i].value;
   frame.stored = true;
   frame.procedure = true;
+  frame.triesAround = tries_;
   frame.triggerName = &procedure->name;
   frame.chain = database;
   frame.triggerId = frame_->triggerId;
@@ -200,6 +201,7 @@ void Executor::runProcedureBody(const std::vector<StatementPtr>& body, Frame& fr
   ++procedureDepth_;
   frame_ = &frame;
   context_.database = store_.database(database).name;
+  const TemporaryScope temporaries(*this, frame, true);
   try {
     for (const StatementPtr& statement : body)
       if (runStatement(*statement) == Flow::Return) break;

@@ -137,7 +137,7 @@ std::vector<ColumnInfo> Executor::columnsFor(const SelectStatement& select, cons
     column.name = from.name;
     column.type = from.type;
     column.nullable = from.nullable;
-    if (carriesIdentity && from.identity) {
+    if (carriesIdentity && from.identity && !from.baseTable.empty()) {
       const TableInfo* table = store_.catalog(from.baseDatabase)->table(from.baseTable);
       const int position = table ? table->columnIndex(from.baseColumn) : -1;
       if (position >= 0) {

@@ -1,5 +1,5 @@
 #include "engine/catalog.h"
-#include "engine/execute/executor.h"
+#include "engine/execute/executor_temporary.h"
 #include "engine/language.h"
 #include "engine/value.h"
 
@@ -122,7 +122,8 @@ void Executor::runTrigger(const TriggerInfo& trigger, const TriggerTables& table
   if (nesting_ + procedureDepth_ >= nestingLimit)
     throw Error(217,
                 "Maximum stored procedure, function, trigger, or view nesting level exceeded (limit 32).");
-  const std::string key = tables.deleted + "/" + std::to_string(trigger.id);
+  const std::string key =
+      tables.deleted + "/" + std::to_string(trigger.id) + "/" + std::to_string(execDepth_);
   CachedTrigger& cached = triggers_[key];
   if (!cached.plan || cached.text != trigger.text) {
     cached.plan = makePlan(parseBatch(trigger.text));
@@ -164,6 +165,7 @@ void Executor::runTrigger(const TriggerInfo& trigger, const TriggerTables& table
   ++nesting_;
   frame_ = &frame;
   context_.database = tables.database;
+  const TemporaryScope temporaries(*this, frame, true);
   const auto& body = std::get<CreateTriggerStatement>(frame.plan->batch.statements.at(0)->node).body;
   for (const StatementPtr& statement : body)
     if (runStatement(*statement) == Flow::Return) break;

@@ -36,6 +36,7 @@ BindContext Executor::bindContext() {
   context.views = &views_;
   context.access = &rights_;
   context.chain = frame_->chain;
+  if (!context.variables->tables.empty()) context.tableSuffix = tableSuffix();
   return context;
 }
 

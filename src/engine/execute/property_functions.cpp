@@ -17,6 +17,12 @@ NamedObject Executor::namedObject(const std::string& name) {
   found.name = parts.back();
   found.database = context_.database;
   if (parts.size() == 3 && !parts[0].empty()) found.database = parts[0];
+  if (foldName(found.database) == temporaryDatabase) {
+    found.database = temporaryDatabase;
+    if (found.catalog = store_.temporaryCatalog(); found.catalog)
+      found.table = found.catalog->table(parts.back());
+    return found;
+  }
   if (parts.size() > 3 || !store_.databaseExists(found.database)) return found;
   if (!rights_.in(found.database).enter) return found;
   found.catalog = store_.catalog(found.database);

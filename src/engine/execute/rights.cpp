@@ -111,7 +111,7 @@ const DatabaseRights& Rights::in(const std::string& database) {
 
 DatabaseRights Rights::read(const std::string& database) {
   DatabaseRights rights;
-  if (serverRole("sysadmin")) {
+  if (database == temporaryDatabase || serverRole("sysadmin")) {
     rights.enter = rights.dbo = rights.owner = rights.define = rights.users = true;
     return rights;
   }
@@ -175,7 +175,7 @@ void Rights::needDefinition(const Statement& statement) {
   const auto& node = statement.node;
   const auto where = [&](const ObjectName& name) {
     const std::string database = name.database.empty() ? context_.database : name.database;
-    if (!store_.databaseExists(database)) throw missing(208, name.object);
+    if (database != temporaryDatabase && !store_.databaseExists(database)) throw missing(208, name.object);
     enter(database);
     return database;
   };

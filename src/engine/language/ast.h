@@ -19,7 +19,11 @@ using ExprPtr = std::unique_ptr<Expr>;
 using SelectPtr = std::unique_ptr<SelectStatement>;
 using StatementPtr = std::unique_ptr<Statement>;
 
-// database.owner.object; absent parts are empty. `line` is 1-based within the batch.
+// Where the tables of a session lie: #temporary ones and the @variables of its batches.
+inline constexpr const char* temporaryDatabase = "tempdb";
+
+// database.owner.object; absent parts are empty, but for the database of temporary tables. `line` is 1-based
+// within the batch.
 struct ObjectName {
   std::string database;
   std::string owner;
@@ -322,6 +326,7 @@ struct VariableDeclaration {
 
 struct DeclareStatement {
   std::vector<VariableDeclaration> variables;
+  std::vector<CreateTableStatement> tables;  // DECLARE @t TABLE (..)
 };
 struct SetVariableStatement {
   std::string name;

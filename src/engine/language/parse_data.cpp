@@ -15,8 +15,7 @@ StatementPtr SqlParser::insertStatement() {
   expect("INSERT");
   if (isWord("TOP")) unsupported("INSERT TOP");
   accept("INTO");
-  if (isKind(TokenKind::Variable)) unsupported("table variable " + token().value());
-  insert.target = objectName();
+  insert.target = tableName();
   if (isWord("WITH")) tableHints();
   if (isSymbol('(') && !opensQuery()) {
     expectSymbol('(');
@@ -60,8 +59,7 @@ StatementPtr SqlParser::updateStatement() {
   expect("UPDATE");
   if (isWord("STATISTICS")) unsupported("UPDATE STATISTICS");
   if (isWord("TOP")) update.top = topClause(nullptr);
-  if (isKind(TokenKind::Variable)) unsupported("table variable " + token().value());
-  update.target = objectName();
+  update.target = tableName();
   tableHints();
   expect("SET");
   do update.set.push_back(assignment());
@@ -116,8 +114,7 @@ StatementPtr SqlParser::deleteStatement() {
   expect("DELETE");
   if (isWord("TOP")) remove.top = topClause(nullptr);
   accept("FROM");
-  if (isKind(TokenKind::Variable)) unsupported("table variable " + token().value());
-  remove.target = objectName();
+  remove.target = tableName();
   tableHints();
   if (isWord("OUTPUT")) unsupported("OUTPUT");
   if (accept("FROM")) remove.from = sources();

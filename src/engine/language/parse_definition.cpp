@@ -94,6 +94,7 @@ ObjectName SqlParser::droppedIndex() {
   }
   result.owner = std::move(parts.back());
   if (parts.size() == 3) result.database = std::move(parts[0]);
+  if (result.owner.starts_with('#')) result.database = temporaryDatabase;
   return result;
 }
 
@@ -134,6 +135,8 @@ StatementPtr SqlParser::createView(bool alter) {
   create.alter = alter;
   pos_ += 2;
   create.name = objectName();
+  if (create.name.object.starts_with('#'))
+    fail(4103, "'" + create.name.object + "': Temporary views are not allowed.");
   if (isSymbol('(')) create.columns = bracketedNames();
   if (accept("WITH")) {
     do {
@@ -169,6 +172,7 @@ StatementPtr SqlParser::createTrigger(bool alter) {
   expect("ON");
   if (isWord("ALL") || isWord("DATABASE")) unsupported("CREATE TRIGGER ON " + upperAscii(token().source));
   create.table = objectName();
+  if (create.table.object.starts_with('#')) unsupported("CREATE TRIGGER on a temporary table");
   if (accept("WITH")) expect("ENCRYPTION");
   triggerEvents(create);
   expect("AS");

@@ -115,12 +115,11 @@ std::unique_ptr<TableSource> SqlParser::bracketedSource() {
 }
 
 std::unique_ptr<TableSource> SqlParser::tableSource() {
-  if (isKind(TokenKind::Variable)) unsupported("table variable " + token().value());
   if (isAnyWord({"OPENQUERY", "OPENROWSET", "OPENXML", "OPENDATASOURCE", "CONTAINSTABLE", "FREETEXTTABLE"}))
     unsupported(upperAscii(token().source));
   auto result = std::make_unique<TableSource>();
   result->line = line();
-  result->name = objectName();
+  result->name = tableName();
   result->keepsLock = tableHints();
   if (isSymbol('(')) unsupported("table-valued function " + result->name.object);
   if (accept("AS") || isName()) result->alias = name();

@@ -10,6 +10,10 @@ StatementPtr SqlParser::declareStatement() {
   expect("DECLARE");
   if (isName()) unsupported("DECLARE CURSOR");
   do {
+    if (isKind(TokenKind::Variable) && isWord("TABLE", isWord("AS", 1) ? 2 : 1)) {
+      declare.tables.push_back(tableVariable());
+      continue;
+    }
     VariableDeclaration& declaration = declare.variables.emplace_back();
     declaration.name = variable();
     accept("AS");
@@ -21,6 +25,24 @@ StatementPtr SqlParser::declareStatement() {
     if (acceptSymbol('=')) declaration.value = expression();
   } while (acceptSymbol(','));
   return wrap(std::move(declare), atLine);
+}
+
+// @t TABLE (columns and keys)
+CreateTableStatement SqlParser::tableVariable() {
+  const std::size_t first = pos_;
+  CreateTableStatement create;
+  create.name = tableName();
+  accept("AS");
+  expect("TABLE");
+  expectSymbol('(');
+  do {
+    if (isSymbol(')') && !create.columns.empty()) break;
+    if (isWord("CONSTRAINT")) syntaxError();  // nothing in a table variable has a name
+    tableElement(create.columns, create.constraints);
+  } while (acceptSymbol(','));
+  expectSymbol(')');
+  markStructural(first, pos_);
+  return create;
 }
 
 StatementPtr SqlParser::setVariable() {

@@ -156,6 +156,17 @@ ObjectName SqlParser::objectName() {
   result.object = std::move(parts.back());
   if (parts.size() > 1) result.owner = std::move(parts[parts.size() - 2]);
   if (parts.size() > 2) result.database = std::move(parts[0]);
+  if (result.object.starts_with("##")) unsupported("global temporary table " + shortened(result.object));
+  if (result.object.starts_with('#')) result.database = temporaryDatabase;
+  return result;
+}
+
+ObjectName SqlParser::tableName() {
+  if (!isKind(TokenKind::Variable)) return objectName();
+  ObjectName result;
+  result.line = line();
+  result.database = temporaryDatabase;
+  result.object = variable();
   return result;
 }
 

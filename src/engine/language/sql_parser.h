@@ -66,6 +66,7 @@ class SqlParser {
   std::string name();
   std::string variable();
   ObjectName objectName();
+  ObjectName tableName();  // an object, or a table variable
   std::vector<std::string> nameParts(std::size_t most);
   std::vector<std::string> bracketedNames();
   std::int64_t integer();                                    // with its sign; structural
@@ -262,6 +263,7 @@ class SqlParser {
   StatementPtr alterDatabase();
   // ---- parse_variable.cpp ----
   StatementPtr declareStatement();
+  CreateTableStatement tableVariable();
   StatementPtr setStatement();
   StatementPtr setVariable();
   std::string optionValue();

@@ -26,7 +26,8 @@ struct BindContext {
   // Receives the ordinals of literals whose values decided a type.
   std::vector<int>* structural = nullptr;
   ViewCache* views = nullptr;
-  Access* access = nullptr;  // null: everything is allowed
+  Access* access = nullptr;   // null: everything is allowed
+  std::string tableSuffix{};  // of the table variables' names, so that each running batch has its own
   // The database whose objects are touched by their owner's right: that of the running trigger.
   std::string chain;
 };
@@ -176,6 +177,7 @@ class Binder {
     bool compound = false;  // has joins
     bool outer = false;     // has RIGHT or FULL joins, so that it cannot be flattened into a list
   };
+  std::string storedName(const ObjectName& name) const;
   FromPiece bindTableSource(const TableSource& source, Scope& scope);
   FromPiece bindJoin(const TableSource& source, Scope& scope);
   std::string bindOn(const Expr& on, Scope& scope, std::size_t first, std::size_t middle);
@@ -217,6 +219,7 @@ class Binder {
   int viewDepth_ = 0;
   bool outerJoins_ = false;  // the statement has RIGHT or FULL joins
   bool throughViews_ = true;
+  bool viewQuery_ = false;
   std::deque<CommonEntry> common_;
   std::size_t commonFrom_ = 0, commonTo_ = 0;  // those that may be named now
   int commonUses_ = 0, commonDepth_ = 0;

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "engine/plan/binder.h"
 
 namespace engine {
@@ -73,6 +75,12 @@ int VariableTable::find(std::string_view name) const {
   for (std::size_t i = 0; i < variables.size(); ++i)
     if (variables[i].name == key) return static_cast<int>(i);
   return -1;
+}
+
+bool VariableTable::hasTable(std::string_view name) const {
+  return std::any_of(tables.begin(), tables.end(), [&](const CreateTableStatement* table) {
+    return foldName(table->name.object) == foldName(name);
+  });
 }
 
 // The scope that a column is found in, from `scope` outwards.

@@ -96,6 +96,7 @@ std::string inBrackets(BoundSelect& select, const Scope& scope) {
 }  // namespace
 
 std::string written(const ObjectName& name) {
+  if (name.object.starts_with('#') || name.object.starts_with('@')) return name.object;
   std::string text = name.database;
   if (!name.database.empty()) text += '.';
   if (!name.owner.empty() || !name.database.empty()) text += name.owner + '.';
@@ -109,6 +110,7 @@ Error columnListError(const std::string& name, bool more) {
 
 std::string Binder::resolveDatabase(const ObjectName& name) {
   const std::string& database = name.database.empty() ? context_.database : name.database;
+  if (foldName(database) == temporaryDatabase) return temporaryDatabase;
   if (!name.database.empty() && !context_.store->databaseExists(name.database)) {
     if (const auto trouble = context_.store->instance().trouble(foldName(name.database)))
       throw Error(*trouble);
@@ -116,6 +118,20 @@ std::string Binder::resolveDatabase(const ObjectName& name) {
   }
   if (context_.access && foldName(database) != foldName(context_.chain)) context_.access->enter(database);
   return database;
+}
+
+// The name under which a table lies in its database.
+std::string Binder::storedName(const ObjectName& name) const {
+  if (name.database != temporaryDatabase) return name.object;
+  if (viewQuery_)
+    throw Error(
+        4508,
+        "Views or functions are not allowed on temporary tables. Table names that begin with '#' denote "
+        "temporary tables.");
+  if (!name.object.starts_with('@')) return name.object;
+  if (!context_.variables || !context_.variables->hasTable(name.object))
+    throw Error(1087, "Must declare the table variable \"" + name.object + "\".", 15);
+  return name.object + context_.tableSuffix;
 }
 
 void Binder::need(const std::string& database, const std::string& object, Action action) const {
@@ -145,7 +161,7 @@ Source& Binder::bindTarget(const ObjectName& name, Scope& scope) {
     throw Error(259, "Ad hoc updates to system catalogs are not allowed.");
   if (!isKnownOwner(name.owner)) throw invalidObject(name);
   catalogs_.push_back(context_.store->catalog(database));
-  if (!catalogs_.back()->table(name.object) && !catalogs_.back()->view(name.object)) {
+  if (!catalogs_.back()->table(storedName(name)) && !catalogs_.back()->view(name.object)) {
     if (findSystemTable(name.object)) throw Error(259, "Ad hoc updates to system catalogs are not allowed.");
     throw invalidObject(name);
   }
@@ -266,7 +282,7 @@ Binder::FromPiece Binder::bindNamed(const TableSource& at, Scope& scope) {
     const auto catalog = catalogs_.back();
     if (system) {
       if (!bindSystemTable(database, at.name, source, piece.sql)) throw invalidObject(at.name);
-    } else if (const TableInfo* table = catalog->table(at.name.object)) {
+    } else if (const TableInfo* table = catalog->table(storedName(at.name))) {
       need(database, table->name, Action::Select);
       piece.sql = sqlName(*table, database);
       source.table = table;

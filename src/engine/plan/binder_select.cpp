@@ -86,6 +86,7 @@ BoundSelect Binder::bindQuery(const SelectStatement& select) {
 
 BoundSelect Binder::bindViewQuery(const SelectStatement& select, bool throughViews) {
   throughViews_ = throughViews;
+  viewQuery_ = true;
   CoreShape shape;
   shape.subquery = true;
   context_.variables = nullptr;

@@ -70,7 +70,7 @@ std::vector<const SourceColumn*> itemColumns(const SelectItem& item, const Sourc
 void Binder::bindUpdatable(const ObjectName& name, const std::string& database, Source& source) {
   catalogs_.push_back(context_.store->catalog(database));
   const auto catalog = catalogs_.back();
-  if (const TableInfo* table = catalog->table(name.object)) {
+  if (const TableInfo* table = catalog->table(storedName(name))) {
     source.table = table;
     source.tableDatabase = database;
     addTableColumns(*table, catalog->name, source);

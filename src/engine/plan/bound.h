@@ -144,7 +144,9 @@ struct VariableInfo {
 // The variables of one batch or trigger body.
 struct VariableTable {
   std::vector<VariableInfo> variables;
+  std::vector<const CreateTableStatement*> tables;
   int find(std::string_view name) const;
+  bool hasTable(std::string_view name) const;
 };
 
 // Parsed texts of views, kept by their text.

@@ -16,19 +16,27 @@ bool Plan::fits(const std::vector<Literal>& now) const {
 
 namespace {
 
+void requireNew(const std::string& name, const VariableTable& table) {
+  if (table.find(name) < 0 && !table.hasTable(name)) return;
+  throw Error(134,
+              "The variable name '" + name +
+                  "' has already been declared. Variable names must be unique within a query "
+                  "batch or stored procedure.",
+              15);
+}
+
 void add(const std::string& name, const Type& type, VariableTable& table) {
-  if (table.find(name) >= 0)
-    throw Error(134,
-                "The variable name '" + name +
-                    "' has already been declared. Variable names must be unique within a query "
-                    "batch or stored procedure.",
-                15);
+  requireNew(name, table);
   table.variables.push_back({foldName(name), type});
 }
 
 void collect(const Statement& statement, VariableTable& table) {
   if (const auto* declare = std::get_if<DeclareStatement>(&statement.node)) {
     for (const VariableDeclaration& variable : declare->variables) add(variable.name, variable.type, table);
+    for (const CreateTableStatement& variable : declare->tables) {
+      requireNew(variable.name.object, table);
+      table.tables.push_back(&variable);
+    }
   } else if (const auto* block = std::get_if<BlockStatement>(&statement.node)) {
     for (const StatementPtr& inner : block->body) collect(*inner, table);
   } else if (const auto* branch = std::get_if<IfStatement>(&statement.node)) {

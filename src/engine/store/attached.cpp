@@ -152,6 +152,7 @@ void Store::Impl::closeFiles() {
   if (!sqlite3_get_autocommit(db)) sqlite3_exec(db, "ROLLBACK", nullptr, nullptr, nullptr);
   depth = 0;
   anyChanged = false;
+  settleTemporary(false);
   detachOrphans();
   while (!attached.empty()) {
     Attached& one = *attached.begin()->second;

@@ -30,6 +30,11 @@ void IdentityMarks::forget(std::string_view database, std::int64_t table) {
   if (tables != databases_.end()) tables->second.erase(table);
 }
 
+void IdentityMarks::forget(std::string_view database) {
+  const std::lock_guard lock(mutex_);
+  if (const auto tables = databases_.find(database); tables != databases_.end()) databases_.erase(tables);
+}
+
 void IdentityMarks::clear() {
   const std::lock_guard lock(mutex_);
   databases_.clear();

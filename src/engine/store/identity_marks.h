@@ -18,6 +18,7 @@ class IdentityMarks {
               std::int64_t& mark) const;
   void raise(std::string_view database, std::int64_t table, std::int64_t last, std::int64_t step);
   void forget(std::string_view database, std::int64_t table);
+  void forget(std::string_view database);
   void clear();
 
  private:

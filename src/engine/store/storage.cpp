@@ -100,6 +100,7 @@ Store::Impl::~Impl() {
     // The handle goes anyway; an open transaction ends with it.
   }
   attached.clear();
+  dropTemporary();
   for (const auto& [sql, statement] : controls) sqlite3_finalize(statement);
   sqlite3_close_v2(db);
 }
@@ -155,6 +156,7 @@ Attached& Store::Impl::find(std::string_view name) {
   const std::string folded = foldName(name);
   auto found = attached.find(folded);
   if (found == attached.end()) {
+    if (folded == temporaryName) return findTemporary();
     if (folded == masterName) {
       DatabaseEntry entry;
       entry.id = 1;
@@ -402,7 +404,8 @@ std::shared_ptr<const DatabaseCatalog> Store::catalog(std::string_view database)
   if (one.catalog) return one.catalog;
   // A change under way has raised the version, but has not written anything yet.
   const std::int64_t version = one.raised != 0 ? one.raised - 1 : impl_->versionOf(one);
-  if (!one.changed) one.catalog = impl_->instance->sharedCatalog(one.cacheKey, version);
+  const bool shared = !one.changed && !one.temporary;
+  if (shared) one.catalog = impl_->instance->sharedCatalog(one.cacheKey, version);
   if (one.catalog) return one.catalog;
   // One read transaction, so that version and rows belong together.
   const bool alone = sqlite3_get_autocommit(impl_->db) != 0;
@@ -416,7 +419,7 @@ std::shared_ptr<const DatabaseCatalog> Store::catalog(std::string_view database)
     throw;
   }
   if (alone) lite::exec(impl_->db, "COMMIT");
-  if (!one.changed) impl_->instance->shareCatalog(one.cacheKey, one.catalog);
+  if (shared) impl_->instance->shareCatalog(one.cacheKey, one.catalog);
   return one.catalog;
 }
 

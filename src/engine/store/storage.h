@@ -61,6 +61,11 @@ class Store {
   // quoted ("d3"). Throws 911 (no such database) or the damage found in its file.
   std::string attach(std::string_view database);
   bool databaseExists(std::string_view database);
+  // tempdb, the session's own: SQLite's temp schema with the zb_ tables of a database, made when it is first
+  // named. No file is locked or written for it, and it goes with the handle. It is not among databases().
+  bool hasTemporary() const;
+  // What is in it; null before it is made.
+  std::shared_ptr<const DatabaseCatalog> temporaryCatalog();
   // The entry as registered; 911 when there is none. databases() is in order of id, master first.
   DatabaseEntry database(std::string_view name);
   std::vector<DatabaseEntry> databases();

@@ -17,6 +17,7 @@
 namespace engine {
 
 inline constexpr const char* masterName = "master";
+inline constexpr const char* temporaryName = "tempdb";
 
 // One attached database of a handle.
 struct Attached {
@@ -30,6 +31,7 @@ struct Attached {
   std::int64_t raised = 0;                         // the version that a change under way has taken
   bool delayed = false;                            // durability, as the file says
   bool tuned = false;                              // its pragmas are set
+  bool temporary = false;                          // tempdb
   std::unique_ptr<lite::Stmt> version, lock, raise, takeIdentity, readIdentity, beginIdentity, noteIdentity;
 };
 
@@ -43,6 +45,10 @@ struct Store::Impl {
   ~Impl();
 
   Attached& find(std::string_view name);
+  Attached& findTemporary();
+  void settleTemporary(bool committed);
+  void undoTemporary();
+  void dropTemporary();
   Attached& open(const DatabaseEntry& entry);
   const DatabaseEntry* entryOf(std::string_view name);
   void refuseWhenStopped();
@@ -105,6 +111,8 @@ struct Store::Impl {
   std::mutex busy;  // held while a statement runs
   bool inStatement = false;
   std::map<std::string, std::unique_ptr<Attached>, std::less<>> attached;  // by foldName
+  std::unique_ptr<Attached> temporary;
+  bool temporaryIsNew = false;       // made by the open transaction
   std::vector<std::string> orphans;  // aliases attached in vain, not yet detached
   int orphanCount = 0;
   std::vector<DatabaseEntry> databases;

@@ -24,6 +24,7 @@ void Store::Impl::settleChanges(bool committed) {
     ++stamp;
   }
   anyChanged = false;
+  settleTemporary(committed);
 }
 
 // The file may have gone since the lock was taken; then nothing of the transaction stands anywhere.
@@ -120,6 +121,7 @@ void Store::rollback() {
   }
   for (auto& [name, one] : self.attached)
     if (one->changed) one->catalog.reset();
+  self.undoTemporary();
   if (self.anyChanged) {
     self.listVersion = -1;
     ++self.stamp;
@@ -152,7 +154,7 @@ void Store::lockDefinitions(std::string_view database) {
 void Store::markChanged(std::string_view database, std::shared_ptr<DatabaseCatalog> now) {
   Attached& one = impl_->find(database);
   one.changed = true;
-  impl_->anyChanged = true;
+  impl_->anyChanged = impl_->anyChanged || !one.temporary;
   ++impl_->stamp;
   if (now) now->version = one.raised;
   one.raised = 0;

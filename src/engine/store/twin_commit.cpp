@@ -61,6 +61,7 @@ const Attached* Store::Impl::byAlias(std::string_view alias) const {
 
 bool Store::leadsAnother(std::string_view database) const {
   const std::string& leader = impl_->leader;
+  if (foldName(database) == temporaryName) return false;
   return impl_->depth > 0 && !leader.empty() && leader != impl_->find(database).alias;
 }
 

@@ -144,6 +144,7 @@ void Store::Impl::openGate() {
 
 // Before a write: behind those who wait already.
 void Store::Impl::queueFor(const Attached& one) {
+  if (one.temporary) return;
   wanted = one.entry.id;
   if (sqlite3_txn_state(db, one.alias.c_str()) == SQLITE_TXN_WRITE || gate == wanted) return;
   if (gate != 0) openGate();
@@ -155,6 +156,7 @@ void Store::Impl::queueFor(const Attached& one) {
 }
 
 void Store::Impl::lockForWriting(Attached& one) {
+  if (one.temporary) return;
   if (sqlite3_txn_state(db, one.alias.c_str()) == SQLITE_TXN_WRITE) return;
   queueFor(one);
   if (!one.lock)

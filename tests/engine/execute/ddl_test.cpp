@@ -82,7 +82,7 @@ TEST_F(DdlTest, RefusedDefinitionsLeaveNothing) {
       {"CREATE TABLE X (a INT REFERENCES Yok (a))", 1767},
       {"CREATE TABLE X (a INT CHECK (a > (SELECT 1)))", 1046},
       {"CREATE TABLE zb_objects (a INT)", 15004},
-      {"CREATE TABLE #X (a INT)", 40517},
+      {"CREATE TABLE tempdb..X (a INT)", 40517},
       {"CREATE INDEX I ON Var (b)", 1913},
       {"CREATE INDEX J ON Var (b, b)", 1909},
       {"CREATE INDEX J ON Var (z)", 1911},

@@ -133,8 +133,12 @@ TEST_F(TryTest, Transactions) {
   });
 }
 
-TEST_F(TryTest, Triggers) {
+TEST_F(TryTest, ProceduresAndTriggers) {
   follow({
+      {"CREATE PROCEDURE BOL @n INT AS SELECT 1\nSELECT 10/@n", ""},
+      {"BEGIN TRY EXEC BOL 5 EXEC BOL 0 PRINT 'x' END TRY BEGIN CATCH SELECT ERROR_NUMBER(), "
+       "ERROR_PROCEDURE(), ERROR_LINE() END CATCH",
+       "1\n2\n1\n8134\tBOL\t2\n"},
       {"CREATE TABLE L (A INT)", ""},
       {"CREATE TRIGGER TR ON T FOR INSERT AS\nIF EXISTS(SELECT 1 FROM inserted WHERE "
        "N<0)\nRAISERROR('eksi',16,1) INSERT INTO L SELECT N FROM inserted",

@@ -106,6 +106,14 @@ std::optional<int> oku(CLI::App& secenekler, int argc, char** argv, cli::Degerle
   return cli::yanlisKullanim;
 }
 
+// Where there is no screen the toolkit would end the program with a dump; its page tells of another end.
+void ekransiz(QtMsgType tur, const QMessageLogContext&, const QString& metin) {
+  std::fprintf(stderr, "%s\n", qPrintable(metin));
+  if (tur != QtFatalMsg) return;
+  std::fputs("Ekran açılamadı. Komut satırı için: zembera-cli --help\n", stderr);
+  std::_Exit(cli::reddedildi);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -123,12 +131,14 @@ int main(int argc, char** argv) {
   }
   // The toolkit takes its own options (-platform, -style ...); what is left over then is nobody's.
   QApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+  qInstallMessageHandler(ekransiz);
   Uygulama uygulama(argc, argv);
+  qInstallMessageHandler(nullptr);
   secenekler.allow_extras(false);
   if (const auto kod = oku(secenekler, argc, argv, degerler)) return *kod;
   QApplication::setApplicationName("Zembera");
   // Wayland finds icon and menu entry by this name.
-  QGuiApplication::setDesktopFileName("tr.korvena.zembera");
+  QGuiApplication::setDesktopFileName("example.korvena.zembera");
   ui::renkDuzeniSec(duzen(degerler.metin("renkler")));
   ui::applyTheme(uygulama);
   return calistir(uygulama, degerler.var("dizin") ? std::filesystem::absolute(degerler.metin("dizin"))

@@ -27,6 +27,9 @@ same "sunucu yardımı" "Kullanım: zembera-sunucu [SEÇENEKLER]" "$(sed -n 2p <
 for words in '  --klasor KLASÖR (zorunlu)     Veri klasörü' 'Çıkış kodları: 0 sunucu durduruldu, 1 '; do
   grep -F -- "$words" <<<"$help" >/dev/null || tell "sunucu yardımı: $help"
 done
+code=0
+said=$(env -u QT_QPA_PLATFORM zembera 2>&1) || code=$?
+same "ekransız" "1 Ekran açılamadı. Komut satırı için: zembera-cli --help" "$code $(tail -1 <<<"$said")"
 # ends CODE TEXT OPTION...
 ends() {
   local code=0 said
@@ -139,14 +142,14 @@ if command -v systemd-analyze >/dev/null; then
     tell "kullanıcının birimi"
 fi
 
-entry=$prefix/share/applications/tr.korvena.zembera.desktop
+entry=$prefix/share/applications/example.korvena.zembera.desktop
 grep -qx 'Exec=zembera' "$entry" || tell "menü girdisi"
 for size in 16x16 48x48 256x256; do
-  file=$prefix/share/icons/hicolor/$size/apps/tr.korvena.zembera.png
+  file=$prefix/share/icons/hicolor/$size/apps/example.korvena.zembera.png
   same "simge $size" "$size" "$(od -An -tu4 -j16 -N8 --endian=big "$file" | awk "{print \$1 \"x\" \$2}")"
 done
 if command -v desktop-file-validate >/dev/null; then desktop-file-validate "$entry" || tell "menü girdisi geçersiz"; fi
 if command -v appstreamcli >/dev/null; then
-  appstreamcli validate --no-net "$prefix/share/metainfo/tr.korvena.zembera.metainfo.xml" || tell "AppStream"
+  appstreamcli validate --no-net "$prefix/share/metainfo/example.korvena.zembera.metainfo.xml" || tell "AppStream"
 fi
 exit $failed

@@ -4,8 +4,12 @@
 
 #include <QScreen>
 #include <QStatusBar>
+#include <QTemporaryDir>
+#include <cstdlib>
 
 #include "screen.h"
+#include "session/ui/ilk_kurulum_penceresi.h"
+#include "session/ui/pencereler.h"
 #include "session/ui/zembera_menu.h"
 
 namespace {
@@ -32,6 +36,29 @@ class PencereYeri : public testing::Test, protected support::FakeSurroundings {
     platform.registry["HKEY_CURRENT_USER\\Software\\Korvena\\Zembera\\Pencereler\\Zembera_Menu"] = deger;
   }
 };
+
+// What a window manager without opinions leaves where the program has put it.
+TEST_F(PencereYeri, TheLoginAndTheFirstWindowStandInTheMiddle) {
+  const auto ortada = [](const QWidget& pencere) {
+    const QPoint uzak = pencere.frameGeometry().center() - oda().center();
+    const bool sigar = pencere.frameGeometry().height() + 40 <= oda().height();
+    EXPECT_LE(std::abs(uzak.x()), 8) << pencere.objectName().toStdString();
+    EXPECT_LE(sigar ? std::abs(uzak.y()) : pencere.frameGeometry().top(), 40)
+        << pencere.objectName().toStdString();
+  };
+  const QTemporaryDir folder;
+  platform.folder = folder.path().toStdString();
+  oturum.Server_Adi = "";
+  session_ui::Pencereler pencereler(oturum, {});
+  bool goruldu = false;
+  whenModal<session_ui::IlkKurulumPenceresi>([&](session_ui::IlkKurulumPenceresi& ilk) {
+    goruldu = true;
+    ortada(ilk);
+    ortada(*ilk.parentWidget());
+    ilk.reject();
+  });
+  ASSERT_TRUE(QTest::qWaitFor([&] { return goruldu; }, 20000));
+}
 
 TEST_F(PencereYeri, TheFirstTimeItFitsWithFrameAndStatusBar) {
   session_ui::ZemberaMenu konsol(oturum);

@@ -63,6 +63,7 @@ class Program {
     return nodes;
   }
   bool sil(const session::Dugum& node) {
+    kimseKalmasin(node.text);
     s.boxes.shown.clear();
     s.boxes.answers = {true, true};
     const bool gone = session::MNSil(s.oturum, node).listeyiYenile;
@@ -76,6 +77,13 @@ class Program {
   std::int64_t sayi(const std::string& database, const std::string& sql) {
     const auto rows = bagla(database).query(sql);
     return rows->value(0, 0).integer();
+  }
+  // A server on the network notices a moment later that a client has gone.
+  void kimseKalmasin(const std::string& ad) {
+    const std::string others =
+        "SELECT COUNT(*) FROM sysprocesses WHERE dbid=DB_ID('" + ad + "') AND spid<>@@SPID";
+    for (int i = 0; i < 100 && sayi("master", others) != 0; ++i)
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
   }
   bool sunucuBiliyor(const std::string& ad) {
     return sayi("master", "SELECT COUNT(*) FROM sysdatabases WHERE name='" + ad + "'") != 0;

@@ -61,23 +61,6 @@ File File::createNameless(const fs::path& folder) {
 #endif
 }
 
-File::File(File&& other) noexcept : handle_(other.handle_) {
-  other.handle_ = none;
-}
-
-File::~File() {
-  close();
-}
-
-File& File::operator=(File&& other) noexcept {
-  if (this != &other) {
-    close();
-    handle_ = other.handle_;
-    other.handle_ = none;
-  }
-  return *this;
-}
-
 void File::close() {
   if (valid()) ::close(descriptor(handle_));
   handle_ = none;

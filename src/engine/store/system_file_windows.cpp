@@ -9,7 +9,6 @@
 #include <cwctype>
 #include <system_error>
 #include <thread>
-#include <utility>
 
 #include "engine/store/system_file.h"
 
@@ -105,24 +104,6 @@ File File::openForReading(const fs::path& name) {
 File File::createNameless(const fs::path&) {
   errno = ENOTSUP;
   return {};
-}
-
-File::File(File&& other) noexcept : handle_(other.handle_), shared_(std::move(other.shared_)) {
-  other.handle_ = none;
-}
-
-File::~File() {
-  close();
-}
-
-File& File::operator=(File&& other) noexcept {
-  if (this != &other) {
-    close();
-    handle_ = other.handle_;
-    shared_ = std::move(other.shared_);
-    other.handle_ = none;
-  }
-  return *this;
 }
 
 void File::close() {

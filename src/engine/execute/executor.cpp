@@ -44,10 +44,16 @@ bool Executor::hasLostTransaction() const {
 // A stop of the service rolls back what is open between two statements. What follows must not run as if
 // the transaction still stood.
 void Executor::refuseLostTransaction() const {
-  if (hasLostTransaction())
-    throw BatchError(Error(3971,
-                           "The server failed to resume the transaction. It was rolled back when the service "
-                           "stopped."));
+  if (!hasLostTransaction()) return;
+  // KILL does so, too, after it has called off what runs.
+  refuseCancelled();
+  throw BatchError(Error(3971,
+                         "The server failed to resume the transaction. It was rolled back when the service "
+                         "stopped."));
+}
+
+void Executor::refuseCancelled() const {
+  if (cancelled_.load(std::memory_order_relaxed)) throw BatchError(Error(3617, "The query was cancelled."));
 }
 
 void Executor::forgetLostTransaction() {
@@ -385,7 +391,7 @@ void Executor::failed(const Error& error, const Statement& statement) {
 }
 
 Executor::Flow Executor::runStatement(const Statement& statement) {
-  if (cancelled_.load(std::memory_order_relaxed)) throw BatchError(Error(3617, "The query was cancelled."));
+  refuseCancelled();
   uncaughtIn_ = nullptr;
   try {
     if (afterLoss_ && nesting_ == 0) refuseAfterLoss(statement);
@@ -411,7 +417,7 @@ Executor::Flow Executor::runIf(const IfStatement& statement) {
 
 Executor::Flow Executor::runWhile(const WhileStatement& statement) {
   while (true) {
-    if (cancelled_.load(std::memory_order_relaxed)) throw BatchError(Error(3617, "The query was cancelled."));
+    refuseCancelled();
     {
       StatementScope scope(*this);
       if (!evaluateCondition(*statement.condition)) return Flow::Next;

@@ -105,6 +105,7 @@ class Executor {
   void keepError(const Error& error);
   bool hasLostTransaction() const;
   void refuseLostTransaction() const;
+  void refuseCancelled() const;  // 3617
   void forgetLostTransaction();
   bool noteLoss();
   void refuseAfterLoss(const Statement& statement);
